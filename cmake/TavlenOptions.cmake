@@ -1,0 +1,67 @@
+# Compiler settings that every target of ours gets, and the two kinds of target we have.
+
+option(TVPT_BUILD_TESTS "Build the tests" ON)
+option(TVPT_BUILD_BENCHMARKS "Build the benchmarks (Linux)" OFF)
+option(TVPT_BUILD_FUZZERS "Build the fuzz targets (clang)" OFF)
+option(TVPT_DOCUMENT_DUMPS "Write the documents of a conversion to the folder TVPT_DUMP_FOLDER names" OFF)
+set(TVPT_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# Everything that runs lies in one folder, as an installed driver's files do.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+set(CMAKE_BUILD_RPATH "$ORIGIN")
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_INSTALL_RPATH "$ORIGIN")
+
+add_library(tavlen_options INTERFACE)
+target_include_directories(tavlen_options INTERFACE "${CMAKE_SOURCE_DIR}")
+target_compile_options(tavlen_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Woverloaded-virtual -Werror)
+
+if(WIN32)
+  target_compile_definitions(tavlen_options INTERFACE
+    UNICODE _UNICODE NOMINMAX WINVER=0x0A00 _WIN32_WINNT=0x0A00)
+  # The platform's headers declare GetVersionExW deprecated and cast function pointers.
+  target_compile_options(tavlen_options INTERFACE -Wno-deprecated-declarations -Wno-cast-function-type)
+  # Only system imports remain: the modules run in processes that have no MinGW runtime beside them.
+  target_link_options(tavlen_options INTERFACE -static)
+else()
+  target_compile_definitions(tavlen_options INTERFACE WINPORT_WIDE_LITERAL)
+  target_link_libraries(tavlen_options INTERFACE winport)
+  if(TVPT_SANITIZE STREQUAL "")
+    target_link_options(tavlen_options INTERFACE -Wl,-z,defs)
+  endif()
+endif()
+
+if(NOT TVPT_SANITIZE STREQUAL "")
+  add_compile_options(-fsanitize=${TVPT_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${TVPT_SANITIZE})
+endif()
+
+if(WIN32)
+  set(TAVLEN_EXPORT "__declspec(dllexport)")
+  set(TAVLEN_IMPORT "__declspec(dllimport)")
+else()
+  set(TAVLEN_EXPORT "__attribute__((visibility(\"default\")))")
+  set(TAVLEN_IMPORT "__attribute__((visibility(\"default\")))")
+endif()
+
+# tavlen_module(NAME MACRO SOURCE...): a shared library of ours. MACRO, on its exported classes, is the platform's
+# export mark inside the library and the import mark in its users.
+function(tavlen_module name macro)
+  add_library(${name} SHARED ${ARGN})
+  set_target_properties(${name} PROPERTIES PREFIX "")
+  target_compile_definitions(${name}
+    PRIVATE "${macro}=${TAVLEN_EXPORT}"
+    INTERFACE "${macro}=${TAVLEN_IMPORT}")
+  target_link_libraries(${name} PUBLIC tavlen_options)
+endfunction()

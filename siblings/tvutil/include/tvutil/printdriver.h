@@ -1,0 +1,25 @@
+// PrintDriver: what a printer's driver is and can do.
+#pragma once
+
+#include <winspool.h>
+
+#include <vector>
+
+#include <tvutil/cxstring.h>
+
+class TVUTIL_API PrintDriver
+{
+public:
+    // The printer data value in which the driver's set-up leaves the printer model's 64-bit capability word:
+    // REG_BINARY, 8 bytes, little-endian.
+    static constexpr const WCHAR* kDriverCapabilityValueName = W("XDriverCapability");
+
+    // The capability word AND the mask. "Capability number" 1984 is the mask 0x7C0 (the driver kind), 15 is 0xF (the
+    // core flags), 0x1800 the platform bits. Throws ExceptionPrintDriverFailure when the printer cannot be read, or
+    // holds no capability word: it was not installed by this driver's set-up.
+    [[nodiscard]] ULONGLONG GetDriverCapability(HANDLE printer, ULONGLONG mask) const;
+
+    // Every file of the printer's driver: driver, data, configuration, help and dependent files, as the spooler
+    // names them. An empty environment is this machine's own. Level 9 asks for what DRIVER_INFO_6 holds.
+    [[nodiscard]] std::vector<CXString> GetDriverFiles(HANDLE printer, DWORD level, const CXString& environment) const;
+};

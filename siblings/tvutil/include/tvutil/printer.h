@@ -1,0 +1,37 @@
+// Printer: one printer of the spooler.
+//
+// Bound to a handle with SetPrinterHandle or opened by name. Questions about a printer that is not bound, and calls
+// that the spooler refuses, throw ExceptionPrinterFailure, which names the operation, the printer and the error.
+#pragma once
+
+#include <winspool.h>
+
+#include <tvutil/bytebuffer.h>
+#include <tvutil/cxstring.h>
+
+class TVUTIL_API Printer
+{
+public:
+    Printer() noexcept;
+    explicit Printer(HANDLE printer) noexcept; // not owned
+    explicit Printer(const CXString& name);    // opens, owns
+    ~Printer();
+    Printer(const Printer&) = delete;
+    Printer& operator=(const Printer&) = delete;
+
+    // With `own` the handle is closed when the object ends or is bound again.
+    void SetPrinterHandle(HANDLE printer, bool own) noexcept;
+    [[nodiscard]] HANDLE GetPrinterHandle() const noexcept;
+
+    [[nodiscard]] CXString GetPrinterName() const;
+    [[nodiscard]] CXString GetPortName() const;
+    [[nodiscard]] CXString GetDriverName() const;
+
+    // Printer data under the key "PrinterDriverData". `type` receives the REG_ type. False when the value is absent.
+    bool GetPrinterDataW(const CXString& valueName, DWORD& type, ByteBuffer& data) const;
+    void SetPrinterDataW(const CXString& valueName, DWORD type, const void* data, DWORD size) const;
+
+private:
+    HANDLE m_printer = nullptr;
+    bool m_owned = false;
+};

@@ -1,0 +1,70 @@
+// Last error, modules, version, environment and the C runtime's wide conversions.
+//
+// Module names: "x.dll" names the sibling "x.so", so that callers use the product's own file names on both platforms.
+#pragma once
+
+#include "windef.h"
+
+inline constexpr DWORD LOAD_WITH_ALTERED_SEARCH_PATH = 0x00000008;
+inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 0x00000002;
+inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 0x00000004;
+
+struct OSVERSIONINFOW
+{
+    DWORD dwOSVersionInfoSize;
+    DWORD dwMajorVersion;
+    DWORD dwMinorVersion;
+    DWORD dwBuildNumber;
+    DWORD dwPlatformId;
+    WCHAR szCSDVersion[128];
+};
+
+static_assert(sizeof(OSVERSIONINFOW) == 276);
+
+WINPORT_API DWORD WINAPI GetLastError();
+WINPORT_API void WINAPI SetLastError(DWORD error);
+
+// Fails with ERROR_MOD_NOT_FOUND for a file that does not exist or cannot be loaded.
+WINPORT_API HMODULE WINAPI LoadLibraryExA(LPCSTR fileName, HANDLE reserved, DWORD flags);
+WINPORT_API HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE reserved, DWORD flags);
+WINPORT_API HMODULE WINAPI LoadLibraryA(LPCSTR fileName);
+WINPORT_API HMODULE WINAPI LoadLibraryW(LPCWSTR fileName);
+WINPORT_API BOOL WINAPI FreeLibrary(HMODULE module);
+WINPORT_API FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR procName);
+// The address form and the name form; a reference is taken unless UNCHANGED_REFCOUNT is given.
+WINPORT_API BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR moduleName, HMODULE* module);
+WINPORT_API BOOL WINAPI GetModuleHandleExW(DWORD flags, LPCWSTR moduleName, HMODULE* module);
+WINPORT_API HMODULE WINAPI GetModuleHandleA(LPCSTR moduleName);
+WINPORT_API HMODULE WINAPI GetModuleHandleW(LPCWSTR moduleName);
+// As on Windows, a path that does not fit is cut, terminated, and the size is returned with ERROR_INSUFFICIENT_BUFFER.
+WINPORT_API DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR fileName, DWORD size);
+WINPORT_API DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size);
+
+// Answers 10.0 unless a test set another version (winport/versionoverride.h).
+WINPORT_API BOOL WINAPI GetVersionExW(OSVERSIONINFOW* versionInformation);
+
+WINPORT_API DWORD WINAPI GetEnvironmentVariableW(LPCWSTR name, LPWSTR buffer, DWORD size);
+WINPORT_API BOOL WINAPI SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value);
+
+WINPORT_API void WINAPI OutputDebugStringW(LPCWSTR text);
+WINPORT_API void WINAPI DebugBreak();
+WINPORT_API BOOL WINAPI IsDebuggerPresent();
+WINPORT_API DWORD WINAPI GetCurrentProcessId();
+WINPORT_API DWORD WINAPI GetCurrentThreadId();
+
+inline constexpr UINT CP_ACP = 0;
+inline constexpr UINT CP_UTF8 = 65001;
+inline constexpr DWORD MB_ERR_INVALID_CHARS = 0x00000008;
+inline constexpr DWORD WC_ERR_INVALID_CHARS = 0x00000080;
+
+// CP_ACP is windows-1252 here. A count of -1 means zero-terminated, and the terminator is converted too.
+WINPORT_API int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int length, LPWSTR wide,
+                                           int wideSize);
+WINPORT_API int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wide, int length, LPSTR text,
+                                           int textSize, LPCSTR defaultChar, BOOL* usedDefaultChar);
+
+// The C runtime's conversion: leading blanks, one sign, digits up to the first other character; no digits give 0,
+// a number out of range gives INT_MAX or INT_MIN.
+WINPORT_API int _wtoi(const WCHAR* text);
+// Comparison ignoring case, character by character, as the C runtime's "C" locale and towlower of Latin letters do.
+WINPORT_API int _wcsicmp(const WCHAR* left, const WCHAR* right);

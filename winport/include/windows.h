@@ -1,0 +1,9 @@
+// The part of the Windows API that the code above this layer uses, with Windows' own names and signatures.
+#pragma once
+
+#include "guiddef.h"
+#include "windef.h"
+#include "winbase.h"
+#include "winerror.h"
+#include "wingdi.h"
+#include "winreg.h"

@@ -1,0 +1,1 @@
+set(WINPORT_DOM_SOURCES)
