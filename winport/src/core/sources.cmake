@@ -1,1 +1,3 @@
-set(WINPORT_CORE_SOURCES)
+set(WINPORT_CORE_SOURCES
+  src/core/utf.cpp
+)
