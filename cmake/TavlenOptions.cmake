@@ -1,4 +1,5 @@
-# Compiler settings that every target of ours gets, and the two kinds of target we have.
+# Compiler settings that every target of ours gets, and the kinds of target we have: tavlen_module, tavlen_program,
+# tavlen_benchmark, tavlen_fuzzer (and tavlen_test, in tests/).
 
 option(TVPT_BUILD_TESTS "Build the tests" ON)
 option(TVPT_BUILD_BENCHMARKS "Build the benchmarks (Linux)" OFF)
@@ -6,9 +7,17 @@ option(TVPT_BUILD_FUZZERS "Build the fuzz targets (clang)" OFF)
 option(TVPT_DOCUMENT_DUMPS "Write the documents of a conversion to the folder TVPT_DUMP_FOLDER names" OFF)
 set(TVPT_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them")
 
+# The compiler cache, where the machine has one. A cache chosen by hand (-DCMAKE_CXX_COMPILER_LAUNCHER=...) stays.
+find_program(TVPT_CCACHE ccache)
+if(TVPT_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_C_COMPILER_LAUNCHER "${TVPT_CCACHE}")
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${TVPT_CCACHE}")
+endif()
+
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
+set(TAVLEN_CMAKE_FOLDER "${CMAKE_CURRENT_LIST_DIR}")
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
@@ -42,6 +51,10 @@ else()
   endif()
 endif()
 
+if(TVPT_DOCUMENT_DUMPS)
+  target_compile_definitions(tavlen_options INTERFACE TVPT_DOCUMENT_DUMPS)
+endif()
+
 if(NOT TVPT_SANITIZE STREQUAL "")
   add_compile_options(-fsanitize=${TVPT_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${TVPT_SANITIZE})
@@ -64,4 +77,58 @@ function(tavlen_module name macro)
     PRIVATE "${macro}=${TAVLEN_EXPORT}"
     INTERFACE "${macro}=${TAVLEN_IMPORT}")
   target_link_libraries(${name} PUBLIC tavlen_options)
+  tavlen_packaged(${name})
 endfunction()
+
+# tavlen_program(NAME SOURCE...): a program of ours that ships beside the modules.
+function(tavlen_program name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE tavlen_options)
+  tavlen_windows_manifest(${name})
+  tavlen_packaged(${name})
+endfunction()
+
+# tavlen_packaged(TARGET): the target is part of the driver package, one flat folder (make package).
+function(tavlen_packaged name)
+  install(TARGETS ${name}
+    RUNTIME DESTINATION . COMPONENT driver
+    LIBRARY DESTINATION . COMPONENT driver
+    ARCHIVE DESTINATION lib COMPONENT importlibraries EXCLUDE_FROM_ALL)
+endfunction()
+
+# tavlen_windows_manifest(PROGRAM): lets the program see the Windows version that it runs on.
+function(tavlen_windows_manifest name)
+  if(WIN32)
+    target_sources(${name} PRIVATE "${TAVLEN_CMAKE_FOLDER}/windows10.rc")
+  endif()
+endfunction()
+
+# tavlen_benchmark(NAME SOURCE...): a Google Benchmark program, run by make bench.
+function(tavlen_benchmark name)
+  find_package(benchmark REQUIRED)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE tavlen_options benchmark::benchmark)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bench")
+endfunction()
+
+# tavlen_fuzzer(NAME SOURCE...): a libFuzzer program, run by make fuzz with the seeds in fuzz/seeds/NAME and the
+# dictionary fuzz/NAME.dict where they exist.
+function(tavlen_fuzzer name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE tavlen_options)
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/fuzzers")
+endfunction()
+
+# tavlen_header_library(NAME FOLDER): a header-only library of the host's system include folder, as target NAME.
+# Seen through a folder of its own: the system folder beside it would give the cross build the host's C library.
+function(tavlen_header_library name folder)
+  find_path(${name}_system_folder "${folder}" PATHS /usr/include NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+  set(own_folder "${CMAKE_BINARY_DIR}/headerlibraries/${name}")
+  file(MAKE_DIRECTORY "${own_folder}")
+  file(CREATE_LINK "${${name}_system_folder}/${folder}" "${own_folder}/${folder}" SYMBOLIC)
+  add_library(${name} INTERFACE)
+  target_include_directories(${name} SYSTEM INTERFACE "${own_folder}")
+endfunction()
+tavlen_header_library(tavlen_json nlohmann)
+tavlen_header_library(tavlen_cli11 CLI)
