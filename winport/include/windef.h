@@ -77,6 +77,14 @@ struct RECT
     LONG bottom;
 };
 
+struct RECTL
+{
+    LONG left;
+    LONG top;
+    LONG right;
+    LONG bottom;
+};
+
 struct POINTL
 {
     LONG x;
