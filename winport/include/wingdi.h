@@ -63,6 +63,10 @@ inline constexpr DWORD DMMEDIA_GLOSSY = 3;
 inline constexpr DWORD DMMEDIA_USER = 256;
 inline constexpr DWORD DMDITHER_NONE = 1;
 
+// The record's anonymous structures are the platform's own shape, not the language's.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpedantic"
+
 struct _devicemodeW
 {
     WCHAR dmDeviceName[CCHDEVICENAME];
@@ -116,6 +120,8 @@ struct _devicemodeW
     DWORD dmPanningWidth;
     DWORD dmPanningHeight;
 };
+
+#pragma GCC diagnostic pop
 
 using DEVMODEW = _devicemodeW;
 using PDEVMODEW = DEVMODEW*;
