@@ -5,6 +5,8 @@
 // `node->get_text(text.Put())`.
 #pragma once
 
+#include <windows.h>
+
 #include <oleauto.h>
 
 #include <new>

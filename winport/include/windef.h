@@ -44,6 +44,7 @@ using LPBYTE = BYTE*;
 using PBYTE = BYTE*;
 using LPSTR = CHAR*;
 using LPCSTR = const CHAR*;
+using PCSTR = const CHAR*;
 using LPWSTR = WCHAR*;
 using PWSTR = WCHAR*;
 using LPCWSTR = const WCHAR*;

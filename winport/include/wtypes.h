@@ -35,6 +35,10 @@ enum VARENUM : VARTYPE
 
 struct IDispatch;
 
+// The anonymous structure is the platform's own shape, not the language's.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpedantic"
+
 struct VARIANT
 {
     VARTYPE vt;
@@ -62,6 +66,8 @@ struct VARIANT
         };
     };
 };
+
+#pragma GCC diagnostic pop
 
 using VARIANTARG = VARIANT;
 using LPVARIANT = VARIANT*;

@@ -1,6 +1,8 @@
 // PrintDriver: what a printer's driver is and can do.
 #pragma once
 
+#include <windows.h>
+
 #include <winspool.h>
 
 #include <vector>

@@ -4,6 +4,8 @@
 // that the spooler refuses, throw ExceptionPrinterFailure, which names the operation, the printer and the error.
 #pragma once
 
+#include <windows.h>
+
 #include <winspool.h>
 
 #include <tvutil/bytebuffer.h>
