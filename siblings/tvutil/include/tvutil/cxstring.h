@@ -4,8 +4,10 @@
 // Operations that allocate throw std::bad_alloc.
 #pragma once
 
+#include <concepts>
 #include <initializer_list>
 #include <string>
+#include <string_view>
 
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/wideliteral.h"
@@ -73,6 +75,12 @@ public:
     Argument(const CXString& text) noexcept;
     Argument(LONG value) noexcept;
     Argument(ULONG value) noexcept;
+    // The other integer types, so that a call never has to choose between the two.
+    template <std::integral Integer>
+    Argument(Integer value) noexcept
+        : m_kind(std::signed_integral<Integer> ? Kind::Signed : Kind::Unsigned), m_number(static_cast<LONGLONG>(value))
+    {
+    }
 
     enum class Kind
     {
@@ -92,5 +100,6 @@ private:
 
 TVUTIL_API CXString operator+(const CXString& left, WStringView right);
 TVUTIL_API bool operator==(const CXString& left, const CXString& right) noexcept;
-TVUTIL_API bool operator==(const CXString& left, const WCHAR* right) noexcept;
+TVUTIL_API bool operator==(const CXString& left, WStringView right) noexcept;
+TVUTIL_API bool operator==(const CXString& left, const WCHAR* right) noexcept; // null is the empty text
 TVUTIL_API bool operator<(const CXString& left, const CXString& right) noexcept;

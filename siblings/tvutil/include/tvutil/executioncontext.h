@@ -27,7 +27,7 @@ public:
     void Push(const BasicExecutionContext& context) noexcept;
     void Pop() noexcept;
 
-    [[nodiscard]] std::size_t Depth() const noexcept;          // records open, those beyond the bound included
+    [[nodiscard]] std::size_t Depth() const noexcept;                // records open, those beyond the bound included
     [[nodiscard]] const BasicExecutionContext* Top() const noexcept; // the innermost kept record, or null
     [[nodiscard]] const BasicExecutionContext* At(std::size_t index) const noexcept; // 0 is the outermost; or null
 

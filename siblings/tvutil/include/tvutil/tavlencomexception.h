@@ -9,8 +9,8 @@ public:
     static constexpr const WCHAR* kClassName = W("TavlenComException");
 
     TavlenComException(HRESULT result, CXString message, ThrowSite site);
-    TavlenComException(const TavlenComException& other);
-    TavlenComException& operator=(const TavlenComException& other);
+    TavlenComException(const TavlenComException& other) noexcept;
+    TavlenComException& operator=(const TavlenComException& other) noexcept;
     ~TavlenComException() override;
 
     [[nodiscard]] HRESULT GetHresult() const noexcept;
@@ -25,6 +25,10 @@ TVUTIL_API TavlenComException GetTavlenComException(HRESULT result, CXString mes
 
 // The library's throw with this code, whatever it is (S_FALSE can be thrown too), and an empty message.
 [[noreturn]] TVUTIL_API void ThrowComException(HRESULT result, ThrowSite site);
+
+// The same with a message: what was attempted, on what (CXString::Format).
+[[noreturn]] TVUTIL_API void ThrowComException(HRESULT result, ThrowSite site, WStringView format,
+                                               std::initializer_list<CXString::Argument> arguments = {});
 
 // Throws when the result is a failure; success codes, S_FALSE among them, pass.
 inline void ThrowIfFailed(HRESULT result, ThrowSite site)

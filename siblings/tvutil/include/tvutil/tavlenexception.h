@@ -4,21 +4,22 @@
 #pragma once
 
 #include <exception>
-#include <string>
+#include <memory>
 
 #include <tvutil/cxstring.h>
 #include <tvutil/throwsite.h>
 
 class ExecutionContextStack;
 
+// Copies share their text, so that copying, catching by value included, neither allocates nor throws.
 class TVUTIL_API TavlenException : public std::exception
 {
 public:
     static constexpr const WCHAR* kClassName = W("TavlenException");
 
     TavlenException(CXString message, ThrowSite site);
-    TavlenException(const TavlenException& other);
-    TavlenException& operator=(const TavlenException& other);
+    TavlenException(const TavlenException& other) noexcept;
+    TavlenException& operator=(const TavlenException& other) noexcept;
     ~TavlenException() override;
 
     // The message in UTF-8.
@@ -34,10 +35,12 @@ public:
     static void AllowForExceptionDebug(const WCHAR* traceLine, const ThrowSite& site,
                                        const ExecutionContextStack& contexts) noexcept;
 
-    // What a guard reports. The views and pointers are valid during the call only.
+    // What a guard reports. The pointers are valid during the call only; text and detail are never null.
     struct Report
     {
-        const std::exception* exception; // null: something that is no std::exception
+        // Null: something that is no std::exception. Of a std::bad_alloc, one whose what() is "bad allocation",
+        // whatever the runtime calls it.
+        const std::exception* exception;
         ThrowSite site;
         const ExecutionContextStack* contexts;
         const WCHAR* text;
@@ -45,7 +48,8 @@ public:
     };
 
     // Receives the reports of this process, on the reporting thread; null removes it. It must not throw, and, since
-    // one of the reports is std::bad_alloc, it should not allocate. Returns the one that was set before.
+    // one of the reports is std::bad_alloc, it should not allocate. Returns the one that was set before, which a report
+    // that is under way on another thread may still use.
     using ReportSink = void (*)(const Report& report, void* context);
     struct Sink
     {
@@ -54,15 +58,17 @@ public:
     };
     static Sink SetReportSink(Sink sink) noexcept;
 
-    // Reports a caught exception: to the sink, or else as one trace line. Neither allocates nor throws. There is no
-    // message box: a module that runs in the spooler has no desktop, so `messageBox` and `owner` are accepted only.
+    // Reports a caught exception: to the sink, or else as one trace line, cut where it is too long; then breaks into
+    // a debugger if asked to. Neither allocates nor throws. There is no message box: a module that runs in the
+    // spooler has no desktop, so `messageBox` and `owner` are accepted only.
     static void DisplayExceptionMessage(bool debugBreak, bool messageBox, const std::exception* exception,
                                         const WCHAR* sourceFile, int line, const WCHAR* methodName,
                                         const ExecutionContextStack& contexts, HWND owner, const WCHAR* text,
                                         const WCHAR* detail) noexcept;
 
 private:
-    CXString m_text;
-    std::string m_what;
+    struct Content;
+
+    std::shared_ptr<const Content> m_content;
     ThrowSite m_site;
 };
