@@ -1,6 +1,6 @@
 // CComBSTR: the owner of one BSTR.
 //
-// A null string and an empty one are told apart by get() only; View() gives the empty view for both. Copying
+// A null string and an empty one are told apart by Get() only; View() gives the empty view for both. Copying
 // allocates; a failed allocation throws std::bad_alloc. The address of an empty owner is an out-parameter:
 // `node->get_text(text.Put())`.
 #pragma once
@@ -9,6 +9,7 @@
 
 #include <oleauto.h>
 
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -96,6 +97,8 @@ public:
 private:
     static BSTR Allocate(WStringView text)
     {
+        if (text.size() > (std::numeric_limits<UINT>::max)())
+            throw std::bad_alloc();
         BSTR const string = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
         if (string == nullptr)
             throw std::bad_alloc();

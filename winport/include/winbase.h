@@ -1,6 +1,11 @@
 // Last error, modules, version, environment and the C runtime's wide conversions.
 //
 // Module names: "x.dll" names the sibling "x.so", so that callers use the product's own file names on both platforms.
+// A backslash in a module's path separates folders as a slash does; answers have slashes. The A functions take and
+// give the path's own bytes, UTF-8 as a rule: no path is lost on its way through them. The names of the system's own
+// modules (kernel32.dll, ole32.dll, oleaut32.dll, winspool.drv, advapi32.dll) stand for this layer.
+//
+// An HMODULE is the address of the module's first byte, as on Windows; a value that is none gives an error.
 #pragma once
 
 #include "windef.h"
@@ -21,50 +26,65 @@ struct OSVERSIONINFOW
 
 static_assert(sizeof(OSVERSIONINFOW) == 276);
 
-WINPORT_API DWORD WINAPI GetLastError();
-WINPORT_API void WINAPI SetLastError(DWORD error);
+extern "C"
+{
 
-// Fails with ERROR_MOD_NOT_FOUND for a file that does not exist or cannot be loaded.
-WINPORT_API HMODULE WINAPI LoadLibraryExA(LPCSTR fileName, HANDLE reserved, DWORD flags);
-WINPORT_API HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE reserved, DWORD flags);
-WINPORT_API HMODULE WINAPI LoadLibraryA(LPCSTR fileName);
-WINPORT_API HMODULE WINAPI LoadLibraryW(LPCWSTR fileName);
-WINPORT_API BOOL WINAPI FreeLibrary(HMODULE module);
-WINPORT_API FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR procName);
-// The address form and the name form; a reference is taken unless UNCHANGED_REFCOUNT is given.
-WINPORT_API BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR moduleName, HMODULE* module);
-WINPORT_API BOOL WINAPI GetModuleHandleExW(DWORD flags, LPCWSTR moduleName, HMODULE* module);
-WINPORT_API HMODULE WINAPI GetModuleHandleA(LPCSTR moduleName);
-WINPORT_API HMODULE WINAPI GetModuleHandleW(LPCWSTR moduleName);
-// As on Windows, a path that does not fit is cut, terminated, and the size is returned with ERROR_INSUFFICIENT_BUFFER.
-WINPORT_API DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR fileName, DWORD size);
-WINPORT_API DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size);
+    WINPORT_API DWORD WINAPI GetLastError();
+    WINPORT_API void WINAPI SetLastError(DWORD error);
 
-// Answers 10.0 unless a test set another version (winport/versionoverride.h).
-WINPORT_API BOOL WINAPI GetVersionExW(OSVERSIONINFOW* versionInformation);
+    // Fails with ERROR_MOD_NOT_FOUND for a file that does not exist or whose imports do not, ERROR_BAD_EXE_FORMAT for
+    // one that is no module. A bare name is looked for among the loaded modules, beside the executable, then in the
+    // system's folders. A module's own imports are looked for beside it whatever the flags say.
+    WINPORT_API HMODULE WINAPI LoadLibraryExA(LPCSTR fileName, HANDLE reserved, DWORD flags);
+    WINPORT_API HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE reserved, DWORD flags);
+    WINPORT_API HMODULE WINAPI LoadLibraryA(LPCSTR fileName);
+    WINPORT_API HMODULE WINAPI LoadLibraryW(LPCWSTR fileName);
+    WINPORT_API BOOL WINAPI FreeLibrary(HMODULE module);
+    WINPORT_API FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR procName);
+    // The address form and the name form (null: the executable); a reference is taken unless UNCHANGED_REFCOUNT is
+    // given.
+    WINPORT_API BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR moduleName, HMODULE* module);
+    WINPORT_API BOOL WINAPI GetModuleHandleExW(DWORD flags, LPCWSTR moduleName, HMODULE* module);
+    WINPORT_API HMODULE WINAPI GetModuleHandleA(LPCSTR moduleName);
+    WINPORT_API HMODULE WINAPI GetModuleHandleW(LPCWSTR moduleName);
+    // As on Windows, a path that does not fit is cut, terminated, and the size is returned with
+    // ERROR_INSUFFICIENT_BUFFER.
+    WINPORT_API DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR fileName, DWORD size);
+    WINPORT_API DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size);
 
-WINPORT_API DWORD WINAPI GetEnvironmentVariableW(LPCWSTR name, LPWSTR buffer, DWORD size);
-WINPORT_API BOOL WINAPI SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value);
+    // Answers 10.0 unless a test set another version (winport/versionoverride.h).
+    WINPORT_API BOOL WINAPI GetVersionExW(OSVERSIONINFOW* versionInformation);
 
-WINPORT_API void WINAPI OutputDebugStringW(LPCWSTR text);
-WINPORT_API void WINAPI DebugBreak();
-WINPORT_API BOOL WINAPI IsDebuggerPresent();
-WINPORT_API DWORD WINAPI GetCurrentProcessId();
-WINPORT_API DWORD WINAPI GetCurrentThreadId();
+    WINPORT_API DWORD WINAPI GetEnvironmentVariableW(LPCWSTR name, LPWSTR buffer, DWORD size);
+    WINPORT_API BOOL WINAPI SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value);
 
-inline constexpr UINT CP_ACP = 0;
-inline constexpr UINT CP_UTF8 = 65001;
-inline constexpr DWORD MB_ERR_INVALID_CHARS = 0x00000008;
-inline constexpr DWORD WC_ERR_INVALID_CHARS = 0x00000080;
+    // Goes to standard error when the environment has WINPORT_DEBUG_OUTPUT, else nowhere. Neither allocates nor throws.
+    WINPORT_API void WINAPI OutputDebugStringW(LPCWSTR text);
+    WINPORT_API void WINAPI DebugBreak();
+    WINPORT_API BOOL WINAPI IsDebuggerPresent();
+    WINPORT_API DWORD WINAPI GetCurrentProcessId();
+    WINPORT_API DWORD WINAPI GetCurrentThreadId();
 
-// CP_ACP is windows-1252 here. A count of -1 means zero-terminated, and the terminator is converted too.
-WINPORT_API int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int length, LPWSTR wide,
-                                           int wideSize);
-WINPORT_API int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wide, int length, LPSTR text,
-                                           int textSize, LPCSTR defaultChar, BOOL* usedDefaultChar);
+    inline constexpr UINT CP_ACP = 0;
+    inline constexpr UINT CP_UTF8 = 65001;
+    inline constexpr DWORD MB_ERR_INVALID_CHARS = 0x00000008;
+    inline constexpr DWORD WC_ERR_INVALID_CHARS = 0x00000080;
+    inline constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x00000400;
 
-// The C runtime's conversion: leading blanks, one sign, digits up to the first other character; no digits give 0,
-// a number out of range gives INT_MAX or INT_MIN.
-WINPORT_API int _wtoi(const WCHAR* text);
-// Comparison ignoring case, character by character, as the C runtime's "C" locale and towlower of Latin letters do.
-WINPORT_API int _wcsicmp(const WCHAR* left, const WCHAR* right);
+    // 1252.
+    WINPORT_API UINT WINAPI GetACP();
+    // Code pages: CP_ACP, 1252 and CP_UTF8. A count of -1 means zero-terminated, and the terminator is converted too. A
+    // size of 0 asks for the size. There is no best fit to code page 1252: what it lacks is the default character
+    // ('?'), as Windows does it under WC_NO_BEST_FIT_CHARS.
+    WINPORT_API int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int length, LPWSTR wide,
+                                               int wideSize);
+    WINPORT_API int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wide, int length, LPSTR text,
+                                               int textSize, LPCSTR defaultChar, BOOL* usedDefaultChar);
+
+    // The C runtime's conversion: leading blanks (space, \t, \n, \v, \f, \r), one sign, ASCII digits up to the first
+    // other character; no digits give 0, a number out of range gives INT_MAX or INT_MIN.
+    WINPORT_API int _wtoi(const WCHAR* text);
+    // Comparison ignoring the case of A to Z, the only letters that the C runtime folds in the "C" locale.
+    WINPORT_API int _wcsicmp(const WCHAR* left, const WCHAR* right);
+
+} // extern "C"

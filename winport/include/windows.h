@@ -2,8 +2,8 @@
 #pragma once
 
 #include "guiddef.h"
-#include "windef.h"
 #include "winbase.h"
+#include "windef.h"
 #include "winerror.h"
 #include "wingdi.h"
 #include "winreg.h"
