@@ -1,3 +1,19 @@
 set(WINPORT_CORE_SOURCES
+  src/core/bstr.cpp
+  src/core/codepages.cpp
+  src/core/comthreads.cpp
+  src/core/cruntime.cpp
+  src/core/debugging.cpp
+  src/core/environment.cpp
+  src/core/faultinjection.cpp
+  src/core/lasterror.cpp
+  src/core/loadedimages.cpp
+  src/core/loader.cpp
+  src/core/modulenames.cpp
+  src/core/osversion.cpp
+  src/core/process.cpp
+  src/core/taskmemory.cpp
   src/core/utf.cpp
+  src/core/utfsteps.cpp
+  src/core/variant.cpp
 )

@@ -1,0 +1,44 @@
+#include <windows.h>
+
+#include <atomic>
+
+#include "winport/versionoverride.h"
+
+namespace
+{
+
+struct Version
+{
+    DWORD major;
+    DWORD minor;
+};
+
+constexpr Version kWindows10 = {10, 0};
+constexpr DWORD kBuildNumber = 19045; // the last Windows 10, 22H2
+constexpr DWORD kPlatformNt = 2;      // VER_PLATFORM_WIN32_NT
+
+std::atomic<Version> g_version{kWindows10};
+
+} // namespace
+
+void winport::SetVersion(DWORD major, DWORD minor) noexcept
+{
+    g_version.store({major, minor});
+}
+
+void winport::ResetVersion() noexcept
+{
+    g_version.store(kWindows10);
+}
+
+BOOL WINAPI GetVersionExW(OSVERSIONINFOW* versionInformation)
+{
+    if (versionInformation->dwOSVersionInfoSize != sizeof(OSVERSIONINFOW))
+    {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return FALSE;
+    }
+    const Version version = g_version.load();
+    *versionInformation = {sizeof(OSVERSIONINFOW), version.major, version.minor, kBuildNumber, kPlatformNt, {}};
+    return TRUE;
+}
