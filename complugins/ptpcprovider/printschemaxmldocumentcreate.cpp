@@ -1,0 +1,224 @@
+// Creating and appending elements.
+#include <tvutil/tavlencomexception.h>
+
+#include "complugins/ptpcprovider/domhelpers.h"
+#include "complugins/ptpcprovider/printschemaxmldocument.h"
+
+namespace
+{
+
+constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\printschemaxmldocument");
+
+void Check(HRESULT result, const WCHAR* method, int line = __builtin_LINE())
+{
+    ThrowIfFailed(result, {method, kSourceFile, line});
+}
+
+} // namespace
+
+HRESULT PrintSchemaXmlDocument::AppendChildToRootNode(IXMLDOMNode* node) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildToRootNode");
+    RequireDocument(kMethod);
+    return AppendChild(m_rootNode.Get(), node);
+}
+
+HRESULT PrintSchemaXmlDocument::AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChild");
+    RequireDocument(kMethod);
+    Check(parent != nullptr && child != nullptr ? S_OK : E_POINTER, kMethod);
+    ComPtr<IXMLDOMNode> appended;
+    Check(parent->appendChild(child, appended.Put()), kMethod);
+    return S_OK;
+}
+
+HRESULT PrintSchemaXmlDocument::CreateNode(DOMNodeType type, const CXString& name, const CXString& namespaceUri,
+                                           IXMLDOMNode** node) const
+{
+    VARIANT nodeType;
+    VariantInit(&nodeType);
+    nodeType.vt = VT_I4;
+    nodeType.lVal = type;
+    return m_document->createNode(nodeType, MakeBstr(name).Get(), MakeBstr(namespaceUri).Get(), node);
+}
+
+HRESULT PrintSchemaXmlDocument::CreateXMLElement(const CXString& qualifiedName, IXMLDOMElement** element) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateXMLElement");
+    RequireDocument(kMethod);
+    Check(element != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(qualifiedName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    ComPtr<IXMLDOMNode> node;
+    Check(CreateNode(NODE_ELEMENT, qualifiedName, PrintSchema::kFrameworkUri, node.Put()), kMethod);
+    ComPtr<IXMLDOMElement> created;
+    Check(node.As(created), kMethod);
+    *element = created.Detach();
+    return S_OK;
+}
+
+HRESULT PrintSchemaXmlDocument::AppendXMLAttribute(IXMLDOMElement* element, const CXString& qualifiedName,
+                                                   const CXString& namespaceUri, const CXString& value) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendXMLAttribute");
+    RequireDocument(kMethod);
+    Check(element != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(qualifiedName.IsEmpty() || value.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    ComPtr<IXMLDOMNode> node;
+    Check(CreateNode(NODE_ATTRIBUTE, qualifiedName, namespaceUri, node.Put()), kMethod);
+    ComPtr<IXMLDOMAttribute> attribute;
+    Check(node.As(attribute), kMethod);
+    const CComBSTR text = MakeBstr(value);
+    Check(attribute->put_value(BorrowAsVariant(text)), kMethod);
+    ComPtr<IXMLDOMAttribute> replaced;
+    Check(element->setAttributeNode(attribute.Get(), replaced.Put()), kMethod);
+    return S_OK;
+}
+
+ComPtr<IXMLDOMElement> PrintSchemaXmlDocument::CreateNamedElement(const CXString& elementName,
+                                                                  const CXString& name) const
+{
+    ComPtr<IXMLDOMElement> element;
+    CreateXMLElement(m_frameworkPrefix + elementName, element.Put());
+    AppendXMLAttribute(element.Get(), PrintSchema::kNameAttribute, CXString(), name);
+    return element;
+}
+
+// Where the document does not declare a namespace, its prefix is empty and the name is written without one.
+void PrintSchemaXmlDocument::AppendTypedValue(IXMLDOMElement* parent, const CXString& typeName,
+                                              const CXString& value) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendTypedValue");
+    ComPtr<IXMLDOMElement> valueElement;
+    CreateXMLElement(m_frameworkPrefix + PrintSchema::kValue, valueElement.Put());
+    Check(valueElement->put_text(MakeBstr(value).Get()), kMethod);
+    AppendXMLAttribute(valueElement.Get(), m_xmlSchemaInstancePrefix + PrintSchema::kTypeAttribute,
+                       PrintSchema::kXmlSchemaInstanceUri, m_xmlSchemaPrefix + typeName);
+    AppendChild(parent, valueElement.Get());
+}
+
+HRESULT PrintSchemaXmlDocument::CreateProperty(ULONG namespaceIndex, const CXString& localName,
+                                               IXMLDOMElement** property) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateProperty");
+    RequireDocument(kMethod);
+    Check(property != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    *property = CreateNamedElement(PrintSchema::kProperty, GetNsPrefix(namespaceIndex) + localName).Detach();
+    return S_OK;
+}
+
+HRESULT PrintSchemaXmlDocument::CreateProperty(ULONG namespaceIndex, const CXString& localName,
+                                               const CXString& typeName, const CXString& value,
+                                               IXMLDOMElement** property) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateProperty");
+    RequireDocument(kMethod);
+    Check(property != nullptr ? S_OK : E_POINTER, kMethod);
+    ComPtr<IXMLDOMElement> created;
+    CreateProperty(namespaceIndex, localName, created.Put());
+    AppendTypedValue(created.Get(), typeName, value);
+    *property = created.Detach();
+    return S_OK;
+}
+
+HRESULT PrintSchemaXmlDocument::CreateScoredProperty(const CXString& fullName, IXMLDOMElement** scoredProperty) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateScoredProperty");
+    RequireDocument(kMethod);
+    Check(scoredProperty != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(fullName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    *scoredProperty = CreateNamedElement(PrintSchema::kScoredProperty, fullName).Detach();
+    return S_OK;
+}
+
+HRESULT PrintSchemaXmlDocument::CreateScoredProperty(const CXString& fullName, const CXString& typeName,
+                                                     const CXString& value, IXMLDOMElement** scoredProperty) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateScoredProperty");
+    RequireDocument(kMethod);
+    Check(scoredProperty != nullptr ? S_OK : E_POINTER, kMethod);
+    ComPtr<IXMLDOMElement> created;
+    CreateScoredProperty(fullName, created.Put());
+    AppendTypedValue(created.Get(), typeName, value);
+    *scoredProperty = created.Detach();
+    return S_OK;
+}
+
+HRESULT PrintSchemaXmlDocument::CreateIntegerScoredProperty(const CXString& fullName, LONG value,
+                                                            IXMLDOMElement** scoredProperty) const
+{
+    return CreateScoredProperty(fullName, PrintSchema::kIntegerType, CXString::FromInteger(value), scoredProperty);
+}
+
+HRESULT PrintSchemaXmlDocument::CreateParameterRef(const CXString& parameterName, IXMLDOMElement** parameterRef) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateParameterRef");
+    RequireDocument(kMethod);
+    Check(parameterRef != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(parameterName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    *parameterRef = CreateNamedElement(PrintSchema::kParameterRef, parameterName).Detach();
+    return S_OK;
+}
+
+HRESULT PrintSchemaXmlDocument::CreateParameterRefScoredProperty(const CXString& scoredPropertyName,
+                                                                 const CXString& parameterName,
+                                                                 IXMLDOMElement** scoredProperty) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateParameterRefScoredProperty");
+    RequireDocument(kMethod);
+    Check(scoredProperty != nullptr ? S_OK : E_POINTER, kMethod);
+    ComPtr<IXMLDOMElement> created;
+    CreateScoredProperty(scoredPropertyName, created.Put());
+    ComPtr<IXMLDOMElement> reference;
+    CreateParameterRef(parameterName, reference.Put());
+    AppendChild(created.Get(), reference.Get());
+    *scoredProperty = created.Detach();
+    return S_OK;
+}
+
+HRESULT PrintSchemaXmlDocument::AppendChildIntegerProperty(IXMLDOMNode* parent, ULONG /*namespaceIndex*/,
+                                                           const CXString& localName, LONG value) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildIntegerProperty");
+    RequireDocument(kMethod);
+    Check(parent != nullptr ? S_OK : E_POINTER, kMethod);
+    ComPtr<IXMLDOMElement> property;
+    CreateProperty(PrintSchema::Keywords, localName, PrintSchema::kIntegerType, CXString::FromInteger(value),
+                   property.Put());
+    return AppendChild(parent, property.Get());
+}
+
+HRESULT PrintSchemaXmlDocument::AppendChildIntegerScoredProperty(IXMLDOMNode* parent, const CXString& fullName,
+                                                                 LONG value) const
+{
+    ComPtr<IXMLDOMElement> scoredProperty;
+    CreateIntegerScoredProperty(fullName, value, scoredProperty.Put());
+    return AppendChild(parent, scoredProperty.Get());
+}
+
+HRESULT PrintSchemaXmlDocument::AppendChildQNameScoredProperty(IXMLDOMNode* parent, const CXString& fullName,
+                                                               const CXString& qualifiedValue) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildQNameScoredProperty");
+    RequireDocument(kMethod);
+    Check(parent != nullptr ? S_OK : E_POINTER, kMethod);
+    ComPtr<IXMLDOMElement> scoredProperty;
+    CreateScoredProperty(fullName, PrintSchema::kQNameType, qualifiedValue, scoredProperty.Put());
+    return AppendChild(parent, scoredProperty.Get());
+}
+
+HRESULT PrintSchemaXmlDocument::AppendChildParameterRefScoredProperty(IXMLDOMNode* parent,
+                                                                      const CXString& scoredPropertyName,
+                                                                      const CXString& parameterName,
+                                                                      IXMLDOMElement** scoredProperty) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildParameterRefScoredProperty");
+    RequireDocument(kMethod);
+    Check(parent != nullptr && scoredProperty != nullptr ? S_OK : E_POINTER, kMethod);
+    ComPtr<IXMLDOMElement> created;
+    CreateParameterRefScoredProperty(scoredPropertyName, parameterName, created.Put());
+    AppendChild(parent, created.Get());
+    *scoredProperty = created.Detach();
+    return S_OK;
+}

@@ -1,0 +1,53 @@
+// PrintTicketQueryBuilder: composes XPath 1.0 queries over Print Schema documents, fragment by fragment.
+//
+// Element names are written with the document's own framework prefix. Names are put between double quotes as they
+// stand: a quote in a name makes a query that the DOM refuses, so names come from the code's own vocabulary or are
+// checked by the caller, never from a document.
+//
+// Every failure is thrown as TavlenComException; a failed operation leaves the query as it was, except that AddOption
+// may leave part of its fragment behind.
+#pragma once
+
+#include <tvutil/cxstring.h>
+
+class PrintTicketQueryBuilder
+{
+public:
+    // Relative queries start at the node on which they are run (".").
+    enum class Start
+    {
+        Document,
+        ContextNode,
+    };
+
+    // The framework prefix has its colon ("psf:"). An empty one is refused by the first Add.
+    explicit PrintTicketQueryBuilder(const CXString& frameworkPrefix, Start start = Start::Document);
+    virtual ~PrintTicketQueryBuilder() = default;
+    PrintTicketQueryBuilder(const PrintTicketQueryBuilder&) = delete;
+    PrintTicketQueryBuilder& operator=(const PrintTicketQueryBuilder&) = delete;
+
+    // The name sought is the prefix ("psk:"; may be empty) followed by the local name. The first five search all
+    // descendants; the Child operations take direct children of what the query selects so far.
+    void AddFeature(const CXString& namePrefix, const CXString& localName);
+    void AddProperty(const CXString& namePrefix, const CXString& localName);
+    void AddScoredProperty(const CXString& namePrefix, const CXString& localName);
+    void AddParameterDef(const CXString& namePrefix, const CXString& localName);
+    void AddParameterInit(const CXString& namePrefix, const CXString& localName);
+    void AddChildPropertyValue(const CXString& namePrefix, const CXString& localName);
+    void AddChildOptionName(const CXString& namePrefix, const CXString& localName);
+    void AddValue();
+
+    // The union of the chosen Option and the value of an "OptionName" scored property.
+    void AddOption(const CXString& keywordPrefix);
+
+    // A new copy of the query, owned by the caller.
+    void GetQuery(BSTR* query) const;
+
+private:
+    void AddNamed(WStringView fragment, const CXString& namePrefix, const CXString& localName, const WCHAR* method,
+                  WStringView child = {});
+    void RequireFrameworkPrefix(const WCHAR* method) const;
+
+    CXString m_query;
+    CXString m_frameworkPrefix;
+};

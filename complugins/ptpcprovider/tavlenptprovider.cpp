@@ -1,0 +1,177 @@
+// The object and its binding to a printer. Document operations: tavlenptproviderconversions.cpp. Model state:
+// tavlenptproviderdatamodel.cpp.
+#include "complugins/ptpcprovider/tavlenptprovider.h"
+
+#include <objbase.h>
+
+#include <tvutil/printdriver.h>
+
+#include <memory>
+#include <new>
+
+#include "complugins/ptpcprovider/printschemanamespaces.h"
+
+namespace
+{
+
+constexpr INT kSupportedVersion = 1;
+
+// Capability numbers are masks over the printer model's capability word.
+constexpr ULONGLONG kDriverKindCapability = 1984; // 0x7C0
+constexpr ULONGLONG kCoreFlagsCapability = 15;    // 0xF
+
+// Bit 10 of the driver capability flags: the private namespace and what depends on it.
+constexpr ULONGLONG kPrivateNamespaceFlag = 0x400;
+
+std::atomic<LONG> g_moduleObjectCount{0};
+
+} // namespace
+
+TavlenPtProvider::TavlenPtProvider()
+{
+    ++g_moduleObjectCount;
+}
+
+// The members end in the reverse of their order; only the helper, which belongs to the service, has to go before them.
+TavlenPtProvider::~TavlenPtProvider()
+{
+    m_printCoreHelper.Reset();
+}
+
+LONG TavlenPtProvider::GetModuleObjectCount() noexcept
+{
+    return g_moduleObjectCount;
+}
+
+HRESULT STDMETHODCALLTYPE TavlenPtProvider::QueryInterface(REFIID riid, void** object)
+{
+    if (!IsEqualIID(riid, IID_IUnknown) && !IsEqualIID(riid, IID_IPrintOemPrintTicketProvider))
+    {
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    *object = static_cast<IPrintOemPrintTicketProvider*>(this);
+    AddRef();
+    return S_OK;
+}
+
+ULONG STDMETHODCALLTYPE TavlenPtProvider::AddRef()
+{
+    ++g_moduleObjectCount;
+    return static_cast<ULONG>(++m_referenceCount);
+}
+
+ULONG STDMETHODCALLTYPE TavlenPtProvider::Release()
+{
+    --g_moduleObjectCount;
+    const LONG count = --m_referenceCount;
+    if (count == 0)
+        const std::unique_ptr<TavlenPtProvider> last(this);
+    return static_cast<ULONG>(count);
+}
+
+HRESULT STDMETHODCALLTYPE TavlenPtProvider::GetSupportedVersions(HANDLE /*printer*/, INT** versions, INT* versionCount)
+{
+    if (versions == nullptr || versionCount == nullptr)
+        return E_INVALIDARG;
+    *versions = static_cast<INT*>(CoTaskMemAlloc(sizeof(INT)));
+    if (*versions == nullptr)
+    {
+        *versionCount = 0;
+        return E_OUTOFMEMORY;
+    }
+    *versionCount = 1;
+    **versions = kSupportedVersion;
+    return S_OK;
+}
+
+HRESULT STDMETHODCALLTYPE TavlenPtProvider::BindPrinter(HANDLE printer, INT version, POEMPTOPTS options,
+                                                        INT* namespaceCount, BSTR** namespaces)
+try
+{
+    if (options == nullptr || namespaceCount == nullptr || namespaces == nullptr || printer == nullptr)
+        return E_INVALIDARG;
+    *namespaceCount = 0;
+    *namespaces = nullptr;
+    if (version != kSupportedVersion)
+        return E_VERSION_NOT_SUPPORTED;
+
+    m_printerHandle = printer;
+    m_printer.SetPrinterHandle(printer, false);
+
+    const PrintDriver driver;
+    m_driverCapabilityFlags = driver.GetDriverCapability(printer, kDriverKindCapability);
+    m_secondDriverCapability = driver.GetDriverCapability(printer, kCoreFlagsCapability);
+
+    OSVERSIONINFOW system = {};
+    system.dwOSVersionInfoSize = sizeof(system);
+    if (GetVersionExW(&system))
+    {
+        m_osMajorVersion = system.dwMajorVersion;
+        m_osMinorVersion = system.dwMinorVersion;
+    }
+
+    *options = OEMPT_DEFAULT;
+    const HRESULT published =
+        PrivateNamespaceIsEnabled() ? PublishPrivateNamespace(namespaceCount, namespaces) : S_OK;
+    m_dataModelInUse = false; // also when there was no memory for the namespace
+    return published;
+}
+catch (const std::bad_alloc&)
+{
+    return E_OUTOFMEMORY;
+}
+catch (...)
+{
+    return E_FAIL;
+}
+
+// Out of memory leaves the count at 1, on purpose: the service frees what it finds in the array.
+HRESULT TavlenPtProvider::PublishPrivateNamespace(INT* namespaceCount, BSTR** namespaces) const noexcept
+{
+    *namespaceCount = 1;
+    *namespaces = static_cast<BSTR*>(CoTaskMemAlloc(sizeof(BSTR)));
+    if (*namespaces == nullptr)
+        return E_OUTOFMEMORY;
+    **namespaces = SysAllocString(PrintSchema::kPrivateKeywordsUri);
+    return **namespaces != nullptr ? S_OK : E_OUTOFMEMORY;
+}
+
+bool TavlenPtProvider::PrivateNamespaceIsEnabled() const noexcept
+{
+    return (m_driverCapabilityFlags & kPrivateNamespaceFlag) != 0;
+}
+
+HRESULT STDMETHODCALLTYPE TavlenPtProvider::PublishPrintTicketHelperInterface(IUnknown* helper)
+{
+    if (helper == nullptr)
+        return E_INVALIDARG;
+    if (m_printCoreHelper) // the first one stays
+        return S_OK;
+    const HRESULT result = helper->QueryInterface(IID_IPrintCoreHelper, m_printCoreHelper.PutVoid());
+    return result == E_NOINTERFACE ? S_OK : result; // the service's helper is optional
+}
+
+HRESULT STDMETHODCALLTYPE TavlenPtProvider::QueryDeviceDefaultNamespace(BSTR* namespaceUri)
+{
+    if (namespaceUri == nullptr)
+        return E_INVALIDARG;
+    if (!PrivateNamespaceIsEnabled())
+        return E_NOTIMPL;
+    *namespaceUri = SysAllocString(PrintSchema::kPrivateKeywordsUri);
+    return *namespaceUri != nullptr ? S_OK : E_OUTOFMEMORY;
+}
+
+HRESULT CreateTavlenPtProvider(IPrintOemPrintTicketProvider** provider) noexcept
+try
+{
+    if (provider == nullptr)
+        return E_POINTER;
+    *provider = nullptr;
+    *provider = std::make_unique<TavlenPtProvider>().release(); // its one reference is the caller's
+    return S_OK;
+}
+catch (const std::bad_alloc&)
+{
+    return E_OUTOFMEMORY;
+}

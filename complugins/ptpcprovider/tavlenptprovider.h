@@ -1,0 +1,103 @@
+// TavlenPtProvider: the object that the Windows PrintTicket service loads for the driver.
+//
+// The driver's configuration layer constructs one object per printer binding; the service then asks for the supported
+// versions, binds the printer, optionally publishes its helper and asks for the default namespace, converts any number
+// of times, and releases the object. Nothing enforces that order: a conversion before the binding runs with an unbound
+// printer and default state.
+//
+// Lifetime: born with one reference, which is the constructor's caller's; the last Release deletes the object. The
+// printer handle is borrowed and must outlive the binding. Documents and devmodes are borrowed for one call.
+//
+// Threads: references are counted atomically; everything else serves one call at a time.
+//
+// Errors: the operations that take no document return their own codes; the five document operations return
+// E_INVALIDARG for bad arguments and E_FAIL for everything that fails inside, deliberately without its own code, after
+// reporting it through TavlenException::DisplayExceptionMessage. What a failed conversion has already written stays.
+#pragma once
+
+#include <atomic>
+
+#include <tvcore/datasourceproviderwithdatasources.h>
+#include <tvcore/productdata.h>
+#include <tvutil/bytebuffer.h>
+#include <tvutil/printer.h>
+
+#include "interfaces/prcomoem.h"
+#include "utilitiesstaticlib/comptr.h"
+
+class AttributeBytesIndexedList;
+class PrintTicketXmlDocument;
+
+class TVPTPC_API TavlenPtProvider : public IPrintOemPrintTicketProvider, public DataSourceProviderWithDataSources
+{
+public:
+    TavlenPtProvider();
+    ~TavlenPtProvider() override;
+
+    // --- IUnknown
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+
+    // --- IPrintOemPrintTicketProvider: binding
+    HRESULT STDMETHODCALLTYPE GetSupportedVersions(HANDLE printer, INT** versions, INT* versionCount) override;
+    HRESULT STDMETHODCALLTYPE BindPrinter(HANDLE printer, INT version, POEMPTOPTS options, INT* namespaceCount,
+                                          BSTR** namespaces) override;
+    HRESULT STDMETHODCALLTYPE PublishPrintTicketHelperInterface(IUnknown* helper) override;
+    HRESULT STDMETHODCALLTYPE QueryDeviceDefaultNamespace(BSTR* namespaceUri) override;
+
+    // --- IPrintOemPrintTicketProvider: documents. The private part's size and pointer are not used.
+    HRESULT STDMETHODCALLTYPE ConvertPrintTicketToDevMode(IXMLDOMDocument2* printTicket, ULONG devmodeSize,
+                                                          DEVMODEW* devmode, ULONG privateSize,
+                                                          PVOID privateDevmode) override;
+    HRESULT STDMETHODCALLTYPE ConvertDevModeToPrintTicket(ULONG devmodeSize, DEVMODEW* devmode, ULONG privateSize,
+                                                          PVOID privateDevmode, IXMLDOMDocument2* printTicket) override;
+    HRESULT STDMETHODCALLTYPE CompletePrintCapabilities(IXMLDOMDocument2* printTicket,
+                                                        IXMLDOMDocument2* printCapabilities) override;
+    HRESULT STDMETHODCALLTYPE ExpandIntentOptions(IXMLDOMDocument2* printTicket) override;
+    HRESULT STDMETHODCALLTYPE ValidatePrintTicket(IXMLDOMDocument2* printTicket) override;
+
+    // --- DataSourceProviderWithDataSources: the model state
+    FeatureServices* InitializeOrReInitializeDataModel(DEVMODEW* devmode) override;
+    XDevmode& GetXDevmodeRef() override;
+    FeatureServices* GetFeatureServicesPtr() override;
+    ProductData& GetProductData() override;
+    ProductStringLoader& GetProductStringLoader() override;
+    PageSizeDictionary& GetPageSizeDictionary() override;
+    bool IsColorDevice() override;
+
+    // The process-wide count: one for each object constructed, and one for each reference since. Destruction does not
+    // take the constructor's one back; the asymmetry is kept on purpose.
+    static LONG GetModuleObjectCount() noexcept;
+
+private:
+    friend struct TavlenPtProviderTestAccess;
+
+    HRESULT PublishPrivateNamespace(INT* namespaceCount, BSTR** namespaces) const noexcept;
+    [[nodiscard]] bool PrivateNamespaceIsEnabled() const noexcept;
+
+    // --- Translators: copies (miscfeaturesimpl). Their results are not looked at, only exceptions stop a conversion.
+    HRESULT ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                         AttributeBytesIndexedList* attributes, bool* changed);
+    HRESULT ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode);
+
+    std::atomic<LONG> m_referenceCount{1};
+    HANDLE m_printerHandle = nullptr;
+    ComPtr<IPrintCoreHelper> m_printCoreHelper;
+    ULONGLONG m_driverCapabilityFlags = 0;
+    ULONGLONG m_secondDriverCapability = 0; // stored only
+    ULONG m_osMajorVersion = 0;
+    ULONG m_osMinorVersion = 0;
+    Printer m_printer;
+    ProductData::ValueEnum m_controllerFamily = ProductData::ControllerFamilyUnknown;
+    FeatureServices* m_featureServices = nullptr; // the data model's
+    ByteBuffer m_workingDevmode;
+    ByteBuffer m_savedDevmode;
+    // Selects the mode of the model state. Cleared here and by every binding, and set nowhere in this module: the full
+    // mode is dormant, deliberately.
+    bool m_dataModelInUse = false;
+};
+
+// The door for hosts that load the module at run time: C++ names differ between compilers. The object is handed out
+// with one reference. E_POINTER, E_OUTOFMEMORY.
+extern "C" TVPTPC_API HRESULT CreateTavlenPtProvider(IPrintOemPrintTicketProvider** provider) noexcept;

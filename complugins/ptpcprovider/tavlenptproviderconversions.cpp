@@ -1,0 +1,111 @@
+// The five document operations. Their order of steps is part of the design: later steps rely on what earlier ones
+// wrote. The translators' results are not looked at; only exceptions stop a conversion.
+#include <tvutil/executioncontext.h>
+
+#include <cstddef>
+
+#include "complugins/ptpcprovider/documentdump.h"
+#include "complugins/ptpcprovider/failureguard.h"
+#include "complugins/ptpcprovider/printticketxmldocument.h"
+#include "complugins/ptpcprovider/tavlenptprovider.h"
+
+namespace
+{
+
+constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\tavlenptprovider");
+
+// The places that reports name, with the lines that the system reports for them.
+constexpr ThrowSite kConvertPrintTicketToDevMode{W("TavlenPtProvider::ConvertPrintTicketToDevMode"), kSourceFile, 867};
+constexpr ThrowSite kConvertDevModeToPrintTicket{W("TavlenPtProvider::ConvertDevModeToPrintTicket"), kSourceFile, 1033};
+constexpr ThrowSite kCompletePrintCapabilities{W("TavlenPtProvider::CompletePrintCapabilities"), kSourceFile, 1205};
+constexpr ThrowSite kExpandIntentOptions{W("TavlenPtProvider::ExpandIntentOptions"), kSourceFile, 1289};
+constexpr ThrowSite kValidatePrintTicket{W("TavlenPtProvider::ValidatePrintTicket"), kSourceFile, 1392};
+
+constexpr WCHAR kTicketDumpPrefix[] = W("PrintTicket_");
+
+// The public part must reach through dmDitherType, the last field that is read.
+constexpr ULONG kSmallestPublicPart = offsetof(DEVMODEW, dmDitherType) + sizeof(DEVMODEW::dmDitherType);
+static_assert(kSmallestPublicPart == 204);
+
+// The sizes that a devmode claims must lie within the size that the caller gave: nothing beyond it is ever read.
+bool DevmodeIsWhole(ULONG devmodeSize, const DEVMODEW* devmode)
+{
+    constexpr ULONG kSizesEnd = offsetof(DEVMODEW, dmDriverExtra) + sizeof(DEVMODEW::dmDriverExtra);
+    if (devmodeSize == 0 || devmode == nullptr || devmodeSize < kSizesEnd)
+        return false;
+    return devmode->dmSize >= kSmallestPublicPart && ULONG{devmode->dmSize} + devmode->dmDriverExtra <= devmodeSize;
+}
+
+// Intents are not expanded and every well-formed ticket is valid, deliberately: the ticket is wrapped, which may
+// normalise its private prefix, and let go.
+HRESULT WrapOnly(IXMLDOMDocument2* printTicket, const ThrowSite& site) noexcept
+{
+    return RunGuarded(site,
+                      [&]
+                      {
+                          if (printTicket == nullptr)
+                              return E_INVALIDARG;
+                          const ExecutionContextLifetime context(site);
+                          const PrintTicketXmlDocument ticket(printTicket);
+                          return S_OK;
+                      });
+}
+
+} // namespace
+
+HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertPrintTicketToDevMode(IXMLDOMDocument2* printTicket,
+                                                                        ULONG devmodeSize, DEVMODEW* devmode,
+                                                                        ULONG /*privateSize*/, PVOID /*privateDevmode*/)
+{
+    return RunGuarded(kConvertPrintTicketToDevMode,
+                      [&]
+                      {
+                          if (!DevmodeIsWhole(devmodeSize, devmode) || printTicket == nullptr)
+                              return E_INVALIDARG;
+                          const ExecutionContextLifetime context(kConvertPrintTicketToDevMode);
+                          PrintTicketXmlDocument ticket(printTicket);
+                          DumpDocument(printTicket, W("InputToConvertPrintTicketToDevMode"), kTicketDumpPrefix);
+                          InitializeOrReInitializeDataModel(devmode);
+
+                          bool changed = false;
+                          ConvertMiscFeaturesToDevmode(ticket, devmode, nullptr, &changed);
+                          return S_OK;
+                      });
+}
+
+HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertDevModeToPrintTicket(ULONG devmodeSize, DEVMODEW* devmode,
+                                                                        ULONG /*privateSize*/, PVOID /*privateDevmode*/,
+                                                                        IXMLDOMDocument2* printTicket)
+{
+    return RunGuarded(kConvertDevModeToPrintTicket,
+                      [&]
+                      {
+                          if (!DevmodeIsWhole(devmodeSize, devmode) || printTicket == nullptr)
+                              return E_INVALIDARG;
+                          const ExecutionContextLifetime context(kConvertDevModeToPrintTicket);
+                          PrintTicketXmlDocument ticket(printTicket);
+                          DumpDocument(printTicket, W("BeforeConvertDevModeToPrintTicket"), kTicketDumpPrefix);
+                          InitializeOrReInitializeDataModel(devmode);
+
+                          ConvertDevmodeToMiscFeatures(ticket, devmode);
+                          DumpDocument(printTicket, W("AfterConvertDevModeToPrintTicket"), kTicketDumpPrefix);
+                          return S_OK;
+                      });
+}
+
+HRESULT STDMETHODCALLTYPE TavlenPtProvider::CompletePrintCapabilities(IXMLDOMDocument2* /*printTicket*/,
+                                                                      IXMLDOMDocument2* printCapabilities)
+{
+    return RunGuarded(kCompletePrintCapabilities,
+                      [&] { return printCapabilities == nullptr ? E_INVALIDARG : E_NOTIMPL; });
+}
+
+HRESULT STDMETHODCALLTYPE TavlenPtProvider::ExpandIntentOptions(IXMLDOMDocument2* printTicket)
+{
+    return WrapOnly(printTicket, kExpandIntentOptions);
+}
+
+HRESULT STDMETHODCALLTYPE TavlenPtProvider::ValidatePrintTicket(IXMLDOMDocument2* printTicket)
+{
+    return WrapOnly(printTicket, kValidatePrintTicket);
+}
