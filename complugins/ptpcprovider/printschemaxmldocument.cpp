@@ -3,6 +3,8 @@
 
 #include <tvutil/tavlencomexception.h>
 
+#include <utility>
+
 #include "complugins/ptpcprovider/domhelpers.h"
 
 namespace
@@ -44,8 +46,8 @@ PrintSchemaXmlDocument::~PrintSchemaXmlDocument() = default;
 void PrintSchemaXmlDocument::SetDocumentProperty(const WCHAR* name, const CXString& value) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::PrintSchemaXmlDocument");
-    const CComBSTR text = value.ToBstr();
-    Check(m_document->setProperty(CComBSTR(name).Get(), BorrowAsVariant(text)), kMethod);
+    const CComBSTR text = MakeBstr(value);
+    Check(m_document->setProperty(MakeBstr(name).Get(), BorrowAsVariant(text)), kMethod);
 }
 
 // Only the framework namespace is registered for selection: queries name no other by prefix, they compare the text of
@@ -110,7 +112,7 @@ HRESULT PrintSchemaXmlDocument::NormalisePrivateKeywordsPrefix(const CXString& f
             // A root that binds "tk" to something else cannot be normalised; it is refused before it is changed.
             CComBSTR boundTo;
             if (FindRootDeclaration(PrintSchema::kPrivatePrefix, boundTo.Put()) == S_OK &&
-                boundTo.View() != PrintSchema::kPrivateKeywordsUri)
+                CXString(boundTo) != PrintSchema::kPrivateKeywordsUri)
                 return E_FAIL;
             RenamePrefixInNames(foundPrefix);
             ReplacePrivateDeclaration(foundPrefix);
@@ -140,7 +142,7 @@ void PrintSchemaXmlDocument::RenamePrefixInNames(const CXString& foundPrefix) co
         if (!name.StartsWith(foundPrefix))
             continue;
         name.ReplaceAll(foundPrefix, PrintSchema::kPrivatePrefix); // every occurrence, on purpose
-        Check(attribute->put_text(name.ToBstr().Get()), kMethod);
+        Check(attribute->put_text(MakeBstr(name).Get()), kMethod);
     }
 }
 
@@ -163,7 +165,7 @@ void PrintSchemaXmlDocument::ReplacePrivateDeclaration(const CXString& foundPref
     ComPtr<IXMLDOMNamedNodeMap> attributes;
     Check(m_rootNode->get_attributes(attributes.Put()), kMethod);
     ComPtr<IXMLDOMNode> removed;
-    Check(attributes->removeNamedItem(oldDeclaration.ToBstr().Get(), removed.Put()), kMethod);
+    Check(attributes->removeNamedItem(MakeBstr(oldDeclaration).Get(), removed.Put()), kMethod);
 }
 
 // The URI to which the root element binds the prefix; S_FALSE when it does not.
