@@ -15,7 +15,7 @@
 
 #include "utilitiesstaticlib/wideliteral.h"
 
-class CComBSTR
+class CComBSTR // NOLINT(cppcoreguidelines-special-member-functions): one assignment serves copies and moves
 {
 public:
     CComBSTR() noexcept = default;

@@ -17,7 +17,7 @@ constexpr const WCHAR* kEmptyMessage =
 CXString ComposeExceptionMessage(WStringView format, std::initializer_list<CXString::Argument> arguments)
 try
 {
-    const CXString message = CXString::Format(format, arguments);
+    CXString message = CXString::Format(format, arguments);
     if (message.IsEmpty() && arguments.size() != 0)
         return kEmptyMessage;
     return message;

@@ -40,11 +40,11 @@ public:
     {
         // Null: something that is no std::exception. Of a std::bad_alloc, one whose what() is "bad allocation",
         // whatever the runtime calls it.
-        const std::exception* exception;
+        const std::exception* exception = nullptr;
         ThrowSite site;
-        const ExecutionContextStack* contexts;
-        const WCHAR* text;
-        const WCHAR* detail;
+        const ExecutionContextStack* contexts = nullptr;
+        const WCHAR* text = nullptr;
+        const WCHAR* detail = nullptr;
     };
 
     // Receives the reports of this process, on the reporting thread; null removes it. It must not throw, and, since

@@ -7,7 +7,7 @@
 
 struct ThrowSite
 {
-    const WCHAR* method; // "Class::Method", static text
-    const WCHAR* file;   // "complugins\\ptpcprovider\\...", without extension, static text
+    const WCHAR* method = nullptr; // "Class::Method", static text
+    const WCHAR* file = nullptr;   // "complugins\\ptpcprovider\\...", without extension, static text
     int line = __builtin_LINE();
 };
