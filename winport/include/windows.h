@@ -6,4 +6,5 @@
 #include "windef.h"
 #include "winerror.h"
 #include "wingdi.h"
+#include "winnls.h"
 #include "winreg.h"

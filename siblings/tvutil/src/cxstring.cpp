@@ -12,11 +12,6 @@
 namespace
 {
 
-char16_t LowerOf(WCHAR unit) noexcept
-{
-    return latincase::ToLower(static_cast<char16_t>(unit));
-}
-
 template <class Number>
 WideString Decimal(Number value)
 {
@@ -159,24 +154,14 @@ void CXString::Clear() noexcept
 
 int CXString::CompareNoCase(WStringView other) const noexcept
 {
-    const std::size_t common = std::min(m_text.size(), other.size());
-    for (std::size_t index = 0; index < common; ++index)
-    {
-        const char16_t left = LowerOf(m_text[index]);
-        const char16_t right = LowerOf(other[index]);
-        if (left != right)
-            return left < right ? -1 : 1;
-    }
-    if (m_text.size() == other.size())
-        return 0;
-    return m_text.size() < other.size() ? -1 : 1;
+    return latincase::Compare(m_text, other);
 }
 
 CXString CXString::ToLower() const
 {
     CXString result(*this);
     for (WCHAR& unit : result.m_text)
-        unit = static_cast<WCHAR>(LowerOf(unit));
+        unit = static_cast<WCHAR>(latincase::ToLower(static_cast<char16_t>(unit)));
     return result;
 }
 

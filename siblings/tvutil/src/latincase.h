@@ -32,4 +32,20 @@ static_assert(ToLower(u'Z') == u'z' && ToLower(u'[') == u'[' && ToLower(0xD7) ==
 static_assert(ToLower(0x139) == 0x13A && ToLower(0x13A) == 0x13A && ToLower(0x148) == 0x148);
 static_assert(ToLower(0x14A) == 0x14B && ToLower(0x131) == 0x131 && ToLower(0x17D) == 0x17E && ToLower(0x17E) == 0x17E);
 
+// The order of two texts by their characters in lower case: below, at or above 0.
+constexpr int Compare(WStringView left, WStringView right) noexcept
+{
+    const std::size_t common = left.size() < right.size() ? left.size() : right.size();
+    for (std::size_t index = 0; index < common; ++index)
+    {
+        const char16_t leftUnit = ToLower(static_cast<char16_t>(left[index]));
+        const char16_t rightUnit = ToLower(static_cast<char16_t>(right[index]));
+        if (leftUnit != rightUnit)
+            return leftUnit < rightUnit ? -1 : 1;
+    }
+    if (left.size() == right.size())
+        return 0;
+    return left.size() < right.size() ? -1 : 1;
+}
+
 } // namespace latincase

@@ -9,6 +9,7 @@ set(WINPORT_CORE_SOURCES
   src/core/lasterror.cpp
   src/core/loadedimages.cpp
   src/core/loader.cpp
+  src/core/locale.cpp
   src/core/modulenames.cpp
   src/core/osversion.cpp
   src/core/process.cpp

@@ -1,0 +1,93 @@
+#include <windows.h>
+
+#include <tvutil/printdriver.h>
+
+#include <tvutil/bytereader.h>
+#include <tvutil/exceptions.h>
+#include <tvutil/printer.h>
+#include <tvutil/throwexception.h>
+
+#include "spoolerbuffer.h"
+
+namespace
+{
+
+constexpr const WCHAR* kSourceFile = W("siblings\\tvutil\\src\\printdriver");
+constexpr std::size_t kCapabilityWordSize = 8;
+
+// A list of texts, each zero-terminated, that ends with an empty one or with the buffer in which it lies.
+void AppendMultiString(std::vector<CXString>& texts, const WCHAR* list, std::span<const std::byte> buffer)
+{
+    if (list == nullptr)
+        return;
+    const auto offset = static_cast<std::size_t>(reinterpret_cast<const std::byte*>(list) - buffer.data());
+    if (offset > buffer.size())
+        return;
+    const std::size_t room = (buffer.size() - offset) / sizeof(WCHAR);
+    for (WStringView rest(list, room); !rest.empty() && rest.front() != WCHAR();)
+    {
+        const WStringView text = rest.substr(0, rest.find(WCHAR()));
+        texts.emplace_back(text);
+        rest.remove_prefix(text.size() < rest.size() ? text.size() + 1 : rest.size());
+    }
+}
+
+// The levels begin with the same members; which of them is asked decides what a spooler must know.
+template <class Info>
+std::vector<CXString> FilesOf(const SpoolerBuffer& answer)
+{
+    std::vector<CXString> files;
+    const Info* const info = answer.Get<Info>();
+    if (info == nullptr)
+        return files;
+    for (const WCHAR* const file : {info->pDriverPath, info->pDataFile, info->pConfigFile, info->pHelpFile})
+        if (file != nullptr && *file != WCHAR())
+            files.emplace_back(file);
+    AppendMultiString(files, info->pDependentFiles, answer.Bytes());
+    return files;
+}
+
+} // namespace
+
+ULONGLONG PrintDriver::GetDriverCapability(HANDLE printer, ULONGLONG mask) const
+{
+    const ThrowSite site{W("PrintDriver::GetDriverCapability"), kSourceFile};
+    DWORD type = REG_NONE;
+    ByteBuffer data;
+    bool found = false;
+    try
+    {
+        found = Printer(printer).GetPrinterDataW(kDriverCapabilityValueName, type, data);
+    }
+    catch (const ExceptionPrinterFailure& failure)
+    {
+        ThrowException<ExceptionPrintDriverFailure>(site, W("the driver's capabilities cannot be read: %s"),
+                                                    {failure.GetText()});
+    }
+    if (!found || type != REG_BINARY || data.size() != kCapabilityWordSize)
+        ThrowException<ExceptionPrintDriverFailure>(
+            site, W("the printer holds no capability word \"%s\" (REG_BINARY, 8 bytes): %s"),
+            {kDriverCapabilityValueName,
+             found ? W("the value is of another kind") : W("the driver's set-up has not run for it")});
+    return ByteReader(data.bytes()).U64() & mask;
+}
+
+std::vector<CXString> PrintDriver::GetDriverFiles(HANDLE printer, DWORD level, const CXString& environment) const
+{
+    const ThrowSite site{W("PrintDriver::GetDriverFiles"), kSourceFile};
+    if (level != 3 && level != 6 && level != 9)
+        ThrowException<ExceptionPrintDriverFailure>(site, W("level %u does not name a driver's files"), {level});
+
+    WideString mutableEnvironment(environment.View()); // the platform's parameter is not const
+    LPWSTR const environmentOrNull = environment.IsEmpty() ? nullptr : mutableEnvironment.data();
+    const DWORD spoolerLevel = level == 9 ? 6 : level;
+    SpoolerBuffer answer;
+    const DWORD error = answer.Fill(
+        [&](LPBYTE room, DWORD size, LPDWORD needed)
+        { return ErrorOf(GetPrinterDriverW(printer, environmentOrNull, spoolerLevel, room, size, needed)); });
+    if (error != ERROR_SUCCESS)
+        ThrowException<ExceptionPrintDriverFailure>(
+            site, W("GetPrinterDriverW failed for level %u, environment \"%s\": Win32 error %u"),
+            {spoolerLevel, environment, error});
+    return spoolerLevel == 3 ? FilesOf<DRIVER_INFO_3W>(answer) : FilesOf<DRIVER_INFO_6W>(answer);
+}

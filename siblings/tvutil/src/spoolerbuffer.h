@@ -1,0 +1,62 @@
+// SpoolerBuffer: the answer of a spooler call that fills the caller's buffer.
+//
+// Such calls are made twice: without room, to learn the size, and with it; again when the answer has grown in between.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+class SpoolerBuffer
+{
+public:
+    // Call is `DWORD(LPBYTE room, DWORD size, LPDWORD needed)`, which returns a Win32 error. Returns the last one.
+    template <class Call>
+    [[nodiscard]] DWORD Fill(Call call)
+    {
+        constexpr int kAttempts = 8; // somebody who changes the answer each time must not keep us here
+        DWORD error = ERROR_SUCCESS;
+        for (int attempt = 0; attempt < kAttempts; ++attempt)
+        {
+            DWORD needed = 0;
+            error = call(Room(), static_cast<DWORD>(m_bytes.size()), &needed);
+            if (error == ERROR_SUCCESS)
+                m_bytes.resize(needed < m_bytes.size() ? needed : m_bytes.size());
+            if ((error != ERROR_INSUFFICIENT_BUFFER && error != ERROR_MORE_DATA) || needed <= m_bytes.size())
+                return error;
+            m_bytes.resize(needed);
+        }
+        return error;
+    }
+
+    // The structure at the head of the answer; null when the answer is too short for it. Its texts lie in the buffer.
+    template <class Info>
+    [[nodiscard]] const Info* Get() const noexcept
+    {
+        return m_bytes.size() >= sizeof(Info) ? reinterpret_cast<const Info*>(m_bytes.data()) : nullptr;
+    }
+
+    [[nodiscard]] std::span<const std::byte> Bytes() const noexcept
+    {
+        return m_bytes;
+    }
+
+private:
+    LPBYTE Room() noexcept
+    {
+        return m_bytes.empty() ? nullptr : reinterpret_cast<LPBYTE>(m_bytes.data());
+    }
+
+    std::vector<std::byte> m_bytes; // from the heap: aligned for every structure
+};
+
+// The error of a BOOL function that has just returned.
+[[nodiscard]] inline DWORD ErrorOf(BOOL succeeded) noexcept
+{
+    if (succeeded)
+        return ERROR_SUCCESS;
+    const DWORD error = GetLastError();
+    return error != ERROR_SUCCESS ? error : ERROR_GEN_FAILURE;
+}
