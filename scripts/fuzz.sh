@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# Builds the fuzz targets and runs each for FUZZ_SECONDS (60), one after another. What they find on the way is kept in
+# build/fuzz/corpus/NAME, an input that breaks something in build/fuzz/findings/NAME; `make fuzz FUZZ_TARGET=NAME` runs
+# only one.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+seconds=${FUZZ_SECONDS:-60}
+scripts/build.sh linux-fuzz
+
+shopt -s nullglob
+targets=(build/fuzz/fuzzers/${FUZZ_TARGET:-*})
+if [ "${#targets[@]}" -eq 0 ]; then
+    echo "fuzz: there is no fuzz target ${FUZZ_TARGET:-yet}; nothing was run"
+    [ -z "${FUZZ_TARGET:-}" ]
+    exit
+fi
+
+failed=0
+for target in "${targets[@]}"; do
+    name=$(basename "$target")
+    corpus=build/fuzz/corpus/$name
+    findings=build/fuzz/findings/$name
+    mkdir -p "$corpus" "$findings"
+    options=(-max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$findings/")
+    [ ! -f "fuzz/$name.dict" ] || options+=(-dict="fuzz/$name.dict")
+    seeds=()
+    [ ! -d "fuzz/seeds/$name" ] || seeds=("fuzz/seeds/$name")
+    echo "fuzz: $name for $seconds s"
+    if "$target" "${options[@]}" "$corpus" "${seeds[@]}" >"build/fuzz/$name.log" 2>&1; then
+        grep -E '^stat::(number_of_executed_units|average_exec_per_sec|peak_rss_mb)' "build/fuzz/$name.log" || true
+    else
+        failed=$((failed + 1))
+        tail -n 40 "build/fuzz/$name.log"
+        echo "fuzz: $name found a fault; its input is in $findings" >&2
+    fi
+done
+echo "fuzz: $((${#targets[@]} - failed)) targets found nothing, $failed found a fault"
+[ "$failed" -eq 0 ]
