@@ -1,6 +1,8 @@
 # Compiler settings that every target of ours gets, and the kinds of target we have: tavlen_module, tavlen_program,
 # tavlen_benchmark, tavlen_fuzzer (and tavlen_test, in tests/).
 
+include(ThirdParty)
+
 option(TVPT_BUILD_TESTS "Build the tests" ON)
 option(TVPT_BUILD_BENCHMARKS "Build the benchmarks (Linux)" OFF)
 option(TVPT_BUILD_FUZZERS "Build the fuzz targets (clang)" OFF)
@@ -88,11 +90,11 @@ function(tavlen_program name)
   tavlen_packaged(${name})
 endfunction()
 
-# tavlen_packaged(TARGET): the target is part of the driver package, one flat folder (make package).
+# tavlen_packaged(TARGET): the target is part of the driver package (make package).
 function(tavlen_packaged name)
   install(TARGETS ${name}
-    RUNTIME DESTINATION . COMPONENT driver
-    LIBRARY DESTINATION . COMPONENT driver
+    RUNTIME DESTINATION bin COMPONENT driver
+    LIBRARY DESTINATION bin COMPONENT driver
     ARCHIVE DESTINATION lib COMPONENT importlibraries EXCLUDE_FROM_ALL)
 endfunction()
 
@@ -119,16 +121,3 @@ function(tavlen_fuzzer name)
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/fuzzers")
 endfunction()
-
-# tavlen_header_library(NAME FOLDER): a header-only library of the host's system include folder, as target NAME.
-# Seen through a folder of its own: the system folder beside it would give the cross build the host's C library.
-function(tavlen_header_library name folder)
-  find_path(${name}_system_folder "${folder}" PATHS /usr/include NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
-  set(own_folder "${CMAKE_BINARY_DIR}/headerlibraries/${name}")
-  file(MAKE_DIRECTORY "${own_folder}")
-  file(CREATE_LINK "${${name}_system_folder}/${folder}" "${own_folder}/${folder}" SYMBOLIC)
-  add_library(${name} INTERFACE)
-  target_include_directories(${name} SYSTEM INTERFACE "${own_folder}")
-endfunction()
-tavlen_header_library(tavlen_json nlohmann)
-tavlen_header_library(tavlen_cli11 CLI)

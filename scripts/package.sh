@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Gathers the driver package folders: build/package/linux and build/package/windows, each one flat folder with the
-# modules, tvpt and the printer models. A folder that lacks something of its own is an error.
+# Gathers the driver package folders: build/package/linux and build/package/windows, each with the modules
+# and tvpt in bin/ and the printer models in models/. A folder that lacks something of its own is an error.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -15,7 +15,7 @@ complete()
 {
     local name
     for name in "tvutil_B.$2" "tvptpc_B.$2" "$3"; do
-        [ -s "$1/$name" ] || fail "$1 lacks $name"
+        [ -s "$1/bin/$name" ] || fail "$1 lacks $name"
     done
     compgen -G "$1/models/*.json" >/dev/null || fail "$1 lacks the printer models"
 }
@@ -27,9 +27,9 @@ complete build/package/linux so tvpt
 complete build/package/windows dll tvpt.exe
 
 # The Linux folder must find its own libraries wherever it lies; on Windows only the system's may be missing from it.
-missing=$(cd build/package/linux && for file in tvpt ./*.so; do ldd "$file"; done | grep 'not found' || true)
+missing=$(cd build/package/linux/bin && for file in tvpt ./*.so; do ldd "$file"; done | grep 'not found' || true)
 [ -z "$missing" ] || fail "the Linux folder does not load by itself:"$'\n'"$missing"
-for file in build/package/windows/*.dll build/package/windows/*.exe; do
+for file in build/package/windows/bin/*; do
     imports=$(x86_64-w64-mingw32-objdump -p "$file" | sed -n 's/^\tDLL Name: //p')
     for import in $imports; do
         case "${import,,}" in
