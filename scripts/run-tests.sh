@@ -23,7 +23,7 @@ export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1}
 export TSAN_OPTIONS=${TSAN_OPTIONS:-halt_on_error=1:second_deadlock_stack=1}
 
 status=0
-ctest --test-dir "$folder" --parallel "${JOBS:-$(nproc)}" --output-on-failure --no-tests=error --timeout 900 \
+ctest --test-dir "$folder" --parallel "${JOBS:-$(nproc)}" --output-on-failure --no-tests=error --timeout 600 \
     --output-junit "$results/ctest.xml" "$@" || status=$?
 
 # One line a report: "report NAME TESTS FAILED DISABLED SKIPPED"; one line a program: "program NAME run|fail|disabled".
