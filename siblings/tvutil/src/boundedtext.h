@@ -33,6 +33,14 @@ public:
         return *this << std::string_view(digits, static_cast<std::size_t>(end - digits));
     }
 
+    // A line end, in the place of the last character where there is no room for more.
+    void EndLine() noexcept
+    {
+        if (m_length + 1 == kRoom)
+            --m_length;
+        *this << WStringView(W("\n"));
+    }
+
     [[nodiscard]] const WCHAR* c_str() const noexcept
     {
         return m_text;

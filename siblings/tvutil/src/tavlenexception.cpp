@@ -100,6 +100,7 @@ void TraceReport(const TavlenException::Report& report) noexcept
     for (const WStringView addition : {WStringView(report.text), WStringView(report.detail)})
         if (!addition.empty())
             line << W("; ") << addition;
+    line.EndLine();
     OutputDebugStringW(line.c_str());
 }
 

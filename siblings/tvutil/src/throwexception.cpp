@@ -33,7 +33,7 @@ void AnnounceException(const WCHAR* className, const CXString& message, const Th
     line += className;
     line += W(": ");
     line += message;
-    OutputDebugStringW(line.c_str());
+    OutputDebugStringW((line + W("\n")).c_str());
     TavlenException::AllowForExceptionDebug(line.c_str(), site,
                                             UtilitiesDllPerThreadStorage::GetExecutionContextStack());
 }

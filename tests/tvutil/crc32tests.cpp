@@ -1,0 +1,56 @@
+#include <numeric>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <tvutil/crc32.h>
+
+namespace
+{
+
+TEST(Crc32, AgreesWithPublishedValues)
+{
+    struct Case
+    {
+        std::string_view text;
+        ULONG crc;
+    };
+    constexpr Case kCases[] = {
+        {"", 0},
+        {"a", 0xE8B7BE43},
+        {"abc", 0x352441C2},
+        {"123456789", 0xCBF43926},
+        {"The quick brown fox jumps over the lazy dog", 0x414FA339},
+    };
+    for (const Case& test : kCases)
+        EXPECT_EQ(Crc32::GetCrc(test.text.data(), test.text.size()), test.crc) << test.text;
+}
+
+// The sliced form must agree with the definition for every length and start, and chain at every place.
+TEST(Crc32, AgreesWithTheBitwiseDefinitionAndChains)
+{
+    const auto byDefinition = [](const BYTE* bytes, std::size_t size)
+    {
+        ULONG crc = 0xFFFFFFFF;
+        for (std::size_t index = 0; index < size; ++index)
+        {
+            crc ^= bytes[index];
+            for (int bit = 0; bit < 8; ++bit)
+                crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xEDB88320 : 0);
+        }
+        return crc ^ 0xFFFFFFFF;
+    };
+    std::vector<BYTE> bytes(67);
+    std::iota(bytes.begin(), bytes.end(), BYTE{200});
+    for (std::size_t start = 0; start < 9; ++start)
+        for (std::size_t size = 0; start + size <= bytes.size(); ++size)
+            ASSERT_EQ(Crc32::GetCrc(bytes.data() + start, size), byDefinition(bytes.data() + start, size))
+                << start << "+" << size;
+    const ULONG whole = Crc32::GetCrc(bytes.data(), bytes.size());
+    for (std::size_t cut = 0; cut <= bytes.size(); ++cut)
+        EXPECT_EQ(Crc32::GetCrc(bytes.data() + cut, bytes.size() - cut, Crc32::GetCrc(bytes.data(), cut)), whole);
+    EXPECT_EQ(Crc32::GetCrc(nullptr, 0, 1397442489), 1397442489u);
+}
+
+} // namespace
