@@ -1,5 +1,5 @@
-# Compiler settings that every target of ours gets, and the kinds of target we have: tavlen_module, tavlen_program,
-# tavlen_benchmark, tavlen_fuzzer (and tavlen_test, in tests/).
+# Compiler settings that every target of ours gets, and the kinds of target we have: tavlen_module, tavlen_benchmark,
+# tavlen_fuzzer (and tavlen_test, in tests/).
 
 include(ThirdParty)
 
@@ -53,10 +53,6 @@ else()
   endif()
 endif()
 
-if(TVPT_DOCUMENT_DUMPS)
-  target_compile_definitions(tavlen_options INTERFACE TVPT_DOCUMENT_DUMPS)
-endif()
-
 if(NOT TVPT_SANITIZE STREQUAL "")
   add_compile_options(-fsanitize=${TVPT_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${TVPT_SANITIZE})
@@ -79,23 +75,6 @@ function(tavlen_module name macro)
     PRIVATE "${macro}=${TAVLEN_EXPORT}"
     INTERFACE "${macro}=${TAVLEN_IMPORT}")
   target_link_libraries(${name} PUBLIC tavlen_options)
-  tavlen_packaged(${name})
-endfunction()
-
-# tavlen_program(NAME SOURCE...): a program of ours that ships beside the modules.
-function(tavlen_program name)
-  add_executable(${name} ${ARGN})
-  target_link_libraries(${name} PRIVATE tavlen_options)
-  tavlen_windows_manifest(${name})
-  tavlen_packaged(${name})
-endfunction()
-
-# tavlen_packaged(TARGET): the target is part of the driver package (make package).
-function(tavlen_packaged name)
-  install(TARGETS ${name}
-    RUNTIME DESTINATION bin COMPONENT driver
-    LIBRARY DESTINATION bin COMPONENT driver
-    ARCHIVE DESTINATION lib COMPONENT importlibraries EXCLUDE_FROM_ALL)
 endfunction()
 
 # tavlen_windows_manifest(PROGRAM): lets the program see the Windows version that it runs on.
