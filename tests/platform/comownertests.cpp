@@ -1,0 +1,125 @@
+// The owners of COM resources: strings, interfaces, task memory.
+#include <windows.h>
+
+#include <cstring>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+#include "tests/platform/countingunknown.h"
+#include "utilitiesstaticlib/ccombstr.h"
+#include "utilitiesstaticlib/comptr.h"
+#include "utilitiesstaticlib/cotaskmemptr.h"
+
+struct UnknownToTheObject : IUnknown
+{
+};
+
+template <>
+struct IidOf<UnknownToTheObject>
+{
+    static const IID& Value()
+    {
+        static constexpr IID id = {0x7E57, 0, 0, {1, 2, 3, 4, 5, 6, 7, 8}};
+        return id;
+    }
+};
+
+TEST(CComBstr, CopiesMovesAndHandsOver)
+{
+    const CComBSTR original(WStringView(W("a\0b"), 3));
+    CComBSTR copy(original);
+    EXPECT_EQ(copy.View(), original.View());
+    EXPECT_NE(copy.Get(), original.Get());
+
+    BSTR const place = copy.Get();
+    CComBSTR moved(std::move(copy));
+    EXPECT_EQ(moved.Get(), place);
+
+    CComBSTR target(W("freed by what follows"));
+    target = std::move(moved);
+    EXPECT_EQ(target.Length(), 3u);
+    CComBSTR& same = target;
+    target = same;
+    EXPECT_EQ(target.View(), original.View());
+
+    CComBSTR receiver(W("freed by Put"));
+    *receiver.Put() = target.Detach();
+    EXPECT_EQ(receiver.View(), original.View());
+    EXPECT_EQ(target.Get(), nullptr);
+}
+
+TEST(CComBstr, TellsNullFromEmptyByItsPointerOnly)
+{
+    const CComBSTR null(static_cast<const WCHAR*>(nullptr));
+    const CComBSTR empty(W(""));
+    EXPECT_EQ(null.Get(), nullptr);
+    EXPECT_NE(empty.Get(), nullptr);
+    EXPECT_TRUE(null.IsEmpty());
+    EXPECT_TRUE(empty.IsEmpty());
+    EXPECT_EQ(null.View(), empty.View());
+    EXPECT_EQ(CComBSTR(null).Get(), nullptr);
+    EXPECT_NE(CComBSTR(empty).Get(), nullptr);
+}
+
+TEST(ComPtr, GivesBackEveryReferenceItTook)
+{
+    CountingUnknown object;
+    {
+        const ComPtr<IUnknown> first(&object);
+        EXPECT_EQ(object.References(), 2u);
+        ComPtr<IUnknown> second = first;
+        EXPECT_EQ(object.References(), 3u);
+        ComPtr<IUnknown> third = std::move(second);
+        EXPECT_EQ(object.References(), 3u);
+        ComPtr<IUnknown>& same = third;
+        third = same;
+        EXPECT_EQ(object.References(), 3u);
+        EXPECT_EQ(third.Get(), &object);
+
+        IUnknown* handedOut = nullptr;
+        EXPECT_EQ(third.CopyTo(&handedOut), S_OK);
+        EXPECT_EQ(object.References(), 4u);
+        second.Attach(handedOut);
+        second.Attach(third.Detach());
+        EXPECT_EQ(object.References(), 3u);
+        EXPECT_FALSE(third);
+        *second.Put() = nullptr;
+        EXPECT_EQ(object.References(), 2u);
+    }
+    EXPECT_EQ(object.References(), 1u);
+}
+
+TEST(ComPtr, AsksForAnotherInterface)
+{
+    CountingUnknown object;
+    {
+        const ComPtr<IUnknown> pointer(&object);
+        ComPtr<IUnknown> found;
+        EXPECT_EQ(pointer.As(found), S_OK);
+        EXPECT_EQ(object.References(), 3u);
+
+        ComPtr<UnknownToTheObject> missing;
+        EXPECT_EQ(pointer.As(missing), E_NOINTERFACE);
+        EXPECT_FALSE(missing);
+        EXPECT_EQ(ComPtr<IUnknown>().As(found), E_POINTER);
+        EXPECT_FALSE(found);
+        EXPECT_EQ(object.References(), 2u);
+    }
+    EXPECT_EQ(object.References(), 1u);
+}
+
+TEST(CoTaskMemPtr, TakesOverWhatACallHandsOut)
+{
+    const auto handOut = [](WCHAR** text)
+    {
+        *text = static_cast<WCHAR*>(CoTaskMemAlloc(2 * sizeof(WCHAR)));
+        std::memcpy(*text, W("x"), 2 * sizeof(WCHAR));
+    };
+    CoTaskMemPtr<WCHAR[]> text;
+    handOut(TaskMemoryOut(text));
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(text[0], W('x'));
+    handOut(TaskMemoryOut(text)); // the first memory is freed: the address sanitizer would tell
+    EXPECT_EQ(text[0], W('x'));
+}

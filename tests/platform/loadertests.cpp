@@ -1,0 +1,203 @@
+// Modules: loading, references, names and functions. The module platform_sample lies beside this program.
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/platform/wine.h"
+#include "tests/platform/withlasterror.h"
+#include "utilitiesstaticlib/wideliteral.h"
+
+namespace
+{
+
+constexpr DWORD kUnchanged = GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+constexpr DWORD kByAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS;
+const WCHAR* const kSample = W("platform_sample.dll");
+
+WideString FileNameOf(HMODULE module)
+{
+    WCHAR path[4096] = {};
+    return {path, GetModuleFileNameW(module, path, static_cast<DWORD>(std::size(path)))};
+}
+
+WideString BesideProgram(WStringView name)
+{
+    const WideString program = FileNameOf(nullptr);
+    return program.substr(0, program.find_last_of(W("\\/")) + 1).append(name);
+}
+
+HMODULE LoadSample()
+{
+    return LoadLibraryExW(BesideProgram(kSample).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+}
+
+template <class Function>
+Function FunctionOf(HMODULE module, const char* name)
+{
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
+LPCWSTR AsName(const void* address)
+{
+    return static_cast<LPCWSTR>(address);
+}
+
+} // namespace
+
+TEST(Loader, KeepsAModuleUntilItsLastReferenceIsGivenBack)
+{
+    ASSERT_EQ(GetModuleHandleW(kSample), nullptr) << "left behind by another test";
+    HMODULE const first = LoadSample();
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(LoadSample(), first);                    // 2
+    EXPECT_EQ(LoadLibraryW(kSample), first);           // 3, by its bare name
+    EXPECT_EQ(LoadLibraryA("PLATFORM_SAMPLE"), first); // 4, without extension
+    HMODULE counted = nullptr;
+    EXPECT_TRUE(GetModuleHandleExW(0, kSample, &counted)); // 5
+    EXPECT_EQ(counted, first);
+    HMODULE uncounted = nullptr;
+    EXPECT_TRUE(GetModuleHandleExW(kUnchanged, kSample, &uncounted));
+    EXPECT_EQ(uncounted, first);
+    EXPECT_EQ(GetModuleHandleW(BesideProgram(kSample).c_str()), first);
+
+    for (int left = 5; left > 0; --left)
+    {
+        const auto answer = FunctionOf<int (*)()>(first, "SampleAnswer");
+        ASSERT_NE(answer, nullptr) << left;
+        EXPECT_EQ(answer(), 42);
+        EXPECT_TRUE(FreeLibrary(first));
+    }
+    EXPECT_EQ(GetModuleHandleW(kSample), nullptr);
+    const auto [freed, error] = WithLastError([first] { return FreeLibrary(first); });
+    EXPECT_FALSE(freed);
+    EXPECT_EQ(error, DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_FALSE(FreeLibrary(nullptr));
+
+    HMODULE const again = LoadSample();
+    EXPECT_NE(again, nullptr);
+    EXPECT_TRUE(FreeLibrary(again));
+}
+
+TEST(Loader, FindsAModuleByAnAddressWithinIt)
+{
+    HMODULE const sample = LoadSample();
+    ASSERT_NE(sample, nullptr);
+    const void* const inside = FunctionOf<void*>(sample, "SampleAnswer");
+    HMODULE found = nullptr;
+    EXPECT_TRUE(GetModuleHandleExW(kByAddress | kUnchanged, AsName(inside), &found));
+    EXPECT_EQ(found, sample);
+    EXPECT_TRUE(GetModuleHandleExA(kByAddress, static_cast<LPCSTR>(inside), &found));
+    EXPECT_EQ(found, sample);
+    EXPECT_TRUE(FreeLibrary(sample));
+    EXPECT_NE(GetModuleHandleW(kSample), nullptr); // the address form took a reference
+    EXPECT_TRUE(FreeLibrary(sample));
+    EXPECT_EQ(GetModuleHandleW(kSample), nullptr);
+
+    static const int ours = 0;
+    EXPECT_TRUE(GetModuleHandleExW(kByAddress | kUnchanged, AsName(&ours), &found));
+    EXPECT_EQ(found, GetModuleHandleW(nullptr));
+
+    const std::vector<int> heap(100);
+    const auto [belongs, error] =
+        WithLastError([&] { return GetModuleHandleExW(kByAddress | kUnchanged, AsName(heap.data()), &found); });
+    EXPECT_FALSE(belongs);
+    EXPECT_EQ(found, nullptr);
+    EXPECT_EQ(error, DWORD{ERROR_MOD_NOT_FOUND});
+}
+
+TEST(Loader, WhatCannotBeLoadedSaysWhy)
+{
+    const std::filesystem::path notAModule(BesideProgram(W("platform_notamodule.dll")));
+    std::ofstream(notAModule) << "This is a text, and not a short one, that somebody gave the name of a module.\n";
+
+    struct Case
+    {
+        const char* name;
+        WideString file;
+        DWORD error;
+    };
+    const Case cases[] = {
+        {"no such file", BesideProgram(W("platform_absent.dll")), ERROR_MOD_NOT_FOUND},
+        {"no such folder", BesideProgram(W("absent/platform_sample.dll")), ERROR_MOD_NOT_FOUND},
+        {"no such bare name", W("platform_absent.dll"), ERROR_MOD_NOT_FOUND},
+        {"no module", BesideProgram(W("platform_notamodule.dll")), ERROR_BAD_EXE_FORMAT},
+    };
+    for (const Case& test : cases)
+    {
+        SCOPED_TRACE(test.name);
+        const auto [module, error] = WithLastError(
+            [&test] { return LoadLibraryExW(test.file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH); });
+        EXPECT_EQ(module, nullptr);
+        EXPECT_EQ(error, test.error);
+        EXPECT_EQ(GetModuleHandleW(test.file.c_str()), nullptr);
+    }
+    std::filesystem::remove(notAModule);
+}
+
+TEST(Loader, AModuleAnswersForItsOwnFunctionsOnly)
+{
+    HMODULE const sample = LoadSample();
+    ASSERT_NE(sample, nullptr);
+    // Names are exact, and what the module imports is not its own.
+    for (const char* const name : {"SampleAbsent", "sampleanswer", "", "CoTaskMemAlloc", "malloc"})
+    {
+        const auto [function, error] = WithLastError([&] { return GetProcAddress(sample, name); });
+        EXPECT_EQ(function, nullptr) << name;
+        EXPECT_EQ(error, DWORD{ERROR_PROC_NOT_FOUND}) << name;
+    }
+    EXPECT_TRUE(FreeLibrary(sample));
+}
+
+TEST(Loader, SystemFunctionsAreFoundInTheSystemsModule)
+{
+    HMODULE const kernel = GetModuleHandleA("kernel32.dll");
+    ASSERT_NE(kernel, nullptr);
+    using Finder = BOOL(WINAPI*)(DWORD, LPCSTR, HMODULE*);
+    const auto find = FunctionOf<Finder>(kernel, "GetModuleHandleExA");
+    ASSERT_NE(find, nullptr);
+    HMODULE program = nullptr;
+    EXPECT_TRUE(find(kUnchanged, nullptr, &program));
+    EXPECT_EQ(program, GetModuleHandleW(nullptr));
+}
+
+TEST(Loader, FileNamesThatDoNotFitAreCutAndTerminated)
+{
+    HMODULE const sample = LoadSample();
+    ASSERT_NE(sample, nullptr);
+    for (HMODULE const module : {sample, HMODULE{nullptr}})
+    {
+        const WideString whole = FileNameOf(module);
+        ASSERT_TRUE(std::filesystem::exists(std::filesystem::path(whole)));
+        const auto length = static_cast<DWORD>(whole.size());
+
+        std::vector<WCHAR> room(length + 2, W('~'));
+        EXPECT_EQ(GetModuleFileNameW(module, room.data(), length + 1), length);
+        EXPECT_EQ(WStringView(room.data()), whole);
+
+        room.assign(length + 2, W('~'));
+        const auto [size, error] = WithLastError([&] { return GetModuleFileNameW(module, room.data(), length); });
+        EXPECT_EQ(size, length);
+        EXPECT_EQ(error, DWORD{ERROR_INSUFFICIENT_BUFFER});
+        EXPECT_EQ(room[length], W('~'));
+
+        char narrow[] = "~~~~~";
+        EXPECT_EQ(GetModuleFileNameA(module, narrow, 4), 4u);
+        EXPECT_EQ(narrow[4], '~');
+
+        // Wine leaves a name that was cut without its terminator, as Windows XP did.
+        if (IsWine())
+            continue;
+        EXPECT_EQ(WStringView(room.data()), whole.substr(0, length - 1));
+        EXPECT_EQ(narrow[3], 0);
+    }
+    EXPECT_TRUE(FreeLibrary(sample));
+    const auto [gone, error] = WithLastError([sample] { return FileNameOf(sample); });
+    EXPECT_EQ(gone, WideString());
+    EXPECT_EQ(error, DWORD{ERROR_MOD_NOT_FOUND});
+}
