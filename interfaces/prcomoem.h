@@ -33,8 +33,7 @@ struct PRINT_FEATURE_OPTION
 
 inline constexpr IID IID_IPrintOemPrintTicketProvider{
     0xBCF5E011, 0xF60A, 0x49FF, {0xAB, 0x2F, 0xE0, 0x6F, 0x4A, 0xBD, 0xF2, 0x81}};
-inline constexpr IID IID_IPrintCoreHelper{
-    0xA89EC53E, 0x3905, 0x49C6, {0x9C, 0x1A, 0xC0, 0xA8, 0x81, 0x17, 0xFD, 0xB6}};
+inline constexpr IID IID_IPrintCoreHelper{0xA89EC53E, 0x3905, 0x49C6, {0x9C, 0x1A, 0xC0, 0xA8, 0x81, 0x17, 0xFD, 0xB6}};
 
 // Sizes are in bytes. Documents are borrowed for the call; versions, namespaces and strings that are handed out are
 // the caller's to free (CoTaskMemFree for arrays, SysFreeString for strings).
@@ -73,8 +72,7 @@ struct IPrintCoreHelper : IUnknown
                                                      PCSTR optionKeyword, const PRINT_FEATURE_OPTION** constraints,
                                                      DWORD* constraintCount) = 0;
     virtual HRESULT STDMETHODCALLTYPE EnumFeatures(PCSTR** featureKeywords, DWORD* featureCount) = 0;
-    virtual HRESULT STDMETHODCALLTYPE EnumOptions(PCSTR featureKeyword, PCSTR** optionKeywords,
-                                                  DWORD* optionCount) = 0;
+    virtual HRESULT STDMETHODCALLTYPE EnumOptions(PCSTR featureKeyword, PCSTR** optionKeywords, DWORD* optionCount) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetFontSubstitution(PCWSTR trueTypeFontName, PCWSTR* deviceFontName) = 0;
     virtual HRESULT STDMETHODCALLTYPE SetFontSubstitution(PCWSTR trueTypeFontName, PCWSTR deviceFontName) = 0;
     virtual HRESULT STDMETHODCALLTYPE CreateInstanceOfMSXMLObject(REFCLSID classId, IUnknown* outer, DWORD context,

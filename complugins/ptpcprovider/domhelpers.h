@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "complugins/ptpcprovider/printticketquerybuilder.h"
-#include "complugins/ptpcprovider/xmldominterfaces.h"
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/comptr.h"
+#include "utilitiesstaticlib/domiids.h"
 
 // A new string; running out of memory is thrown as TavlenComException with E_OUTOFMEMORY.
 CComBSTR MakeBstr(WStringView text);

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <tvutil/executioncontext.h>
 #include <tvutil/tavlenexception.h>
 #include <tvutil/utilitiesdllperthreadstorage.h>
 
@@ -26,11 +27,13 @@ inline void ReportFailure(const std::exception* exception, const ThrowSite& site
                                              W(""));
 }
 
-// Runs the body. Every exception is reported with the operation's place and becomes E_FAIL; the code that a
-// TavlenComException carries is not passed on, deliberately.
+// Runs the body in an execution context of its own, which is still open when a failure is reported. Every exception is
+// reported with the operation's place and becomes E_FAIL; the code that a TavlenComException carries is not passed on,
+// deliberately.
 template <class Body>
 HRESULT RunGuarded(const ThrowSite& site, Body&& body) noexcept
 {
+    const ExecutionContextLifetime context(site);
     try
     {
         return std::forward<Body>(body)();

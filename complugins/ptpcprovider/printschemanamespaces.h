@@ -25,7 +25,7 @@ inline constexpr WCHAR kXmlSchemaUri[] = W("http://www.w3.org/2001/XMLSchema");
 inline constexpr WCHAR kXmlSchemaInstanceUri[] = W("http://www.w3.org/2001/XMLSchema-instance");
 
 // Prefixes are kept with their colon, so that a qualified name is a plain concatenation.
-inline constexpr WCHAR kPrivatePrefix[] = W("tk:");              // of every document that declares the namespace
+inline constexpr WCHAR kPrivatePrefix[] = W("tk:");               // of every document that declares the namespace
 inline constexpr WCHAR kUndeclaredPrivatePrefix[] = W("ns0000:"); // the service's own prefix for it
 inline constexpr WCHAR kProvisionalFrameworkPrefix[] = W("psf");  // until the document's own is known
 

@@ -61,8 +61,8 @@ void PrintSchemaXmlDocument::SelectFrameworkNamespaceAs(const CXString& prefix) 
 void PrintSchemaXmlDocument::FindRootNode()
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::PrintSchemaXmlDocument");
-    const CXString query = CXString::Format(
-        W("//%s:%s"), {PrintSchema::kProvisionalFrameworkPrefix, m_rootElementName});
+    const CXString query =
+        CXString::Format(W("//%s:%s"), {PrintSchema::kProvisionalFrameworkPrefix, m_rootElementName});
     // The code of absence itself is thrown: a caller that asks FAILED() would take it for success.
     if (GetNode(query, m_rootNode.Put()) == S_FALSE)
         ThrowComException(S_FALSE, {kMethod, kSourceFile});

@@ -19,9 +19,9 @@
 
 #include "complugins/ptpcprovider/printschemanamespaces.h"
 #include "complugins/ptpcprovider/printticketquerybuilder.h"
-#include "complugins/ptpcprovider/xmldominterfaces.h"
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/comptr.h"
+#include "utilitiesstaticlib/domiids.h"
 
 class PrintSchemaXmlDocument
 {
@@ -91,8 +91,7 @@ public:
     HRESULT AppendChildQNameScoredProperty(IXMLDOMNode* parent, const CXString& fullName,
                                            const CXString& qualifiedValue) const;
     HRESULT AppendChildParameterRefScoredProperty(IXMLDOMNode* parent, const CXString& scoredPropertyName,
-                                                  const CXString& parameterName,
-                                                  IXMLDOMElement** scoredProperty) const;
+                                                  const CXString& parameterName, IXMLDOMElement** scoredProperty) const;
 
     // The document as it was given; null for an empty wrapper. Borrowed.
     [[nodiscard]] IXMLDOMDocument2* GetDocument() const noexcept;

@@ -90,16 +90,16 @@ void PrintTicketQueryBuilder::AddOption(const CXString& keywordPrefix)
 {
     constexpr const WCHAR* kMethod = W("PrintTicketQueryBuilder::AddOption");
     RequireFrameworkPrefix(kMethod);
-    OrOutOfMemory(kMethod,
-                  [&]
-                  {
-                      const CXString feature = m_query;
-                      m_query += CXString::Format(kOption, {m_frameworkPrefix});
-                      m_query += kUnion;
-                      m_query += feature;
-                      m_query += CXString::Format(kOptionNameValue,
-                                                  {m_frameworkPrefix, keywordPrefix, m_frameworkPrefix});
-                  });
+    OrOutOfMemory(
+        kMethod,
+        [&]
+        {
+            const CXString feature = m_query;
+            m_query += CXString::Format(kOption, {m_frameworkPrefix});
+            m_query += kUnion;
+            m_query += feature;
+            m_query += CXString::Format(kOptionNameValue, {m_frameworkPrefix, keywordPrefix, m_frameworkPrefix});
+        });
 }
 
 void PrintTicketQueryBuilder::GetQuery(BSTR* query) const

@@ -24,8 +24,7 @@ public:
     HRESULT GetFeatureOption(const CXString& featureName, BSTR* optionName, BSTR* optionPrefix) const;
     HRESULT GetScoredPropertyValue(const CXString& featureName, const CXString& scoredPropertyName, BSTR* value) const;
     // As _wtoi reads the text: no leading number is 0.
-    HRESULT GetScoredPropertyValue(const CXString& featureName, const CXString& scoredPropertyName,
-                                   ULONG* value) const;
+    HRESULT GetScoredPropertyValue(const CXString& featureName, const CXString& scoredPropertyName, ULONG* value) const;
     HRESULT GetParameterInitNodeIfExists(const CXString& namePrefix, const CXString& localName,
                                          IXMLDOMNode** parameterInit) const;
     // The Value element of the initialiser.

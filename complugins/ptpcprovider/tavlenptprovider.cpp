@@ -112,8 +112,7 @@ try
     }
 
     *options = OEMPT_DEFAULT;
-    const HRESULT published =
-        PrivateNamespaceIsEnabled() ? PublishPrivateNamespace(namespaceCount, namespaces) : S_OK;
+    const HRESULT published = PrivateNamespaceIsEnabled() ? PublishPrivateNamespace(namespaceCount, namespaces) : S_OK;
     m_dataModelInUse = false; // also when there was no memory for the namespace
     return published;
 }

@@ -1,7 +1,5 @@
 // The five document operations. Their order of steps is part of the design: later steps rely on what earlier ones
 // wrote. The translators' results are not looked at; only exceptions stop a conversion.
-#include <tvutil/executioncontext.h>
-
 #include <cstddef>
 
 #include "complugins/ptpcprovider/documentdump.h"
@@ -45,7 +43,6 @@ HRESULT WrapOnly(IXMLDOMDocument2* printTicket, const ThrowSite& site) noexcept
                       {
                           if (printTicket == nullptr)
                               return E_INVALIDARG;
-                          const ExecutionContextLifetime context(site);
                           const PrintTicketXmlDocument ticket(printTicket);
                           return S_OK;
                       });
@@ -62,7 +59,6 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertPrintTicketToDevMode(IXMLDOMD
                       {
                           if (!DevmodeIsWhole(devmodeSize, devmode) || printTicket == nullptr)
                               return E_INVALIDARG;
-                          const ExecutionContextLifetime context(kConvertPrintTicketToDevMode);
                           PrintTicketXmlDocument ticket(printTicket);
                           DumpDocument(printTicket, W("InputToConvertPrintTicketToDevMode"), kTicketDumpPrefix);
                           InitializeOrReInitializeDataModel(devmode);
@@ -82,7 +78,6 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertDevModeToPrintTicket(ULONG de
                       {
                           if (!DevmodeIsWhole(devmodeSize, devmode) || printTicket == nullptr)
                               return E_INVALIDARG;
-                          const ExecutionContextLifetime context(kConvertDevModeToPrintTicket);
                           PrintTicketXmlDocument ticket(printTicket);
                           DumpDocument(printTicket, W("BeforeConvertDevModeToPrintTicket"), kTicketDumpPrefix);
                           InitializeOrReInitializeDataModel(devmode);

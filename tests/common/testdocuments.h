@@ -1,0 +1,32 @@
+// Documents for tests: made from text or from a file of tests/data, and read back.
+#pragma once
+
+#include <msxml2.h>
+
+#include <string>
+#include <vector>
+
+#include "utilitiesstaticlib/comptr.h"
+#include "utilitiesstaticlib/wideliteral.h"
+
+// Fails the running test and answers null when the text is no document.
+ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text);
+ComPtr<IXMLDOMDocument2> LoadDocument(const std::string& utf8);
+// By the name below tests/data; reads UTF-8 and UTF-16LE, with and without a byte-order mark.
+ComPtr<IXMLDOMDocument2> LoadTestDocument(const std::string& name);
+
+// The whole document as text, in UTF-8.
+std::string TextOf(IXMLDOMDocument2* document);
+// The same tree, parsed anew from its text.
+ComPtr<IXMLDOMDocument2> Reparse(IXMLDOMDocument2* document);
+
+// What an XPath query finds, by its text; the framework namespace is psf.
+std::vector<std::string> Select(IXMLDOMDocument2* document, const char* query);
+
+// The files of a folder below tests/data, sorted, with the folder's name before them.
+std::vector<std::string> TestDocumentsIn(const std::string& folder);
+
+// A ticket around the given content; declarations are attributes of its root. The usual four are written by default.
+std::string TicketAround(const std::string& content, const std::string& moreDeclarations = "");
+
+std::string Utf8(WStringView text);

@@ -1,0 +1,285 @@
+// The provider object: references, versions, binding, the helper, the private namespace.
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "complugins/ptpcprovider/printschemanamespaces.h"
+#include "complugins/ptpcprovider/tavlenptprovider.h"
+#include "tests/common/testdocuments.h"
+#include "tests/common/testprinter.h"
+#include "utilitiesstaticlib/ccombstr.h"
+#include "utilitiesstaticlib/cotaskmemptr.h"
+
+struct TavlenPtProviderTestAccess
+{
+    static void UseDataModel(TavlenPtProvider& provider)
+    {
+        provider.m_dataModelInUse = true;
+    }
+
+    static bool DataModelIsInUse(const TavlenPtProvider& provider)
+    {
+        return provider.m_dataModelInUse;
+    }
+
+    static IPrintCoreHelper* Helper(const TavlenPtProvider& provider)
+    {
+        return provider.m_printCoreHelper.Get();
+    }
+
+    static ULONGLONG Capabilities(const TavlenPtProvider& provider)
+    {
+        return provider.m_driverCapabilityFlags << 16 | provider.m_secondDriverCapability;
+    }
+
+    static ULONG OsMajorVersion(const TavlenPtProvider& provider)
+    {
+        return provider.m_osMajorVersion;
+    }
+};
+
+namespace
+{
+
+using Access = TavlenPtProviderTestAccess;
+
+class Provider : public testing::Test
+{
+protected:
+    Provider()
+    {
+        EXPECT_EQ(S_OK, CreateTavlenPtProvider(m_interface.Put()));
+        m_object = static_cast<TavlenPtProvider*>(m_interface.Get());
+    }
+
+    struct Binding
+    {
+        HRESULT result = E_UNEXPECTED;
+        OEMPTOPTS options = OEMPT_NOSNAPSHOT;
+        INT namespaceCount = 77;
+        CoTaskMemPtr<BSTR> namespaces;
+        CComBSTR uri;
+    };
+
+    Binding Bind(HANDLE printer, INT version = 1)
+    {
+        Binding binding;
+        BSTR* namespaces = reinterpret_cast<BSTR*>(this); // anything but null: it must be overwritten
+        binding.result =
+            m_interface->BindPrinter(printer, version, &binding.options, &binding.namespaceCount, &namespaces);
+        binding.namespaces.reset(namespaces);
+        if (binding.namespaces && binding.namespaceCount == 1)
+            binding.uri.Attach(*binding.namespaces);
+        return binding;
+    }
+
+    ComPtr<IPrintOemPrintTicketProvider> m_interface;
+    TavlenPtProvider* m_object = nullptr;
+};
+
+TEST_F(Provider, CountsReferencesOfTheObjectAndOfTheProcess)
+{
+    const LONG processCount = TavlenPtProvider::GetModuleObjectCount();
+    EXPECT_EQ(2u, m_interface->AddRef());
+    EXPECT_EQ(processCount + 1, TavlenPtProvider::GetModuleObjectCount());
+    EXPECT_EQ(1u, m_interface->Release());
+    EXPECT_EQ(processCount, TavlenPtProvider::GetModuleObjectCount());
+
+    // An object's whole life leaves the constructor's one behind less the last Release: nothing, and no more.
+    IPrintOemPrintTicketProvider* other = nullptr;
+    ASSERT_EQ(S_OK, CreateTavlenPtProvider(&other));
+    EXPECT_EQ(processCount + 1, TavlenPtProvider::GetModuleObjectCount());
+    EXPECT_EQ(0u, other->Release());
+    EXPECT_EQ(processCount, TavlenPtProvider::GetModuleObjectCount());
+
+    // An object that ends without Release, as a member or a local, keeps its one: the destructor takes nothing back.
+    {
+        const TavlenPtProvider local;
+    }
+    EXPECT_EQ(processCount + 1, TavlenPtProvider::GetModuleObjectCount());
+}
+
+TEST_F(Provider, AnswersForItsTwoInterfacesOnly)
+{
+    for (const IID& id : {IID_IUnknown, IID_IPrintOemPrintTicketProvider})
+    {
+        ComPtr<IUnknown> face;
+        EXPECT_EQ(S_OK, m_interface->QueryInterface(id, face.PutVoid()));
+        EXPECT_EQ(static_cast<IUnknown*>(m_interface.Get()), face.Get());
+    }
+    void* nothing = this;
+    EXPECT_EQ(E_NOINTERFACE, m_interface->QueryInterface(IID_IPrintCoreHelper, &nothing));
+    EXPECT_EQ(nullptr, nothing);
+    EXPECT_EQ(E_POINTER, CreateTavlenPtProvider(nullptr));
+}
+
+TEST_F(Provider, SupportsVersionOne)
+{
+    INT* versions = nullptr;
+    INT count = 0;
+    EXPECT_EQ(S_OK, m_interface->GetSupportedVersions(nullptr, &versions, &count));
+    const CoTaskMemPtr<INT> owner(versions);
+    ASSERT_EQ(1, count);
+    EXPECT_EQ(1, *versions);
+    EXPECT_EQ(E_INVALIDARG, m_interface->GetSupportedVersions(nullptr, nullptr, &count));
+    EXPECT_EQ(E_INVALIDARG, m_interface->GetSupportedVersions(nullptr, &versions, nullptr));
+}
+
+TEST_F(Provider, PublishesThePrivateNamespaceWhereBitTenIsSet)
+{
+    struct Case
+    {
+        ULONGLONG word;
+        INT namespaces;
+        ULONGLONG capabilities; // as read: the driver kind, then the core flags
+    };
+    constexpr Case kCases[] = {
+        {0xE02, 1, 0x600'0002},
+        {0x888, 0, 0x080'0008},
+        {0xC08, 1, 0x400'0008},
+        {0, 0, 0},
+        {0xFFFFFFFF'FFFFFBFF, 0, 0x3C0'000F},
+    };
+    for (const Case& test : kCases)
+    {
+        SCOPED_TRACE(test.word);
+        const TestPrinter printer(test.word);
+        const Binding binding = Bind(printer.Handle());
+        EXPECT_EQ(S_OK, binding.result);
+        EXPECT_EQ(OEMPT_DEFAULT, binding.options);
+        EXPECT_EQ(test.namespaces, binding.namespaceCount);
+        EXPECT_EQ(test.namespaces == 1, binding.namespaces != nullptr);
+        EXPECT_EQ(test.capabilities, Access::Capabilities(*m_object));
+        EXPECT_EQ(10u, Access::OsMajorVersion(*m_object));
+
+        CComBSTR uri;
+        EXPECT_EQ(test.namespaces == 1 ? S_OK : E_NOTIMPL, m_interface->QueryDeviceDefaultNamespace(uri.Put()));
+        EXPECT_EQ(Utf8(binding.uri.View()), Utf8(uri.View()));
+        EXPECT_EQ(test.namespaces == 1 ? Utf8(PrintSchema::kPrivateKeywordsUri) : "", Utf8(uri.View()));
+    }
+    EXPECT_EQ(E_INVALIDARG, m_interface->QueryDeviceDefaultNamespace(nullptr));
+}
+
+TEST_F(Provider, RefusesBadBindings)
+{
+    const TestPrinter printer(0xE02);
+    OEMPTOPTS options = OEMPT_DEFAULT;
+    INT count = 77;
+    BSTR* namespaces = nullptr;
+    EXPECT_EQ(E_INVALIDARG, m_interface->BindPrinter(nullptr, 1, &options, &count, &namespaces));
+    EXPECT_EQ(E_INVALIDARG, m_interface->BindPrinter(printer.Handle(), 1, nullptr, &count, &namespaces));
+    EXPECT_EQ(E_INVALIDARG, m_interface->BindPrinter(printer.Handle(), 1, &options, nullptr, &namespaces));
+    EXPECT_EQ(E_INVALIDARG, m_interface->BindPrinter(printer.Handle(), 1, &options, &count, nullptr));
+    EXPECT_EQ(77, count);
+
+    const Binding version2 = Bind(printer.Handle(), 2);
+    EXPECT_EQ(E_VERSION_NOT_SUPPORTED, version2.result);
+    EXPECT_EQ(0, version2.namespaceCount); // the outputs are cleared first
+    EXPECT_EQ(nullptr, version2.namespaces);
+    EXPECT_EQ(static_cast<HRESULT>(0x80040001u), version2.result);
+}
+
+TEST_F(Provider, DoesNotBindToAPrinterThatOurSetUpDidNotInstall)
+{
+    const TestPrinter foreign(std::nullopt);
+    EXPECT_EQ(E_FAIL, Bind(foreign.Handle()).result);
+    HANDLE const noPrinter = this;
+    EXPECT_EQ(E_FAIL, Bind(noPrinter).result);
+}
+
+TEST_F(Provider, ClearsTheDataModelFlagAtEveryBinding)
+{
+    const TestPrinter printer(0xE02);
+    EXPECT_FALSE(Access::DataModelIsInUse(*m_object));
+    Access::UseDataModel(*m_object);
+    EXPECT_EQ(S_OK, Bind(printer.Handle()).result);
+    EXPECT_FALSE(Access::DataModelIsInUse(*m_object));
+}
+
+// A helper with the two interfaces that the service's has, or with IUnknown only.
+class FakeHelper final : public IPrintCoreHelper
+{
+public:
+    explicit FakeHelper(HRESULT answer) : m_answer(answer)
+    {
+    }
+
+    ULONG references = 1;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override
+    {
+        *object = m_answer == S_OK ? this : nullptr;
+        references += m_answer == S_OK ? 1 : 0;
+        return m_answer;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override
+    {
+        return ++references;
+    }
+    ULONG STDMETHODCALLTYPE Release() override
+    {
+        return --references;
+    }
+    HRESULT STDMETHODCALLTYPE GetOption(const DEVMODEW*, DWORD, PCSTR, PCSTR*) override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE SetOptions(DEVMODEW*, DWORD, BOOL, const PRINT_FEATURE_OPTION*, DWORD, DWORD*,
+                                         DWORD*) override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE EnumConstrainedOptions(const DEVMODEW*, DWORD, PCSTR, PCSTR**, DWORD*) override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE WhyConstrained(const DEVMODEW*, DWORD, PCSTR, PCSTR, const PRINT_FEATURE_OPTION**,
+                                             DWORD*) override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE EnumFeatures(PCSTR**, DWORD*) override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE EnumOptions(PCSTR, PCSTR**, DWORD*) override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE GetFontSubstitution(PCWSTR, PCWSTR*) override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE SetFontSubstitution(PCWSTR, PCWSTR) override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE CreateInstanceOfMSXMLObject(REFCLSID, IUnknown*, DWORD, REFIID, PVOID*) override
+    {
+        return E_NOTIMPL;
+    }
+
+private:
+    HRESULT m_answer;
+};
+
+TEST_F(Provider, KeepsTheFirstHelperUntilItEnds)
+{
+    FakeHelper none(E_NOINTERFACE);
+    FakeHelper broken(E_FAIL);
+    FakeHelper first(S_OK);
+    FakeHelper second(S_OK);
+    EXPECT_EQ(E_INVALIDARG, m_interface->PublishPrintTicketHelperInterface(nullptr));
+    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(&none)); // optional
+    EXPECT_EQ(E_FAIL, m_interface->PublishPrintTicketHelperInterface(&broken));
+    EXPECT_EQ(nullptr, Access::Helper(*m_object));
+    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(&first));
+    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(&second));
+    EXPECT_EQ(&first, Access::Helper(*m_object));
+    EXPECT_EQ(2u, first.references);
+    EXPECT_EQ(1u, second.references);
+    m_interface.Reset();
+    EXPECT_EQ(1u, first.references);
+}
+
+} // namespace
