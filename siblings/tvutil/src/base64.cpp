@@ -154,6 +154,11 @@ bool Decode(WStringView text, BitCollector& bytes) noexcept
 
 } // namespace
 
+// The exporting library emits a constant of its class only where it is defined out of line.
+constexpr DWORD TavlenUtilities::kBase64Default;
+constexpr DWORD TavlenUtilities::kBase64NoPadding;
+constexpr DWORD TavlenUtilities::kBase64NoLineBreaks;
+
 int TavlenUtilities::Base64EncodeGetRequiredLength(int sourceLength, DWORD flags) noexcept
 {
     return EncodedLength(sourceLength, flags).value_or(0);

@@ -49,6 +49,9 @@ CXString::Argument::Kind KindOfDirective(WCHAR letter)
 
 } // namespace
 
+// The exporting library emits a constant of its class only where it is defined out of line.
+constexpr std::size_t CXString::npos;
+
 CXString::CXString() noexcept = default;
 
 CXString::CXString(const WCHAR* text)

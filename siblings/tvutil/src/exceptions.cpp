@@ -1,5 +1,21 @@
 #include <tvutil/exceptions.h>
 
+// The exporting library emits a constant of its class only where it is defined out of line.
+constexpr const WCHAR* ExceptionPrinterFailure::kClassName;
+constexpr const WCHAR* ExceptionPrintDriverFailure::kClassName;
+constexpr const WCHAR* ExceptionInvalidPrinterHandle::kClassName;
+constexpr const WCHAR* ExceptionDataCacheFailure::kClassName;
+constexpr const WCHAR* ExceptionMicrosoftFeatureNotFound::kClassName;
+constexpr const WCHAR* ExceptionMicrosoftDevmodeValueMappingFailed::kClassName;
+constexpr const WCHAR* ExceptionMicrosoftPrivateDevmodeOffsetOutOfBounds::kClassName;
+constexpr const WCHAR* ExceptionIPrintCoreHelperReadFailure::kClassName;
+constexpr const WCHAR* ExceptionIPrintCoreHelperWriteFailure::kClassName;
+constexpr const WCHAR* ExceptionInvalidPaperSizeData::kClassName;
+constexpr const WCHAR* ExceptionInvalidFormName::kClassName;
+constexpr const WCHAR* ExceptionInvalidArgumentNullPointer::kClassName;
+constexpr const WCHAR* ExceptionWorkflowObjectNotInitialized::kClassName;
+constexpr const WCHAR* ExceptionDelayLoadDllLoadFailure::kClassName;
+
 const WCHAR* ExceptionPrinterFailure::GetClassName() const noexcept
 {
     return kClassName;

@@ -2,6 +2,9 @@
 
 #include <tvutil/utilitiesdllperthreadstorage.h>
 
+// The exporting library emits a constant of its class only where it is defined out of line.
+constexpr std::size_t ExecutionContextStack::kCapacity;
+
 void ExecutionContextStack::Push(const BasicExecutionContext& context) noexcept
 {
     if (m_depth < kCapacity)

@@ -49,6 +49,9 @@ std::vector<CXString> FilesOf(const SpoolerBuffer& answer)
 
 } // namespace
 
+// The exporting library emits a constant of its class only where it is defined out of line.
+constexpr const WCHAR* PrintDriver::kDriverCapabilityValueName;
+
 ULONGLONG PrintDriver::GetDriverCapability(HANDLE printer, ULONGLONG mask) const
 {
     const ThrowSite site{W("PrintDriver::GetDriverCapability"), kSourceFile};

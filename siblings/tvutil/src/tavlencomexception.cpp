@@ -4,6 +4,9 @@
 
 #include <tvutil/throwexception.h>
 
+// The exporting library emits a constant of its class only where it is defined out of line.
+constexpr const WCHAR* TavlenComException::kClassName;
+
 TavlenComException::TavlenComException(HRESULT result, CXString message, ThrowSite site)
     : TavlenException(std::move(message), site), m_result(result)
 {

@@ -106,6 +106,9 @@ void TraceReport(const TavlenException::Report& report) noexcept
 
 } // namespace
 
+// The exporting library emits a constant of its class only where it is defined out of line.
+constexpr const WCHAR* TavlenException::kClassName;
+
 struct TavlenException::Content
 {
     CXString text;

@@ -1,0 +1,273 @@
+// The throw pattern, the two doors through which failures are seen, and the family's types across modules: everything
+// here is thrown or caught on the other side of the library's border.
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <type_traits>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <tvutil/bytebuffer.h>
+#include <tvutil/exceptions.h>
+#include <tvutil/executioncontext.h>
+#include <tvutil/tavlencomexception.h>
+#include <tvutil/throwexception.h>
+#include <tvutil/utilitiesdllperthreadstorage.h>
+
+namespace
+{
+
+constexpr const WCHAR* kFile = W("tests\\tvutil\\exceptiontests");
+constexpr int kLine = 867;
+constexpr ThrowSite kSite{W("Class::Method"), kFile, kLine};
+
+// What the debug hook saw, in order.
+struct Seen
+{
+    std::string traceLine;
+    std::string method;
+    int line;
+    std::size_t depth;
+};
+std::vector<Seen> g_seen;
+
+bool RecordingHook(const WCHAR* traceLine, const ThrowSite& site, const ExecutionContextStack& contexts)
+{
+    g_seen.push_back({CXString(traceLine).ToUtf8(), CXString(site.method).ToUtf8(), site.line, contexts.Depth()});
+    return false;
+}
+
+class ThrowPattern : public testing::Test
+{
+protected:
+    ThrowPattern()
+    {
+        g_seen.clear();
+        EXPECT_EQ(TavlenException::SetDebugHook(RecordingHook), nullptr);
+    }
+
+    ~ThrowPattern() override
+    {
+        EXPECT_EQ(TavlenException::SetDebugHook(nullptr), RecordingHook);
+    }
+};
+
+TEST_F(ThrowPattern, ShowsTheHookTheLineTheSiteAndTheContextsBeforeTheThrow)
+{
+    const ExecutionContextLifetime context({W("Class::Method"), kFile});
+    try
+    {
+        ThrowException<ExceptionInvalidFormName>(kSite, W("form \"%s\" has %u characters"), {W("A4"), 33u});
+    }
+    catch (const TavlenException& exception)
+    {
+        EXPECT_EQ(std::string(exception.what()), "form \"A4\" has 33 characters");
+        EXPECT_EQ(exception.GetSite().line, kLine);
+        EXPECT_EQ(CXString(exception.GetSite().file), kFile);
+    }
+    ASSERT_EQ(g_seen.size(), 1u);
+    EXPECT_EQ(g_seen[0].traceLine, "*Throwing* ExceptionInvalidFormName: form \"A4\" has 33 characters");
+    EXPECT_EQ(g_seen[0].method, "Class::Method");
+    EXPECT_EQ(g_seen[0].line, kLine);
+    EXPECT_EQ(g_seen[0].depth, 1u);
+}
+
+TEST_F(ThrowPattern, MessagesThatCannotBeComposedDoNotHideTheFailure)
+{
+    const std::string fixed = "A message argument was supplied, but the resulting string is empty.";
+    struct Case
+    {
+        const char* what;
+        CXString message;
+        bool isFixed;
+    };
+    const Case cases[] = {
+        {"no message at all", ComposeExceptionMessage({}, {}), false},
+        {"empty argument", ComposeExceptionMessage(W("%s"), {W("")}), true},
+        {"wrong directive", ComposeExceptionMessage(W("%s %x"), {W("a"), 1}), true},
+        {"missing argument", ComposeExceptionMessage(W("%s %s"), {W("a")}), true},
+    };
+    for (const Case& test : cases)
+        EXPECT_EQ(test.message.ToUtf8().substr(0, fixed.size()), test.isFixed ? fixed : "") << test.what;
+}
+
+TEST_F(ThrowPattern, ResultCodesThrowWithTheirOwnLineUnlessTheySucceed)
+{
+    ThrowIfFailed(S_OK, kSite);
+    ThrowIfFailed(S_FALSE, kSite);
+    EXPECT_TRUE(g_seen.empty());
+    for (const HRESULT result : {E_FAIL, HRESULT_FROM_WIN32(ERROR_NOT_FOUND)})
+        try
+        {
+            ThrowIfFailed(result, {W("Class::Method"), kFile});
+            FAIL();
+        }
+        catch (const TavlenComException& exception)
+        {
+            EXPECT_EQ(exception.GetHresult(), result);
+            EXPECT_EQ(exception.GetSite().line, __LINE__ - 6);
+            EXPECT_STREQ(exception.what(), "");
+        }
+    EXPECT_THROW(ThrowComException(S_FALSE, kSite), TavlenComException);
+    EXPECT_THROW(ThrowComException(E_FAIL, kSite, W("%s"), {W("x")}), TavlenComException);
+    ASSERT_EQ(g_seen.size(), 4u);
+    EXPECT_EQ(g_seen[0].traceLine, "*Throwing* TavlenComException: ");
+    EXPECT_EQ(g_seen[3].traceLine, "*Throwing* TavlenComException: x");
+}
+
+template <class Exception>
+class ExceptionFamily : public testing::Test
+{
+};
+
+using Family =
+    testing::Types<ExceptionPrinterFailure, ExceptionPrintDriverFailure, ExceptionInvalidPrinterHandle,
+                   ExceptionDataCacheFailure, ExceptionMicrosoftFeatureNotFound,
+                   ExceptionMicrosoftDevmodeValueMappingFailed, ExceptionMicrosoftPrivateDevmodeOffsetOutOfBounds,
+                   ExceptionIPrintCoreHelperReadFailure, ExceptionIPrintCoreHelperWriteFailure,
+                   ExceptionInvalidPaperSizeData, ExceptionInvalidFormName, ExceptionInvalidArgumentNullPointer,
+                   ExceptionWorkflowObjectNotInitialized, ExceptionDelayLoadDllLoadFailure>;
+TYPED_TEST_SUITE(ExceptionFamily, Family);
+
+// The names are what reports and traces are searched for; a row copied from its neighbour keeps the wrong one.
+TYPED_TEST(ExceptionFamily, IsCaughtAsItselfAndNamesItself)
+{
+    static_assert(std::is_nothrow_copy_constructible_v<TypeParam>);
+    try
+    {
+        ThrowException<TypeParam>(kSite, W("text"));
+        FAIL();
+    }
+    catch (const TavlenComException&)
+    {
+        FAIL() << "caught as a sibling";
+    }
+    catch (const TypeParam& exception)
+    {
+        const TypeParam copy(exception);
+        EXPECT_NE(std::string(typeid(TypeParam).name()).find(CXString(copy.GetClassName()).ToUtf8()),
+                  std::string::npos);
+        EXPECT_STREQ(copy.what(), "text");
+    }
+}
+
+TEST(ExceptionBorder, WhatTheLibraryThrowsIsCaughtHereByType)
+{
+    EXPECT_THROW(ThrowComException(E_FAIL, kSite), TavlenComException);
+    EXPECT_THROW(ThrowComException(E_FAIL, kSite), TavlenException);
+    EXPECT_THROW(ThrowComException(E_FAIL, kSite), std::exception);
+    EXPECT_THROW(CXString::Format(W("%i"), {}), std::invalid_argument);
+    EXPECT_THROW(ByteBuffer(static_cast<std::size_t>(-1) / 4), std::bad_alloc);
+}
+
+struct Reported
+{
+    const void* exception = nullptr;
+    std::string what;
+    int line = 0;
+    std::size_t depth = 0;
+    std::string text;
+};
+
+void RecordingSink(const TavlenException::Report& report, void* context)
+{
+    Reported& reported = *static_cast<Reported*>(context);
+    reported = {report.exception, report.exception != nullptr ? report.exception->what() : "", report.site.line,
+                report.contexts->Depth(), CXString(report.text).ToUtf8() + CXString(report.detail).ToUtf8()};
+}
+
+TEST(ReportSink, ReceivesWhatAGuardCaught)
+{
+    Reported reported;
+    TavlenException::SetReportSink({RecordingSink, &reported});
+    const auto display = [](const std::exception* exception, const WCHAR* text)
+    {
+        TavlenException::DisplayExceptionMessage(false, false, exception, kFile, kLine, W("Class::Method"),
+                                                 UtilitiesDllPerThreadStorage::GetExecutionContextStack(), nullptr,
+                                                 text, nullptr);
+    };
+    const ExecutionContextLifetime context(kSite);
+
+    const std::runtime_error error("broken");
+    display(&error, W("text"));
+    EXPECT_EQ(reported.exception, &error);
+    EXPECT_EQ(reported.what + "/" + reported.text, "broken/text");
+    EXPECT_EQ(reported.line, kLine);
+    EXPECT_EQ(reported.depth, 1u);
+
+    const std::bad_alloc outOfMemory;
+    display(&outOfMemory, nullptr);
+    EXPECT_EQ(reported.what + "/" + reported.text, "bad allocation/");
+
+    display(nullptr, nullptr);
+    EXPECT_EQ(reported.exception, nullptr);
+
+    const TavlenException::Sink former = TavlenException::SetReportSink({nullptr, nullptr});
+    EXPECT_EQ(former.function, &RecordingSink);
+    EXPECT_EQ(former.context, &reported);
+    const TavlenException longMessage(CXString(WideString(5000, W('x'))), kSite);
+    display(&longMessage, nullptr); // one bounded trace line
+    EXPECT_EQ(reported.exception, nullptr);
+}
+
+// Pairs must stay pairs: a function must never be called with the other one's context.
+TEST(ReportSink, IsExchangedAsAWhole)
+{
+    static int evenTarget;
+    static int oddTarget;
+    const auto even = [](const TavlenException::Report&, void* context)
+    {
+        EXPECT_EQ(context, &evenTarget);
+    };
+    const auto odd = [](const TavlenException::Report&, void* context)
+    {
+        EXPECT_EQ(context, &oddTarget);
+    };
+    TavlenException::SetReportSink({even, &evenTarget});
+    std::thread other(
+        [&]()
+        {
+            for (int round = 0; round < 2000; ++round)
+                TavlenException::SetReportSink(round % 2 == 0 ? TavlenException::Sink{even, &evenTarget}
+                                                              : TavlenException::Sink{odd, &oddTarget});
+        });
+    const ExecutionContextStack none;
+    for (int round = 0; round < 2000; ++round)
+        TavlenException::DisplayExceptionMessage(false, false, nullptr, kFile, kLine, W(""), none, nullptr, nullptr,
+                                                 nullptr);
+    other.join();
+    TavlenException::SetReportSink({nullptr, nullptr});
+}
+
+TEST(ExecutionContexts, NestBeyondTheirBoundAndBelongToTheirThread)
+{
+    ExecutionContextStack& stack = UtilitiesDllPerThreadStorage::GetExecutionContextStack();
+    ASSERT_EQ(stack.Depth(), 0u);
+    EXPECT_EQ(stack.Top(), nullptr);
+    {
+        std::vector<std::unique_ptr<ExecutionContextLifetime>> open;
+        constexpr std::size_t kMany = ExecutionContextStack::kCapacity + 10;
+        for (std::size_t index = 0; index < kMany; ++index)
+            open.push_back(std::make_unique<ExecutionContextLifetime>(kSite, static_cast<LONG>(index)));
+        EXPECT_EQ(stack.Depth(), kMany);
+        EXPECT_EQ(stack.Top()->id, static_cast<LONG>(ExecutionContextStack::kCapacity - 1)) << "the innermost kept";
+        EXPECT_EQ(stack.At(ExecutionContextStack::kCapacity), nullptr);
+        std::thread([]() { EXPECT_EQ(UtilitiesDllPerThreadStorage::GetExecutionContextStack().Depth(), 0u); }).join();
+        while (open.size() > 3)
+            open.pop_back();
+        EXPECT_EQ(stack.Depth(), 3u);
+        EXPECT_EQ(stack.Top()->id, 2);
+        EXPECT_EQ(stack.At(0)->id, 0);
+        EXPECT_EQ(stack.At(3), nullptr) << "a record that has ended";
+        while (!open.empty())
+            open.pop_back();
+    }
+    EXPECT_EQ(stack.Depth(), 0u);
+    stack.Pop();
+    EXPECT_EQ(stack.Depth(), 0u);
+}
+
+} // namespace

@@ -1,0 +1,129 @@
+// Linux only: any allocation of the test's thread can be made to fail there.
+#include <functional>
+#include <new>
+
+#include <gtest/gtest.h>
+
+#include <tvutil/bytebuffer.h>
+#include <tvutil/exceptions.h>
+#include <tvutil/executioncontext.h>
+#include <tvutil/throwexception.h>
+#include <tvutil/utilitiesdllperthreadstorage.h>
+
+#include "winport/faultinjection.h"
+
+namespace
+{
+
+constexpr ThrowSite kSite{W("Class::Method"), W("tests\\tvutil\\faulttests"), 1};
+
+// Lets the first, second, third … allocation of the work fail, until the work runs through; returns how many failed.
+unsigned FailEachAllocation(const std::function<void()>& work)
+{
+    for (unsigned nth = 1;; ++nth)
+    {
+        bool failed = false;
+        winport::ArmFault(winport::FaultKind::Allocation, nth);
+        try
+        {
+            work();
+        }
+        catch (const std::bad_alloc&)
+        {
+            failed = true;
+        }
+        const bool fired = winport::DisarmFault(winport::FaultKind::Allocation);
+        EXPECT_EQ(failed, fired) << "allocation " << nth;
+        if (!fired)
+            return nth - 1;
+    }
+}
+
+constexpr const WCHAR* kLong = W("a text that is too long for the room that strings have within themselves");
+
+TEST(AllocationFaults, EveryOperationThrowsAndLeavesItsObjectAsItWas)
+{
+    CXString text(kLong);
+    EXPECT_GT(FailEachAllocation(
+                  [&text]()
+                  {
+                      const CXString before(text);
+                      try
+                      {
+                          text.ReplaceAll(W("t"), W("TTTTTTTT"));
+                      }
+                      catch (const std::bad_alloc&)
+                      {
+                          EXPECT_EQ(text, kLong);
+                          throw;
+                      }
+                  }),
+              1u);
+
+    ByteBuffer buffer("0123456789", 10);
+    const ByteBuffer before(buffer);
+    EXPECT_GT(FailEachAllocation(
+                  [&]()
+                  {
+                      try
+                      {
+                          buffer.setWithLpbyte(buffer.data(), 10);
+                          buffer.append(buffer.bytes());
+                          buffer.resize(10);
+                          buffer.appendString(kLong);
+                          buffer.resize(10);
+                      }
+                      catch (const std::bad_alloc&)
+                      {
+                          EXPECT_EQ(ByteBuffer(buffer.bytes().first(10)), before);
+                          buffer.resize(10);
+                          throw;
+                      }
+                  }),
+              1u);
+}
+
+TEST(AllocationFaults, AThrowThatRunsOutOfMemoryIsABadAllocation)
+{
+    EXPECT_GT(FailEachAllocation(
+                  []()
+                  {
+                      try
+                      {
+                          ThrowException<ExceptionPrinterFailure>(kSite, W("%s"), {kLong});
+                      }
+                      catch (const ExceptionPrinterFailure& failure)
+                      {
+                          EXPECT_EQ(failure.GetText(), kLong);
+                      }
+                  }),
+              2u);
+}
+
+// A report is made where memory has just run out, and a context is opened on every path.
+TEST(AllocationFaults, ReportsAndContextsAllocateNothing)
+{
+    const auto touch = [](const TavlenException::Report& report, void* count)
+    {
+        *static_cast<int*>(count) += report.exception != nullptr ? 1 : 0;
+    };
+    const ExceptionPrinterFailure failure(kLong, kSite);
+    const std::bad_alloc outOfMemory;
+    const auto reportBoth = [&]()
+    {
+        const ExecutionContextLifetime context(kSite);
+        for (const std::exception* const exception :
+             {static_cast<const std::exception*>(&failure), static_cast<const std::exception*>(&outOfMemory)})
+            TavlenException::DisplayExceptionMessage(false, false, exception, W("file"), 1, W("method"),
+                                                     UtilitiesDllPerThreadStorage::GetExecutionContextStack(), nullptr,
+                                                     kLong, W(""));
+    };
+    EXPECT_EQ(FailEachAllocation(reportBoth), 0u) << "as a trace line";
+    int count = 0;
+    TavlenException::SetReportSink({touch, &count});
+    EXPECT_EQ(FailEachAllocation(reportBoth), 0u) << "to the sink";
+    TavlenException::SetReportSink({nullptr, nullptr});
+    EXPECT_EQ(count, 2);
+}
+
+} // namespace
