@@ -7,7 +7,8 @@
 namespace
 {
 
-struct Version
+// Aligned so that both numbers change in one store; clang calls a library for a pair that is not.
+struct alignas(2 * sizeof(DWORD)) Version
 {
     DWORD major;
     DWORD minor;
