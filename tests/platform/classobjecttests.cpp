@@ -3,8 +3,6 @@
 
 #include <objbase.h>
 
-#include <msxml2.h>
-
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -40,8 +38,8 @@ HRESULT CreateOnAnotherThread(REFCLSID classId)
 
 TEST(ClassObjects, AreMadeForTheDocumentOnly)
 {
-    EXPECT_EQ(Create(CLSID_DOMDocument60, nullptr, IID_IUnknown), S_OK);
-    EXPECT_EQ(Create(CLSID_DOMDocument60, nullptr, kUnknown), E_NOINTERFACE);
+    EXPECT_EQ(Create(kDomDocumentClassId, nullptr, IID_IUnknown), S_OK);
+    EXPECT_EQ(Create(kDomDocumentClassId, nullptr, kUnknown), E_NOINTERFACE);
     EXPECT_EQ(Create(kUnknown, nullptr, IID_IUnknown), REGDB_E_CLASSNOTREG);
     EXPECT_EQ(CoCreateInstance(kUnknown, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, nullptr), E_POINTER);
 }
@@ -49,8 +47,8 @@ TEST(ClassObjects, AreMadeForTheDocumentOnly)
 // The test program's own thread is multithreaded, and lends its apartment to threads that have none.
 TEST(ClassObjects, NeedComOnTheThreadOrAMultithreadedProcess)
 {
-    EXPECT_EQ(CreateOnAnotherThread(CLSID_DOMDocument60), S_OK);
+    EXPECT_EQ(CreateOnAnotherThread(kDomDocumentClassId), S_OK);
     CoUninitialize();
-    EXPECT_EQ(CreateOnAnotherThread(CLSID_DOMDocument60), CO_E_NOTINITIALIZED);
+    EXPECT_EQ(CreateOnAnotherThread(kDomDocumentClassId), CO_E_NOTINITIALIZED);
     EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
 }

@@ -19,6 +19,7 @@ constexpr DWORD kBuildNumber = 19045; // the last Windows 10, 22H2
 constexpr DWORD kPlatformNt = 2;      // VER_PLATFORM_WIN32_NT
 
 std::atomic<Version> g_version{kWindows10};
+static_assert(std::atomic<Version>::is_always_lock_free);
 
 } // namespace
 
