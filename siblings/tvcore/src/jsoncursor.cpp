@@ -1,6 +1,7 @@
 #include "jsoncursor.h"
 
 #include <tvcore/printermodel.h>
+#include <tvutil/throwexception.h>
 
 #include <algorithm>
 #include <charconv>
@@ -15,6 +16,12 @@ std::string Quoted(std::string_view text)
 }
 
 } // namespace
+
+void ThrowModelFault(std::string_view fileName, std::string_view what)
+{
+    ThrowException<ExceptionInvalidPrinterModel>({W("ReadPrinterModel"), W("siblings\\tvcore\\printermodelreader")},
+                                                 W("%s: %s"), {CXString::FromUtf8(fileName), CXString::FromUtf8(what)});
+}
 
 std::string EscapeJsonPointerToken(std::string_view name)
 {
@@ -144,9 +151,7 @@ bool JsonCursor::Switch() const
 
 void JsonCursor::Fault(const std::string& what) const
 {
-    throw ExceptionInvalidPrinterModel(std::string(m_fileName) + ": " + (m_pointer.empty() ? "/" : m_pointer) + ": " +
-                                           what,
-                                       {W("JsonCursor::Fault"), W("siblings\\tvcore\\jsoncursor")});
+    ThrowModelFault(m_fileName, (m_pointer.empty() ? "/" : m_pointer) + ": " + what);
 }
 
 void JsonCursor::MustBe(bool isThat, const char* what) const

@@ -14,6 +14,9 @@
 #include <string>
 #include <string_view>
 
+// ExceptionInvalidPrinterModel: "FILE: what".
+[[noreturn]] void ThrowModelFault(std::string_view fileName, std::string_view what);
+
 // A name as one token of a JSON pointer.
 [[nodiscard]] std::string EscapeJsonPointerToken(std::string_view name);
 

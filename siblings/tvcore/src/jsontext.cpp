@@ -1,7 +1,5 @@
 #include "jsontext.h"
 
-#include <tvcore/printermodel.h>
-
 #include <algorithm>
 #include <set>
 #include <string>
@@ -13,12 +11,6 @@ namespace
 {
 
 using nlohmann::json;
-
-[[noreturn]] void Throw(std::string_view fileName, const std::string& what)
-{
-    throw ExceptionInvalidPrinterModel(std::string(fileName) + ": " + what,
-                                       {W("ParseJsonText"), W("siblings\\tvcore\\jsontext")});
-}
 
 // Follows the parser through the document and stops it at the first fault that it does not see itself.
 class StructureCheck
@@ -80,7 +72,7 @@ private:
             else if (!level.isArray && !level.key.empty())
                 pointer += '/' + EscapeJsonPointerToken(level.key);
         }
-        Throw(m_fileName, (pointer.empty() ? "/" : pointer) + ": " + what);
+        ThrowModelFault(m_fileName, (pointer.empty() ? "/" : pointer) + ": " + what);
     }
 
     std::string_view m_fileName;
@@ -98,7 +90,7 @@ std::string PlaceOf(std::string_view text, std::size_t position)
 nlohmann::json ParseJsonText(std::string_view text, std::string_view fileName)
 {
     if (text.size() > kMaxJsonSize)
-        Throw(fileName, "larger than " + std::to_string(kMaxJsonSize) + " bytes");
+        ThrowModelFault(fileName, "larger than " + std::to_string(kMaxJsonSize) + " bytes");
 
     StructureCheck check(fileName);
     try
@@ -109,6 +101,7 @@ nlohmann::json ParseJsonText(std::string_view text, std::string_view fileName)
     catch (const json::exception& error)
     {
         const auto* const parseError = dynamic_cast<const json::parse_error*>(&error);
-        Throw(fileName, PlaceOf(text, parseError != nullptr ? parseError->byte : 0) + ": not well-formed JSON");
+        ThrowModelFault(fileName,
+                        PlaceOf(text, parseError != nullptr ? parseError->byte : 0) + ": not well-formed JSON");
     }
 }

@@ -16,11 +16,6 @@ const PrinterModel::Form* PrinterModel::FindForm(std::uint16_t paperId) const no
     return found != forms.end() ? &*found : nullptr;
 }
 
-ExceptionInvalidPrinterModel::ExceptionInvalidPrinterModel(std::string_view message, ThrowSite site)
-    : TavlenException(CXString::FromUtf8(message), site)
-{
-}
-
 const WCHAR* ExceptionInvalidPrinterModel::GetClassName() const noexcept
 {
     return kClassName;

@@ -350,8 +350,7 @@ PrinterModel ReadPrinterModel(const std::filesystem::path& file)
         stream.read(text.data(), static_cast<std::streamsize>(text.size()));
     }
     if (!stream.is_open() || error || !stream)
-        throw ExceptionInvalidPrinterModel(name + ": cannot be read",
-                                           {W("ReadPrinterModel"), W("siblings\\tvcore\\printermodelreader")});
+        ThrowModelFault(name, "cannot be read");
     return ParsePrinterModel(text, name);
 }
 

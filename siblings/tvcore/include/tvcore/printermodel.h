@@ -106,8 +106,7 @@ class ExceptionInvalidPrinterModel : public TavlenException
 {
 public:
     static constexpr const WCHAR* kClassName = W("ExceptionInvalidPrinterModel");
-
-    ExceptionInvalidPrinterModel(std::string_view message, ThrowSite site);
+    using TavlenException::TavlenException;
     [[nodiscard]] const WCHAR* GetClassName() const noexcept override;
 };
 

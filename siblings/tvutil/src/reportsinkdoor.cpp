@@ -1,0 +1,6 @@
+#include <tvutil/reportsinkdoor.h>
+
+void TavlenSetReportSink(TavlenException::ReportSink function, void* context) noexcept
+{
+    TavlenException::SetReportSink({function, context});
+}

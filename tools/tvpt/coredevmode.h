@@ -1,0 +1,26 @@
+// The core driver's private part of a devmode, as far as the service's documents show it: 16-bit values at fixed
+// offsets, one set for each layout.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "oempart.h"
+
+#include <tvcore/printermodel.h>
+
+struct CoreSettings
+{
+    std::uint16_t pagesPerSheet = 1;
+    bool booklet = false;
+    bool reversePageOrder = false;
+    bool rotatedLandscape = false;                 // PostScript only
+    std::optional<std::uint16_t> trueTypeDownload; // PostScript only: 0 automatic, 1 outline, 2 bitmap, 3 native
+};
+
+// What lies beyond the part keeps its default.
+[[nodiscard]] CoreSettings ReadCoreSettings(CoreDriverLayout layout, std::span<const std::byte> core);
+
+// A new private part: all settings at their defaults, the driver's own size field filled in.
+[[nodiscard]] std::vector<std::byte> MakeCorePart(const PrinterModel::CoreDriver& driver);

@@ -1,0 +1,16 @@
+// The PrintTicket that the PrintTicket service makes from the core driver, before it asks the provider.
+#pragma once
+
+#include <string>
+
+#include <tvcore/printermodel.h>
+
+#include "devmode.h"
+
+// The namespace of what the core driver itself names: the provider's default namespace when it has one, else one that
+// is made from the driver's name.
+[[nodiscard]] std::string DriverNamespaceUri(const CXString& providerNamespace, const CXString& driverName);
+
+// In UTF-8. Fields that the devmode does not claim (dmFields) come from the model's defaults.
+[[nodiscard]] std::string MakeCoreDriverTicket(const Devmode& devmode, const PrinterModel& model,
+                                               const std::string& driverNamespaceUri);

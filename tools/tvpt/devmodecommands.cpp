@@ -1,0 +1,125 @@
+#include "devmodecommands.h"
+
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "devmodefields.h"
+#include "devmodereport.h"
+#include "failure.h"
+#include "jsonoutput.h"
+#include "newdevmode.h"
+#include "oempart.h"
+#include "printerinstall.h"
+
+namespace
+{
+
+struct DevmodeArguments
+{
+    std::string printer;
+    std::string file;
+    std::string output;
+    std::vector<std::string> settings;
+    bool json = false;
+};
+
+// "dmCopies=3"
+void ApplySetting(const std::string& setting, DEVMODEW& fields)
+{
+    const std::size_t equals = setting.find('=');
+    if (equals == std::string::npos || equals == 0)
+        throw UsageFailure("--set: \"" + setting + "\" is not KEY=VALUE");
+    const std::string key = setting.substr(0, equals);
+    if (key.starts_with("feature.") || key.starts_with("ms.") || key == "app")
+        Fail("setting a field", key, "not available yet");
+    const DevmodeField* const field = FindDevmodeField(key);
+    if (field == nullptr)
+        Fail("setting a field", key, "no field has this name");
+    SetDevmodeField(fields, *field, std::string_view(setting).substr(equals + 1));
+}
+
+void ApplySettings(const std::vector<std::string>& settings, Devmode& devmode)
+{
+    DEVMODEW fields = devmode.Public();
+    for (const std::string& setting : settings)
+        ApplySetting(setting, fields);
+    devmode.SetPublic(fields);
+}
+
+Devmode ReadDevmode(const std::string& file, const StandardStreams& streams)
+{
+    return Devmode::FromBytes(ReadInput(file, kMaxDevmodeSize, streams), file);
+}
+
+void MakeNew(const DevmodeArguments& arguments, const StandardStreams& streams)
+{
+    const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
+    const PrinterModel model = ReadInstalledModel(printer, arguments.printer);
+    Devmode devmode = MakeNewDevmode(model, DescribePrinter(printer, arguments.printer).name);
+    ApplySettings(arguments.settings, devmode);
+    WriteOutput(arguments.output, devmode.Bytes(), streams);
+}
+
+void Set(const DevmodeArguments& arguments, const StandardStreams& streams)
+{
+    Devmode devmode = ReadDevmode(arguments.file, streams);
+    ApplySettings(arguments.settings, devmode);
+    WriteOutput(arguments.output, devmode.Bytes(), streams);
+}
+
+// Whether the devmode's driver parts are laid out as the printer's driver makes them.
+nlohmann::ordered_json CompareWithPrinter(const Devmode& devmode, const std::string& name)
+{
+    const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Use);
+    const PrinterModel model = ReadInstalledModel(printer, name);
+    const bool isPostScript = model.coreDriver.kind == PrinterModel::CoreDriverKind::PostScript;
+    const auto parts = LocateDriverParts(devmode.DriverExtra());
+    const bool matches = parts && parts->core.size() == model.coreDriver.privateSize &&
+                         (parts->layout == CoreDriverLayout::PostScript) == isPostScript;
+    return {{"name", name}, {"driver", model.name.ToUtf8()}, {"matches", matches}};
+}
+
+void Show(const DevmodeArguments& arguments, const StandardStreams& streams)
+{
+    const Devmode devmode = ReadDevmode(arguments.file, streams);
+    nlohmann::ordered_json shown = DescribeDevmode(devmode);
+    if (!arguments.printer.empty())
+        shown["printer"] = CompareWithPrinter(devmode, arguments.printer);
+    WriteOutput({}, arguments.json ? JsonText(shown) : PlainText(shown), streams);
+}
+
+void AddSettings(CLI::App& command, DevmodeArguments& arguments, bool required)
+{
+    command
+        .add_option("--set", arguments.settings, "A public field and its value, such as dmCopies=3; may be repeated")
+        ->type_name("KEY=VALUE")
+        ->allow_extra_args(false)
+        ->required(required);
+}
+
+} // namespace
+
+void AddDevmodeCommands(CLI::App& program, Action& chosen)
+{
+    const auto arguments = std::make_shared<DevmodeArguments>();
+    CLI::App& devmode = *program.add_subcommand("devmode", "Make, show and change devmodes");
+    devmode.require_subcommand(1);
+
+    CLI::App& make = *devmode.add_subcommand("new", "Make the devmode that the printer's driver would make");
+    make.add_option("--printer", arguments->printer, "The printer's name")->required();
+    make.add_option("-o", arguments->output, "Where it goes; - is standard output")->required();
+    AddSettings(make, *arguments, false);
+    OnCommand(make, chosen, [arguments](const StandardStreams& streams) { MakeNew(*arguments, streams); });
+
+    CLI::App& show = *devmode.add_subcommand("show", "Show what a devmode holds");
+    show.add_option("FILE", arguments->file, "A devmode; - is standard input")->required();
+    show.add_option("--printer", arguments->printer, "Compare it with this printer's driver");
+    show.add_flag("--json", arguments->json, "As JSON");
+    OnCommand(show, chosen, [arguments](const StandardStreams& streams) { Show(*arguments, streams); });
+
+    CLI::App& set = *devmode.add_subcommand("set", "Change a devmode");
+    set.add_option("FILE", arguments->file, "A devmode; - is standard input")->required();
+    AddSettings(set, *arguments, true);
+    set.add_option("-o", arguments->output, "Where it goes; - or nothing is standard output");
+    OnCommand(set, chosen, [arguments](const StandardStreams& streams) { Set(*arguments, streams); });
+}

@@ -1,0 +1,40 @@
+// The public fields of a devmode by their own names: what `devmode show` lists and `--set` writes.
+#pragma once
+
+#include <windows.h>
+
+#include <nlohmann/json_fwd.hpp>
+#include <span>
+#include <string_view>
+
+struct DevmodeField
+{
+    enum class Type
+    {
+        Short, // signed 16-bit
+        Word,
+        Dword,
+        Text, // 32 wide characters, the last of them a terminator
+    };
+
+    const char* name;
+    std::size_t offset;
+    Type type;
+    long long minimum;
+    long long maximum;
+    DWORD flag; // the bit of dmFields that says "this field counts"; 0 when it has none
+    bool canBeSet;
+};
+
+// In the order of the structure.
+[[nodiscard]] std::span<const DevmodeField> DevmodeFields();
+[[nodiscard]] std::size_t DevmodeFieldWidth(const DevmodeField& field); // bytes
+// Null when no field has the name.
+[[nodiscard]] const DevmodeField* FindDevmodeField(std::string_view name);
+
+// Parses, checks the range, writes the field and sets its bit in dmFields. Throws Failure, which names the key and the
+// limit, and leaves the structure as it was.
+void SetDevmodeField(DEVMODEW& devmode, const DevmodeField& field, std::string_view value);
+
+// Every field that lies within the first `publicSize` bytes, by name.
+[[nodiscard]] nlohmann::ordered_json DevmodeFieldsToJson(const DEVMODEW& devmode, std::size_t publicSize);

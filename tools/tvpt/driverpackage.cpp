@@ -1,0 +1,158 @@
+#include "driverpackage.h"
+
+#include <windows.h>
+#include <winspool.h>
+
+#include <system_error>
+#include <vector>
+
+#include "failure.h"
+#include "filebytes.h"
+#include "modelfiles.h"
+#include "printerhandle.h"
+#include "spoolerquery.h"
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+constexpr char kInstalling[] = "installing the driver";
+constexpr std::size_t kMaxModelSize = 4u << 20;
+constexpr DWORD kDriverVersion = 3; // user-mode drivers
+
+std::vector<WCHAR> EnvironmentName()
+{
+    return Terminated(CXString(W("Windows x64")));
+}
+
+// A module goes by its .dll name; where modules are shared objects the spooler copies the sibling of that name.
+fs::path ModuleSource(std::string_view name)
+{
+    const fs::path module = ProgramFolder() / PathFromUtf8(name);
+    std::error_code error;
+    if (!fs::exists(module, error) && !fs::exists(fs::path(module).replace_extension(".so"), error))
+        FailWithWin32Error(kInstalling, Utf8FromPath(module), ERROR_FILE_NOT_FOUND);
+    return module;
+}
+
+CXString TextOf(const fs::path& path)
+{
+    return CXString::FromUtf8(Utf8FromPath(path));
+}
+
+struct InstalledDriver
+{
+    CXString name;
+    CXString dataFile;
+};
+
+std::vector<InstalledDriver> ListDrivers()
+{
+    constexpr DWORD kLevel = 3;
+    std::vector<BYTE> room;
+    DWORD count = 0;
+    const DWORD error =
+        QuerySpooler(room, [&](LPBYTE bytes, DWORD size, LPDWORD needed)
+                     { return EnumPrinterDriversW(nullptr, nullptr, kLevel, bytes, size, needed, &count); });
+    if (error != ERROR_SUCCESS)
+        FailWithWin32Error("listing the drivers", "", error);
+    std::vector<InstalledDriver> drivers;
+    const auto* const infos = reinterpret_cast<const DRIVER_INFO_3W*>(room.data());
+    for (DWORD index = 0; index < count; ++index)
+        drivers.push_back({infos[index].pName, infos[index].pDataFile});
+    return drivers;
+}
+
+CXString FileNameOf(const CXString& path)
+{
+    const std::size_t separator = path.View().find_last_of(W("/\\"));
+    return separator == WStringView::npos ? path : path.Mid(separator + 1);
+}
+
+bool SameModel(const fs::path& modelFile, const CXString& installedFile)
+{
+    const fs::path installed(installedFile.View().begin(), installedFile.View().end());
+    return ReadFileBytes(modelFile, kMaxModelSize) == ReadFileBytes(installed, kMaxModelSize);
+}
+
+std::vector<WCHAR> MultiString(const std::vector<CXString>& texts)
+{
+    std::vector<WCHAR> characters;
+    for (const CXString& text : texts)
+    {
+        const std::vector<WCHAR> one = Terminated(text);
+        characters.insert(characters.end(), one.begin(), one.end());
+    }
+    characters.push_back(WCHAR());
+    return characters;
+}
+
+} // namespace
+
+DriverPackage::DriverPackage(CXString driverName, std::filesystem::path modelFile)
+    : m_name(std::move(driverName)), m_modelFile(std::move(modelFile))
+{
+    const CXString dataFile = TextOf(m_modelFile.filename());
+    for (const InstalledDriver& driver : ListDrivers())
+    {
+        const bool isThisDriver = driver.name.CompareNoCase(m_name) == 0;
+        if (!isThisDriver && FileNameOf(driver.dataFile).CompareNoCase(dataFile) == 0)
+            Fail(kInstalling, m_name.ToUtf8(),
+                 "the driver \"" + driver.name.ToUtf8() + "\" already uses a file named " + dataFile.ToUtf8());
+        if (isThisDriver && !SameModel(m_modelFile, driver.dataFile))
+            Fail(kInstalling, m_name.ToUtf8(), "it is installed with another model; remove its printers first");
+        m_wasInstalled = m_wasInstalled || isThisDriver;
+    }
+}
+
+void DriverPackage::Install()
+{
+    std::vector<WCHAR> environment = EnvironmentName();
+    std::vector<WCHAR> name = Terminated(m_name);
+    std::vector<WCHAR> module = Terminated(TextOf(ModuleSource(kProviderModule)));
+    std::vector<WCHAR> model = Terminated(TextOf(m_modelFile));
+    std::vector<WCHAR> dependentFiles =
+        MultiString({TextOf(ModuleSource(kProviderModule)), TextOf(ModuleSource(kUtilityModule))});
+    std::vector<WCHAR> dataType = Terminated(CXString(W("RAW")));
+
+    DRIVER_INFO_3W driver{};
+    driver.cVersion = kDriverVersion;
+    driver.pName = name.data();
+    driver.pEnvironment = environment.data();
+    driver.pDriverPath = module.data();
+    driver.pDataFile = model.data();
+    driver.pConfigFile = module.data();
+    driver.pDependentFiles = dependentFiles.data();
+    driver.pDefaultDataType = dataType.data();
+    // The files of a driver come from anywhere, not from the spooler's own folder.
+    if (!AddPrinterDriverExW(nullptr, 3, reinterpret_cast<LPBYTE>(&driver),
+                             APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY))
+        FailWithWin32Error(kInstalling, m_name.ToUtf8(), GetLastError());
+    m_installed = true;
+}
+
+void DriverPackage::RollBack() noexcept
+{
+    if (m_installed && !m_wasInstalled)
+        (void)RemoveDriver(m_name);
+}
+
+DWORD RemoveDriver(const CXString& driverName) noexcept
+{
+    try
+    {
+        std::vector<WCHAR> environment = EnvironmentName();
+        std::vector<WCHAR> name = Terminated(driverName);
+        if (DeletePrinterDriverExW(nullptr, environment.data(), name.data(), DPD_DELETE_UNUSED_FILES, 0))
+            return ERROR_SUCCESS;
+        if (GetLastError() != ERROR_INVALID_PARAMETER)
+            return GetLastError();
+        // A spooler that cannot remove files removes at least the record.
+        return DeletePrinterDriverExW(nullptr, environment.data(), name.data(), 0, 0) ? ERROR_SUCCESS : GetLastError();
+    }
+    catch (...)
+    {
+        return ERROR_NOT_ENOUGH_MEMORY;
+    }
+}

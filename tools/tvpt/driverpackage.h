@@ -1,0 +1,36 @@
+// The driver package: the files that a printer's driver consists of, and the driver's life in the spooler.
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <string_view>
+
+#include <tvutil/cxstring.h>
+
+// The module that holds the provider; a driver's dependent files name it.
+inline constexpr std::string_view kProviderModule = "tvptpc_B.dll";
+inline constexpr std::string_view kUtilityModule = "tvutil_B.dll";
+
+class DriverPackage
+{
+public:
+    // The modules come from the program's own folder; the model becomes the driver's data file. Throws Failure when a
+    // file is missing, or when the spooler's one folder for drivers already holds another driver's data file of this
+    // name, or this driver with another model: nobody's printers change behind their backs.
+    DriverPackage(CXString driverName, std::filesystem::path modelFile);
+
+    // Copies the files and records the driver. Throws Failure.
+    void Install();
+    // Takes back what Install did, unless the driver was there before. Never throws.
+    void RollBack() noexcept;
+
+private:
+    CXString m_name;
+    std::filesystem::path m_modelFile;
+    bool m_wasInstalled = false;
+    bool m_installed = false;
+};
+
+// Removes a driver that no printer uses any more. Returns the Win32 error.
+[[nodiscard]] DWORD RemoveDriver(const CXString& name) noexcept;

@@ -1,0 +1,68 @@
+// Printers as the spooler knows them: the handle's owner, and its answers with their texts copied out.
+//
+// Everything here throws Failure, which names the printer and the Win32 error.
+#pragma once
+
+#include <windows.h>
+#include <winspool.h>
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <tvutil/cxstring.h>
+
+class PrinterHandle
+{
+public:
+    enum class Access
+    {
+        Use,
+        Administer,
+    };
+
+    // A handle that the spooler has just handed out. Null is no printer.
+    explicit PrinterHandle(HANDLE printer) noexcept;
+    [[nodiscard]] static PrinterHandle Open(const std::string& name, Access access);
+    // Whether the spooler knows a printer of this name.
+    [[nodiscard]] static bool Exists(const std::string& name);
+
+    ~PrinterHandle();
+    PrinterHandle(PrinterHandle&& other) noexcept;
+    PrinterHandle& operator=(PrinterHandle&& other) noexcept;
+
+    [[nodiscard]] HANDLE Get() const noexcept;
+
+    // The capability word that the set-up stored; none: the printer is not one of ours.
+    [[nodiscard]] std::optional<std::uint64_t> Capability() const;
+    // Returns the Win32 error.
+    [[nodiscard]] DWORD StoreCapability(std::uint64_t word) const;
+
+private:
+    HANDLE m_printer = nullptr;
+};
+
+struct PrinterSummary
+{
+    CXString name;
+    CXString driverName;
+    CXString portName;
+};
+
+struct DriverSummary
+{
+    CXString name;
+    CXString driverFile;
+    CXString dataFile;
+    CXString configFile;
+    std::vector<CXString> dependentFiles;
+};
+
+[[nodiscard]] PrinterSummary DescribePrinter(const PrinterHandle& printer, const std::string& name);
+[[nodiscard]] DriverSummary DescribeDriver(const PrinterHandle& printer, const std::string& name);
+[[nodiscard]] std::vector<PrinterSummary> ListLocalPrinters();
+
+// A zero-terminated copy, for the spooler's arguments, which are not const.
+[[nodiscard]] std::vector<WCHAR> Terminated(const CXString& text);

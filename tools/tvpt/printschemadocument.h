@@ -1,0 +1,46 @@
+// Print Schema documents on their way in and out: bytes of a file to a DOM document and back.
+#pragma once
+
+#include <msxml2.h>
+
+#include <string>
+#include <string_view>
+
+#include "utilitiesstaticlib/comptr.h"
+#include "utilitiesstaticlib/wideliteral.h"
+
+inline constexpr std::size_t kMaxDocumentSize = 16u << 20; // bytes
+
+// A namespace of Print Schema documents, and the prefix that this program gives it.
+struct SchemaNamespace
+{
+    std::string_view prefix;
+    std::string_view uri;
+};
+
+inline constexpr SchemaNamespace kFramework = {
+    "psf", "http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"};
+inline constexpr SchemaNamespace kKeywords = {
+    "psk", "http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords"};
+inline constexpr SchemaNamespace kPrivateKeywords = {
+    "tk", "http://schemas.tavlen.example/enterprise/print/driver/native/printSchemaPrivateKeywords/2006/11"};
+inline constexpr SchemaNamespace kXmlSchemaInstance = {"xsi", "http://www.w3.org/2001/XMLSchema-instance"};
+inline constexpr SchemaNamespace kXmlSchema = {"xsd", "http://www.w3.org/2001/XMLSchema"};
+
+// COM for this thread, as long as the object lives.
+class ComApartment
+{
+public:
+    ComApartment();
+    ~ComApartment();
+    ComApartment(const ComApartment&) = delete;
+    ComApartment& operator=(const ComApartment&) = delete;
+};
+
+// UTF-8 with or without a byte-order mark, or UTF-16 with one. Throws Failure, which names the file, the line and the
+// reason, for anything that is no well-formed document, and for a document type declaration: not every DOM refuses to
+// follow one. White space is kept.
+[[nodiscard]] ComPtr<IXMLDOMDocument2> LoadDocument(std::string_view bytes, std::string_view name);
+
+// The document in UTF-8, with an XML declaration that says so.
+[[nodiscard]] std::string DocumentToBytes(IXMLDOMDocument2& document);

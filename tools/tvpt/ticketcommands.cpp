@@ -1,0 +1,147 @@
+#include "ticketcommands.h"
+
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "coredriverticket.h"
+#include "devmode.h"
+#include "failure.h"
+#include "jsonoutput.h"
+#include "printerinstall.h"
+#include "printschemadocument.h"
+#include "providerhost.h"
+#include "ticketreport.h"
+
+namespace
+{
+
+struct TicketArguments
+{
+    std::string printer;
+    std::string devmode;
+    std::string ticket;
+    std::string base;
+    std::string output;
+    bool json = false;
+};
+
+Devmode ReadDevmode(const std::string& file, const StandardStreams& streams)
+{
+    return Devmode::FromBytes(ReadInput(file, kMaxDevmodeSize, streams), file);
+}
+
+ComPtr<IXMLDOMDocument2> ReadDocument(const std::string& file, const StandardStreams& streams)
+{
+    return LoadDocument(ReadInput(file, kMaxDocumentSize, streams), file);
+}
+
+ComPtr<IXMLDOMDocument2> MakeBase(const PrinterHandle& printer, const std::string& printerName,
+                                  const CXString& providerNamespace, const Devmode& devmode)
+{
+    const PrinterModel model = ReadInstalledModel(printer, printerName);
+    const std::string uri = DriverNamespaceUri(providerNamespace, model.name);
+    return LoadDocument(MakeCoreDriverTicket(devmode, model, uri), "the core driver's ticket");
+}
+
+void FromDevmode(const TicketArguments& arguments, const StandardStreams& streams)
+{
+    if (arguments.devmode == kStandardStream && arguments.base == kStandardStream)
+        throw UsageFailure("DEVMODE and --base cannot both be standard input");
+    const ComApartment apartment;
+    Devmode devmode = ReadDevmode(arguments.devmode, streams);
+    const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
+    ProviderHost provider(printer, arguments.printer);
+    const ComPtr<IXMLDOMDocument2> ticket =
+        arguments.base.empty() ? MakeBase(printer, arguments.printer, provider.DefaultNamespace(), devmode)
+                               : ReadDocument(arguments.base, streams);
+    provider.ConvertDevModeToPrintTicket(devmode, *ticket.Get(),
+                                         arguments.base.empty() ? arguments.devmode : arguments.base);
+    WriteOutput(arguments.output, DocumentToBytes(*ticket.Get()), streams);
+}
+
+void ToDevmode(const TicketArguments& arguments, const StandardStreams& streams)
+{
+    if (arguments.devmode == kStandardStream && arguments.ticket == kStandardStream)
+        throw UsageFailure("--devmode and TICKET cannot both be standard input");
+    const ComApartment apartment;
+    Devmode devmode = ReadDevmode(arguments.devmode, streams);
+    const ComPtr<IXMLDOMDocument2> ticket = ReadDocument(arguments.ticket, streams);
+    const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
+    ProviderHost provider(printer, arguments.printer);
+    provider.ConvertPrintTicketToDevMode(*ticket.Get(), devmode, arguments.ticket);
+    // The provider wrote into the bytes: what goes out is a devmode again, or an error.
+    WriteOutput(arguments.output, Devmode::FromBytes(devmode.Bytes(), "the converted devmode").Bytes(), streams);
+}
+
+using TicketOperation = void (ProviderHost::*)(IXMLDOMDocument2&, const std::string&);
+
+void Pass(const TicketArguments& arguments, TicketOperation operation, const StandardStreams& streams)
+{
+    const ComApartment apartment;
+    const ComPtr<IXMLDOMDocument2> ticket = ReadDocument(arguments.ticket, streams);
+    const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
+    ProviderHost provider(printer, arguments.printer);
+    (provider.*operation)(*ticket.Get(), arguments.ticket);
+    WriteOutput(arguments.output, DocumentToBytes(*ticket.Get()), streams);
+}
+
+void Show(const TicketArguments& arguments, const StandardStreams& streams)
+{
+    const ComApartment apartment;
+    const ComPtr<IXMLDOMDocument2> ticket = ReadDocument(arguments.ticket, streams);
+    const SchemaElement root = ReadDocumentTree(*ticket.Get(), arguments.ticket);
+    if (!root.name.Is(kFramework.uri, "PrintTicket"))
+        Fail("reading the ticket", arguments.ticket, "its root element is not a PrintTicket");
+    const nlohmann::ordered_json shown = DescribeTicket(root);
+    WriteOutput({}, arguments.json ? JsonText(shown) : PlainText(shown), streams);
+}
+
+void AddPrinterOption(CLI::App& command, TicketArguments& arguments)
+{
+    command.add_option("--printer", arguments.printer, "The printer's name")->required();
+}
+
+void AddPassCommand(CLI::App& ticket, Action& chosen, const std::shared_ptr<TicketArguments>& arguments,
+                    const char* name, const char* description, TicketOperation operation)
+{
+    CLI::App& command = *ticket.add_subcommand(name, description);
+    AddPrinterOption(command, *arguments);
+    command.add_option("TICKET", arguments->ticket, "A PrintTicket; - is standard input")->required();
+    command.add_option("-o", arguments->output, "Where it goes; - or nothing is standard output");
+    OnCommand(command, chosen,
+              [arguments, operation](const StandardStreams& streams) { Pass(*arguments, operation, streams); });
+}
+
+} // namespace
+
+void AddTicketCommands(CLI::App& program, Action& chosen)
+{
+    const auto arguments = std::make_shared<TicketArguments>();
+    CLI::App& ticket = *program.add_subcommand("ticket", "Convert and show PrintTickets");
+    ticket.require_subcommand(1);
+
+    CLI::App& from = *ticket.add_subcommand("from-devmode", "Convert a devmode to a PrintTicket");
+    AddPrinterOption(from, *arguments);
+    from.add_option("DEVMODE", arguments->devmode, "A devmode; - is standard input")->required();
+    from.add_option("--base", arguments->base,
+                    "The PrintTicket to complete; without it, the one that the core driver would make");
+    from.add_option("-o", arguments->output, "Where it goes; - or nothing is standard output");
+    OnCommand(from, chosen, [arguments](const StandardStreams& streams) { FromDevmode(*arguments, streams); });
+
+    CLI::App& to = *ticket.add_subcommand("to-devmode", "Convert a PrintTicket to a devmode");
+    AddPrinterOption(to, *arguments);
+    to.add_option("--devmode", arguments->devmode, "The devmode to begin with; - is standard input")->required();
+    to.add_option("TICKET", arguments->ticket, "A PrintTicket; - is standard input")->required();
+    to.add_option("-o", arguments->output, "Where it goes; - is standard output")->required();
+    OnCommand(to, chosen, [arguments](const StandardStreams& streams) { ToDevmode(*arguments, streams); });
+
+    AddPassCommand(ticket, chosen, arguments, "validate", "Let the provider validate a PrintTicket",
+                   &ProviderHost::ValidatePrintTicket);
+    AddPassCommand(ticket, chosen, arguments, "expand", "Let the provider expand a PrintTicket's intent options",
+                   &ProviderHost::ExpandIntentOptions);
+
+    CLI::App& show = *ticket.add_subcommand("show", "Show what a PrintTicket holds");
+    show.add_option("TICKET", arguments->ticket, "A PrintTicket; - is standard input")->required();
+    show.add_flag("--json", arguments->json, "As JSON");
+    OnCommand(show, chosen, [arguments](const StandardStreams& streams) { Show(*arguments, streams); });
+}

@@ -1,0 +1,163 @@
+#include "ticketreport.h"
+
+#include <algorithm>
+#include <cstring>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include <tvutil/crc32.h>
+#include <tvutil/cxstring.h>
+#include <tvutil/tavlenutilities.h>
+
+#include "printschemadocument.h"
+
+namespace
+{
+
+using nlohmann::ordered_json;
+
+constexpr std::size_t kCrcSize = 4;
+
+std::string ShownName(const SchemaElement& element)
+{
+    for (const SchemaNamespace& known : {kFramework, kKeywords, kPrivateKeywords, kXmlSchemaInstance, kXmlSchema})
+        if (element.nameAttribute.uri == known.uri)
+            return std::string(known.prefix) + ":" + element.nameAttribute.local;
+    const bool hasPrefix = !element.nameAttribute.uri.empty() && !element.namePrefix.empty();
+    return hasPrefix ? element.namePrefix + ":" + element.nameAttribute.local : element.nameAttribute.local;
+}
+
+ordered_json NameOrNull(const SchemaElement& element)
+{
+    return element.nameAttribute.local.empty() ? ordered_json() : ordered_json(ShownName(element));
+}
+
+// A property's value: its text, or the parameter that it refers to.
+ordered_json ShownValue(const SchemaElement& property)
+{
+    if (const SchemaElement* const value = property.Child("Value"))
+        return value->text;
+    if (const SchemaElement* const reference = property.Child("ParameterRef"))
+        return {{"parameterRef", ShownName(*reference)}};
+    return nullptr;
+}
+
+ordered_json ShownProperties(const SchemaElement& parent, std::string_view kind)
+{
+    ordered_json shown = ordered_json::array();
+    for (const SchemaElement* const property : parent.Children(kind))
+    {
+        ordered_json row = {{"name", NameOrNull(*property)}, {"value", ShownValue(*property)}};
+        for (const std::string_view nested : {"Property", "ScoredProperty"})
+            if (ordered_json below = ShownProperties(*property, nested); !below.empty())
+                row[nested == "Property" ? "properties" : "scoredProperties"] = std::move(below);
+        shown.push_back(std::move(row));
+    }
+    return shown;
+}
+
+ordered_json ShownOption(const SchemaElement& option)
+{
+    ordered_json shown = {{"name", NameOrNull(option)},
+                          {"scoredProperties", ShownProperties(option, "ScoredProperty")}};
+    if (ordered_json properties = ShownProperties(option, "Property"); !properties.empty())
+        shown["properties"] = std::move(properties);
+    return shown;
+}
+
+// A list and no object by name: a ticket may hold a feature twice, and a report must not hide that.
+ordered_json ShownFeatures(const SchemaElement& parent)
+{
+    ordered_json features = ordered_json::array();
+    for (const SchemaElement* const feature : parent.Children("Feature"))
+    {
+        ordered_json options = ordered_json::array();
+        for (const SchemaElement* const option : feature->Children("Option"))
+            options.push_back(ShownOption(*option));
+        ordered_json shown = {{"name", NameOrNull(*feature)}, {"options", std::move(options)}};
+        if (ordered_json properties = ShownProperties(*feature, "Property"); !properties.empty())
+            shown["properties"] = std::move(properties);
+        if (ordered_json nested = ShownFeatures(*feature); !nested.empty())
+            shown["features"] = std::move(nested);
+        features.push_back(std::move(shown));
+    }
+    return features;
+}
+
+ordered_json ShownParameters(const SchemaElement& root)
+{
+    ordered_json parameters = ordered_json::array();
+    for (const SchemaElement* const parameter : root.Children("ParameterInit"))
+        parameters.push_back({{"name", NameOrNull(*parameter)}, {"value", ShownValue(*parameter)}});
+    return parameters;
+}
+
+// The value of one of the maker's own parameters; nothing when the ticket has none.
+std::optional<std::string> PrivateParameter(const SchemaElement& root, std::string_view localName)
+{
+    for (const SchemaElement* const parameter : root.Children("ParameterInit"))
+        if (parameter->nameAttribute.Is(kPrivateKeywords.uri, localName))
+            if (const SchemaElement* const value = parameter->Child("Value"))
+                return value->text;
+    return std::nullopt;
+}
+
+std::optional<std::vector<BYTE>> DecodeBase64(const std::string& text)
+{
+    const CXString wide = CXString::FromUtf8(text);
+    const auto length = static_cast<int>(wide.Length()); // bounded by the document's size
+    int count = TavlenUtilities::Base64DecodeGetRequiredLength(length);
+    std::vector<BYTE> bytes(static_cast<std::size_t>(count));
+    if (!TavlenUtilities::Base64Decode(wide.c_str(), length, bytes.data(), &count))
+        return std::nullopt;
+    bytes.resize(static_cast<std::size_t>(count));
+    return bytes;
+}
+
+// The record in front of the data: their CRC-32.
+bool IsCrcValid(const std::vector<BYTE>& record)
+{
+    if (record.size() < kCrcSize)
+        return false;
+    std::uint32_t crc = 0;
+    std::memcpy(&crc, record.data(), kCrcSize);
+    return Crc32::GetCrc(record.data() + kCrcSize, record.size() - kCrcSize) == crc;
+}
+
+ordered_json ShownDriverData(const SchemaElement& root)
+{
+    const auto text = PrivateParameter(root, "JobTavlenDriverData");
+    if (!text)
+        return {{"present", false}};
+    const auto record = DecodeBase64(*text);
+    const std::size_t size = record ? record->size() : 0;
+    return {{"present", true},
+            {"characters", text->size()},
+            {"bytes", size > kCrcSize ? size - kCrcSize : 0},
+            {"crcValid", record && IsCrcValid(*record)}};
+}
+
+ordered_json ShownJobTicket(const SchemaElement& root)
+{
+    const auto text = PrivateParameter(root, "JobTavlenJtifJobTicket");
+    if (!text)
+        return nullptr;
+    ordered_json lines = ordered_json::array();
+    for (std::size_t begin = 0; begin < text->size();)
+    {
+        const std::size_t end = std::min(text->find('\n', begin), text->size());
+        lines.push_back(text->substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return lines;
+}
+
+} // namespace
+
+nlohmann::ordered_json DescribeTicket(const SchemaElement& root)
+{
+    return {{"features", ShownFeatures(root)},
+            {"parameters", ShownParameters(root)},
+            {"driverData", ShownDriverData(root)},
+            {"jobTicket", ShownJobTicket(root)}};
+}
