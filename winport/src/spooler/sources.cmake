@@ -1,1 +1,27 @@
-set(WINPORT_SPOOLER_SOURCES)
+set(WINPORT_SPOOLER_SOURCES
+  src/spooler/bufferwriter.cpp
+  src/spooler/capabilities.cpp
+  src/spooler/connection.cpp
+  src/spooler/devmodebytes.cpp
+  src/spooler/driverfiles.cpp
+  src/spooler/driverinfo.cpp
+  src/spooler/drivermodule.cpp
+  src/spooler/driverrow.cpp
+  src/spooler/drivers.cpp
+  src/spooler/fileerror.cpp
+  src/spooler/forms.cpp
+  src/spooler/names.cpp
+  src/spooler/ports.cpp
+  src/spooler/printerdata.cpp
+  src/spooler/printerhandle.cpp
+  src/spooler/printerinfo.cpp
+  src/spooler/printerrow.cpp
+  src/spooler/printers.cpp
+  src/spooler/registry.cpp
+  src/spooler/registrykeys.cpp
+  src/spooler/registrytext.cpp
+  src/spooler/registryvalues.cpp
+  src/spooler/sqliteerror.cpp
+  src/spooler/statement.cpp
+  src/spooler/store.cpp
+)

@@ -1,0 +1,235 @@
+// Adding and deleting drivers.
+#include <winspool.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstring>
+
+#include "core/utf.h"
+#include "spooler/driverfiles.h"
+#include "spooler/driverrow.h"
+#include "spooler/names.h"
+#include "spooler/win32error.h"
+
+namespace winport::spooler
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+constexpr DWORD kHowToCopy = APD_STRICT_UPGRADE | APD_STRICT_DOWNGRADE | APD_COPY_ALL_FILES | APD_COPY_NEW_FILES;
+
+// Each level begins with the fields of those below it, so one of them can be read as the largest with the rest empty.
+DRIVER_INFO_6W AsLevel6(DWORD level, const BYTE* info)
+{
+    DRIVER_INFO_6W driver = {};
+    switch (level)
+    {
+    case 2:
+        std::memcpy(&driver, info, sizeof(DRIVER_INFO_2W));
+        break;
+    case 3:
+        std::memcpy(&driver, info, sizeof(DRIVER_INFO_3W));
+        break;
+    case 4:
+        std::memcpy(&driver, info, sizeof(DRIVER_INFO_4W));
+        break;
+    case 6:
+        std::memcpy(&driver, info, sizeof(DRIVER_INFO_6W));
+        break;
+    default:
+        throw Win32Error(ERROR_INVALID_LEVEL);
+    }
+    return driver;
+}
+
+static_assert(offsetof(DRIVER_INFO_6W, pHelpFile) == sizeof(DRIVER_INFO_2W));
+static_assert(offsetof(DRIVER_INFO_6W, pszzPreviousNames) == sizeof(DRIVER_INFO_3W));
+static_assert(offsetof(DRIVER_INFO_6W, ftDriverDate) == sizeof(DRIVER_INFO_4W));
+
+// Where the caller's files are, and how they get into the driver directory.
+class Package
+{
+public:
+    Package(const fs::path& storeFolder, DWORD flags)
+        : m_storeFolder(storeFolder),
+          m_fromCallersFolders((flags & APD_COPY_FROM_DIRECTORY) != 0),
+          m_onlyNewer((flags & APD_COPY_NEW_FILES) != 0),
+          m_copy(DriverVersionDirectory(storeFolder))
+    {
+    }
+
+    // The name under which the file is recorded: the caller's, without its folder.
+    std::u16string Take(std::u16string_view named)
+    {
+        std::string text;
+        Require(ToUtf8Strict(named, text), ERROR_INVALID_PARAMETER);
+        const fs::path file(text);
+        Require(file.has_filename() && file.filename() != "." && file.filename() != "..", ERROR_INVALID_PARAMETER);
+        m_copy.Stage(Source(file), m_onlyNewer);
+        return ToUtf16(file.filename().native());
+    }
+
+    void PutInPlace()
+    {
+        m_copy.PutInPlace();
+    }
+
+private:
+    // Without APD_COPY_FROM_DIRECTORY an installer has put the files into the driver directory, whatever folder their
+    // names have.
+    fs::path Source(const fs::path& file) const
+    {
+        if (m_fromCallersFolders && file.has_parent_path())
+            return ExistingFile(file);
+        try
+        {
+            return ExistingFile(DriverDirectory(m_storeFolder) / file.filename());
+        }
+        catch (const Win32Error&)
+        {
+            return ExistingFile(DriverVersionDirectory(m_storeFolder) / file.filename());
+        }
+    }
+
+    fs::path m_storeFolder;
+    bool m_fromCallersFolders;
+    bool m_onlyNewer;
+    DriverFileCopy m_copy;
+};
+
+void RequireAddable(const DRIVER_INFO_6W& driver, DWORD flags)
+{
+    RequireOwnEnvironment(driver.pEnvironment);
+    for (const LPWSTR text : {driver.pName, driver.pDriverPath, driver.pDataFile, driver.pConfigFile})
+        Require(!ViewOf(text).empty(), ERROR_INVALID_PARAMETER);
+    Require(driver.cVersion == kDriverVersion, ERROR_INVALID_PARAMETER);
+    Require(std::has_single_bit(flags & kHowToCopy), ERROR_INVALID_PARAMETER);
+    Require((flags & (APD_STRICT_UPGRADE | APD_STRICT_DOWNGRADE)) == 0, ERROR_NOT_SUPPORTED);
+}
+
+DriverRow TakePackage(const DRIVER_INFO_6W& info, Package& package)
+{
+    DriverRow driver;
+    driver.name = ViewOf(info.pName);
+    driver.version = info.cVersion;
+    driver.driverFile = package.Take(ViewOf(info.pDriverPath));
+    driver.dataFile = package.Take(ViewOf(info.pDataFile));
+    driver.configFile = package.Take(ViewOf(info.pConfigFile));
+    if (!ViewOf(info.pHelpFile).empty())
+        driver.helpFile = package.Take(ViewOf(info.pHelpFile));
+    for (const std::u16string& file : ListOf(info.pDependentFiles))
+        driver.dependentFiles.push_back(package.Take(file));
+    driver.monitor = ViewOf(info.pMonitorName);
+    driver.datatype = ViewOf(info.pDefaultDataType);
+    driver.previousNames = ListOf(info.pszzPreviousNames);
+    driver.date = std::uint64_t{info.ftDriverDate.dwHighDateTime} << 32 | info.ftDriverDate.dwLowDateTime;
+    driver.driverVersion = info.dwlDriverVersion;
+    driver.manufacturer = ViewOf(info.pszMfgName);
+    driver.url = ViewOf(info.pszOEMUrl);
+    driver.hardwareId = ViewOf(info.pszHardwareID);
+    driver.provider = ViewOf(info.pszProvider);
+    return driver;
+}
+
+bool IsInUse(Store& store, std::int64_t driver)
+{
+    return store.Prepare("SELECT 1 FROM printers WHERE driver = ?").Bind(driver).Step();
+}
+
+// The driver's files that no other driver names.
+std::vector<std::u16string> OwnFiles(const DriverRow& driver, const std::vector<DriverRow>& all)
+{
+    std::vector<std::u16string> own = driver.Files();
+    for (const DriverRow& other : all)
+    {
+        if (other.id == driver.id)
+            continue;
+        for (const std::u16string& file : other.Files())
+            std::erase(own, file);
+    }
+    return own;
+}
+
+// What of the driver's files is to be removed once its row is gone.
+std::vector<std::u16string> DeleteRow(Store& store, std::u16string_view name, DWORD flags)
+{
+    Transaction transaction(store, Transaction::Kind::Write);
+    const std::optional<std::int64_t> found = FindDriver(store, name);
+    Require(found.has_value(), ERROR_UNKNOWN_PRINTER_DRIVER);
+    Require(!IsInUse(store, *found), ERROR_PRINTER_DRIVER_IN_USE);
+
+    const DriverRow driver = ReadDriver(store, *found);
+    std::vector<std::u16string> files;
+    if ((flags & (DPD_DELETE_UNUSED_FILES | DPD_DELETE_ALL_FILES)) != 0)
+        files = OwnFiles(driver, ReadDrivers(store));
+    Require((flags & DPD_DELETE_ALL_FILES) == 0 || files.size() == driver.Files().size(), ERROR_PRINTER_DRIVER_IN_USE);
+
+    store.Prepare("DELETE FROM drivers WHERE id = ?").Bind(*found).Execute();
+    transaction.Commit();
+    return files;
+}
+
+void RemoveFiles(const fs::path& folder, const std::vector<std::u16string>& files) noexcept
+{
+    for (const std::u16string& file : files)
+    {
+        try
+        {
+            fs::remove(ExistingFile(folder / ToUtf8(file)));
+        }
+        catch (...)
+        {
+            // The driver is gone; a file that stays does no harm.
+        }
+    }
+}
+
+} // namespace
+
+} // namespace winport::spooler
+
+using namespace winport::spooler;
+
+BOOL WINAPI AddPrinterDriverExW(LPWSTR server, DWORD level, LPBYTE info, DWORD fileCopyFlags)
+{
+    return Succeeds(
+        [&]
+        {
+            RequireLocalServer(server);
+            Require(info != nullptr, ERROR_INVALID_PARAMETER);
+            const DRIVER_INFO_6W given = AsLevel6(level, info);
+            RequireAddable(given, fileCopyFlags);
+
+            const fs::path folder = StoreFolder();
+            Store store(folder);
+            Package package(folder, fileCopyFlags);
+            const DriverRow driver = TakePackage(given, package);
+            Transaction transaction(store, Transaction::Kind::Write);
+            WriteDriver(store, driver);
+            package.PutInPlace();
+            transaction.Commit();
+        });
+}
+
+BOOL WINAPI DeletePrinterDriverExW(LPWSTR server, LPWSTR environment, LPWSTR driverName, DWORD deleteFlag,
+                                   DWORD versionFlag)
+{
+    return Succeeds(
+        [&]
+        {
+            constexpr DWORD known = DPD_DELETE_UNUSED_FILES | DPD_DELETE_SPECIFIC_VERSION | DPD_DELETE_ALL_FILES;
+            RequireLocalServer(server);
+            RequireOwnEnvironment(environment);
+            Require(!ViewOf(driverName).empty() && (deleteFlag & ~known) == 0, ERROR_INVALID_PARAMETER);
+            Require((deleteFlag & DPD_DELETE_SPECIFIC_VERSION) == 0 || versionFlag == kDriverVersion,
+                    ERROR_UNKNOWN_PRINTER_DRIVER);
+
+            const fs::path folder = StoreFolder();
+            Store store(folder);
+            RemoveFiles(DriverVersionDirectory(folder), DeleteRow(store, ViewOf(driverName), deleteFlag));
+        });
+}

@@ -1,0 +1,223 @@
+// Adding, changing and deleting printers.
+#include <winddiui.h>
+#include <winspool.h>
+
+#include <algorithm>
+
+#include "spooler/devmodebytes.h"
+#include "spooler/drivermodule.h"
+#include "spooler/driverrow.h"
+#include "spooler/names.h"
+#include "spooler/ports.h"
+#include "spooler/printerhandle.h"
+#include "spooler/printerrow.h"
+#include "spooler/win32error.h"
+
+namespace winport::spooler
+{
+
+namespace
+{
+
+constexpr std::size_t kLongestName = 220;
+
+constexpr std::u16string_view kPrintProcessor = u"winprint";
+
+// What winprint takes.
+constexpr std::u16string_view kDatatypes[] = {
+    u"RAW",          u"RAW [FF appended]", u"RAW [FF auto]", u"NT EMF 1.003", u"NT EMF 1.006",
+    u"NT EMF 1.007", u"NT EMF 1.008",      u"TEXT",          u"XPS_PASS",
+};
+
+bool IsPrinterName(std::u16string_view name) noexcept
+{
+    const auto isForbidden = [](WCHAR character)
+    {
+        return character < u' ' || character == u'\\' || character == u',' || character == u'!';
+    };
+    return !name.empty() && name.size() <= kLongestName && name.front() != u' ' && name.back() != u' ' &&
+           std::none_of(name.begin(), name.end(), isForbidden);
+}
+
+bool IsDatatype(std::u16string_view name)
+{
+    return std::any_of(std::begin(kDatatypes), std::end(kDatatypes),
+                       [&](std::u16string_view known) { return EqualIgnoringCase(name, known); });
+}
+
+void TakePort(PrinterRow& printer, std::u16string_view port)
+{
+    Require(IsPort(port), ERROR_UNKNOWN_PORT);
+    printer.port = port;
+}
+
+void TakePrintProcessor(PrinterRow& printer, std::u16string_view processor)
+{
+    Require(EqualIgnoringCase(processor, kPrintProcessor), ERROR_UNKNOWN_PRINTPROCESSOR);
+    printer.printProcessor = processor;
+}
+
+void TakeDriver(Store& store, PrinterRow& printer, std::u16string_view name)
+{
+    const std::optional<std::int64_t> driver = FindDriver(store, name);
+    Require(driver.has_value(), ERROR_UNKNOWN_PRINTER_DRIVER);
+    printer.driver = *driver;
+}
+
+// What adding and setting have in common.
+void TakeTextsAndNumbers(PrinterRow& printer, const PRINTER_INFO_2W& info)
+{
+    const std::u16string_view datatype = ViewOf(info.pDatatype);
+    Require(datatype.empty() || IsDatatype(datatype), ERROR_INVALID_DATATYPE);
+    printer.share = ViewOf(info.pShareName);
+    printer.comment = ViewOf(info.pComment);
+    printer.location = ViewOf(info.pLocation);
+    printer.separatorFile = ViewOf(info.pSepFile);
+    printer.datatype = datatype.empty() ? kDatatypes[0] : datatype;
+    printer.parameters = ViewOf(info.pParameters);
+    printer.attributes = info.Attributes | PRINTER_ATTRIBUTE_LOCAL;
+    printer.priority = info.Priority == NO_PRIORITY ? DEF_PRIORITY : info.Priority;
+    Require(printer.priority <= MAX_PRIORITY, ERROR_INVALID_PARAMETER);
+    printer.defaultPriority = info.DefaultPriority;
+    printer.startTime = info.StartTime;
+    printer.untilTime = info.UntilTime;
+}
+
+PrinterRow AddRow(const std::filesystem::path& folder, const PRINTER_INFO_2W& info)
+{
+    PrinterRow printer;
+    printer.name = ViewOf(info.pPrinterName);
+    Require(IsPrinterName(printer.name), ERROR_INVALID_PRINTER_NAME);
+
+    Store store(folder);
+    Transaction transaction(store, Transaction::Kind::Write);
+    Require(!FindPrinter(store, printer.name), ERROR_PRINTER_ALREADY_EXISTS);
+    TakeDriver(store, printer, ViewOf(info.pDriverName));
+    TakePort(printer, ViewOf(info.pPortName));
+    TakePrintProcessor(printer, ViewOf(info.pPrintProcessor));
+    TakeTextsAndNumbers(printer, info);
+    printer.devMode = DevModeBytes(info.pDevMode);
+    InsertPrinter(store, printer);
+    transaction.Commit();
+    return printer;
+}
+
+// Null and empty texts that a printer cannot be without leave what was there.
+PrinterRow SetRow(const PrinterHandle& handle, const PRINTER_INFO_2W& info)
+{
+    Store store(handle.folder);
+    Transaction transaction(store, Transaction::Kind::Write);
+    PrinterRow printer = ReadPrinter(store, handle.printer);
+    if (const auto driver = ViewOf(info.pDriverName); !driver.empty())
+        TakeDriver(store, printer, driver);
+    if (const auto port = ViewOf(info.pPortName); !port.empty())
+        TakePort(printer, port);
+    if (const auto processor = ViewOf(info.pPrintProcessor); !processor.empty())
+        TakePrintProcessor(printer, processor);
+    TakeTextsAndNumbers(printer, info);
+    if (info.pDevMode != nullptr)
+        printer.devMode = DevModeBytes(info.pDevMode);
+    UpdatePrinter(store, printer);
+    transaction.Commit();
+    return printer;
+}
+
+PrinterRow ReadRow(const PrinterHandle& handle)
+{
+    Store store(handle.folder);
+    return ReadPrinter(store, handle.printer);
+}
+
+// A printer that was added without a devmode gets the one that its driver makes, if it makes one.
+void StoreDriversDevMode(const PrinterHandle& handle, const Blob& devMode)
+{
+    Store store(handle.folder);
+    Transaction transaction(store, Transaction::Kind::Write);
+    store.Prepare("UPDATE printers SET devmode = ? WHERE id = ?")
+        .Bind(std::span<const BYTE>(devMode))
+        .Bind(handle.printer)
+        .Execute();
+    transaction.Commit();
+}
+
+// The driver's module is told, and asked for a devmode. As on Windows, whatever it answers, and even if it cannot be
+// loaded, the printer stays as it is.
+void TellDriver(const PrinterHandle& handle, std::u16string name, INT event, bool wantsDevMode) noexcept
+{
+    try
+    {
+        const std::shared_ptr<const DriverModule> module = DriverModule::Of(handle);
+        if (module == nullptr)
+            return;
+        const ScopedPrinterHandle lent(handle);
+        if (wantsDevMode)
+        {
+            const Blob devMode = module->DefaultDevMode(lent.Get(), name);
+            if (IsWholeDevMode(devMode))
+                StoreDriversDevMode(handle, devMode);
+        }
+        module->PrinterEvent(name, event);
+    }
+    catch (...)
+    {
+    }
+}
+
+// With its data, which the table's own rule deletes.
+void DeleteRow(const PrinterHandle& handle)
+{
+    Store store(handle.folder);
+    Transaction transaction(store, Transaction::Kind::Write);
+    store.Prepare("DELETE FROM printers WHERE id = ?").Bind(handle.printer).Execute();
+    Require(store.Changes() == 1, ERROR_PRINTER_DELETED);
+    transaction.Commit();
+}
+
+} // namespace
+
+} // namespace winport::spooler
+
+using namespace winport::spooler;
+
+HANDLE WINAPI AddPrinterW(LPWSTR server, DWORD level, LPBYTE info)
+{
+    HANDLE added = nullptr;
+    Succeeds(
+        [&]
+        {
+            RequireLocalServer(server);
+            Require(level == 2, ERROR_INVALID_LEVEL);
+            Require(info != nullptr, ERROR_INVALID_PARAMETER);
+            const std::filesystem::path folder = StoreFolder();
+            const PrinterRow printer = AddRow(folder, *reinterpret_cast<const PRINTER_INFO_2W*>(info));
+            const PrinterHandle handle{folder, printer.id, PRINTER_ALL_ACCESS};
+            TellDriver(handle, printer.name, PRINTER_EVENT_INITIALIZE, printer.devMode.empty());
+            added = MakeHandle(handle);
+        });
+    return added;
+}
+
+BOOL WINAPI SetPrinterW(HANDLE printer, DWORD level, LPBYTE info, DWORD command)
+{
+    return Succeeds(
+        [&]
+        {
+            const auto handle = FindAdministerHandle(printer);
+            Require(level == 2, ERROR_INVALID_LEVEL);
+            Require(command == 0, ERROR_INVALID_PRINTER_COMMAND);
+            Require(info != nullptr, ERROR_INVALID_PARAMETER);
+            const PrinterRow set = SetRow(*handle, *reinterpret_cast<const PRINTER_INFO_2W*>(info));
+            TellDriver(*handle, set.name, PRINTER_EVENT_ATTRIBUTES_CHANGED, false);
+        });
+}
+
+BOOL WINAPI DeletePrinter(HANDLE printer)
+{
+    return Succeeds(
+        [&]
+        {
+            const auto handle = FindAdministerHandle(printer);
+            TellDriver(*handle, ReadRow(*handle).name, PRINTER_EVENT_DELETE, false);
+            DeleteRow(*handle);
+        });
+}
