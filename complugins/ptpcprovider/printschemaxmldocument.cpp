@@ -27,6 +27,12 @@ CXString WithoutColon(const CXString& prefix)
     return prefix.Mid(0, prefix.Find(W(":")));
 }
 
+// The attribute that declares the prefix: "xmlns:tk" of "tk:".
+CXString DeclarationOf(const CXString& prefix)
+{
+    return CXString(kDeclarationStart) + WithoutColon(prefix);
+}
+
 } // namespace
 
 PrintSchemaXmlDocument::PrintSchemaXmlDocument(const CXString& rootElementName, IXMLDOMDocument2* document)
@@ -111,7 +117,7 @@ HRESULT PrintSchemaXmlDocument::NormalisePrivateKeywordsPrefix(const CXString& f
         {
             // A root that binds "tk" to something else cannot be normalised; it is refused before it is changed.
             CComBSTR boundTo;
-            if (FindRootDeclaration(PrintSchema::kPrivatePrefix, boundTo.Put()) == S_OK &&
+            if (FindRootDeclaration(DeclarationOf(PrintSchema::kPrivatePrefix), boundTo.Put()) == S_OK &&
                 CXString(boundTo) != PrintSchema::kPrivateKeywordsUri)
                 return E_FAIL;
             RenamePrefixInNames(foundPrefix);
@@ -149,15 +155,15 @@ void PrintSchemaXmlDocument::RenamePrefixInNames(const CXString& foundPrefix) co
 void PrintSchemaXmlDocument::ReplacePrivateDeclaration(const CXString& foundPrefix) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::ReplacePrivateDeclaration");
-    const CXString oldDeclaration = CXString(kDeclarationStart) + WithoutColon(foundPrefix);
-    const CXString newDeclaration = CXString(kDeclarationStart) + WithoutColon(PrintSchema::kPrivatePrefix);
+    const CXString oldDeclaration = DeclarationOf(foundPrefix);
+    const CXString newDeclaration = DeclarationOf(PrintSchema::kPrivatePrefix);
 
     // A document that has been through here before may still declare both: some DOMs cannot remove a declaration.
     CComBSTR alreadyBound;
-    if (FindRootDeclaration(PrintSchema::kPrivatePrefix, alreadyBound.Put()) != S_OK)
+    if (FindRootDeclaration(newDeclaration, alreadyBound.Put()) != S_OK)
     {
         CComBSTR namespaceUri;
-        Check(GetAttributeValue(m_rootNode.Get(), oldDeclaration, namespaceUri.Put()), kMethod);
+        FindRootDeclaration(oldDeclaration, namespaceUri.Put());
         ComPtr<IXMLDOMElement> root;
         Check(m_rootNode.As(root), kMethod);
         AppendXMLAttribute(root.Get(), newDeclaration, CXString(), namespaceUri);
@@ -168,10 +174,23 @@ void PrintSchemaXmlDocument::ReplacePrivateDeclaration(const CXString& foundPref
     Check(attributes->removeNamedItem(MakeBstr(oldDeclaration).Get(), removed.Put()), kMethod);
 }
 
-// The URI to which the root element binds the prefix; S_FALSE when it does not.
-HRESULT PrintSchemaXmlDocument::FindRootDeclaration(WStringView prefix, BSTR* namespaceUri) const
+// The URI to which the root element binds the prefix; S_FALSE when it does not. Not every DOM finds a declaration by
+// its name, but every one lists it.
+HRESULT PrintSchemaXmlDocument::FindRootDeclaration(const CXString& declaration, BSTR* namespaceUri) const
 {
-    return GetAttributeValue(m_rootNode.Get(), CXString(kDeclarationStart) + WithoutColon(prefix), namespaceUri);
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::FindRootDeclaration");
+    ComPtr<IXMLDOMNamedNodeMap> attributes;
+    Check(m_rootNode->get_attributes(attributes.Put()), kMethod);
+    for (const ComPtr<IXMLDOMNode>& attribute : NodesOf(attributes.Get(), {kMethod, kSourceFile}))
+    {
+        CComBSTR name;
+        Check(attribute->get_nodeName(name.Put()), kMethod);
+        if (name.View() != declaration.View())
+            continue;
+        Check(attribute->get_text(namespaceUri), kMethod);
+        return S_OK;
+    }
+    return S_FALSE;
 }
 
 CXString PrintSchemaXmlDocument::GetNsPrefix(ULONG namespaceIndex) const

@@ -122,7 +122,7 @@ private:
     HRESULT NormalisePrivateKeywordsPrefix(const CXString& foundPrefix);
     void RenamePrefixInNames(const CXString& foundPrefix) const;
     void ReplacePrivateDeclaration(const CXString& foundPrefix) const;
-    HRESULT FindRootDeclaration(WStringView prefix, BSTR* namespaceUri) const;
+    HRESULT FindRootDeclaration(const CXString& declaration, BSTR* namespaceUri) const;
     HRESULT GetInitialiserValue(IXMLDOMNode* parameterRef, CComBSTR& value) const;
     HRESULT SelectChild(IXMLDOMNode* node, const CXString& elementName, IXMLDOMNode** child) const;
     HRESULT CreateNode(DOMNodeType type, const CXString& name, const CXString& namespaceUri, IXMLDOMNode** node) const;

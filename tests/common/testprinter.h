@@ -3,6 +3,7 @@
 // On Linux the store is a scratch folder of the test program; under Windows it is the machine's spooler.
 #pragma once
 
+#include <windows.h>
 #include <winspool.h>
 
 #include <optional>
