@@ -136,6 +136,7 @@ awk -v rooms="$rooms" -v libraries="$libraries" -v files="$(printf '%s\n' "${fil
         # The build chooses platform_windows.cpp or platform_linux.cpp; modules have no such files.
         mayKnowPlatform = names[here] == "winport" || \
             ((isTest || names[here] == "tools") && FILENAME ~ /_(windows|linux)\.(h|cpp)$/)
+        hasWindows = names[here] == "winport"
         if (!here)
             violation("stands in no room")
     }
@@ -145,6 +146,11 @@ awk -v rooms="$rooms" -v libraries="$libraries" -v files="$(printf '%s\n' "${fil
         sub(/^[^<"]*[<"]/, "", name)
         sub(/[>"].*/, "", name)
         includes++
+        # Natively these stand alone; on Windows they do not, and the error there is a long one.
+        if (name == "windows.h")
+            hasWindows = 1
+        else if (!hasWindows && (name == "winspool.h" || name == "oleauto.h"))
+            violation("<" name "> stands on <windows.h>: include that before it")
         target = ours(name, quoted)
         if (target != "")
             checkOwn(target)

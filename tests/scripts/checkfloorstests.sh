@@ -20,10 +20,12 @@ obedient_tree()
     file winport/include/windows.h '#include "windef.h"'
     file winport/include/windef.h '#include <cstdint>'
     file winport/include/winport/faultinjection.h '#include "../windef.h"'
+    file winport/include/winspool.h '#include "windef.h"'
     file winport/src/dom/node.h '#include <libxml/tree.h>' '#include <unistd.h>'
     file winport/src/dom/node.cpp '#include "dom/node.h"'
     file utilitiesstaticlib/iidof.h '#include <windows.h>'
     file utilitiesstaticlib/dlldelayloader.cpp '#include <tvutil/cxstring.h>'
+    file utilitiesstaticlib/printerhandle.h '#include <windows.h>' '#include <winspool.h>'
     file interfaces/prcomoem.h '#include "utilitiesstaticlib/iidof.h"'
     file siblings/tvutil/include/tvutil/cxstring.h '#include <string>' '#include "utilitiesstaticlib/iidof.h"'
     file siblings/tvutil/src/table.h '#include <array>'
@@ -83,6 +85,8 @@ refuses "SQLite outside the platform layer" "third-party sqlite3.h" tools/tvpt/b
 refuses "POSIX in the module" "neither ours nor" complugins/bad.cpp '#include <unistd.h>'
 refuses "POSIX by a file's name in the module" "neither ours nor" complugins/bad_linux.cpp '#include <unistd.h>'
 refuses "a header that does not exist" "there is no file" complugins/bad.cpp '#include "complugins/gone.h"'
+refuses "a header that Windows lets nobody include alone" "stands on <windows.h>" \
+    complugins/bad.cpp '#include <winspool.h>'
 refuses "a platform question" "asks for the platform" complugins/bad.cpp '#if defined(_WIN32)'
 refuses "a file without a room" "stands in no room" plugins/bad.cpp '#include <string>'
 
