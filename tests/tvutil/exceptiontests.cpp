@@ -1,5 +1,7 @@
 // The throw pattern, the two doors through which failures are seen, and the family's types across modules: everything
 // here is thrown or caught on the other side of the library's border.
+#include <windows.h>
+
 #include <memory>
 #include <new>
 #include <stdexcept>
@@ -10,9 +12,10 @@
 
 #include <gtest/gtest.h>
 
-#include <tvutil/bytebuffer.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/executioncontext.h>
+#include <tvutil/printdriver.h>
+#include <tvutil/printer.h>
 #include <tvutil/tavlencomexception.h>
 #include <tvutil/throwexception.h>
 #include <tvutil/utilitiesdllperthreadstorage.h>
@@ -160,7 +163,8 @@ TEST(ExceptionBorder, WhatTheLibraryThrowsIsCaughtHereByType)
     EXPECT_THROW(ThrowComException(E_FAIL, kSite), TavlenException);
     EXPECT_THROW(ThrowComException(E_FAIL, kSite), std::exception);
     EXPECT_THROW(CXString::Format(W("%i"), {}), std::invalid_argument);
-    EXPECT_THROW(ByteBuffer(static_cast<std::size_t>(-1) / 4), std::bad_alloc);
+    EXPECT_THROW(static_cast<void>(Printer().GetPrinterName()), ExceptionPrinterFailure);
+    EXPECT_THROW(static_cast<void>(PrintDriver().GetDriverCapability(nullptr, 0xF)), ExceptionPrintDriverFailure);
 }
 
 struct Reported

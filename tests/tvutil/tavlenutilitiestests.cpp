@@ -95,6 +95,8 @@ TEST(PortNames, BecomeKeysThatAreValidAndApart)
         for (const CXString& other : shares)
             EXPECT_TRUE(&one == &other || one.CompareNoCase(other) != 0) << one.ToUtf8();
     }
+    const CXString cut = key(WideString(245, W('p')) + W("\U0001F5A8") + longest);
+    EXPECT_EQ(cut.Find(W("p~")), 244u) << "not within a character: " << cut.ToUtf8();
     EXPECT_EQ(shares[0].CompareNoCase(key(W("\\\\SERVER\\C9070"))), 0) << "as the registry compares";
     EXPECT_TRUE(shares[0].StartsWith(W("__server_c9070~"))) << shares[0].ToUtf8();
 }

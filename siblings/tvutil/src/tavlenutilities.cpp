@@ -43,6 +43,11 @@ constexpr bool IsKeyCharacter(WCHAR character) noexcept
     return character != W('\\') && character >= WCHAR(0x20) && character != WCHAR(0x7F);
 }
 
+constexpr bool IsHighSurrogate(WCHAR character) noexcept
+{
+    return character >= WCHAR(0xD800) && character <= WCHAR(0xDBFF);
+}
+
 constexpr std::size_t kLongestKeyName = 255;
 
 WideString Hexadecimal(ULONG value)
@@ -97,6 +102,8 @@ CXString TavlenUtilities::ConvertPortNameToRegistryKey(WStringView portName)
     const CXString lower = CXString(portName).ToLower();
     const WideString suffix = W("~") + Hexadecimal(Crc32::GetCrc(lower.c_str(), lower.Length() * sizeof(WCHAR)));
     WideString key(portName.substr(0, kLongestKeyName - suffix.size()));
+    if (key.size() < portName.size() && IsHighSurrogate(key.back()))
+        key.pop_back(); // half a character is no text
     std::replace_if(
         key.begin(), key.end(), [](WCHAR character) { return !IsKeyCharacter(character); }, W('_'));
     if (key.empty())
