@@ -351,9 +351,9 @@ inline constexpr WORD DC_NUP = 33;
 inline constexpr WORD DC_MEDIATYPENAMES = 34;
 inline constexpr WORD DC_MEDIATYPES = 35;
 
-// Both load the configuration module of the printer's driver, for the length of the call, and ask its
-// DrvDeviceCapabilities or DrvDocumentPropertySheets. -1, with the last error, when there is no printer of that name
-// or no module that answers; otherwise the module's own answer.
+// Both load the configuration module of the printer's driver, if it is not the last one that was asked, and ask its
+// DrvDeviceCapabilities or DrvDocumentPropertySheets. -1, with the last error, when there is no printer of that name or
+// no module that answers; otherwise the module's own answer.
 WINPORT_API int WINAPI DeviceCapabilitiesW(LPCWSTR device, LPCWSTR port, WORD capability, LPWSTR output,
                                            const DEVMODEW* devMode);
 WINPORT_API LONG WINAPI DocumentPropertiesW(HWND window, HANDLE printer, LPWSTR deviceName, PDEVMODEW devModeOutput,

@@ -63,7 +63,7 @@ Connection::Connection(const std::filesystem::path& folder) : m_file(folder / "s
 {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
-    Require(!error, Win32ErrorOfErrno(error.value()));
+    Require(!error, Win32ErrorOfFolder(error.value()));
 
     const OpeningLock opening(folder / "spooler.lock");
     try

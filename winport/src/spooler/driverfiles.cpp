@@ -55,7 +55,7 @@ DriverFileCopy::DriverFileCopy(fs::path targetFolder) : m_folder(std::move(targe
 {
     std::error_code error;
     fs::create_directories(m_folder, error);
-    RequireNoError(error);
+    Require(!error, Win32ErrorOfFolder(error.value()));
 }
 
 DriverFileCopy::~DriverFileCopy()

@@ -4,6 +4,7 @@
 #include "core/utf.h"
 #include "spooler/bufferwriter.h"
 #include "spooler/driverrow.h"
+#include "spooler/fileerror.h"
 #include "spooler/names.h"
 #include "spooler/printerhandle.h"
 #include "spooler/printerrow.h"
@@ -200,7 +201,7 @@ BOOL WINAPI GetPrinterDriverDirectoryW(LPWSTR server, LPWSTR environment, DWORD 
             const std::filesystem::path folder = DriverDirectory(StoreFolder());
             std::error_code error;
             std::filesystem::create_directories(folder, error); // callers copy into it
-            Require(!error, ERROR_ACCESS_DENIED);
+            Require(!error, Win32ErrorOfFolder(error.value()));
             const std::u16string text = winport::ToUtf16(folder.native());
             Answer(buffer, 0, ERROR_INSUFFICIENT_BUFFER, [&](BufferWriter& writer) { writer.Text(text); });
         });

@@ -34,7 +34,7 @@ struct DocumentPropertyHeader
 
 static_assert(sizeof(DocumentPropertyHeader) == 48);
 
-using DeviceCapabilitiesExport = DWORD(WINAPI*)(HANDLE, LPWSTR, WORD, LPVOID, const DEVMODEW*);
+using DeviceCapabilitiesExport = DWORD(WINAPI*)(HANDLE, LPWSTR, WORD, LPVOID, DEVMODEW*);
 using DocumentPropertySheetsExport = LONG(WINAPI*)(LPVOID, LPARAM);
 using PrinterEventExport = BOOL(WINAPI*)(LPWSTR, INT, DWORD, LPARAM);
 
@@ -117,8 +117,11 @@ DriverModule::~DriverModule()
 int DriverModule::DeviceCapabilities(HANDLE printer, std::u16string& name, WORD capability, void* output,
                                      const DEVMODEW* devMode) const
 {
+    // The module's parameter is not const, though it only reads.
     const auto ask = FindExport<DeviceCapabilitiesExport>(m_module, "DrvDeviceCapabilities");
-    return ask == nullptr ? -1 : static_cast<int>(ask(printer, name.data(), capability, output, devMode));
+    return ask == nullptr
+               ? -1
+               : static_cast<int>(ask(printer, name.data(), capability, output, const_cast<DEVMODEW*>(devMode)));
 }
 
 LONG DriverModule::DocumentProperties(HANDLE printer, std::u16string& name, DEVMODEW* output, DEVMODEW* input,

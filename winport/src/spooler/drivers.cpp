@@ -140,21 +140,18 @@ bool IsInUse(Store& store, std::int64_t driver)
     return store.Prepare("SELECT 1 FROM printers WHERE driver = ?").Bind(driver).Step();
 }
 
-// The driver's files that no other driver names.
-std::vector<std::u16string> OwnFiles(const DriverRow& driver, const std::vector<DriverRow>& all)
+// Those of the files that no driver names.
+std::vector<std::u16string> UnusedFiles(Store& store, std::vector<std::u16string> files)
 {
-    std::vector<std::u16string> own = driver.Files();
-    for (const DriverRow& other : all)
+    for (const DriverRow& driver : ReadDrivers(store))
     {
-        if (other.id == driver.id)
-            continue;
-        for (const std::u16string& file : other.Files())
-            std::erase(own, file);
+        for (const std::u16string& file : driver.Files())
+            std::erase(files, file);
     }
-    return own;
+    return files;
 }
 
-// What of the driver's files is to be removed once its row is gone.
+// The driver's files that are to be removed, if nobody else names them, now that its row is gone.
 std::vector<std::u16string> DeleteRow(Store& store, std::u16string_view name, DWORD flags)
 {
     Transaction transaction(store, Transaction::Kind::Write);
@@ -163,28 +160,32 @@ std::vector<std::u16string> DeleteRow(Store& store, std::u16string_view name, DW
     Require(!IsInUse(store, *found), ERROR_PRINTER_DRIVER_IN_USE);
 
     const DriverRow driver = ReadDriver(store, *found);
-    std::vector<std::u16string> files;
-    if ((flags & (DPD_DELETE_UNUSED_FILES | DPD_DELETE_ALL_FILES)) != 0)
-        files = OwnFiles(driver, ReadDrivers(store));
-    Require((flags & DPD_DELETE_ALL_FILES) == 0 || files.size() == driver.Files().size(), ERROR_PRINTER_DRIVER_IN_USE);
-
     store.Prepare("DELETE FROM drivers WHERE id = ?").Bind(*found).Execute();
+    if ((flags & DPD_DELETE_ALL_FILES) != 0)
+        Require(UnusedFiles(store, driver.Files()).size() == driver.Files().size(), ERROR_PRINTER_DRIVER_IN_USE);
     transaction.Commit();
-    return files;
+    return (flags & (DPD_DELETE_UNUSED_FILES | DPD_DELETE_ALL_FILES)) != 0 ? driver.Files()
+                                                                           : std::vector<std::u16string>();
 }
 
-void RemoveFiles(const fs::path& folder, const std::vector<std::u16string>& files) noexcept
+// Under the write lock, as the copying is: no other process can add a driver that wants one of the files meanwhile. A
+// transaction of its own, since a file cannot come back when the deletion of the row fails.
+void RemoveUnusedFiles(Store& store, const fs::path& folder, const std::vector<std::u16string>& files) noexcept
 {
-    for (const std::u16string& file : files)
+    try
     {
-        try
+        if (files.empty())
+            return;
+        const Transaction transaction(store, Transaction::Kind::Write);
+        for (const std::u16string& file : UnusedFiles(store, files))
         {
-            fs::remove(ExistingFile(folder / ToUtf8(file)));
+            std::error_code ignored;
+            fs::remove(ExistingFile(folder / ToUtf8(file)), ignored);
         }
-        catch (...)
-        {
-            // The driver is gone; a file that stays does no harm.
-        }
+    }
+    catch (...)
+    {
+        // The driver is gone; a file that stays does no harm.
     }
 }
 
@@ -230,6 +231,7 @@ BOOL WINAPI DeletePrinterDriverExW(LPWSTR server, LPWSTR environment, LPWSTR dri
 
             const fs::path folder = StoreFolder();
             Store store(folder);
-            RemoveFiles(DriverVersionDirectory(folder), DeleteRow(store, ViewOf(driverName), deleteFlag));
+            const std::vector<std::u16string> files = DeleteRow(store, ViewOf(driverName), deleteFlag);
+            RemoveUnusedFiles(store, DriverVersionDirectory(folder), files);
         });
 }

@@ -33,4 +33,9 @@ DWORD Win32ErrorOfErrno(int error) noexcept
     }
 }
 
+DWORD Win32ErrorOfFolder(int error) noexcept
+{
+    return error == ENOENT ? ERROR_PATH_NOT_FOUND : Win32ErrorOfErrno(error);
+}
+
 } // namespace winport::spooler

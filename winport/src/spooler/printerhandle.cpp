@@ -56,6 +56,8 @@ void CloseHandle(HANDLE handle)
 
 ScopedPrinterHandle::~ScopedPrinterHandle()
 {
+    if (m_handle == nullptr)
+        return;
     try
     {
         CloseHandle(m_handle);

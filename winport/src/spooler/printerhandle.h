@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include <windef.h>
 
@@ -35,16 +36,24 @@ public:
     {
     }
     ~ScopedPrinterHandle();
-    ScopedPrinterHandle(const ScopedPrinterHandle&) = delete;
-    ScopedPrinterHandle& operator=(const ScopedPrinterHandle&) = delete;
+    ScopedPrinterHandle(ScopedPrinterHandle&& other) noexcept : m_handle(other.Release())
+    {
+    }
+    ScopedPrinterHandle& operator=(ScopedPrinterHandle&&) = delete;
 
     [[nodiscard]] HANDLE Get() const noexcept
     {
         return m_handle;
     }
 
+    // From now on somebody else's to close.
+    [[nodiscard]] HANDLE Release() noexcept
+    {
+        return std::exchange(m_handle, nullptr);
+    }
+
 private:
-    HANDLE m_handle;
+    HANDLE m_handle = nullptr;
 };
 
 } // namespace winport::spooler

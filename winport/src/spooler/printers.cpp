@@ -83,7 +83,14 @@ void TakeTextsAndNumbers(PrinterRow& printer, const PRINTER_INFO_2W& info)
     printer.untilTime = info.UntilTime;
 }
 
-PrinterRow AddRow(const std::filesystem::path& folder, const PRINTER_INFO_2W& info)
+// A printer that was added, with its handle. Nothing can fail any more once it is in the store.
+struct AddedPrinter
+{
+    PrinterRow row;
+    ScopedPrinterHandle handle;
+};
+
+AddedPrinter Add(const std::filesystem::path& folder, const PRINTER_INFO_2W& info)
 {
     PrinterRow printer;
     printer.name = ViewOf(info.pPrinterName);
@@ -98,8 +105,9 @@ PrinterRow AddRow(const std::filesystem::path& folder, const PRINTER_INFO_2W& in
     TakeTextsAndNumbers(printer, info);
     printer.devMode = DevModeBytes(info.pDevMode);
     InsertPrinter(store, printer);
+    ScopedPrinterHandle handle({folder, printer.id, PRINTER_ALL_ACCESS});
     transaction.Commit();
-    return printer;
+    return {std::move(printer), std::move(handle)};
 }
 
 // Null and empty texts that a printer cannot be without leave what was there.
@@ -142,10 +150,11 @@ void StoreDriversDevMode(const PrinterHandle& handle, const Blob& devMode)
 
 // The driver's module is told, and asked for a devmode. As on Windows, whatever it answers, and even if it cannot be
 // loaded, the printer stays as it is.
-void TellDriver(const PrinterHandle& handle, std::u16string name, INT event, bool wantsDevMode) noexcept
+void TellDriver(const PrinterHandle& handle, std::u16string_view printerName, INT event, bool wantsDevMode) noexcept
 {
     try
     {
+        std::u16string name(printerName);
         const std::shared_ptr<const DriverModule> module = DriverModule::Of(handle);
         if (module == nullptr)
             return;
@@ -189,10 +198,9 @@ HANDLE WINAPI AddPrinterW(LPWSTR server, DWORD level, LPBYTE info)
             Require(level == 2, ERROR_INVALID_LEVEL);
             Require(info != nullptr, ERROR_INVALID_PARAMETER);
             const std::filesystem::path folder = StoreFolder();
-            const PrinterRow printer = AddRow(folder, *reinterpret_cast<const PRINTER_INFO_2W*>(info));
-            const PrinterHandle handle{folder, printer.id, PRINTER_ALL_ACCESS};
-            TellDriver(handle, printer.name, PRINTER_EVENT_INITIALIZE, printer.devMode.empty());
-            added = MakeHandle(handle);
+            AddedPrinter printer = Add(folder, *reinterpret_cast<const PRINTER_INFO_2W*>(info));
+            added = printer.handle.Release();
+            TellDriver(*FindHandle(added), printer.row.name, PRINTER_EVENT_INITIALIZE, printer.row.devMode.empty());
         });
     return added;
 }

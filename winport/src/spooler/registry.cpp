@@ -71,8 +71,17 @@ LSTATUS WINAPI RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR,
             RequireRow(store, *parent);
             bool created = false;
             const std::int64_t row = MakeBelow(store, parent->row, ViewOf(subKey), created);
-            transaction.Commit();
-            *result = MakeKeyHandle({parent->folder, row, desired, parent->isRoot && row == parent->row});
+            const HKEY made = MakeKeyHandle({parent->folder, row, desired, parent->isRoot && row == parent->row});
+            try
+            {
+                transaction.Commit();
+            }
+            catch (...)
+            {
+                CloseKeyHandle(made);
+                throw;
+            }
+            *result = made;
             Give(disposition, created ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY);
         }));
 }
