@@ -35,6 +35,8 @@ CXString DeclarationOf(const CXString& prefix)
 
 } // namespace
 
+static_assert(PrintSchemaXmlDocument::kNotFound == HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
+
 PrintSchemaXmlDocument::PrintSchemaXmlDocument(const CXString& rootElementName, IXMLDOMDocument2* document)
     : m_document(document), m_rootElementName(rootElementName)
 {

@@ -26,6 +26,9 @@
 class PrintSchemaXmlDocument
 {
 public:
+    // HRESULT_FROM_WIN32(ERROR_NOT_FOUND): absence, where callers must be able to tell it from every other result.
+    static constexpr HRESULT kNotFound = static_cast<HRESULT>(0x80070490u);
+
     // Throws S_FALSE when the document has no root element of that name in the framework namespace.
     PrintSchemaXmlDocument(const CXString& rootElementName, IXMLDOMDocument2* document);
     virtual ~PrintSchemaXmlDocument();

@@ -31,8 +31,6 @@ struct ReferencedNames
 
 } // namespace
 
-static_assert(PrintTicketXmlDocument::kNotFound == HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
-
 PrintTicketXmlDocument::PrintTicketXmlDocument(IXMLDOMDocument2* document)
     : PrintSchemaXmlDocument(PrintSchema::kPrintTicket, document)
 {

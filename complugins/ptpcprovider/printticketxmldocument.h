@@ -12,8 +12,6 @@
 class PrintTicketXmlDocument : public PrintSchemaXmlDocument
 {
 public:
-    static constexpr HRESULT kNotFound = static_cast<HRESULT>(0x80070490u); // HRESULT_FROM_WIN32(ERROR_NOT_FOUND)
-
     explicit PrintTicketXmlDocument(IXMLDOMDocument2* document);
     ~PrintTicketXmlDocument() override;
 
