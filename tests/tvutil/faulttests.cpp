@@ -1,6 +1,9 @@
-// Linux only: any allocation of the test's thread can be made to fail there.
+// Linux only: any allocation of the test's thread can be made to fail there, and debug output be captured.
+#include <cstdlib>
 #include <functional>
 #include <new>
+#include <stdexcept>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -124,6 +127,29 @@ TEST(AllocationFaults, ReportsAndContextsAllocateNothing)
     EXPECT_EQ(FailEachAllocation(reportBoth), 0u) << "to the sink";
     TavlenException::SetReportSink({nullptr, nullptr});
     EXPECT_EQ(count, 2);
+}
+
+// Without a sink a report is one line of bounded length, whoever's text makes it too long.
+TEST(TraceLines, AreCutAndStillEnd)
+{
+    const auto traced = [](const std::exception& exception)
+    {
+        testing::internal::CaptureStderr();
+        setenv("WINPORT_DEBUG_OUTPUT", "1", 1);
+        TavlenException::DisplayExceptionMessage(false, false, &exception, W("file"), 1, W("method"),
+                                                 UtilitiesDllPerThreadStorage::GetExecutionContextStack(), nullptr,
+                                                 W("text"), nullptr);
+        unsetenv("WINPORT_DEBUG_OUTPUT");
+        return testing::internal::GetCapturedStderr();
+    };
+    EXPECT_EQ(traced(std::runtime_error("broken")), "*Reporting* method (file, line 1): broken; text\n");
+    const std::string foreign = traced(std::runtime_error(std::string(5000, 'x')));
+    const std::string ours = traced(ExceptionPrinterFailure(CXString(WideString(5000, W('x'))), kSite));
+    for (const std::string& line : {foreign, ours})
+    {
+        EXPECT_EQ(line.size(), 1023u);
+        EXPECT_EQ(line.substr(line.size() - 2), "x\n");
+    }
 }
 
 } // namespace
