@@ -37,9 +37,17 @@ public:
     {
     }
 
-    CComBSTR& operator=(CComBSTR other) noexcept
+    // What was held stays when the copy cannot be made.
+    CComBSTR& operator=(const CComBSTR& other)
     {
-        std::swap(m_string, other.m_string);
+        CComBSTR copy(other);
+        std::swap(m_string, copy.m_string);
+        return *this;
+    }
+
+    CComBSTR& operator=(CComBSTR&& other) noexcept
+    {
+        Attach(other.Detach());
         return *this;
     }
 

@@ -35,9 +35,16 @@ public:
     {
     }
 
-    ComPtr& operator=(ComPtr other) noexcept
+    ComPtr& operator=(const ComPtr& other) noexcept
     {
-        std::swap(m_pointer, other.m_pointer);
+        ComPtr copy(other);
+        std::swap(m_pointer, copy.m_pointer);
+        return *this;
+    }
+
+    ComPtr& operator=(ComPtr&& other) noexcept
+    {
+        Attach(other.Detach());
         return *this;
     }
 

@@ -80,11 +80,12 @@ TEST(ComPtr, GivesBackEveryReferenceItTook)
         IUnknown* handedOut = nullptr;
         EXPECT_EQ(third.CopyTo(&handedOut), S_OK);
         EXPECT_EQ(object.References(), 4u);
-        second.Attach(handedOut);
-        second.Attach(third.Detach());
+        ComPtr<IUnknown> fourth;
+        fourth.Attach(handedOut);
+        fourth.Attach(third.Detach());
         EXPECT_EQ(object.References(), 3u);
         EXPECT_FALSE(third);
-        *second.Put() = nullptr;
+        *fourth.Put() = nullptr;
         EXPECT_EQ(object.References(), 2u);
     }
     EXPECT_EQ(object.References(), 1u);

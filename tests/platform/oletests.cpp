@@ -85,8 +85,8 @@ TEST(Bstr, ReallocatesFromTheTextOrKeepsWhatWasThere)
 TEST(Variant, CopyOwnsWhatItHoldsAndClearGivesItBack)
 {
     CountingUnknown object;
-    VARIANT source;
-    VARIANT copy;
+    VARIANT source = {};
+    VARIANT copy = {};
     VariantInit(&source);
     VariantInit(&copy);
 
@@ -115,11 +115,11 @@ TEST(Variant, CopyOwnsWhatItHoldsAndClearGivesItBack)
 TEST(Variant, ReferencesOwnNothing)
 {
     BSTR string = SysAllocString(W("A4"));
-    VARIANT reference;
+    VARIANT reference = {};
     VariantInit(&reference);
     reference.vt = static_cast<VARTYPE>(VT_BYREF | VT_BSTR);
     reference.pbstrVal = &string;
-    VARIANT copy;
+    VARIANT copy = {};
     VariantInit(&copy);
     ASSERT_EQ(VariantCopy(&copy, &reference), S_OK);
     EXPECT_EQ(copy.pbstrVal, &string);
@@ -133,7 +133,7 @@ TEST(Variant, RefusesTypesThatDoNotExist)
 {
     for (const int type : {15, 0x0FFF, VT_BYREF | VT_EMPTY, VT_BYREF | VT_NULL})
     {
-        VARIANT variant;
+        VARIANT variant = {};
         VariantInit(&variant);
         variant.vt = static_cast<VARTYPE>(type);
         EXPECT_EQ(VariantClear(&variant), DISP_E_BADVARTYPE) << type;

@@ -94,13 +94,13 @@ std::optional<LoadedImage> FindImageByFile(const char* path) noexcept
     return ImageOf(LoaderReference(dlopen(path, RTLD_NOW | RTLD_NOLOAD)));
 }
 
-std::optional<LoadedImage> FindImageByBaseName(std::string_view wanted) noexcept
+std::optional<LoadedImage> FindImageByBaseName(std::string_view name) noexcept
 {
-    const auto matches = [wanted](const Extent&, const char* path)
+    const auto matches = [name](const Extent&, const char* path)
     {
-        const std::string_view name = BaseName(path);
-        return !name.empty() && name.size() == wanted.size() &&
-               strncasecmp(name.data(), wanted.data(), wanted.size()) == 0;
+        const std::string_view loaded = BaseName(path);
+        return !loaded.empty() && loaded.size() == name.size() &&
+               strncasecmp(loaded.data(), name.data(), name.size()) == 0;
     };
     return Find(matches);
 }
