@@ -1,5 +1,5 @@
-# Compiler settings that every target of ours gets, and the kinds of target we have: tavlen_module, tavlen_benchmark,
-# tavlen_fuzzer (and tavlen_test, in tests/).
+# Compiler settings that every target of ours gets, and the kinds of target we have: tavlen_module, tavlen_fuzzer (and
+# tavlen_test, in tests/).
 
 include(ThirdParty)
 
@@ -93,19 +93,10 @@ function(tavlen_windows_manifest name)
   endif()
 endfunction()
 
-# tavlen_benchmark(NAME SOURCE...): a Google Benchmark program, run by make bench.
-function(tavlen_benchmark name)
-  find_package(benchmark REQUIRED)
-  add_executable(${name} ${ARGN})
-  target_link_libraries(${name} PRIVATE tavlen_options benchmark::benchmark)
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bench")
-endfunction()
-
 # tavlen_fuzzer(NAME SOURCE...): a libFuzzer program, run by make fuzz with the seeds in fuzz/seeds/NAME and the
-# dictionary fuzz/NAME.dict where they exist.
+# dictionary fuzz/NAME.dict where they exist. NAME ends in _fuzzer.
 function(tavlen_fuzzer name)
   add_executable(${name} ${ARGN})
   target_link_libraries(${name} PRIVATE tavlen_options)
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/fuzzers")
 endfunction()

@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 shopt -s nullglob
-programs=(build/release/bench/*)
+programs=(build/release/bin/*_benchmarks)
 if [ "${#programs[@]}" -eq 0 ]; then
     echo "bench: there is no benchmark yet; nothing was run"
     exit 0

@@ -8,8 +8,8 @@ seconds=${FUZZ_SECONDS:-60}
 scripts/build.sh linux-fuzz
 
 shopt -s nullglob
-targets=(build/fuzz/fuzzers/${FUZZ_TARGET:-*})
-if [ "${#targets[@]}" -eq 0 ]; then
+targets=(build/fuzz/bin/${FUZZ_TARGET:-*_fuzzer})
+if [ ! -x "${targets[0]:-}" ]; then
     echo "fuzz: there is no fuzz target ${FUZZ_TARGET:-yet}; nothing was run"
     [ -z "${FUZZ_TARGET:-}" ]
     exit
