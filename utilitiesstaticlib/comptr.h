@@ -37,8 +37,8 @@ public:
 
     ComPtr& operator=(const ComPtr& other) noexcept
     {
-        ComPtr copy(other);
-        std::swap(m_pointer, copy.m_pointer);
+        if (this != &other)
+            Attach(ComPtr(other).Detach());
         return *this;
     }
 
