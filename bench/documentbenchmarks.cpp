@@ -1,0 +1,131 @@
+// The document wrappers and whole conversions, against parsing and serialising the same ticket with the bare DOM.
+#include <benchmark/benchmark.h>
+
+#include <objbase.h>
+
+#include <string>
+
+#include "bench/ratioreporter.h"
+#include "complugins/ptpcprovider/printticketxmldocument.h"
+#include "complugins/ptpcprovider/tavlenptprovider.h"
+#include "tests/common/testdevmode.h"
+#include "tests/common/testdocuments.h"
+
+namespace
+{
+
+constexpr const char* kTicket = "tickets/platform-00.xml";
+
+void Yardstick(benchmark::State& state)
+{
+    const std::string text = TextOf(LoadTestDocument(kTicket).Get());
+    for (auto _ : state)
+        benchmark::DoNotOptimize(TextOf(LoadDocument(text).Get()));
+}
+
+void WrapDocument(benchmark::State& state, const char* name)
+{
+    const ComPtr<IXMLDOMDocument2> document = LoadTestDocument(name);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(PrintTicketXmlDocument(document.Get()).GetDocument());
+}
+
+void FindFeature(benchmark::State& state, const char* name)
+{
+    const ComPtr<IXMLDOMDocument2> document = LoadTestDocument(name);
+    const PrintTicketXmlDocument ticket(document.Get());
+    for (auto _ : state)
+    {
+        ComPtr<IXMLDOMNode> feature;
+        benchmark::DoNotOptimize(ticket.GetFeatureNodeIfExists(W("psk:"), W("JobInputBin"), feature.Put()));
+    }
+}
+
+void ReplaceFeature(benchmark::State& state)
+{
+    const ComPtr<IXMLDOMDocument2> document = LoadTestDocument(kTicket);
+    const PrintTicketXmlDocument ticket(document.Get());
+    for (auto _ : state)
+    {
+        ticket.DeleteFeatureAndOrphanParameterInitsIfExists(W("psk:"), W("PageMediaType"));
+        ComPtr<IXMLDOMElement> feature;
+        ComPtr<IXMLDOMElement> option;
+        ticket.CreateFeatureOptionPair(1, W("PageMediaType"), true, W("Plain"), feature.Put(), option.Put());
+        ticket.AppendChildToRootNode(feature.Get());
+    }
+}
+
+void ToTicket(benchmark::State& state)
+{
+    ComPtr<IPrintOemPrintTicketProvider> provider;
+    CreateTavlenPtProvider(provider.Put());
+    const ComPtr<IXMLDOMDocument2> document = LoadTestDocument(kTicket);
+    const TestDevmode devmode;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(
+            provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr, document.Get()));
+}
+
+void ToDevmode(benchmark::State& state)
+{
+    ComPtr<IPrintOemPrintTicketProvider> provider;
+    CreateTavlenPtProvider(provider.Put());
+    const ComPtr<IXMLDOMDocument2> document = LoadTestDocument(kTicket);
+    const TestDevmode devmode;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(
+            provider->ConvertPrintTicketToDevMode(document.Get(), devmode.Size(), devmode.Get(), 0, nullptr));
+}
+
+// A ticket of `count` features, each with a reference to an initialiser of its own.
+std::string LargeTicket(std::int64_t count)
+{
+    std::string content;
+    for (std::int64_t index = 0; index < count; ++index)
+    {
+        const std::string number = std::to_string(index);
+        content += "<psf:Feature name=\"psk:F" + number + "\"><psf:Option><psf:ScoredProperty name=\"psk:S\">" +
+                   "<psf:ParameterRef name=\"psk:P" + number + "\"/></psf:ScoredProperty></psf:Option></psf:Feature>" +
+                   "<psf:ParameterInit name=\"psk:P" + number + "\"><psf:Value>1</psf:Value></psf:ParameterInit>";
+    }
+    return TicketAround(content);
+}
+
+// One deletion with its orphans in a document of the given size; the fit must be linear.
+void DeleteWithOrphans(benchmark::State& state)
+{
+    const std::string text = LargeTicket(state.range(0));
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        const ComPtr<IXMLDOMDocument2> document = LoadDocument(text);
+        const PrintTicketXmlDocument ticket(document.Get());
+        state.ResumeTiming();
+        ticket.DeleteFeatureAndOrphanParameterInitsIfExists(W("psk:"), W("F0"));
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    benchmark::RegisterBenchmark("yardstick", Yardstick);
+    benchmark::RegisterBenchmark("wrap a ticket", WrapDocument, kTicket);
+    benchmark::RegisterBenchmark("find a feature", FindFeature, kTicket);
+    benchmark::RegisterBenchmark("find a feature among 300", FindFeature, "tickets/large-300.xml");
+    benchmark::RegisterBenchmark("delete and add a feature/option pair", ReplaceFeature);
+    benchmark::RegisterBenchmark("devmode to ticket", ToTicket);
+    benchmark::RegisterBenchmark("ticket to devmode", ToDevmode);
+    benchmark::RegisterBenchmark("delete a feature with orphans", DeleteWithOrphans)
+        ->RangeMultiplier(2)
+        ->Range(625, 5000)
+        ->Unit(benchmark::kMicrosecond)
+        ->Complexity();
+    benchmark::Initialize(&argc, argv);
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    CoUninitialize();
+    return 0;
+}
