@@ -147,12 +147,13 @@ TEST_F(Conversions, TakeEveryTicketOrRefuseItWhole)
             EXPECT_EQ(TextOf(base.Get()), TextOf(ticket.Get()));
             continue;
         }
-        EXPECT_EQ(4, devmode.Get()->dmCopies);
         // Everything but the copies is what wrapping alone makes of the base, also after a trip through text.
         EXPECT_EQ(S_OK, provider->ValidatePrintTicket(base.Get()));
         const ComPtr<IXMLDOMDocument2> again = Reparse(ticket.Get());
         ASSERT_TRUE(again);
-        EXPECT_EQ("", CompareDocuments(ticket.Get(), again.Get()));
+        const TestDevmode back;
+        EXPECT_EQ(S_OK, ToDevmode(again.Get(), back));
+        EXPECT_EQ(4, back.Get()->dmCopies);
         for (const ComPtr<IXMLDOMDocument2>& document : {base, again})
         {
             PrintTicketXmlDocument wrapper(document.Get());
