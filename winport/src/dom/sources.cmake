@@ -1,1 +1,34 @@
-set(WINPORT_DOM_SOURCES)
+set(WINPORT_DOM_SOURCES
+  src/dom/attributemap.cpp
+  src/dom/attributes.cpp
+  src/dom/characterdata.cpp
+  src/dom/declarations.cpp
+  src/dom/documentobject.cpp
+  src/dom/documentobjectcreation.cpp
+  src/dom/documentobjectstorage.cpp
+  src/dom/documentsettings.cpp
+  src/dom/domfactory.cpp
+  src/dom/elementobject.cpp
+  src/dom/insertion.cpp
+  src/dom/limits.cpp
+  src/dom/links.cpp
+  src/dom/loader.cpp
+  src/dom/namespacepool.cpp
+  src/dom/newnodes.cpp
+  src/dom/nodecopy.cpp
+  src/dom/nodecore.cpp
+  src/dom/nodecorenames.cpp
+  src/dom/nodecoreselection.cpp
+  src/dom/nodecoretree.cpp
+  src/dom/nodecorevalues.cpp
+  src/dom/nodekinds.cpp
+  src/dom/nodelists.cpp
+  src/dom/nodetext.cpp
+  src/dom/qname.cpp
+  src/dom/serializer.cpp
+  src/dom/source.cpp
+  src/dom/strings.cpp
+  src/dom/tree.cpp
+  src/dom/variants.cpp
+  src/dom/xpathengine.cpp
+)

@@ -1,0 +1,178 @@
+#include "dom/documentobject.h"
+
+#include "dom/links.h"
+#include "dom/nodekinds.h"
+#include "dom/strings.h"
+
+namespace winport::dom
+{
+
+DocumentObject::DocumentObject(const TreePtr& tree) noexcept : NodeObject(tree, tree->DocumentNode())
+{
+    m_outcome.code = S_OK;
+}
+
+HRESULT DocumentObject::get_doctype(IXMLDOMDocumentType** documentType)
+{
+    return Call(
+        [&]
+        {
+            if (documentType == nullptr)
+                return E_INVALIDARG;
+            *documentType = nullptr; // no document with one is ever taken
+            return S_FALSE;
+        });
+}
+
+HRESULT DocumentObject::get_implementation(IXMLDOMImplementation**)
+{
+    return Call([] { return E_NOTIMPL; });
+}
+
+HRESULT DocumentObject::get_documentElement(IXMLDOMElement** element)
+{
+    return Call(
+        [&]
+        {
+            if (element == nullptr)
+                return E_INVALIDARG;
+            *element = nullptr;
+            xmlNode* const root = GetTree()->RootElement();
+            if (root == nullptr)
+                return S_FALSE;
+            *element = ObjectOf(GetTree(), root).Detach<IXMLDOMElement>();
+            return S_OK;
+        });
+}
+
+HRESULT DocumentObject::putref_documentElement(IXMLDOMElement* element)
+{
+    return Call(
+        [&]
+        {
+            xmlNode* const root = GetTree()->RootElement();
+            if (root == nullptr)
+                return Append(element, nullptr);
+            const NodeRef old = ObjectOf(GetTree(), root);
+            return Replace(element, old.Get()->AsInterface(), nullptr);
+        });
+}
+
+HRESULT DocumentObject::getElementsByTagName(BSTR name, IXMLDOMNodeList** elements)
+{
+    return Call([&] { return GetElementsByName(name, elements); });
+}
+
+HRESULT DocumentObject::nodeFromID(BSTR, IXMLDOMNode** node)
+{
+    // Ids are declared in document types, which no document here has.
+    return Call([&] { return HandOut(GetTree(), nullptr, node); });
+}
+
+HRESULT DocumentObject::get_async(VARIANT_BOOL* isAsync)
+{
+    return Call([&] { return GetSwitch(&DocumentSettings::async, isAsync); });
+}
+
+HRESULT DocumentObject::put_async(VARIANT_BOOL isAsync)
+{
+    return Call([&] { return PutSwitch(&DocumentSettings::async, isAsync); });
+}
+
+HRESULT DocumentObject::get_validateOnParse(VARIANT_BOOL* isValidating)
+{
+    return Call([&] { return GetSwitch(&DocumentSettings::validateOnParse, isValidating); });
+}
+
+HRESULT DocumentObject::put_validateOnParse(VARIANT_BOOL isValidating)
+{
+    return Call([&] { return PutSwitch(&DocumentSettings::validateOnParse, isValidating); });
+}
+
+HRESULT DocumentObject::get_resolveExternals(VARIANT_BOOL* isResolving)
+{
+    return Call([&] { return GetSwitch(&DocumentSettings::resolveExternals, isResolving); });
+}
+
+HRESULT DocumentObject::put_resolveExternals(VARIANT_BOOL isResolving)
+{
+    return Call([&] { return PutSwitch(&DocumentSettings::resolveExternals, isResolving); });
+}
+
+HRESULT DocumentObject::get_preserveWhiteSpace(VARIANT_BOOL* isPreserving)
+{
+    return Call([&] { return GetSwitch(&DocumentSettings::preserveWhiteSpace, isPreserving); });
+}
+
+HRESULT DocumentObject::put_preserveWhiteSpace(VARIANT_BOOL isPreserving)
+{
+    return Call([&] { return PutSwitch(&DocumentSettings::preserveWhiteSpace, isPreserving); });
+}
+
+HRESULT DocumentObject::setProperty(BSTR name, VARIANT value)
+{
+    return Call(
+        [&]
+        {
+            const HRESULT result = GetTree()->Settings().SetProperty(Utf8Of(name), value);
+            GetTree()->SelectionNamespacesChanged();
+            return result;
+        });
+}
+
+HRESULT DocumentObject::getProperty(BSTR name, VARIANT* value)
+{
+    return Call(
+        [&]
+        {
+            if (value == nullptr)
+                return E_INVALIDARG;
+            return GetTree()->Settings().GetProperty(Utf8Of(name), *value);
+        });
+}
+
+HRESULT DocumentObject::put_onreadystatechange(VARIANT)
+{
+    return Call([] { return E_NOTIMPL; });
+}
+
+HRESULT DocumentObject::put_ondataavailable(VARIANT)
+{
+    return Call([] { return E_NOTIMPL; });
+}
+
+HRESULT DocumentObject::put_ontransformnode(VARIANT)
+{
+    return Call([] { return E_NOTIMPL; });
+}
+
+HRESULT DocumentObject::get_namespaces(IXMLDOMSchemaCollection**)
+{
+    return Call([] { return E_NOTIMPL; });
+}
+
+HRESULT DocumentObject::get_schemas(VARIANT*)
+{
+    return Call([] { return E_NOTIMPL; });
+}
+
+HRESULT DocumentObject::putref_schemas(VARIANT)
+{
+    return Call([] { return E_NOTIMPL; });
+}
+
+HRESULT DocumentObject::GetSwitch(bool DocumentSettings::*member, VARIANT_BOOL* value) const
+{
+    if (value == nullptr)
+        return E_INVALIDARG;
+    *value = GetTree()->Settings().*member ? VARIANT_TRUE : VARIANT_FALSE;
+    return S_OK;
+}
+
+HRESULT DocumentObject::PutSwitch(bool DocumentSettings::*member, VARIANT_BOOL value)
+{
+    GetTree()->Settings().*member = value != VARIANT_FALSE;
+    return S_OK;
+}
+
+} // namespace winport::dom

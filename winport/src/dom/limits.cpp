@@ -1,0 +1,105 @@
+#include "dom/limits.h"
+
+#include <cstdint>
+
+namespace winport::dom
+{
+
+namespace
+{
+
+// The sum of the squares of the attribute counts: what the parser's comparisons cost in all. A 16 MB text of elements
+// with 60 attributes each, a worse one than any real document, stays below it.
+constexpr std::uint64_t kMaximumComparisons = 1ull << 28;
+
+constexpr std::size_t kEnd = std::string_view::npos;
+
+class Scanner
+{
+public:
+    explicit Scanner(std::string_view text) : m_text(text)
+    {
+    }
+
+    std::optional<Excess> Scan()
+    {
+        while ((m_at = m_text.find('<', m_at)) != kEnd)
+        {
+            const std::size_t start = m_at;
+            const std::string_view rest = m_text.substr(start);
+            const char* reason = nullptr;
+            if (rest.starts_with("<!--"))
+                SkipPast("-->", 4);
+            else if (rest.starts_with("<![CDATA["))
+                SkipPast("]]>", 9);
+            else if (rest.starts_with("<!DOCTYPE"))
+                reason = kDoctype;
+            else if (rest.starts_with("<?"))
+                SkipPast("?>", 2);
+            else if (rest.starts_with("</"))
+                LeaveElement();
+            else
+                reason = EnterElement();
+            if (reason != nullptr)
+                return Excess{reason, start};
+        }
+        return std::nullopt;
+    }
+
+private:
+    // An end that is missing ends the scan: the text is not well-formed.
+    void SkipPast(std::string_view end, std::size_t openingLength)
+    {
+        const std::size_t place = m_text.find(end, m_at + openingLength);
+        m_at = place != kEnd ? place + end.size() : m_text.size();
+    }
+
+    void LeaveElement()
+    {
+        if (m_depth > 0)
+            --m_depth;
+        m_at += 2;
+    }
+
+    const char* EnterElement()
+    {
+        std::uint64_t attributes = 0;
+        for (m_at = m_text.find_first_of("=\"'>", m_at); m_at != kEnd && m_text[m_at] != '>';
+             m_at = m_text.find_first_of("=\"'>", m_at + 1))
+        {
+            if (m_text[m_at] == '=')
+                ++attributes;
+            else if (m_at = m_text.find(m_text[m_at], m_at + 1); m_at == kEnd)
+                break;
+        }
+        m_comparisons += attributes * attributes;
+        if (m_at == kEnd)
+            m_at = m_text.size();
+        else if (m_text[m_at - 1] != '/')
+            ++m_depth;
+        if (attributes > kMaximumAttributes)
+            return kTooManyAttributes;
+        if (m_comparisons > kMaximumComparisons)
+            return kTooManyComparisons;
+        return m_depth > kMaximumDepth ? kTooDeep : nullptr;
+    }
+
+    std::string_view m_text;
+    std::size_t m_at = 0;
+    unsigned m_depth = 0;
+    std::uint64_t m_comparisons = 0;
+};
+
+} // namespace
+
+std::optional<Excess> FindExcess(std::string_view utf8)
+{
+    if (utf8.size() > kMaximumTextBytes)
+        return Excess{kTooLarge, 0};
+    // The parser would take a zero near the start for a sign of UTF-16.
+    if (const std::size_t zero = utf8.find('\0'); zero != kEnd)
+        return Excess{kZeroCharacter, zero};
+    return Scanner(utf8).Scan();
+}
+
+} // namespace winport::dom
