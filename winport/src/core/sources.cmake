@@ -1,5 +1,6 @@
 set(WINPORT_CORE_SOURCES
   src/core/bstr.cpp
+  src/core/classobjects.cpp
   src/core/codepages.cpp
   src/core/comthreads.cpp
   src/core/cruntime.cpp
