@@ -1,0 +1,225 @@
+// Driver packages, and the questions that their configuration modules answer.
+#include <winddiui.h>
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "tests/platform/spoolerfixture.h"
+#include "tests/platform/spoolersample.h"
+#include "tests/platform/wine.h"
+
+using namespace spoolertests;
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+fs::path DriverDirectory()
+{
+    std::array<WCHAR, 1024> directory = {};
+    DWORD needed = 0;
+    EXPECT_TRUE(GetPrinterDriverDirectoryW(nullptr, Mutable(kEnvironment), 1, reinterpret_cast<BYTE*>(directory.data()),
+                                           sizeof(directory), &needed));
+    EXPECT_EQ(needed, (WideString(directory.data()).size() + 1) * sizeof(WCHAR));
+    return directory.data();
+}
+
+std::string Content(const fs::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+bool IsKnownDriver(WStringView name)
+{
+    const Answer<DRIVER_INFO_2W> drivers(
+        [](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD count)
+        { return EnumPrinterDriversW(nullptr, Mutable(kEnvironment), 2, bytes, size, needed, count); });
+    EXPECT_TRUE(drivers.IsGood());
+    for (DWORD index = 0; drivers.IsGood() && index < drivers.Count(); ++index)
+    {
+        if (drivers[index].pName == name)
+            return true;
+    }
+    return false;
+}
+
+DWORD DeleteDriver(const WCHAR* name, DWORD flags = 0)
+{
+    return DeletePrinterDriverExW(nullptr, Mutable(kEnvironment), Mutable(name), flags, 0) ? ERROR_SUCCESS
+                                                                                           : GetLastError();
+}
+
+} // namespace
+
+class SpoolerDrivers : public SpoolerTest
+{
+};
+
+TEST_F(SpoolerDrivers, LieInTheDriverDirectory)
+{
+    const PrinterOwner printer = AddPrinter();
+    const auto driver = GetDriver<DRIVER_INFO_3W>(printer.Get(), 3);
+    ASSERT_TRUE(driver.IsGood());
+    const fs::path folder = DriverDirectory() / "3";
+    EXPECT_EQ(driver->cVersion, 3u);
+    EXPECT_EQ(WideString(driver->pName), kDriver);
+    EXPECT_EQ(WideString(driver->pEnvironment), kEnvironment);
+    EXPECT_EQ(fs::path(driver->pDriverPath), folder / "tvplatform.drv");
+    EXPECT_EQ(fs::path(driver->pDataFile), folder / "tvplatform.json");
+    EXPECT_EQ(fs::path(driver->pConfigFile), folder / "spooler_sample.dll"); // whatever the module's file is called
+    EXPECT_EQ(WideString(driver->pDefaultDataType), W("RAW"));
+    EXPECT_EQ(Content(driver->pDriverPath), "the driver");
+    EXPECT_EQ(Content(driver->pDataFile), "the model");
+
+    ASSERT_NE(driver->pDependentFiles, nullptr);
+    const WCHAR* file = driver->pDependentFiles;
+    for (const char* const name : {"tvone.txt", "tvtwo.txt"})
+    {
+        EXPECT_EQ(fs::path(file), folder / name);
+        file += WideString(file).size() + 1;
+    }
+    EXPECT_EQ(*file, 0);
+
+    const auto largest = GetDriver<DRIVER_INFO_6W>(printer.Get(), 6);
+    ASSERT_TRUE(largest.IsGood());
+    EXPECT_EQ(fs::path(largest->pConfigFile), folder / "spooler_sample.dll");
+    const auto smallest = GetDriver<DRIVER_INFO_1W>(printer.Get(), 1);
+    ASSERT_TRUE(smallest.IsGood());
+    EXPECT_EQ(WideString(smallest->pName), kDriver);
+    EXPECT_TRUE(IsKnownDriver(kDriver));
+}
+
+TEST_F(SpoolerDrivers, AreUpdatedByAddingThemAgain)
+{
+    const PrinterOwner printer = AddPrinter();
+    const WideString newer = SourceFile("tvnewer.json", "a newer model");
+    ASSERT_TRUE(AddDriver(W("TAVLEN platform driver"), newer.c_str())) << GetLastError();
+    const auto driver = GetDriver<DRIVER_INFO_3W>(printer.Get(), 3);
+    ASSERT_TRUE(driver.IsGood());
+    EXPECT_EQ(Content(driver->pDataFile), "a newer model");
+    ASSERT_TRUE(AddDriver());
+}
+
+TEST_F(SpoolerDrivers, AreRefusedWithTheReason)
+{
+    DRIVER_INFO_3W info = {};
+    const auto add = [&](DWORD level)
+    {
+        return AddPrinterDriverExW(nullptr, level, reinterpret_cast<BYTE*>(&info),
+                                   APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY)
+                   ? ERROR_SUCCESS
+                   : GetLastError();
+    };
+    const WideString file = SourceFile("tvother.json", "x");
+    info.cVersion = 3;
+    info.pName = Mutable(W("Tavlen Platform Other"));
+    info.pEnvironment = Mutable(W("Windows PDP-11"));
+    info.pDriverPath = info.pDataFile = info.pConfigFile = Mutable(file.c_str());
+    EXPECT_EQ(add(3), ERROR_INVALID_ENVIRONMENT);
+    EXPECT_EQ(add(1), ERROR_INVALID_LEVEL);
+    EXPECT_FALSE(AddPrinterDriverExW(nullptr, 3, nullptr, APD_COPY_ALL_FILES));
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+
+    if (!IsWine()) // which does not look at files, nor at names
+    {
+        info.pEnvironment = Mutable(kEnvironment);
+        info.pConfigFile = Mutable(W("/no/such/folder/config.dll"));
+        EXPECT_EQ(add(3), ERROR_FILE_NOT_FOUND);
+        info.pConfigFile = nullptr;
+        EXPECT_EQ(add(3), ERROR_INVALID_PARAMETER);
+        EXPECT_FALSE(fs::exists(DriverDirectory() / "3" / "tvother.json"));
+    }
+    EXPECT_FALSE(IsKnownDriver(W("Tavlen Platform Other")));
+}
+
+TEST_F(SpoolerDrivers, StayWhileAPrinterUsesThem)
+{
+    if (IsWine())
+        GTEST_SKIP() << "Wine deletes drivers in use, and never their files";
+    {
+        const PrinterOwner printer = AddPrinter();
+        EXPECT_EQ(DeleteDriver(kDriver), ERROR_PRINTER_DRIVER_IN_USE);
+        EXPECT_TRUE(IsKnownDriver(kDriver));
+        ASSERT_TRUE(DeletePrinter(printer.Get()));
+    }
+    const WideString other = SourceFile("tvother.json", "other");
+    ASSERT_TRUE(AddDriver(W("Tavlen Platform Second"), other.c_str()));
+    const fs::path folder = DriverDirectory() / "3";
+    EXPECT_EQ(DeleteDriver(W("Tavlen Platform Second"), DPD_DELETE_ALL_FILES), ERROR_PRINTER_DRIVER_IN_USE);
+    EXPECT_EQ(DeleteDriver(W("Tavlen Platform Second"), DPD_DELETE_UNUSED_FILES), ERROR_SUCCESS);
+    EXPECT_FALSE(fs::exists(folder / "tvother.json"));
+    EXPECT_TRUE(fs::exists(folder / "tvplatform.drv")); // the first driver's too
+    EXPECT_EQ(DeleteDriver(kDriver), ERROR_SUCCESS);
+    EXPECT_TRUE(fs::exists(folder / "tvplatform.drv")); // not asked for
+    EXPECT_EQ(DeleteDriver(kDriver), ERROR_UNKNOWN_PRINTER_DRIVER);
+}
+
+TEST_F(SpoolerDrivers, AnswerCapabilities)
+{
+    const PrinterOwner printer = AddPrinter();
+    const auto ask = [](WORD capability, void* output = nullptr)
+    {
+        return DeviceCapabilitiesW(kPrinter, W("FILE:"), capability, static_cast<LPWSTR>(output), nullptr);
+    };
+    EXPECT_EQ(ask(DC_COPIES), spoolersample::kCopies);
+    ASSERT_EQ(ask(DC_PAPERS), 3);
+    std::array<WORD, 3> papers = {};
+    EXPECT_EQ(ask(DC_PAPERS, papers.data()), 3);
+    EXPECT_EQ(papers, (std::array<WORD, 3>{1, 9, 256}));
+    EXPECT_EQ(ask(DC_TRUETYPE), -1);
+    if (!IsWine()) // which lends no handle, and answers 0 for an unknown printer
+    {
+        EXPECT_EQ(ask(DC_DRIVER), 1);
+        EXPECT_EQ(DeviceCapabilitiesW(W("No printer"), nullptr, DC_COPIES, nullptr, nullptr), -1);
+        EXPECT_EQ(GetLastError(), ERROR_INVALID_PRINTER_NAME);
+    }
+}
+
+TEST_F(SpoolerDrivers, MakeDevModes)
+{
+    const PrinterOwner printer = AddPrinter();
+    constexpr LONG size = sizeof(DEVMODEW) + spoolersample::kPrivateSize;
+    const auto added = GetPrinter<PRINTER_INFO_2W>(printer.Get(), 2);
+    ASSERT_TRUE(added.IsGood());
+    ASSERT_NE(added->pDevMode, nullptr) << "the printer was added without a devmode and should have its driver's";
+    EXPECT_EQ(added->pDevMode->dmDriverExtra, spoolersample::kPrivateSize);
+
+    EXPECT_EQ(DocumentPropertiesW(nullptr, printer.Get(), Mutable(kPrinter), nullptr, nullptr, 0), size);
+    DEVMODEW input = {};
+    input.dmSize = sizeof(input);
+    input.dmCopies = 12;
+    std::vector<DEVMODEW> output(2); // more room than the driver needs
+    ASSERT_EQ(DocumentPropertiesW(nullptr, printer.Get(), Mutable(kPrinter), output.data(), &input,
+                                  DM_IN_BUFFER | DM_OUT_BUFFER),
+              IDOK);
+    EXPECT_EQ(output[0].dmCopies, 12);
+    EXPECT_EQ(*reinterpret_cast<const BYTE*>(&output[1]), spoolersample::kPrivateByte);
+    EXPECT_EQ(DocumentPropertiesW(nullptr, printer.Get(), Mutable(kPrinter), output.data(), nullptr, DM_OUT_BUFFER),
+              IDOK);
+    EXPECT_EQ(output[0].dmCopies, 1);
+    EXPECT_LT(DocumentPropertiesW(nullptr, reinterpret_cast<HANDLE>(0x5555), nullptr, nullptr, nullptr, 0), 0);
+}
+
+TEST_F(SpoolerDrivers, HearOfEvents)
+{
+    if (IsWine())
+        GTEST_SKIP() << "Wine does not tell drivers";
+    const PrinterOwner printer = AddPrinter();
+    const auto lastEvent = [&]
+    {
+        DWORD event = 0;
+        DWORD needed = 0;
+        GetPrinterDataExW(printer.Get(), spoolersample::kKey, spoolersample::kEvent, nullptr,
+                          reinterpret_cast<BYTE*>(&event), sizeof(event), &needed);
+        return event;
+    };
+    EXPECT_EQ(lastEvent(), DWORD{PRINTER_EVENT_INITIALIZE});
+    PRINTER_INFO_2W info = PrinterInfo();
+    ASSERT_TRUE(SetPrinterW(printer.Get(), 2, reinterpret_cast<BYTE*>(&info), 0));
+    EXPECT_EQ(lastEvent(), DWORD{PRINTER_EVENT_ATTRIBUTES_CHANGED});
+}

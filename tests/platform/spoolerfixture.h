@@ -1,0 +1,156 @@
+// What the spooler's tests stand on: a driver whose configuration module is the sample, printers that remove
+// themselves, and the growing buffer of the spooler's answers.
+//
+// Over winport the tests have a store of their own in a scratch folder; on Windows it is the machine's spooler.
+#pragma once
+
+#include <windows.h>
+#include <winspool.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "utilitiesstaticlib/wideliteral.h"
+
+namespace spoolertests
+{
+
+// Texts go into structures whose fields are not const.
+inline LPWSTR Mutable(const WCHAR* text)
+{
+    return const_cast<LPWSTR>(text);
+}
+
+inline const WCHAR* const kEnvironment = W("Windows x64");
+inline const WCHAR* const kDriver = W("Tavlen Platform Driver");
+inline const WCHAR* const kPrinter = W("Tavlen Platform Printer");
+
+// A printer of the sample driver, before it is added.
+PRINTER_INFO_2W PrinterInfo(const WCHAR* name = kPrinter);
+
+// An open printer handle.
+class PrinterOwner
+{
+public:
+    PrinterOwner() = default;
+    explicit PrinterOwner(HANDLE printer) noexcept : m_printer(printer)
+    {
+    }
+    PrinterOwner(PrinterOwner&& other) noexcept;
+    PrinterOwner& operator=(PrinterOwner&& other) noexcept;
+    ~PrinterOwner();
+
+    static PrinterOwner Open(const WCHAR* name, ACCESS_MASK access = 0);
+
+    void Close();
+    [[nodiscard]] HANDLE Get() const noexcept
+    {
+        return m_printer;
+    }
+
+private:
+    HANDLE m_printer = nullptr;
+};
+
+// The whole of an answer, asked for with the size that a first call reports.
+template <class Record>
+class Answer
+{
+public:
+    // `call(buffer, size, needed, count)`; calls that answer one record leave the count alone.
+    template <class Call>
+    explicit Answer(Call call)
+    {
+        DWORD needed = 0;
+        call(nullptr, 0, &needed, &m_count);
+        m_bytes.resize(needed);
+        m_count = 1;
+        m_good = call(m_bytes.data(), needed, &needed, &m_count) && needed == m_bytes.size();
+    }
+
+    // Every text must lie within the buffer.
+    [[nodiscard]] bool Holds(const void* address) const
+    {
+        const auto* const at = static_cast<const BYTE*>(address);
+        return at >= m_bytes.data() && at < m_bytes.data() + m_bytes.size();
+    }
+    [[nodiscard]] bool IsGood() const
+    {
+        return m_good;
+    }
+    [[nodiscard]] DWORD Count() const
+    {
+        return m_count;
+    }
+    const Record& operator[](std::size_t index) const
+    {
+        return reinterpret_cast<const Record*>(m_bytes.data())[index];
+    }
+    const Record* operator->() const
+    {
+        return &(*this)[0];
+    }
+
+private:
+    std::vector<BYTE> m_bytes;
+    DWORD m_count = 0;
+    bool m_good = false;
+};
+
+template <class Record>
+Answer<Record> GetPrinter(HANDLE printer, DWORD level)
+{
+    return Answer<Record>([&](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD)
+                          { return GetPrinterW(printer, level, bytes, size, needed); });
+}
+
+template <class Record>
+Answer<Record> GetDriver(HANDLE printer, DWORD level)
+{
+    return Answer<Record>([&](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD)
+                          { return GetPrinterDriverW(printer, nullptr, level, bytes, size, needed); });
+}
+
+template <class Record>
+Answer<Record> EnumPrinters(DWORD level)
+{
+    return Answer<Record>([&](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD count)
+                          { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, level, bytes, size, needed, count); });
+}
+
+// The names of all printers of the store, sorted.
+std::vector<WideString> PrinterNames();
+
+class SpoolerTest : public testing::Test
+{
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // The folder of the driver's source files; over winport the store is its folder "store".
+    [[nodiscard]] const std::filesystem::path& Scratch() const noexcept
+    {
+        return m_scratch;
+    }
+    [[nodiscard]] std::filesystem::path Store() const
+    {
+        return m_scratch / "store";
+    }
+
+    // Writes a source file of a driver and gives its name to the spooler.
+    WideString SourceFile(const char* name, const char* content) const;
+    // A driver with the sample module as its configuration module.
+    BOOL AddDriver(const WCHAR* name = kDriver, const WCHAR* dataFile = nullptr,
+                   DWORD flags = APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY) const;
+    // Removed, with the driver, at the end of the test.
+    PrinterOwner AddPrinter(const WCHAR* name = kPrinter);
+
+private:
+    std::filesystem::path m_scratch;
+    std::vector<WideString> m_printers;
+};
+
+} // namespace spoolertests
