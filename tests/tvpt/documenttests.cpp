@@ -1,0 +1,94 @@
+// Documents on their way in: encodings, and bytes that must not reach a DOM.
+#include "documenttext.h"
+
+#include <gtest/gtest.h>
+
+#include "failure.h"
+
+#include <tvutil/cxstring.h>
+
+namespace
+{
+
+std::string Utf16(WStringView text, bool bigEndian)
+{
+    std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const WCHAR character : text)
+    {
+        const char low = static_cast<char>(character & 0xFF);
+        const char high = static_cast<char>(character >> 8);
+        bytes += bigEndian ? high : low;
+        bytes += bigEndian ? low : high;
+    }
+    return bytes;
+}
+
+TEST(DocumentText, EveryEncodingGivesTheSameText)
+{
+    const WideString text = W("<a>\x00E4\xD83D\xDDA8</a>\n");
+    const std::string utf8 = CXString(WStringView(text)).ToUtf8();
+    EXPECT_EQ(DecodeDocument(utf8, "f"), text);
+    EXPECT_EQ(DecodeDocument("\xEF\xBB\xBF" + utf8, "f"), text);
+    EXPECT_EQ(DecodeDocument(Utf16(text, false), "f"), text);
+    EXPECT_EQ(DecodeDocument(Utf16(text, true), "f"), text);
+}
+
+TEST(DocumentText, ADeclaredEncodingIsBlankedAndLinesStay)
+{
+    struct Row
+    {
+        std::string bytes;
+        WideString text;
+    };
+    const Row rows[] = {
+        {"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a/>", W("<?xml version=\"1.0\"                 ?>\n<a/>")},
+        {"<?xml version='1.0' encoding='utf-8'?><a/>", W("<?xml version='1.0'                 ?><a/>")},
+        {Utf16(W("<?xml version=\"1.0\" encoding=\"UTF-16\"?><a/>"), false),
+         W("<?xml version=\"1.0\"                  ?><a/>")},
+        {"<?xml version=\"1.0\"?><a encoding=\"x\"/>", W("<?xml version=\"1.0\"?><a encoding=\"x\"/>")},
+        {"<?xml-stylesheet encoding=\"x\"?><a/>", W("<?xml-stylesheet encoding=\"x\"?><a/>")},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(CXString(WStringView(DecodeDocument(row.bytes, "f"))).ToUtf8(),
+                  CXString(WStringView(row.text)).ToUtf8());
+}
+
+TEST(DocumentText, WhatMustNotReachADomIsRefused)
+{
+    struct Row
+    {
+        std::string bytes;
+        const char* error;
+    };
+    const Row rows[] = {
+        {"", "the document is empty"},
+        {"\xEF\xBB\xBF", "the document is empty"},
+        {"<a>\xC3</a>", "neither UTF-8, nor UTF-16 with a byte-order mark"},
+        {"<a>\xED\xA0\x80</a>", "neither UTF-8, nor UTF-16 with a byte-order mark"},
+        {std::string("<a>\n\0</a>", 9), "line 2: holds a zero character"},
+        {"\xFF\xFE<", "UTF-16 with half a character at its end"},
+        {Utf16(WStringView(W("<a>\n\xD83D</a>")), false), "line 2: holds half a surrogate pair"},
+        {Utf16(WStringView(W("<a>\xDDA8\xD83D</a>")), true), "line 1: holds half a surrogate pair"},
+        {"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><a/>", "declares the encoding \"ISO-8859-1\" but is UTF-8"},
+        {"<?xml version=\"1.0\" encoding=\"UTF-16\"?><a/>", "declares the encoding \"UTF-16\" but is UTF-8"},
+        {"<!DOCTYPE a><a/>", "line 1: a document type declaration is refused"},
+        {"<?xml version=\"1.0\"?>\n<!-- <a> -->\n<?pi ?>\r\n <!DOCTYPE a [<!ENTITY b \"c\">]><a>&b;</a>",
+         "line 4: a document type declaration is refused"},
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.error);
+        try
+        {
+            (void)DecodeDocument(row.bytes, "f.xml");
+            ADD_FAILURE() << "accepted";
+        }
+        catch (const Failure& failure)
+        {
+            EXPECT_EQ(std::string(failure.what()), std::string("reading the document: f.xml: ") + row.error);
+        }
+    }
+    EXPECT_NO_THROW((void)DecodeDocument("<!-- <!DOCTYPE a> --><a/>", "f"));
+}
+
+} // namespace

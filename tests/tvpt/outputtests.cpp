@@ -1,0 +1,120 @@
+// Files in and out, error lines, and the program itself as a child process.
+#include <cstdlib>
+#include <fstream>
+
+#include "errornames.h"
+#include "failure.h"
+#include "filebytes.h"
+#include "hostrun.h"
+
+#include <sstream>
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+class Outputs : public HostTest
+{
+protected:
+    StandardStreams m_streams{m_in, m_out};
+
+private:
+    std::istringstream m_in;
+    std::ostringstream m_out;
+};
+
+TEST_F(Outputs, AFileIsReplacedAsAWhole)
+{
+    WriteBytes(Folder() / "f", "before, and longer");
+    WriteOutput(File("f"), "after", m_streams);
+    EXPECT_EQ(ReadBytes(Folder() / "f"), "after");
+    EXPECT_EQ(FilesLeft(), std::vector<std::string>{"f"});
+}
+
+TEST_F(Outputs, ALinkStaysALink)
+{
+    WriteBytes(Folder() / "target", "before");
+    std::error_code error;
+    fs::create_symlink("target", Folder() / "link", error);
+    if (error)
+        GTEST_SKIP() << "no links here";
+    WriteOutput(File("link"), "after", m_streams);
+    EXPECT_TRUE(fs::is_symlink(Folder() / "link"));
+    EXPECT_EQ(ReadBytes(Folder() / "target"), "after");
+}
+
+TEST_F(Outputs, WhatCannotBeWrittenIsAnErrorAndLeavesNothing)
+{
+    fs::create_directory(Folder() / "folder");
+    WriteBytes(Folder() / "f", "x");
+    for (const std::string& name : {File("folder"), File("nowhere/f"), File("f/g")})
+    {
+        SCOPED_TRACE(name);
+        EXPECT_THROW(WriteOutput(name, "bytes", m_streams), Failure);
+    }
+    EXPECT_EQ(FilesLeft(), (std::vector<std::string>{"f", "folder"}));
+    EXPECT_TRUE(fs::is_empty(Folder() / "folder"));
+}
+
+TEST_F(Outputs, AStreamThatTakesNothingIsAnError)
+{
+    std::istringstream in;
+    std::ostringstream out;
+    out.setstate(std::ios::badbit);
+    EXPECT_THROW(WriteOutput({}, "bytes", {in, out}), Failure);
+}
+
+TEST_F(Outputs, WhatCannotBeReadIsAnErrorOfOneLine)
+{
+    struct Row
+    {
+        std::string file;
+        std::string error;
+    };
+    const Row rows[] = {
+        {File("nothing"), "reading: " + File("nothing") + ": ERROR_FILE_NOT_FOUND (2)"},
+        {File("."), ": is a folder"},
+        {"a\nb", "reading: a b: ERROR_FILE_NOT_FOUND (2)"},
+    };
+    for (const Row& row : rows)
+    {
+        const RunResult result = RunHost({"devmode", "show", row.file});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_TRUE(IsOneErrorLine(result.errors, row.error));
+    }
+}
+
+TEST(ErrorNames, GiveNameAndNumber)
+{
+    EXPECT_EQ(HresultName(E_FAIL), "E_FAIL (0x80004005)");
+    EXPECT_EQ(HresultName(static_cast<HRESULT>(0x80070005)), "E_ACCESSDENIED (0x80070005)");
+    EXPECT_EQ(HresultName(HRESULT_FROM_WIN32(ERROR_NOT_FOUND)), "ERROR_NOT_FOUND (0x80070490)");
+    EXPECT_EQ(HresultName(static_cast<HRESULT>(0x8ABCDEF0)), "HRESULT (0x8ABCDEF0)");
+    EXPECT_EQ(Win32ErrorName(ERROR_DISK_FULL), "ERROR_DISK_FULL (112)");
+    EXPECT_EQ(Win32ErrorName(54321), "error (54321)");
+}
+
+// The command processor of either platform runs it: double quotes are common to them.
+int RunChild(const std::string& arguments)
+{
+    return std::system((std::string(TVPT_CHILD_COMMAND) + " " + arguments).c_str());
+}
+
+TEST_F(Outputs, TheProgramItselfPassesBytesAndStatus)
+{
+    const std::string printer = AddPrinter();
+    ASSERT_EQ(RunHost({"devmode", "new", "--printer", printer, "-o", File("d.dm")}).status, 0);
+    const std::string devmode = ReadBytes(Folder() / "d.dm");
+    // 10 is a line feed, which a text stream would not leave alone.
+    EXPECT_EQ(RunChild("devmode set \"" + File("d.dm") + "\" --set dmCopies=10 > \"" + File("out.dm") + "\""), 0);
+    const std::string changed = ReadBytes(Folder() / "out.dm");
+    ASSERT_EQ(changed.size(), devmode.size());
+    EXPECT_NE(changed, devmode);
+    EXPECT_EQ(RunHost({"devmode", "set", File("d.dm"), "--set", "dmCopies=10"}).out, changed);
+
+    EXPECT_NE(RunChild("devmode show \"" + File("missing") + "\" 2> \"" + File("errors") + "\""), 0);
+    EXPECT_TRUE(IsOneErrorLine(ReadBytes(Folder() / "errors"), "ERROR_FILE_NOT_FOUND (2)"));
+}
+
+} // namespace

@@ -1,0 +1,197 @@
+// Printers: their life, and what is left when something fails.
+#include <windows.h>
+#include <winspool.h>
+
+#include <nlohmann/json.hpp>
+
+#include "hostrun.h"
+#include "printerhandle.h"
+
+namespace
+{
+
+using nlohmann::json;
+
+class Printers : public HostTest
+{
+protected:
+    static bool IsListed(const std::string& name)
+    {
+        const json list = json::parse(RunHost({"printer", "list", "--json"}).out);
+        for (const json& printer : list)
+            if (printer["name"] == name)
+                return true;
+        return false;
+    }
+
+    // A shipped model with changes, as a file of the scratch folder.
+    std::string ChangedModel(const std::string& fileName, const json& changes)
+    {
+        json model = json::parse(ReadBytes(std::filesystem::path(TVPT_MODELS_FOLDER) / "tavlen-b4400-uni.json"));
+        model.update(changes);
+        WriteBytes(Folder() / fileName, model.dump());
+        return File(fileName);
+    }
+};
+
+TEST_F(Printers, AreInstalledListedShownAndRemoved)
+{
+    const std::string name = AddPrinter("tavlen-b4400-uni");
+    EXPECT_TRUE(IsListed(name));
+    EXPECT_NE(RunHost({"printer", "list"}).out.find(name + "\tTavlen B4400 Uni\n"), std::string::npos);
+
+    const json shown = json::parse(RunHost({"printer", "show", name, "--json"}).out);
+    EXPECT_EQ(shown["capability"], "0x888");
+    EXPECT_EQ(shown["model"]["controllerFamily"], 8431);
+    EXPECT_EQ(shown["driver"]["dependentFiles"].size(), 2u);
+
+    EXPECT_EQ(RunHost({"printer", "remove", name}).status, 0);
+    EXPECT_FALSE(IsListed(name));
+    EXPECT_TRUE(IsOneErrorLine(RunHost({"printer", "show", name}).errors, "opening the printer: " + name + ": ERROR_"));
+}
+
+TEST_F(Printers, RefreshStoresTheCapabilityAgain)
+{
+    const std::string name = AddPrinter("tavlen-b4400-uni");
+    {
+        const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
+        ASSERT_EQ(printer.StoreCapability(0), ERROR_SUCCESS);
+    }
+    EXPECT_EQ(RunHost({"printer", "refresh", name}).status, 0);
+    EXPECT_EQ(PrinterHandle::Open(name, PrinterHandle::Access::Use).Capability(), 0x888u);
+}
+
+TEST_F(Printers, TheDriverGoesWithItsLastPrinter)
+{
+    const std::string first = AddPrinter("tavlen-b4400-uni");
+    const std::string second = AddPrinter("tavlen-b4400-uni");
+    EXPECT_EQ(RunHost({"printer", "remove", first}).status, 0);
+    EXPECT_EQ(RunHost({"devmode", "new", "--printer", second, "-o", File("d")}).status, 0);
+    EXPECT_EQ(RunHost({"printer", "remove", second}).status, 0);
+    // Free for another model of the same name.
+    const std::string other = ChangedModel("tavlen-b4400-uni.json", {{"maxCopies", 5}});
+    RemoveAtEnd(second);
+    EXPECT_EQ(RunHost({"printer", "add", second, "--model", other}).status, 0);
+}
+
+TEST_F(Printers, AnInstallationThatCannotBeDoneLeavesNothing)
+{
+    const std::string name = AddPrinter("tavlen-b4400-uni");
+    WriteBytes(Folder() / "bad.json", "{}");
+    struct Row
+    {
+        std::string printer;
+        std::string model;
+        std::string error;
+    };
+    const Row rows[] = {
+        {name, "tavlen-c9070-ps", "adding the printer: " + name + ": ERROR_PRINTER_ALREADY_EXISTS (1802)"},
+        {"New", "no-such-model", "finding the printer model: no-such-model: neither a file nor the name"},
+        {"New", "../models/tavlen-nowhere", "neither a file nor the name of a shipped model"},
+        {"New", "", "finding the printer model: neither a file nor the name of a shipped model"},
+        {"New", File("bad.json"), File("bad.json") + ": /: field \"name\" is missing"},
+        // Another driver's file of the same name, and the same driver with another model.
+        {"New", ChangedModel("tavlen-b4400-uni.json", {{"name", "Other"}}),
+         "installing the driver: Other: the driver \"Tavlen B4400 Uni\" already uses a file named"},
+        {"New", ChangedModel("other.json", {{"maxCopies", 5}}),
+         "installing the driver: Tavlen B4400 Uni: it is installed with another model"},
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.error);
+        const RunResult result = RunHost({"printer", "add", row.printer, "--model", row.model});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_TRUE(IsOneErrorLine(result.errors, row.error));
+        EXPECT_FALSE(IsListed("New"));
+    }
+    EXPECT_EQ(json::parse(RunHost({"printer", "show", name, "--json"}).out)["model"]["maxCopies"], 999);
+}
+
+TEST_F(Printers, APrinterThatTheSpoolerRefusesTakesItsNewDriverWithIt)
+{
+    // A spooler may be lenient about names; what it refuses leaves no driver, whose name is then free.
+    const std::string model = ChangedModel("own.json", {{"name", "Tavlen Own"}});
+    const std::string name = "a\\b,c";
+    const RunResult refused = RunHost({"printer", "add", name, "--model", model});
+    if (refused.status == 0)
+    {
+        RemoveAtEnd(name);
+        GTEST_SKIP() << "this spooler accepts the name";
+    }
+    EXPECT_TRUE(IsOneErrorLine(refused.errors, "adding the printer: " + name + ": ERROR_INVALID_PRINTER_NAME (1801)"));
+    const std::string changed = ChangedModel("own.json", {{"name", "Tavlen Own"}, {"maxCopies", 5}});
+    RemoveAtEnd("Own");
+    EXPECT_EQ(RunHost({"printer", "add", "Own", "--model", changed}).status, 0);
+}
+
+TEST_F(Printers, OfOtherDriversAreLeftAlone)
+{
+    const std::string name = AddPrinter("tavlen-b4400-uni");
+    {
+        // Without the capability word nothing tells that the printer is ours.
+        const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
+        BYTE word[4] = {};
+        ASSERT_EQ(SetPrinterDataExW(printer.Get(), W("PrinterDriverData"), W("XDriverCapability"), REG_BINARY, word,
+                                    sizeof word),
+                  static_cast<DWORD>(ERROR_SUCCESS));
+    }
+    EXPECT_FALSE(IsListed(name));
+    for (const char* const command : {"remove", "show", "refresh"})
+        EXPECT_TRUE(IsOneErrorLine(RunHost({"printer", command, name}).errors,
+                                   name + ": it was not installed by this program"));
+    const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
+    EXPECT_EQ(printer.StoreCapability(0x888), ERROR_SUCCESS); // so that it can be removed
+}
+
+TEST_F(Printers, WrongUsageIsToldByItsStatus)
+{
+    const std::vector<std::vector<std::string>> lines = {
+        {},
+        {"printer"},
+        {"printer", "add", "X"},
+        {"printer", "add", "--model", "tavlen-b4400-uni"},
+        {"printer", "frobnicate"},
+        {"printer", "list", "--yaml"},
+        {"devmode", "new", "--printer", "X"},
+        {"devmode", "set", "X"},
+        {"ticket", "to-devmode", "--printer", "X", "T", "-o", "Y"},
+        {"ticket", "from-devmode", "--printer", "X", "-", "--base", "-"},
+        {"ticket", "to-devmode", "--printer", "X", "--devmode", "-", "-", "-o", "Y"},
+    };
+    for (const auto& arguments : lines)
+    {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        const RunResult result = RunHost(arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_TRUE(IsOneErrorLine(result.errors, ""));
+        EXPECT_EQ(result.out, "");
+    }
+    EXPECT_EQ(RunHost({"ticket", "--help"}).status, 0);
+}
+
+TEST_F(Printers, AnUnknownPrinterIsOneErrorEverywhere)
+{
+    WriteBytes(Folder() / "t.xml", ReadBytes(std::filesystem::path(TVPT_TEST_DATA_FOLDER) / "tickets/minimal.xml"));
+    ASSERT_EQ(RunHost({"devmode", "new", "--printer", AddPrinter(), "-o", File("d.dm")}).status, 0);
+    const std::vector<std::vector<std::string>> lines = {
+        {"printer", "show", "Nobody"},
+        {"printer", "refresh", "Nobody"},
+        {"printer", "remove", "Nobody"},
+        {"devmode", "new", "--printer", "Nobody", "-o", File("out")},
+        {"devmode", "show", File("d.dm"), "--printer", "Nobody"},
+        {"ticket", "from-devmode", "--printer", "Nobody", File("d.dm"), "-o", File("out")},
+        {"ticket", "to-devmode", "--printer", "Nobody", "--devmode", File("d.dm"), File("t.xml"), "-o", File("out")},
+        {"ticket", "validate", "--printer", "Nobody", File("t.xml"), "-o", File("out")},
+        {"printer", "show", ""}, // no name is not the print server itself
+    };
+    for (const auto& arguments : lines)
+    {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        const RunResult result = RunHost(arguments);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_TRUE(IsOneErrorLine(result.errors, "opening the printer"));
+        EXPECT_EQ(FilesLeft(), (std::vector<std::string>{"d.dm", "t.xml"}));
+    }
+}
+
+} // namespace

@@ -1,0 +1,285 @@
+// The road of a conversion: devmode to ticket and back, through files, with the module of the installed driver.
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "devmode.h"
+#include "documenttree.h"
+#include "filebytes.h"
+#include "hostrun.h"
+#include "printschemadocument.h"
+
+namespace
+{
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+// What the provider writes itself: the base's own gives way.
+bool IsProvidersOwn(const SchemaName& name)
+{
+    constexpr std::string_view kKeywordNames[] = {"PageMediaType",          "PageMediaSize",
+                                                  "PageOutputQuality",      "PageColorManagement",
+                                                  "PageICMRenderingIntent", "JobCopiesAllDocuments"};
+    if (name.uri == kPrivateKeywords.uri)
+        return name.local == "JobTavlenDriverData" || name.local == "JobTavlenJtifJobTicket";
+    return name.uri == kKeywords.uri &&
+           (std::find(std::begin(kKeywordNames), std::end(kKeywordNames), name.local) != std::end(kKeywordNames) ||
+            name.local.starts_with("PageMediaSize"));
+}
+
+bool AreEqual(const SchemaName& left, const SchemaName& right)
+{
+    return left.uri == right.uri && left.local == right.local;
+}
+
+bool AreEqual(const SchemaElement& left, const SchemaElement& right)
+{
+    const auto sameAttribute = [](const auto& one, const auto& other)
+    {
+        return AreEqual(one.first, other.first) && (one.first.local == "name" || one.second == other.second);
+    };
+    return AreEqual(left.name, right.name) && AreEqual(left.nameAttribute, right.nameAttribute) &&
+           left.text == right.text &&
+           std::is_permutation(left.attributes.begin(), left.attributes.end(), right.attributes.begin(),
+                               right.attributes.end(), sameAttribute) &&
+           std::equal(left.children.begin(), left.children.end(), right.children.begin(), right.children.end(),
+                      [](const SchemaElement& one, const SchemaElement& other) { return AreEqual(one, other); });
+}
+
+SchemaElement ReadTree(const std::string& bytes)
+{
+    return ReadDocumentTree(*LoadDocument(bytes, "test").Get(), "test");
+}
+
+// What of the base the ticket lost; empty when nothing.
+std::string WhatWasLost(const SchemaElement& base, const SchemaElement& ticket)
+{
+    for (const SchemaElement& child : base.children)
+    {
+        // Of two orientations the first is the redundant one.
+        const bool isFirstOfTwo =
+            std::count_if(base.children.begin(), base.children.end(),
+                          [&child](const SchemaElement& other)
+                          { return AreEqual(child.nameAttribute, other.nameAttribute); }) > 1 &&
+            child.nameAttribute.Is(kKeywords.uri, "PageOrientation") &&
+            &child == &*std::find_if(base.children.begin(), base.children.end(),
+                                     [&child](const SchemaElement& other)
+                                     { return AreEqual(child.nameAttribute, other.nameAttribute); });
+        const bool isHeld = std::any_of(ticket.children.begin(), ticket.children.end(),
+                                        [&child](const SchemaElement& other) { return AreEqual(child, other); });
+        if (!isHeld && !isFirstOfTwo && !IsProvidersOwn(child.nameAttribute))
+            return child.name.local + " " + child.nameAttribute.local;
+    }
+    return {};
+}
+
+std::string CopiesOf(const SchemaElement& ticket)
+{
+    std::string copies;
+    for (const SchemaElement* const parameter : ticket.Children("ParameterInit"))
+        if (parameter->nameAttribute.Is(kKeywords.uri, "JobCopiesAllDocuments"))
+            copies += parameter->Child("Value")->text + ";";
+    return copies;
+}
+
+class Roads : public HostTest
+{
+protected:
+    Roads() : m_printer(AddPrinter())
+    {
+        MakeDevmode("in.dm", {"dmCopies=3"});
+    }
+
+    void MakeDevmode(const std::string& file, const std::vector<std::string>& settings)
+    {
+        std::vector<std::string> arguments = {"devmode", "new", "--printer", m_printer, "-o", File(file)};
+        for (const std::string& setting : settings)
+            arguments.insert(arguments.end(), {"--set", setting});
+        const RunResult result = RunHost(arguments);
+        EXPECT_EQ(result.status, 0) << result.errors;
+    }
+
+    RunResult FromDevmode(const std::string& base = {}, const std::string& file = "in.dm")
+    {
+        std::vector<std::string> arguments = {"ticket",   "from-devmode", "--printer",    m_printer,
+                                              File(file), "-o",           File("out.xml")};
+        if (!base.empty())
+            arguments.insert(arguments.end(), {"--base", base});
+        return RunHost(arguments);
+    }
+
+    std::string m_printer;
+};
+
+TEST_F(Roads, EveryBaseGivesAWholeTicketOrOneErrorLine)
+{
+    // Documents that are no Print Schema documents to the provider.
+    const std::vector<std::string> refused = {"odd-default-namespace.xml", "odd-https-namespaces.xml"};
+    const std::string devmode = ReadBytes(Folder() / "in.dm");
+    int converted = 0;
+    for (const fs::directory_entry& entry : fs::directory_iterator(fs::path(TVPT_TEST_DATA_FOLDER) / "tickets"))
+    {
+        const std::string name = entry.path().filename().string();
+        SCOPED_TRACE(name);
+        const RunResult result = FromDevmode(Utf8FromPath(entry.path()));
+        if (std::find(refused.begin(), refused.end(), name) != refused.end())
+        {
+            EXPECT_EQ(result.status, 1);
+            EXPECT_TRUE(IsOneErrorLine(result.errors, "converting the devmode to a ticket: " +
+                                                          Utf8FromPath(entry.path()) + ": E_FAIL (0x80004005)"));
+            EXPECT_FALSE(fs::exists(Folder() / "out.xml"));
+            continue;
+        }
+        ASSERT_EQ(result.status, 0) << result.errors;
+        const SchemaElement ticket = ReadTree(ReadBytes(Folder() / "out.xml"));
+        EXPECT_EQ(WhatWasLost(ReadTree(ReadBytes(entry.path())), ticket), "");
+        EXPECT_EQ(CopiesOf(ticket), "3;");
+        fs::remove(Folder() / "out.xml");
+        ++converted;
+    }
+    EXPECT_GE(converted, 15);
+    EXPECT_EQ(ReadBytes(Folder() / "in.dm"), devmode);
+}
+
+TEST_F(Roads, TheCoreDriversTicketFollowsTheDevmode)
+{
+    MakeDevmode("in.dm", {"dmCopies=4", "dmOrientation=2", "dmDuplex=3", "dmColor=1", "dmCollate=0", "dmScale=50",
+                          "dmDefaultSource=260", "dmPrintQuality=1200", "dmYResolution=1200"});
+    ASSERT_EQ(FromDevmode().status, 0);
+    const json shown = json::parse(RunHost({"ticket", "show", File("out.xml"), "--json"}).out);
+    const auto optionOf = [&shown](const std::string& feature) -> json
+    {
+        for (const json& row : shown["features"])
+            if (row["name"] == feature)
+                return row["options"][0];
+        return nullptr;
+    };
+    EXPECT_EQ(optionOf("psk:PageOrientation")["name"], "psk:Landscape");
+    EXPECT_EQ(optionOf("psk:JobDuplexAllDocumentsContiguously")["name"], "psk:TwoSidedShortEdge");
+    EXPECT_EQ(optionOf("psk:PageOutputColor")["name"], "psk:Monochrome");
+    EXPECT_EQ(optionOf("psk:DocumentCollate")["name"], "psk:Uncollated");
+    EXPECT_EQ(optionOf("psk:PageScaling")["scoredProperties"][0]["value"]["parameterRef"], "psk:PageScalingScale");
+    EXPECT_EQ(optionOf("psk:PageResolution")["scoredProperties"][1]["value"], "1200");
+    // The driver's own names live in the provider's namespace, whatever prefix they have in the end.
+    EXPECT_EQ(optionOf("psk:JobInputBin")["name"], "tk:Tray1");
+    EXPECT_TRUE(std::any_of(shown["parameters"].begin(), shown["parameters"].end(),
+                            [](const json& row)
+                            { return row["name"] == "psk:PageScalingScale" && row["value"] == "50"; }));
+}
+
+TEST_F(Roads, CopiesComeBackIntoTheDevmode)
+{
+    ASSERT_EQ(FromDevmode().status, 0);
+    MakeDevmode("other.dm", {"dmCopies=1"});
+    const std::string before = ReadBytes(Folder() / "other.dm");
+    const RunResult back = RunHost({"ticket", "to-devmode", "--printer", m_printer, "--devmode", File("other.dm"),
+                                    File("out.xml"), "-o", File("back.dm")});
+    ASSERT_EQ(back.status, 0) << back.errors;
+    const json shown = json::parse(RunHost({"devmode", "show", File("back.dm"), "--json"}).out);
+    EXPECT_EQ(shown["public"]["dmCopies"], 3);
+    EXPECT_EQ(ReadBytes(Folder() / "other.dm"), before);
+}
+
+TEST_F(Roads, ValidatingAndExpandingLeaveTheDocument)
+{
+    const fs::path ticket = fs::path(TVPT_TEST_DATA_FOLDER) / "tickets/platform-04.xml";
+    for (const char* const command : {"validate", "expand"})
+    {
+        SCOPED_TRACE(command);
+        const RunResult result = RunHost({"ticket", command, "--printer", m_printer, "-"}, ReadBytes(ticket));
+        ASSERT_EQ(result.status, 0) << result.errors;
+        EXPECT_TRUE(result.out.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
+        EXPECT_TRUE(AreEqual(ReadTree(result.out), ReadTree(ReadBytes(ticket))));
+    }
+}
+
+TEST_F(Roads, TextBeyondAsciiAndBlanksSurvive)
+{
+    const std::string value = " \xC3\xA4 \xF0\x9F\x96\xA8 &amp; ";
+    const std::string base =
+        "<?xml version=\"1.0\"?><!-- \xC3\xA4 --><psf:PrintTicket xmlns:psf=\"" + std::string(kFramework.uri) +
+        "\" xmlns:psk=\"" + std::string(kKeywords.uri) +
+        "\" version=\"1\"><psf:ParameterInit name=\"psk:JobName\"><psf:Value>" + value +
+        "</psf:Value></psf:ParameterInit><psf:ParameterInit name=\"psk:Blank\"><psf:Value>  </psf:Value>"
+        "</psf:ParameterInit></psf:PrintTicket>";
+    WriteBytes(Folder() / "base.xml", base);
+    ASSERT_EQ(FromDevmode(File("base.xml")).status, 0);
+    const std::string out = ReadBytes(Folder() / "out.xml");
+    EXPECT_NE(out.find("<psf:Value>" + value + "</psf:Value>"), std::string::npos) << out;
+    EXPECT_NE(out.find("<psf:Value>  </psf:Value>"), std::string::npos) << out;
+    EXPECT_NE(out.find("<!-- \xC3\xA4 -->"), std::string::npos) << out;
+}
+
+TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
+{
+    struct Row
+    {
+        const char* name;
+        std::string bytes;
+        const char* error;
+    };
+    const Row rows[] = {
+        {"empty", "", "the document is empty"},
+        {"blank", "  \n ", "t.xml: "},
+        {"text", "hello", "line 1: "},
+        {"no root", "<?xml version=\"1.0\"?><!-- nothing -->", "t.xml: "},
+        {"unclosed", "<a>\n<b>\n</a>", "line 3: "},
+        {"two roots", "<a/>\n<a/>", "line 2: "},
+        {"doctype", "<!DOCTYPE a [<!ENTITY b SYSTEM \"file:///etc/passwd\">]><a>&b;</a>", "line 1: a document type"},
+        {"too large", "<a>" + std::string(kMaxDocumentSize, ' ') + "</a>", "larger than 16777216 bytes"},
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.name);
+        WriteBytes(Folder() / "t.xml", row.bytes);
+        const RunResult result = FromDevmode(File("t.xml"));
+        EXPECT_EQ(result.status, 1);
+        EXPECT_TRUE(IsOneErrorLine(result.errors, row.error));
+        EXPECT_TRUE(IsOneErrorLine(result.errors, File("t.xml")));
+        EXPECT_FALSE(fs::exists(Folder() / "out.xml"));
+    }
+}
+
+TEST_F(Roads, AReportHidesNothingThatATicketHoldsTwice)
+{
+    const std::string name = "tickets/duplicate-orientation.xml";
+    const RunResult result =
+        RunHost({"ticket", "show", Utf8FromPath(fs::path(TVPT_TEST_DATA_FOLDER) / name), "--json"});
+    const json shown = json::parse(result.out);
+    EXPECT_EQ(std::count_if(shown["features"].begin(), shown["features"].end(),
+                            [](const json& row) { return row["name"] == "psk:PageOrientation"; }),
+              2);
+    EXPECT_EQ(shown["driverData"]["present"], false);
+    EXPECT_EQ(shown["jobTicket"], nullptr);
+}
+
+TEST_F(Roads, AReportJudgesTheDriverDataAndSplitsTheJobTicket)
+{
+    struct Row
+    {
+        const char* data;
+        bool crcValid;
+        unsigned bytes;
+    };
+    constexpr Row kRows[] = {
+        {"Jjn0yzEyMzQ1Njc4OQ==", true, 9}, // the CRC-32 of "123456789" in front of it
+        {"Jzn0yzEyMzQ1Njc4OQ==", false, 9}, {"Jjk=", false, 0}, {"no Base64!", false, 0}, {"", false, 0},
+    };
+    for (const Row& row : kRows)
+    {
+        SCOPED_TRACE(row.data);
+        const std::string ticket =
+            "<f:PrintTicket xmlns:f=\"" + std::string(kFramework.uri) + "\" xmlns:p=\"" +
+            std::string(kPrivateKeywords.uri) +
+            "\" version=\"1\"><f:ParameterInit name=\"p:JobTavlenDriverData\"><f:Value>" + row.data +
+            "</f:Value></f:ParameterInit><f:ParameterInit name=\"p:JobTavlenJtifJobTicket\"><f:Value>" +
+            "<![CDATA[%a: 1\n%b: <2>\n]]></f:Value></f:ParameterInit></f:PrintTicket>";
+        const json shown = json::parse(RunHost({"ticket", "show", "-", "--json"}, ticket).out);
+        EXPECT_EQ(shown["driverData"]["crcValid"], row.crcValid);
+        EXPECT_EQ(shown["driverData"]["bytes"], row.bytes);
+        EXPECT_EQ(shown["jobTicket"], (json{"%a: 1", "%b: <2>"}));
+        EXPECT_EQ(shown["parameters"][0]["name"], "tk:JobTavlenDriverData");
+    }
+}
+
+} // namespace
