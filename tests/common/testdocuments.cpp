@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 
 #include "complugins/ptpcprovider/domhelpers.h"
 #include "utilitiesstaticlib/domclassid.h"
@@ -43,19 +44,30 @@ WStringView WithoutXmlDeclaration(WStringView text)
     return text.starts_with(start) && end != WStringView::npos ? text.substr(end + 2) : text;
 }
 
+std::string ReasonOf(IXMLDOMDocument2* document)
+{
+    ComPtr<IXMLDOMParseError> error;
+    CComBSTR reason;
+    if (document->get_parseError(error.Put()) == S_OK)
+        error->get_reason(reason.Put());
+    return Utf8(reason.View());
+}
+
 } // namespace
 
 ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text)
 {
     ComPtr<IXMLDOMDocument2> document;
-    EXPECT_EQ(S_OK, CoCreateInstance(kDomDocumentClassId, nullptr, CLSCTX_INPROC_SERVER,
-                                     IidOf<IXMLDOMDocument2>::Value(), document.PutVoid()));
-    VARIANT_BOOL loaded = VARIANT_FALSE;
-    if (!document)
-        return document;
+    const HRESULT created = CoCreateInstance(kDomDocumentClassId, nullptr, CLSCTX_INPROC_SERVER,
+                                             IidOf<IXMLDOMDocument2>::Value(), document.PutVoid());
+    if (FAILED(created))
+        throw std::runtime_error("there is no DOM: " + std::to_string(created));
     document->put_async(VARIANT_FALSE);
-    EXPECT_EQ(S_OK, document->loadXML(MakeBstr(WithoutXmlDeclaration(text)).Get(), &loaded)) << Utf8(text);
-    return loaded == VARIANT_TRUE ? document : nullptr;
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    document->loadXML(MakeBstr(WithoutXmlDeclaration(text)).Get(), &loaded);
+    if (loaded != VARIANT_TRUE)
+        throw std::runtime_error("no document: " + ReasonOf(document.Get()) + ": " + Utf8(text));
+    return document;
 }
 
 ComPtr<IXMLDOMDocument2> LoadDocument(const std::string& utf8)

@@ -9,7 +9,7 @@
 #include "utilitiesstaticlib/comptr.h"
 #include "utilitiesstaticlib/wideliteral.h"
 
-// Fails the running test and answers null when the text is no document.
+// A text that is no document is thrown as std::runtime_error with the DOM's reason.
 ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text);
 ComPtr<IXMLDOMDocument2> LoadDocument(const std::string& utf8);
 // By the name below tests/data; reads UTF-8 and UTF-16LE, with and without a byte-order mark.
