@@ -1,0 +1,134 @@
+// Every allocation and every platform call of an operation fails in turn: it fails cleanly, then works again. Linux.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "complugins/ptpcprovider/tavlenptprovider.h"
+#include "tests/common/documentcomparer.h"
+#include "tests/common/testdevmode.h"
+#include "tests/common/testdocuments.h"
+#include "tests/common/testprinter.h"
+#include "utilitiesstaticlib/cotaskmemptr.h"
+#include "winport/faultinjection.h"
+
+namespace
+{
+
+using winport::FaultKind;
+
+ULONG References(IXMLDOMDocument2* document)
+{
+    document->AddRef();
+    return document->Release();
+}
+
+CComBSTR TakeFirst(BSTR* namespaces)
+{
+    CComBSTR first;
+    if (namespaces != nullptr)
+        first.Attach(*namespaces);
+    return first;
+}
+
+struct ConversionCase
+{
+    const char* name;
+    std::function<HRESULT(IPrintOemPrintTicketProvider&, IXMLDOMDocument2*, const TestDevmode&)> convert;
+};
+
+const ConversionCase kConversions[] = {
+    {"devmode to ticket",
+     [](auto& provider, auto* ticket, const auto& devmode)
+     {
+         return provider.ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr, ticket);
+     }},
+    {"ticket to devmode",
+     [](auto& provider, auto* ticket, const auto& devmode)
+     {
+         return provider.ConvertPrintTicketToDevMode(ticket, devmode.Size(), devmode.Get(), 0, nullptr);
+     }},
+    {"validation",
+     [](auto& provider, auto* ticket, const auto&)
+     {
+         return provider.ValidatePrintTicket(ticket);
+     }},
+};
+
+TEST(Faults, LeaveConversionsCleanAndRepeatable)
+{
+    ComPtr<IPrintOemPrintTicketProvider> provider;
+    ASSERT_EQ(S_OK, CreateTavlenPtProvider(provider.Put()));
+    for (const ConversionCase& conversion : kConversions)
+        for (const FaultKind kind : {FaultKind::Allocation, FaultKind::PlatformCall})
+        {
+            SCOPED_TRACE(conversion.name);
+            const TestDevmode devmode;
+            unsigned faults = 0;
+            for (bool again = true; again; ++faults)
+            {
+                const ComPtr<IXMLDOMDocument2> ticket = LoadTestDocument("tickets/private-prefix-ns1.xml");
+                const ULONG references = References(ticket.Get());
+                winport::ArmFault(kind, faults + 1);
+                const HRESULT result = conversion.convert(*provider.Get(), ticket.Get(), devmode);
+                again = winport::DisarmFault(kind);
+                EXPECT_EQ(again ? E_FAIL : S_OK, result) << faults + 1;
+                EXPECT_EQ(references, References(ticket.Get()));
+                EXPECT_EQ(S_OK, conversion.convert(*provider.Get(), ticket.Get(), devmode)); // then works again
+                EXPECT_EQ("", CompareDocuments(ticket.Get(), Reparse(ticket.Get()).Get()));
+            }
+            EXPECT_GT(faults, 10u);
+        }
+}
+
+TEST(Faults, OfBindingHaveTheirCodes)
+{
+    const TestPrinter printer(0xE02);
+    unsigned published = 0;
+    for (const FaultKind kind : {FaultKind::Allocation, FaultKind::PlatformCall})
+    {
+        bool again = true;
+        for (unsigned nth = 1; again; ++nth)
+        {
+            SCOPED_TRACE(nth);
+            ComPtr<IPrintOemPrintTicketProvider> provider;
+            ASSERT_EQ(S_OK, CreateTavlenPtProvider(provider.Put()));
+            OEMPTOPTS options = OEMPT_DEFAULT;
+            INT count = 77;
+            BSTR* namespaces = nullptr;
+            winport::ArmFault(kind, nth);
+            const HRESULT result = provider->BindPrinter(printer.Handle(), 1, &options, &count, &namespaces);
+            again = winport::DisarmFault(kind);
+            const CoTaskMemPtr<BSTR> owner(namespaces);
+            const CComBSTR uri = TakeFirst(namespaces);
+            EXPECT_EQ(!again, result == S_OK);
+            // Without memory for the namespace the count stays at 1, for the array and for its string alike.
+            if (result == E_OUTOFMEMORY && count == 1)
+            {
+                ++published;
+                EXPECT_TRUE(uri.IsEmpty());
+            }
+        }
+    }
+    EXPECT_EQ(2u, published);
+}
+
+TEST(Faults, OfTheSmallOperationsHaveTheirCodes)
+{
+    winport::ArmFault(FaultKind::Allocation, 1);
+    IPrintOemPrintTicketProvider* none = nullptr;
+    EXPECT_EQ(E_OUTOFMEMORY, CreateTavlenPtProvider(&none));
+    EXPECT_TRUE(winport::DisarmFault(FaultKind::Allocation));
+    EXPECT_EQ(nullptr, none);
+
+    ComPtr<IPrintOemPrintTicketProvider> provider;
+    ASSERT_EQ(S_OK, CreateTavlenPtProvider(provider.Put()));
+    winport::ArmFault(FaultKind::Allocation, 1);
+    INT* versions = nullptr;
+    INT count = 77;
+    EXPECT_EQ(E_OUTOFMEMORY, provider->GetSupportedVersions(nullptr, &versions, &count));
+    EXPECT_EQ(0, count);
+    EXPECT_TRUE(winport::DisarmFault(FaultKind::Allocation));
+}
+
+} // namespace
