@@ -48,7 +48,8 @@ in_ticket()
         /name="[^"]*:JobCopiesAllDocuments"/ { found = 1 }
         found && /^[^\/]*Value[^>]*>/         { sub(/^[^>]*>/, ""); print; exit }'
 }
-printf '\n%-28s %s\n' "copies in the devmode" "$(copies "$demo/job.devmode")" \
+echo
+printf '%-28s %s\n' "copies in the devmode" "$(copies "$demo/job.devmode")" \
     "copies in the ticket" "$(in_ticket)" \
     "copies in the defaults" "$(copies "$demo/defaults.devmode")" \
     "copies that came back" "$(copies "$demo/back.devmode")"
