@@ -42,7 +42,7 @@ class SpoolerPrinterData : public SpoolerTest
 
 TEST_F(SpoolerPrinterData, ComesBackAsItWasSet)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     const PrinterOwner reader = PrinterOwner::Open(kPrinter);
     const Data values[] = {
         {REG_BINARY, {1, 0, 255, 0}},
@@ -65,7 +65,7 @@ TEST_F(SpoolerPrinterData, ComesBackAsItWasSet)
 
 TEST_F(SpoolerPrinterData, IsUnderTheDriversKeyWithoutOne)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     BYTE bytes[] = {1, 2, 3};
     ASSERT_EQ(SetPrinterDataW(printer.Get(), Mutable(W("Short")), REG_BINARY, bytes, 3), ERROR_SUCCESS);
     EXPECT_EQ(Get(printer.Get(), W("PrinterDriverData"), W("Short")), (Data{REG_BINARY, {1, 2, 3}}));
@@ -78,7 +78,7 @@ TEST_F(SpoolerPrinterData, IsUnderTheDriversKeyWithoutOne)
 
 TEST_F(SpoolerPrinterData, TellsSizeAndTypeWhenTheBufferIsTooSmall)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     ASSERT_EQ(Set(printer.Get(), W("K"), W("v"), {REG_BINARY, {1, 2, 3, 4}}), ERROR_SUCCESS);
     DWORD type = 0;
     DWORD needed = 0;
@@ -93,7 +93,7 @@ TEST_F(SpoolerPrinterData, TellsSizeAndTypeWhenTheBufferIsTooSmall)
 
 TEST_F(SpoolerPrinterData, IsListedByKey)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     const std::map<WideString, Data> set = {
         {W("one"), {REG_BINARY, {1}}},
         {W("two"), {REG_DWORD, {1, 2, 3, 4}}},
@@ -122,7 +122,7 @@ TEST_F(SpoolerPrinterData, IsDeletedOnce)
 {
     if (IsWine())
         GTEST_SKIP() << "Wine does not delete printer data";
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     ASSERT_EQ(Set(printer.Get(), W("PrinterDriverData"), W("v"), {REG_BINARY, {1}}), ERROR_SUCCESS);
     ASSERT_EQ(Set(printer.Get(), W("PrinterDriverData"), W("w"), {REG_BINARY, {2}}), ERROR_SUCCESS);
     EXPECT_EQ(DeletePrinterDataExW(printer.Get(), W("PrinterDriverData"), W("V")), ERROR_SUCCESS);
@@ -161,7 +161,7 @@ TEST_F(SpoolerForms, OfThePlatformHaveTheirSizes)
         {W("B5 (JIS)"), 182'000, 257'000},     {W("Envelope DL"), 110'000, 220'000}, {W("11x17"), 279'400, 431'800},
         {W("Envelope #10"), 104'775, 241'300},
     };
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     for (const Known& row : known)
     {
         SCOPED_TRACE(std::filesystem::path(row.name).string());
@@ -180,7 +180,7 @@ TEST_F(SpoolerForms, OfThePlatformHaveTheirSizes)
 
 TEST_F(SpoolerForms, AreListedAsTheyAnswerAlone)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     const auto all = Forms(printer.Get());
     ASSERT_TRUE(all.IsGood());
     ASSERT_GE(all.Count(), 100u);
@@ -200,7 +200,7 @@ TEST_F(SpoolerForms, OfUsersAreAddedOnceAndDeleted)
 {
     if (IsWine())
         GTEST_SKIP() << "Wine keeps no forms of users";
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     const auto before = Forms(printer.Get()).Count();
     const auto add = [&](const WCHAR* name, LONG width, RECTL area)
     {

@@ -1,4 +1,6 @@
 // Driver packages, and the questions that their configuration modules answer.
+#include <windows.h>
+
 #include <winddiui.h>
 
 #include <algorithm>
@@ -62,8 +64,8 @@ class SpoolerDrivers : public SpoolerTest
 
 TEST_F(SpoolerDrivers, LieInTheDriverDirectory)
 {
-    const PrinterOwner printer = AddPrinter();
-    const auto driver = GetDriver<DRIVER_INFO_3W>(printer.Get(), 3);
+    const PrinterOwner printer = InstallPrinter();
+    const auto driver = DriverAnswer<DRIVER_INFO_3W>(printer.Get(), 3);
     ASSERT_TRUE(driver.IsGood());
     const fs::path folder = DriverDirectory() / "3";
     EXPECT_EQ(driver->cVersion, 3u);
@@ -85,10 +87,10 @@ TEST_F(SpoolerDrivers, LieInTheDriverDirectory)
     }
     EXPECT_EQ(*file, 0);
 
-    const auto largest = GetDriver<DRIVER_INFO_6W>(printer.Get(), 6);
+    const auto largest = DriverAnswer<DRIVER_INFO_6W>(printer.Get(), 6);
     ASSERT_TRUE(largest.IsGood());
     EXPECT_EQ(fs::path(largest->pConfigFile), folder / "spooler_sample.dll");
-    const auto smallest = GetDriver<DRIVER_INFO_1W>(printer.Get(), 1);
+    const auto smallest = DriverAnswer<DRIVER_INFO_1W>(printer.Get(), 1);
     ASSERT_TRUE(smallest.IsGood());
     EXPECT_EQ(WideString(smallest->pName), kDriver);
     EXPECT_TRUE(IsKnownDriver(kDriver));
@@ -96,13 +98,13 @@ TEST_F(SpoolerDrivers, LieInTheDriverDirectory)
 
 TEST_F(SpoolerDrivers, AreUpdatedByAddingThemAgain)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     const WideString newer = SourceFile("tvnewer.json", "a newer model");
-    ASSERT_TRUE(AddDriver(W("TAVLEN platform driver"), newer.c_str())) << GetLastError();
-    const auto driver = GetDriver<DRIVER_INFO_3W>(printer.Get(), 3);
+    ASSERT_TRUE(InstallDriver(W("TAVLEN platform driver"), newer.c_str())) << GetLastError();
+    const auto driver = DriverAnswer<DRIVER_INFO_3W>(printer.Get(), 3);
     ASSERT_TRUE(driver.IsGood());
     EXPECT_EQ(Content(driver->pDataFile), "a newer model");
-    ASSERT_TRUE(AddDriver());
+    ASSERT_TRUE(InstallDriver());
 }
 
 TEST_F(SpoolerDrivers, AreRefusedWithTheReason)
@@ -142,13 +144,13 @@ TEST_F(SpoolerDrivers, StayWhileAPrinterUsesThem)
     if (IsWine())
         GTEST_SKIP() << "Wine deletes drivers in use, and never their files";
     {
-        const PrinterOwner printer = AddPrinter();
+        const PrinterOwner printer = InstallPrinter();
         EXPECT_EQ(DeleteDriver(kDriver), ERROR_PRINTER_DRIVER_IN_USE);
         EXPECT_TRUE(IsKnownDriver(kDriver));
         ASSERT_TRUE(DeletePrinter(printer.Get()));
     }
     const WideString other = SourceFile("tvother.json", "other");
-    ASSERT_TRUE(AddDriver(W("Tavlen Platform Second"), other.c_str()));
+    ASSERT_TRUE(InstallDriver(W("Tavlen Platform Second"), other.c_str()));
     const fs::path folder = DriverDirectory() / "3";
     EXPECT_EQ(DeleteDriver(W("Tavlen Platform Second"), DPD_DELETE_ALL_FILES), ERROR_PRINTER_DRIVER_IN_USE);
     EXPECT_EQ(DeleteDriver(W("Tavlen Platform Second"), DPD_DELETE_UNUSED_FILES), ERROR_SUCCESS);
@@ -161,7 +163,7 @@ TEST_F(SpoolerDrivers, StayWhileAPrinterUsesThem)
 
 TEST_F(SpoolerDrivers, AnswerCapabilities)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     const auto ask = [](WORD capability, void* output = nullptr)
     {
         return DeviceCapabilitiesW(kPrinter, W("FILE:"), capability, static_cast<LPWSTR>(output), nullptr);
@@ -182,9 +184,9 @@ TEST_F(SpoolerDrivers, AnswerCapabilities)
 
 TEST_F(SpoolerDrivers, MakeDevModes)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     constexpr LONG size = sizeof(DEVMODEW) + spoolersample::kPrivateSize;
-    const auto added = GetPrinter<PRINTER_INFO_2W>(printer.Get(), 2);
+    const auto added = PrinterAnswer<PRINTER_INFO_2W>(printer.Get(), 2);
     ASSERT_TRUE(added.IsGood());
     ASSERT_NE(added->pDevMode, nullptr) << "the printer was added without a devmode and should have its driver's";
     EXPECT_EQ(added->pDevMode->dmDriverExtra, spoolersample::kPrivateSize);
@@ -209,7 +211,7 @@ TEST_F(SpoolerDrivers, HearOfEvents)
 {
     if (IsWine())
         GTEST_SKIP() << "Wine does not tell drivers";
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     const auto lastEvent = [&]
     {
         DWORD event = 0;

@@ -68,7 +68,7 @@ void PrinterOwner::Close()
 
 std::vector<WideString> PrinterNames()
 {
-    const auto printers = EnumPrinters<PRINTER_INFO_4W>(4);
+    const auto printers = PrintersAnswer<PRINTER_INFO_4W>(4);
     std::vector<WideString> names;
     for (DWORD index = 0; printers.IsGood() && index < printers.Count(); ++index)
         names.emplace_back(printers[index].pPrinterName);
@@ -82,7 +82,7 @@ void SpoolerTest::SetUp()
     std::filesystem::remove_all(m_scratch);
     std::filesystem::create_directories(m_scratch);
     SetEnvironmentVariableW(W("TVPT_STORE"), FileName(Store()).c_str());
-    ASSERT_TRUE(AddDriver()) << GetLastError();
+    ASSERT_TRUE(InstallDriver()) << GetLastError();
 }
 
 void SpoolerTest::TearDown()
@@ -105,7 +105,7 @@ WideString SpoolerTest::SourceFile(const char* name, const char* content) const
     return FileName(path);
 }
 
-BOOL SpoolerTest::AddDriver(const WCHAR* name, const WCHAR* dataFile, DWORD flags) const
+BOOL SpoolerTest::InstallDriver(const WCHAR* name, const WCHAR* dataFile, DWORD flags) const
 {
     const WideString driverFile = SourceFile("tvplatform.drv", "the driver");
     const WideString model = SourceFile("tvplatform.json", "the model");
@@ -125,7 +125,7 @@ BOOL SpoolerTest::AddDriver(const WCHAR* name, const WCHAR* dataFile, DWORD flag
     return AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&info), flags);
 }
 
-PrinterOwner SpoolerTest::AddPrinter(const WCHAR* name)
+PrinterOwner SpoolerTest::InstallPrinter(const WCHAR* name)
 {
     PRINTER_INFO_2W info = PrinterInfo(name);
     PrinterOwner printer(AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&info)));

@@ -101,21 +101,21 @@ private:
 };
 
 template <class Record>
-Answer<Record> GetPrinter(HANDLE printer, DWORD level)
+Answer<Record> PrinterAnswer(HANDLE printer, DWORD level)
 {
     return Answer<Record>([&](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD)
                           { return GetPrinterW(printer, level, bytes, size, needed); });
 }
 
 template <class Record>
-Answer<Record> GetDriver(HANDLE printer, DWORD level)
+Answer<Record> DriverAnswer(HANDLE printer, DWORD level)
 {
     return Answer<Record>([&](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD)
                           { return GetPrinterDriverW(printer, nullptr, level, bytes, size, needed); });
 }
 
 template <class Record>
-Answer<Record> EnumPrinters(DWORD level)
+Answer<Record> PrintersAnswer(DWORD level)
 {
     return Answer<Record>([&](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD count)
                           { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, level, bytes, size, needed, count); });
@@ -143,10 +143,10 @@ protected:
     // Writes a source file of a driver and gives its name to the spooler.
     WideString SourceFile(const char* name, const char* content) const;
     // A driver with the sample module as its configuration module.
-    BOOL AddDriver(const WCHAR* name = kDriver, const WCHAR* dataFile = nullptr,
-                   DWORD flags = APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY) const;
+    BOOL InstallDriver(const WCHAR* name = kDriver, const WCHAR* dataFile = nullptr,
+                       DWORD flags = APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY) const;
     // Removed, with the driver, at the end of the test.
-    PrinterOwner AddPrinter(const WCHAR* name = kPrinter);
+    PrinterOwner InstallPrinter(const WCHAR* name = kPrinter);
 
 private:
     std::filesystem::path m_scratch;

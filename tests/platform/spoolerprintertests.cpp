@@ -14,8 +14,8 @@ class SpoolerPrinters : public SpoolerTest
 
 TEST_F(SpoolerPrinters, AnswerWhatTheyWereAddedWith)
 {
-    const PrinterOwner printer = AddPrinter();
-    const auto info = GetPrinter<PRINTER_INFO_2W>(printer.Get(), 2);
+    const PrinterOwner printer = InstallPrinter();
+    const auto info = PrinterAnswer<PRINTER_INFO_2W>(printer.Get(), 2);
     ASSERT_TRUE(info.IsGood());
     EXPECT_EQ(WideString(info->pPrinterName), kPrinter);
     EXPECT_EQ(WideString(info->pDriverName), kDriver);
@@ -29,21 +29,21 @@ TEST_F(SpoolerPrinters, AnswerWhatTheyWereAddedWith)
     for (const LPWSTR text : {info->pPrinterName, info->pDriverName, info->pPortName, info->pComment})
         EXPECT_TRUE(info.Holds(text));
 
-    const auto short1 = GetPrinter<PRINTER_INFO_1W>(printer.Get(), 1);
+    const auto short1 = PrinterAnswer<PRINTER_INFO_1W>(printer.Get(), 1);
     ASSERT_TRUE(short1.IsGood());
     EXPECT_EQ(WideString(short1->pName), kPrinter);
     EXPECT_EQ(WideString(short1->pComment), W("a comment"));
-    const auto short4 = GetPrinter<PRINTER_INFO_4W>(printer.Get(), 4);
+    const auto short4 = PrinterAnswer<PRINTER_INFO_4W>(printer.Get(), 4);
     ASSERT_TRUE(short4.IsGood());
     EXPECT_EQ(WideString(short4->pPrinterName), kPrinter);
-    const auto short5 = GetPrinter<PRINTER_INFO_5W>(printer.Get(), 5);
+    const auto short5 = PrinterAnswer<PRINTER_INFO_5W>(printer.Get(), 5);
     ASSERT_TRUE(short5.IsGood());
     EXPECT_EQ(WideString(short5->pPortName), W("FILE:"));
 }
 
 TEST_F(SpoolerPrinters, NeedAsLargeABufferAsTheySay)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     for (const DWORD level : {1u, 2u, 4u, 5u})
     {
         SCOPED_TRACE(level);
@@ -62,10 +62,10 @@ TEST_F(SpoolerPrinters, NeedAsLargeABufferAsTheySay)
 
 TEST_F(SpoolerPrinters, AreListedOnceAndFoundIgnoringCase)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     const auto names = PrinterNames();
     EXPECT_EQ(std::count(names.begin(), names.end(), kPrinter), 1);
-    const auto all = EnumPrinters<PRINTER_INFO_2W>(2);
+    const auto all = PrintersAnswer<PRINTER_INFO_2W>(2);
     ASSERT_TRUE(all.IsGood());
     EXPECT_EQ(all.Count(), names.size());
     EXPECT_NE(PrinterOwner::Open(W("tavlen PLATFORM printer")).Get(), nullptr);
@@ -98,7 +98,7 @@ TEST_F(SpoolerPrinters, AreRefusedWithTheReason)
         {"unknown data type", [](auto& p) { p.pDatatype = Mutable(W("BOGUS")); }, 1804, true},
         {"same name", [](auto& p) { p.pPrinterName = Mutable(W("TAVLEN platform PRINTER")); }, 1802, true},
     };
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     const auto before = PrinterNames();
     for (const Refusal& refusal : refusals)
     {
@@ -175,7 +175,7 @@ TEST_F(SpoolerPrinters, AreNotReachedThroughWhatIsNoHandle)
              return errorOf(ClosePrinter(h));
          }},
     };
-    PrinterOwner printer = AddPrinter();
+    PrinterOwner printer = InstallPrinter();
     const HANDLE closed = printer.Get();
     printer.Close();
     for (const HANDLE handle : {HANDLE{nullptr}, closed, reinterpret_cast<HANDLE>(0x7654321)})
@@ -190,7 +190,7 @@ TEST_F(SpoolerPrinters, AreNotReachedThroughWhatIsNoHandle)
 
 TEST_F(SpoolerPrinters, RefuseUnknownLevels)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     std::array<BYTE, 64> buffer = {};
     DWORD needed = 0;
     DWORD count = 0;
@@ -209,7 +209,7 @@ TEST_F(SpoolerPrinters, RefuseUnknownLevels)
 
 TEST_F(SpoolerPrinters, KeepWhatIsSet)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     struct
     {
         DEVMODEW publicPart = {};
@@ -225,7 +225,7 @@ TEST_F(SpoolerPrinters, KeepWhatIsSet)
     info.pDevMode = &devMode.publicPart;
     ASSERT_TRUE(SetPrinterW(printer.Get(), 2, reinterpret_cast<BYTE*>(&info), 0)) << GetLastError();
 
-    const auto set = GetPrinter<PRINTER_INFO_2W>(PrinterOwner::Open(kPrinter).Get(), 2);
+    const auto set = PrinterAnswer<PRINTER_INFO_2W>(PrinterOwner::Open(kPrinter).Get(), 2);
     ASSERT_TRUE(set.IsGood());
     EXPECT_EQ(WideString(set->pComment), W("another comment"));
     EXPECT_EQ(WideString(set->pPortName), W("LPT1:"));
@@ -238,7 +238,7 @@ TEST_F(SpoolerPrinters, KeepWhatIsSet)
 
 TEST_F(SpoolerPrinters, AreGoneWithTheirDataWhenDeleted)
 {
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     const PrinterOwner reader = PrinterOwner::Open(kPrinter);
     BYTE value = 1;
     ASSERT_EQ(SetPrinterDataExW(printer.Get(), W("K"), W("v"), REG_BINARY, &value, 1), ERROR_SUCCESS);
@@ -250,7 +250,7 @@ TEST_F(SpoolerPrinters, AreGoneWithTheirDataWhenDeleted)
     EXPECT_NE(GetPrinterDataExW(reader.Get(), W("K"), W("v"), nullptr, &value, 1, &needed), ERROR_SUCCESS);
 
     // A printer of the same name is another one.
-    const PrinterOwner second = AddPrinter();
+    const PrinterOwner second = InstallPrinter();
     EXPECT_EQ(GetPrinterDataExW(second.Get(), W("K"), W("v"), nullptr, &value, 1, &needed), ERROR_FILE_NOT_FOUND);
 }
 
@@ -258,7 +258,7 @@ TEST_F(SpoolerPrinters, StayWhenTheHandleMayNotChangeThem)
 {
     if (IsWine())
         GTEST_SKIP() << "Wine does not check access";
-    const PrinterOwner printer = AddPrinter();
+    const PrinterOwner printer = InstallPrinter();
     const PrinterOwner reader = PrinterOwner::Open(kPrinter, PRINTER_ACCESS_USE);
     PRINTER_INFO_2W info = PrinterInfo();
     BYTE value = 1;
