@@ -29,8 +29,9 @@ Data Get(HANDLE printer, const WCHAR* key, const WCHAR* name)
     Data data;
     DWORD needed = 0;
     GetPrinterDataExW(printer, key, name, &data.type, nullptr, 0, &needed);
-    data.bytes.resize(needed);
+    data.bytes.resize(needed + 1); // a buffer, though there may be nothing to hold
     EXPECT_EQ(GetPrinterDataExW(printer, key, name, &data.type, data.bytes.data(), needed, &needed), ERROR_SUCCESS);
+    data.bytes.resize(needed);
     return data;
 }
 

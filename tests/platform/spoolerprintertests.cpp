@@ -236,21 +236,19 @@ TEST_F(SpoolerPrinters, KeepWhatIsSet)
     EXPECT_TRUE(std::equal(devMode.privatePart.begin(), devMode.privatePart.end(), privatePart));
 }
 
-TEST_F(SpoolerPrinters, AreGoneWithTheirDataWhenDeleted)
+// Whether a printer is still found while it is deleted but open differs between the platforms.
+TEST_F(SpoolerPrinters, AreGoneWithTheirDataWhenDeletedAndClosed)
 {
-    const PrinterOwner printer = InstallPrinter();
-    const PrinterOwner reader = PrinterOwner::Open(kPrinter);
     BYTE value = 1;
+    PrinterOwner printer = InstallPrinter();
     ASSERT_EQ(SetPrinterDataExW(printer.Get(), W("K"), W("v"), REG_BINARY, &value, 1), ERROR_SUCCESS);
     ASSERT_TRUE(DeletePrinter(printer.Get()));
+    printer.Close();
     EXPECT_EQ(PrinterOwner::Open(kPrinter).Get(), nullptr);
-    DWORD needed = 0;
-    EXPECT_FALSE(GetPrinterW(reader.Get(), 2, nullptr, 0, &needed));
-    EXPECT_NE(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-    EXPECT_NE(GetPrinterDataExW(reader.Get(), W("K"), W("v"), nullptr, &value, 1, &needed), ERROR_SUCCESS);
 
     // A printer of the same name is another one.
     const PrinterOwner second = InstallPrinter();
+    DWORD needed = 0;
     EXPECT_EQ(GetPrinterDataExW(second.Get(), W("K"), W("v"), nullptr, &value, 1, &needed), ERROR_FILE_NOT_FOUND);
 }
 
