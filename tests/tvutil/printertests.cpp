@@ -33,11 +33,10 @@ LPWSTR Mutable(const WCHAR* text)
 class InstalledPrinter : public testing::Test
 {
 protected:
-    InstalledPrinter()
+    void SetUp() override
     {
         std::string folder = (std::filesystem::temp_directory_path() / "tvutil_tests.XXXXXX").string();
-        if (mkdtemp(folder.data()) == nullptr)
-            throw std::runtime_error("no scratch folder");
+        ASSERT_NE(mkdtemp(folder.data()), nullptr) << folder;
         m_folder = folder;
         setenv("TVPT_STORE", folder.c_str(), 1);
         InstallDriver();
@@ -49,10 +48,10 @@ protected:
         info.pPrintProcessor = Mutable(W("winprint"));
         info.pDatatype = Mutable(W("RAW"));
         m_handle = AddPrinterW(nullptr, 2, reinterpret_cast<LPBYTE>(&info));
-        EXPECT_NE(m_handle, nullptr) << GetLastError();
+        ASSERT_NE(m_handle, nullptr) << GetLastError();
     }
 
-    ~InstalledPrinter() override
+    void TearDown() override
     {
         if (m_handle != nullptr)
             ClosePrinter(m_handle);

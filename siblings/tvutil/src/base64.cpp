@@ -19,7 +19,7 @@ constexpr std::array<std::uint8_t, 128> MakeDigits()
     std::array<std::uint8_t, 128> digits{};
     digits.fill(kNoDigit);
     for (std::size_t index = 0; index < kAlphabet.size(); ++index)
-        digits[static_cast<std::size_t>(kAlphabet[index])] = static_cast<std::uint8_t>(index);
+        digits[static_cast<unsigned char>(kAlphabet[index])] = static_cast<std::uint8_t>(index);
     return digits;
 }
 

@@ -1,7 +1,5 @@
 #include <tvutil/operatingsystem.h>
 
-#include <optional>
-
 namespace
 {
 
@@ -10,13 +8,14 @@ constexpr DWORD kUnitedStatesMeasures = 1;
 constexpr DWORD kLetter = 1;
 constexpr DWORD kLegal = 5;
 
-std::optional<DWORD> LocaleNumber(LCTYPE type) noexcept
+// `unknown` when the system does not tell.
+DWORD LocaleNumber(LCTYPE type, DWORD unknown) noexcept
 {
     DWORD value = 0;
     // With LOCALE_RETURN_NUMBER the answer is a DWORD in the place of the text; its room is counted in characters.
     const int written = GetLocaleInfoW(LOCALE_USER_DEFAULT, type | LOCALE_RETURN_NUMBER,
                                        reinterpret_cast<LPWSTR>(&value), sizeof(value) / sizeof(WCHAR));
-    return written > 0 ? std::optional(value) : std::nullopt;
+    return written > 0 ? value : unknown;
 }
 
 } // namespace
@@ -32,11 +31,11 @@ OperatingSystem::Version OperatingSystem::GetVersion() noexcept
 
 bool OperatingSystem::IsMetricCountry() noexcept
 {
-    return LocaleNumber(LOCALE_IMEASURE) != kUnitedStatesMeasures;
+    return LocaleNumber(LOCALE_IMEASURE, 0) != kUnitedStatesMeasures;
 }
 
 bool OperatingSystem::UseEnglishPaperSizes() noexcept
 {
-    const std::optional<DWORD> paper = LocaleNumber(LOCALE_IPAPERSIZE);
+    const DWORD paper = LocaleNumber(LOCALE_IPAPERSIZE, 0);
     return paper == kLetter || paper == kLegal;
 }
