@@ -92,7 +92,9 @@ void SpoolerTest::TearDown()
         const PrinterOwner printer = PrinterOwner::Open(name.c_str(), PRINTER_ALL_ACCESS);
         EXPECT_TRUE(printer.Get() == nullptr || DeletePrinter(printer.Get())) << GetLastError();
     }
-    DeletePrinterDriverExW(nullptr, Mutable(kEnvironment), Mutable(kDriver), 0, 0);
+    // Wine knows no flags. Some tests have deleted the driver themselves.
+    if (!DeletePrinterDriverExW(nullptr, Mutable(kEnvironment), Mutable(kDriver), DPD_DELETE_UNUSED_FILES, 0))
+        DeletePrinterDriverExW(nullptr, Mutable(kEnvironment), Mutable(kDriver), 0, 0);
     SetEnvironmentVariableW(W("TVPT_STORE"), nullptr);
     std::error_code ignored;
     std::filesystem::remove_all(m_scratch, ignored);

@@ -407,6 +407,8 @@ TEST_F(SpoolerStore, IsUnharmedByFaults)
     };
     const WideString sourceFile = SourceFile("tvfault.json", "x");
 
+    InstallPrinter(W("Doomed"));
+
     struct Operation
     {
         const char* what;
@@ -446,6 +448,30 @@ TEST_F(SpoolerStore, IsUnharmedByFaults)
          {
              DeletePrinter(openSecond().Get());
          }},
+        {"DeletePrinter",
+         []
+         {
+             const PrinterOwner doomed = PrinterOwner::Open(W("Doomed"), PRINTER_ALL_ACCESS);
+             return DeletePrinter(doomed.Get()) != FALSE;
+         },
+         [] { return PrinterOwner::Open(W("Doomed")).Get() == nullptr; },
+         [&]
+         {
+             InstallPrinter(W("Doomed"));
+         }},
+        {"SetPrinterW",
+         [&]
+         {
+             PRINTER_INFO_2W changed = PrinterInfo();
+             changed.pComment = Mutable(W("changed"));
+             return SetPrinterW(printer.Get(), 2, bytes(changed), 0) != FALSE;
+         },
+         [&] { return PrinterAnswer<PRINTER_INFO_2W>(printer.Get(), 2)->pComment == WideString(W("changed")); },
+         [&]
+         {
+             PRINTER_INFO_2W unchanged = PrinterInfo();
+             EXPECT_TRUE(SetPrinterW(printer.Get(), 2, bytes(unchanged), 0));
+         }},
         {"AddFormW", [&] { return AddFormW(printer.Get(), 1, bytes(form)) != FALSE; },
          [&] { return GetFormW(printer.Get(), form.pName, 1, buffer.data(), room, &needed) != FALSE; },
          [&]
@@ -459,17 +485,20 @@ TEST_F(SpoolerStore, IsUnharmedByFaults)
              DeletePrinterDriverExW(nullptr, nullptr, Mutable(W("Third")), DPD_DELETE_UNUSED_FILES, 0);
          }},
         {"RegCreateKeyExW",
-         [&]
+         []
          {
              HKEY key = nullptr;
-             return RegCreateKeyExW(HKEY_CURRENT_USER, W("A\\B"), 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr) ==
-                        0 &&
-                    RegCloseKey(key) == 0;
+             const LSTATUS made =
+                 RegCreateKeyExW(HKEY_CURRENT_USER, W("A\\B"), 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr);
+             RegCloseKey(key);
+             return made == 0;
          },
-         [&]
+         []
          {
              HKEY key = nullptr;
-             return RegOpenKeyExW(HKEY_CURRENT_USER, W("A"), 0, KEY_READ, &key) == 0 && RegCloseKey(key) == 0;
+             const LSTATUS found = RegOpenKeyExW(HKEY_CURRENT_USER, W("A"), 0, KEY_READ, &key);
+             RegCloseKey(key);
+             return found == 0;
          },
          [&]
          {
