@@ -32,13 +32,25 @@ bool AreEqual(const SchemaName& left, const SchemaName& right)
     return left.uri == right.uri && left.local == right.local;
 }
 
+// Wrapping a document spells the private prefix "tk:" wherever a private name holds it, not only in front.
+SchemaName WrappedName(const SchemaElement& element)
+{
+    SchemaName name = element.nameAttribute;
+    const std::string found = element.namePrefix + ":";
+    const std::string wrapped = std::string(kPrivateKeywords.prefix) + ":";
+    if (name.uri == kPrivateKeywords.uri)
+        for (std::size_t at = 0; (at = name.local.find(found, at)) != std::string::npos; at += wrapped.size())
+            name.local.replace(at, found.size(), wrapped);
+    return name;
+}
+
 bool AreEqual(const SchemaElement& left, const SchemaElement& right)
 {
     const auto sameAttribute = [](const auto& one, const auto& other)
     {
         return AreEqual(one.first, other.first) && (one.first.local == "name" || one.second == other.second);
     };
-    return AreEqual(left.name, right.name) && AreEqual(left.nameAttribute, right.nameAttribute) &&
+    return AreEqual(left.name, right.name) && AreEqual(WrappedName(left), WrappedName(right)) &&
            left.text == right.text &&
            std::is_permutation(left.attributes.begin(), left.attributes.end(), right.attributes.begin(),
                                right.attributes.end(), sameAttribute) &&
@@ -51,23 +63,24 @@ SchemaElement ReadTree(const std::string& bytes)
     return ReadDocumentTree(*LoadDocument(bytes, "test").Get(), "test");
 }
 
+// Of two orientations the first is redundant, and the provider removes it.
+bool IsRedundant(const SchemaElement& base, const SchemaElement& child)
+{
+    std::vector<const SchemaElement*> same;
+    for (const SchemaElement& other : base.children)
+        if (other.nameAttribute.Is(kKeywords.uri, "PageOrientation"))
+            same.push_back(&other);
+    return same.size() > 1 && same.front() == &child;
+}
+
 // What of the base the ticket lost; empty when nothing.
 std::string WhatWasLost(const SchemaElement& base, const SchemaElement& ticket)
 {
     for (const SchemaElement& child : base.children)
     {
-        // Of two orientations the first is the redundant one.
-        const bool isFirstOfTwo =
-            std::count_if(base.children.begin(), base.children.end(),
-                          [&child](const SchemaElement& other)
-                          { return AreEqual(child.nameAttribute, other.nameAttribute); }) > 1 &&
-            child.nameAttribute.Is(kKeywords.uri, "PageOrientation") &&
-            &child == &*std::find_if(base.children.begin(), base.children.end(),
-                                     [&child](const SchemaElement& other)
-                                     { return AreEqual(child.nameAttribute, other.nameAttribute); });
         const bool isHeld = std::any_of(ticket.children.begin(), ticket.children.end(),
                                         [&child](const SchemaElement& other) { return AreEqual(child, other); });
-        if (!isHeld && !isFirstOfTwo && !IsProvidersOwn(child.nameAttribute))
+        if (!isHeld && !IsRedundant(base, child) && !IsProvidersOwn(child.nameAttribute))
             return child.name.local + " " + child.nameAttribute.local;
     }
     return {};
