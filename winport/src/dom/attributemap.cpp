@@ -126,11 +126,11 @@ HRESULT AttributeMap::HandOutAt(LONG index, IXMLDOMNode** item)
     if (index < 0)
         return HandOutAttribute(nullptr, item);
     const TreePtr& tree = m_element->GetTree();
-    if (m_last == nullptr || m_generation != tree->Generation() || index < m_lastIndex)
+    if (m_last == nullptr || !m_mark.IsPresent(tree) || index < m_lastIndex)
     {
         m_last = m_element->Node()->properties;
         m_lastIndex = 0;
-        m_generation = tree->Generation();
+        m_mark.SetPresent(tree);
     }
     xmlAttr* attribute = m_last;
     LONG at = m_lastIndex;

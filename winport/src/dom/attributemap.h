@@ -32,7 +32,7 @@ private:
     NodeRef m_element;
     xmlAttr* m_last = nullptr; // the place of the last item, so that walking is linear
     LONG m_lastIndex = 0;
-    unsigned long m_generation = 0;
+    ChangeMark m_mark; // of m_last
     LONG m_next = 0;
 };
 

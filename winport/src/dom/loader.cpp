@@ -61,8 +61,9 @@ public:
             xmlCreateIOParserCtxt(&handler, this, Read, nullptr, this, XML_CHAR_ENCODING_UTF8));
         if (parser == nullptr)
             throw std::bad_alloc();
-        // The text is UTF-8 by now, whatever encoding its declaration names; its size is bounded by us.
-        xmlCtxtUseOptions(parser.get(), XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_IGNORE_ENC);
+        // The text is UTF-8 by now, whatever encoding its declaration names; its size is bounded by us. NOENT gives
+        // attribute values as they are meant; without a document type there are no entities that could grow.
+        xmlCtxtUseOptions(parser.get(), XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_IGNORE_ENC | XML_PARSE_NOENT);
         m_parser = parser.get();
         xmlParseDocument(parser.get());
         if (m_exception)

@@ -68,11 +68,11 @@ ChildList::ChildList(NodeRef parent) noexcept : m_parent(std::move(parent))
 NodeRef ChildList::At(std::size_t index)
 {
     const TreePtr& tree = m_parent->GetTree();
-    if (m_last == nullptr || m_generation != tree->Generation() || index < m_lastIndex)
+    if (m_last == nullptr || !m_mark.IsPresent(tree) || index < m_lastIndex)
     {
         m_last = m_parent->Node()->children;
         m_lastIndex = 0;
-        m_generation = tree->Generation();
+        m_mark.SetPresent(tree);
     }
     xmlNode* node = m_last;
     std::size_t at = m_lastIndex;

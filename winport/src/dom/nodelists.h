@@ -42,7 +42,7 @@ private:
     NodeRef m_parent;
     xmlNode* m_last = nullptr;
     std::size_t m_lastIndex = 0;
-    unsigned long m_generation = 0; // of the tree when m_last was found
+    ChangeMark m_mark; // of m_last
 };
 
 // Fixed: a node that is removed from the document afterwards stays in the list.

@@ -83,4 +83,25 @@ private:
 
 using TreePtr = std::shared_ptr<Tree>;
 
+// A moment in a tree's life, for what remembers places in it. It keeps the tree, so that a node that moved to another
+// tree and back cannot make an old moment look like the present one.
+class ChangeMark
+{
+public:
+    bool IsPresent(const TreePtr& tree) const noexcept
+    {
+        return m_tree == tree && m_tree->Generation() == m_generation;
+    }
+
+    void SetPresent(const TreePtr& tree) noexcept
+    {
+        m_tree = tree;
+        m_generation = tree->Generation();
+    }
+
+private:
+    TreePtr m_tree;
+    unsigned long m_generation = 0;
+};
+
 } // namespace winport::dom

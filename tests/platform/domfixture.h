@@ -1,0 +1,99 @@
+// What the DOM's tests share: documents from text, nodes by query, and trees as comparable text.
+#pragma once
+
+#include <msxml2.h>
+
+#include <string>
+#include <vector>
+
+#include "utilitiesstaticlib/ccombstr.h"
+#include "utilitiesstaticlib/comptr.h"
+#include "utilitiesstaticlib/domiids.h"
+#include "utilitiesstaticlib/wideliteral.h"
+
+using DomDocument = ComPtr<IXMLDOMDocument2>;
+using DomNode = ComPtr<IXMLDOMNode>;
+
+inline constexpr const WCHAR* kInstanceUri = W("http://www.w3.org/2001/XMLSchema-instance");
+
+// The owner of a VARIANT.
+class Variant
+{
+public:
+    Variant() noexcept
+    {
+        VariantInit(&m_value);
+    }
+
+    explicit Variant(LONG number) noexcept : Variant()
+    {
+        m_value.vt = VT_I4;
+        m_value.lVal = number;
+    }
+
+    explicit Variant(WStringView text) : Variant()
+    {
+        m_value.bstrVal = CComBSTR(text).Detach();
+        m_value.vt = VT_BSTR;
+    }
+
+    explicit Variant(const DomNode& node) noexcept : Variant()
+    {
+        m_value.vt = VT_DISPATCH;
+        m_value.pdispVal = DomNode(node).Detach();
+    }
+
+    Variant(const Variant&) = delete;
+    Variant& operator=(const Variant&) = delete;
+
+    ~Variant()
+    {
+        VariantClear(&m_value);
+    }
+
+    VARIANT* Put() noexcept
+    {
+        VariantClear(&m_value);
+        return &m_value;
+    }
+
+    const VARIANT& Get() const noexcept
+    {
+        return m_value;
+    }
+
+private:
+    VARIANT m_value;
+};
+
+std::string Narrow(WStringView text); // UTF-8
+
+DomDocument NewDocument();
+// The result of loadXML; a refused text leaves an empty document.
+HRESULT LoadText(const DomDocument& document, WStringView text);
+// Fails the running test when the text is refused.
+DomDocument Loaded(WStringView text);
+HRESULT LoadFile(const DomDocument& document, const std::string& path);
+
+DomNode RootOf(const DomDocument& document);
+DomNode Select(IXMLDOMNode* context, const WCHAR* query); // null when nothing is found
+HRESULT SetProperty(const DomDocument& document, const WCHAR* name, WStringView value);
+
+// createNode's node; fails the running test when it is refused.
+DomNode Created(const DomDocument& document, DOMNodeType kind, const WCHAR* name, const WCHAR* uri = W(""));
+// An attribute with a value, put on the element.
+void AddAttribute(const DomDocument& document, IXMLDOMNode* element, const WCHAR* name, const WCHAR* uri,
+                  const WCHAR* value);
+
+std::string NameOf(IXMLDOMNode* node);
+std::string TextOf(IXMLDOMNode* node);
+std::string XmlOf(IXMLDOMNode* node);
+std::string ReasonOf(const DomDocument& document); // of the last load
+
+// The subtree by meaning: {uri}local(@{uri}name=value ...)[children]. Attributes are sorted, neighbouring texts are
+// one, prefixes and declarations do not count, nor do comments and instructions.
+std::string Meaning(IXMLDOMNode* node);
+// What the text says when it is read again.
+std::string MeaningOfText(const std::string& utf8);
+
+std::vector<std::string> TestDocuments(); // paths of the tickets and capabilities in the test data

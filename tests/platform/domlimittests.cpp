@@ -1,0 +1,178 @@
+// What foreign text may not do: each bound at its edge and beyond it.
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "tests/platform/domfixture.h"
+
+namespace
+{
+
+WideString Repeated(WStringView piece, unsigned count)
+{
+    WideString text;
+    for (; count > 0; --count)
+        text += piece;
+    return text;
+}
+
+WideString Nested(unsigned levels)
+{
+    return Repeated(W("<a>"), levels - 1) + W("<a/>") + Repeated(W("</a>"), levels - 1);
+}
+
+WideString WithAttributes(unsigned count)
+{
+    WideString text = W("<a");
+    for (unsigned at = 0; at < count; ++at)
+    {
+        const std::string number = std::to_string(at);
+        text += W(" a") + WideString(number.begin(), number.end()) + W("='>='"); // signs in values do not count
+    }
+    return text + W("/>");
+}
+
+constexpr std::size_t kMegabyte = 1024 * 1024;
+
+WideString OfSize(std::size_t bytes)
+{
+    return W("<a>") + WideString(bytes - 7, W('x')) + W("</a>");
+}
+
+} // namespace
+
+TEST(DomLimits, RefuseWithAReasonThatNamesTheBound)
+{
+    struct Case
+    {
+        const char* name;
+        WideString text;
+        const char* reason; // a part of it; empty when the text is within the bounds
+    };
+    const Case cases[] = {
+        {"256 levels", Nested(256), ""},
+        {"257 levels", Nested(257), "256 levels"},
+        {"100,000 levels", Repeated(W("<a>"), 100'000), "256 levels"},
+        {"1,000 attributes", WithAttributes(1'000), ""},
+        {"1,001 attributes", WithAttributes(1'001), "1000 attributes"},
+        {"100,000 attributes", WithAttributes(100'000), "1000 attributes"},
+        {"600 elements of 1,000 attributes", W("<r>") + Repeated(WithAttributes(1'000), 600) + W("</r>"),
+         "attributes in all"},
+        {"the same signs in comments, sections and instructions",
+         W("<a><!--") + Repeated(W("<a b='' "), 2'000) + W("--><![CDATA[") + Repeated(W("<a b='' "), 2'000) +
+             W("]]><?p ") + Repeated(W("<a b='' "), 2'000) + W("?></a>"),
+         ""},
+        {"16 MB", OfSize(16 * kMegabyte), ""},
+        {"more than 16 MB", OfSize(16 * kMegabyte + 1), "16 MB"},
+        {"more than 16 MB of UTF-8", W("<a>") + WideString(6 * kMegabyte, W('\u4E2D')) + W("</a>"), "16 MB"},
+        {"a document type", W("<!DOCTYPE a><a/>"), "DOCTYPE"},
+        {"entities that grow", W("<!DOCTYPE a [<!ENTITY x 'xx'><!ENTITY y '&x;&x;'>]><a>&y;</a>"), "DOCTYPE"},
+        {"an external entity", W("<!DOCTYPE a [<!ENTITY x SYSTEM '/etc/passwd'>]><a>&x;</a>"), "DOCTYPE"},
+        {"a document type behind a comment", W("<?xml version='1.0'?><!--c--><!DOCTYPE a><a/>"), "DOCTYPE"},
+        {"a document type's text in a comment", W("<a><!--<!DOCTYPE a>--><![CDATA[<!DOCTYPE a>]]></a>"), ""},
+        {"an undeclared element prefix", W("<p:a/>"), "'p' is not declared"},
+        {"an undeclared attribute prefix", W("<a p:b=''/>"), "'p' is not declared"},
+        {"a prefix declared beside", W("<a><b xmlns:p='u'/><p:c/></a>"), "'p' is not declared"},
+        {"a prefix unbound", W("<p:a xmlns:p=''/>"), "declaration of the prefix 'p'"},
+        {"the prefix xml for something else", W("<a xmlns:xml='u'/>"), "declaration of the prefix 'xml'"},
+        {"one attribute under two prefixes", W("<a xmlns:p='u' xmlns:q='u' p:b='' q:b=''/>"), "given twice"},
+        {"two colons", W("<a:b:c xmlns:a='u'/>"), "qualified name"},
+        {"a high surrogate alone", WideString(W("<a>")) + char16_t{0xD800} + W("</a>"), "surrogate"},
+        {"a low surrogate alone", WideString(W("<a>")) + char16_t{0xDC00} + W("</a>"), "surrogate"},
+        {"a zero character", WideString(W("<a>")) + char16_t{0} + W("</a>"), "zero character"},
+        {"what looks like UTF-16 to a parser", WideString(W("<\0?\0a\0/\0>\0"), 10), "zero character"},
+        // A fault before a bound: the parser must not go on to what the scan could not see.
+        {"attributes behind a fault", W("<a b=\"<c") + Repeated(W(" x=\"\""), 50'000) + W("/>"), "attribute"},
+        {"attributes behind a bad comment", W("<a><!--\u0001<c") + Repeated(W(" x=''"), 50'000) + W("/>--></a>"),
+         "omment"},
+    };
+    for (const Case& test : cases)
+    {
+        SCOPED_TRACE(test.name);
+        const DomDocument document = NewDocument();
+        const bool isTaken = *test.reason == '\0';
+        EXPECT_EQ(isTaken ? S_OK : S_FALSE, LoadText(document, test.text));
+        EXPECT_NE(std::string::npos, ReasonOf(document).find(test.reason)) << ReasonOf(document);
+        EXPECT_EQ(isTaken, ReasonOf(document).empty());
+        EXPECT_EQ(isTaken, bool(RootOf(document)));
+    }
+}
+
+TEST(DomLimits, ErrorsTellTheirPlace)
+{
+    const DomDocument document = NewDocument();
+    ASSERT_EQ(S_FALSE, LoadText(document, W("<a>\n <b/>\n  <!DOCTYPE c>\n</a>")));
+    ComPtr<IXMLDOMParseError> error;
+    ASSERT_EQ(S_OK, document->get_parseError(error.Put()));
+    LONG line = 0, column = 0, code = 0;
+    CComBSTR source;
+    EXPECT_EQ(S_OK, error->get_errorCode(&code));
+    EXPECT_EQ(S_OK, error->get_line(&line));
+    EXPECT_EQ(S_OK, error->get_linepos(&column));
+    EXPECT_EQ(S_OK, error->get_srcText(source.Put()));
+    EXPECT_TRUE(FAILED(code));
+    EXPECT_EQ(3, line);
+    EXPECT_EQ(3, column);
+    EXPECT_EQ("  <!DOCTYPE c>", Narrow(source.View()));
+}
+
+TEST(DomLimits, FilesKeepThemToo)
+{
+    struct Case
+    {
+        const char* name;
+        std::string bytes;
+        const char* reason;
+    };
+    using namespace std::string_literals;
+    const Case cases[] = {
+        {"more than 16 MB", std::string(17 * kMegabyte, ' ') + "<a/>", "16 MB"},
+        {"far more", std::string(40 * kMegabyte, ' ') + "<a/>", "16 MB"},
+        {"another encoding", "<?xml version='1.0' encoding='iso-8859-1'?><a/>", "'iso-8859-1' is not supported"},
+        {"UTF-16 without a mark", "<?xml version='1.0' encoding='utf-16'?><a/>", "'utf-16' is not supported"},
+        {"half a character", "\xFF\xFE<\0a\0/\0>"s, "within a UTF-16 character"},
+        {"a lone surrogate", "\xFF\xFE<\0a\0>\0\0\xD8<\0/\0a\0>\0"s, "surrogate"},
+    };
+    for (const Case& test : cases)
+    {
+        SCOPED_TRACE(test.name);
+        const std::string path = testing::TempDir() + "domlimittests.xml";
+        std::ofstream(path, std::ios::binary) << test.bytes;
+        const DomDocument document = NewDocument();
+        EXPECT_EQ(S_FALSE, LoadFile(document, path));
+        EXPECT_NE(std::string::npos, ReasonOf(document).find(test.reason)) << ReasonOf(document);
+        std::remove(path.c_str());
+    }
+}
+
+TEST(DomLimits, WhatCannotBeWrittenIsNotTaken)
+{
+    const DomDocument document = Loaded(W("<a b='x'>y</a>"));
+    const DomNode root = RootOf(document);
+    const DomNode attribute = Select(root.Get(), W("@b"));
+    for (const WideString& bad : {WideString(W("\u0001")), WideString(1, char16_t{0xD800}), WideString(1, char16_t{0}),
+                                  WideString(W("\uFFFF"))})
+    {
+        EXPECT_EQ(E_INVALIDARG, root->put_text(CComBSTR(bad).Get()));
+        EXPECT_EQ(E_INVALIDARG, attribute->put_text(CComBSTR(bad).Get()));
+    }
+    const DomNode comment = Created(document, NODE_COMMENT, W(""));
+    const DomNode instruction = Created(document, NODE_PROCESSING_INSTRUCTION, W("p"));
+    EXPECT_EQ(E_INVALIDARG, comment->put_text(CComBSTR(W("a--b")).Get()));
+    EXPECT_EQ(E_INVALIDARG, comment->put_text(CComBSTR(W("a-")).Get()));
+    EXPECT_EQ(E_INVALIDARG, instruction->put_text(CComBSTR(W("a?>b")).Get()));
+    for (const WCHAR* const name : {W("a b"), W("1a"), W(":a"), W("a:"), W("a:b:c"), W("<"), W("")})
+    {
+        DomNode node;
+        EXPECT_EQ(E_FAIL,
+                  document->createNode(Variant(LONG{NODE_ELEMENT}).Get(), CComBSTR(name).Get(), nullptr, node.Put()))
+            << Narrow(name);
+    }
+    EXPECT_EQ("{}a(@{}b=x)[y]", Meaning(document.Get()));
+
+    const DomNode section = Created(document, NODE_CDATA_SECTION, W(""));
+    DomNode appended;
+    ASSERT_EQ(S_OK, section->put_text(CComBSTR(W("]]>]]>")).Get()));
+    ASSERT_EQ(S_OK, root->appendChild(section.Get(), appended.Put()));
+    EXPECT_EQ("{}a(@{}b=x)[y]]>]]>]", MeaningOfText(XmlOf(document.Get())));
+}

@@ -1,0 +1,112 @@
+// Namespaces under change: declarations that are removed, moved away from or contradicted. What is written must read
+// back as the same names.
+#include <gtest/gtest.h>
+
+#include "tests/platform/domfixture.h"
+
+namespace
+{
+
+HRESULT RemoveAttribute(const DomNode& element, const WCHAR* name)
+{
+    ComPtr<IXMLDOMNamedNodeMap> map;
+    DomNode removed;
+    element->get_attributes(map.Put());
+    return map->removeNamedItem(CComBSTR(name).Get(), removed.Put());
+}
+
+void Append(const DomNode& parent, const DomNode& child)
+{
+    DomNode appended;
+    ASSERT_EQ(S_OK, parent->appendChild(child.Get(), appended.Put()));
+}
+
+} // namespace
+
+TEST(DomNamespaces, ALostDeclarationIsReplacedByOneInScope)
+{
+    struct Case
+    {
+        const char* name;
+        const WCHAR* text;
+        const WCHAR* lost;
+        const char* written; // the root element
+    };
+    const Case cases[] = {
+        {"unused", W("<a xmlns:p='u'/>"), W("xmlns:p"), "<a/>"},
+        {"another prefix beside", W("<a xmlns:p='u' xmlns:tk='u'><p:b p:c='1'/></a>"), W("xmlns:p"),
+         "<a xmlns:tk=\"u\"><tk:b tk:c=\"1\"/></a>"},
+        {"no other prefix", W("<a xmlns:p='u'><b><p:c/></b></a>"), W("xmlns:p"), "<a><b><p:c xmlns:p=\"u\"/></b></a>"},
+        {"on its own element", W("<p:a xmlns:p='u' xmlns:tk='u'/>"), W("xmlns:p"), "<tk:a xmlns:tk=\"u\"/>"},
+        {"declared again below", W("<a xmlns:p='u' xmlns:tk='u'><b xmlns:p='v'><p:c/></b></a>"), W("xmlns:p"),
+         "<a xmlns:tk=\"u\"><b xmlns:p=\"v\"><p:c/></b></a>"},
+        {"the other prefix means something else below", W("<a xmlns:p='u' xmlns:tk='u'><b xmlns:tk='v'><p:c/></b></a>"),
+         W("xmlns:p"), "<a xmlns:tk=\"u\"><b xmlns:tk=\"v\"><p:c xmlns:p=\"u\"/></b></a>"},
+        {"a default for elements", W("<a xmlns='u'><b c='1'/></a>"), W("xmlns"), "<a xmlns=\"u\"><b c=\"1\"/></a>"},
+        {"a default is no help to attributes", W("<a xmlns:p='u' xmlns='u'><b p:c='1'/></a>"), W("xmlns:p"),
+         "<a xmlns=\"u\"><b xmlns:p=\"u\" p:c=\"1\"/></a>"},
+    };
+    for (const Case& test : cases)
+    {
+        SCOPED_TRACE(test.name);
+        const DomDocument document = Loaded(test.text);
+        const std::string meaning = Meaning(document.Get());
+        const DomNode root = RootOf(document);
+        ASSERT_EQ(S_OK, RemoveAttribute(root, test.lost));
+        EXPECT_EQ(test.written, XmlOf(root.Get()));
+        EXPECT_EQ(meaning, Meaning(document.Get()));
+        EXPECT_EQ(meaning, MeaningOfText(XmlOf(document.Get())));
+    }
+}
+
+TEST(DomNamespaces, NamesWithoutADeclarationGetOne)
+{
+    const DomDocument document = Loaded(W("<a xmlns:p='u' xmlns:q='v'/>"));
+    const DomNode root = RootOf(document);
+    AddAttribute(document, root.Get(), W("type"), kInstanceUri, W("xsd:integer")); // no prefix is known for it
+    AddAttribute(document, root.Get(), W("p:n"), W("w"), W("1"));                  // its prefix is taken
+    AddAttribute(document, root.Get(), W("n"), W("v"), W("2"));                    // another prefix is at hand
+    const DomNode child = Created(document, NODE_ELEMENT, W("p:b"), W("x"));
+    AddAttribute(document, child.Get(), W("p:n"), W("u"), W("3")); // contradicts its element's prefix
+    AddAttribute(document, child.Get(), W("xmlns:p"), W(""), W("y"));
+    Append(root, child);
+    const std::string meaning = "{}a(@{http://www.w3.org/2001/XMLSchema-instance}type=xsd:integer @{v}n=2 @{w}n=1)"
+                                "[{x}b(@{u}n=3)[]]";
+    EXPECT_EQ(meaning, Meaning(document.Get()));
+    EXPECT_EQ(meaning, MeaningOfText(XmlOf(document.Get()))) << XmlOf(document.Get());
+    EXPECT_NE(std::string::npos, XmlOf(document.Get()).find("xsi:type=\"xsd:integer\""));
+}
+
+TEST(DomNamespaces, AnElementInNoNamespaceStaysThere)
+{
+    const DomDocument document = Loaded(W("<a xmlns='u'/>"));
+    const DomNode plain = Created(document, NODE_ELEMENT, W("b"));
+    AddAttribute(document, plain.Get(), W("xmlns"), W(""), W("v")); // cannot hold on an element without a namespace
+    Append(plain, Created(document, NODE_ELEMENT, W("c"), W("v")));
+    Append(RootOf(document), plain);
+    EXPECT_EQ("{u}a()[{}b()[{v}c()[]]]", MeaningOfText(XmlOf(document.Get()))) << XmlOf(document.Get());
+}
+
+TEST(DomNamespaces, ADeclarationInUseKeepsItsMeaning)
+{
+    const DomDocument document = Loaded(W("<p:a xmlns:p='u'/>"));
+    ComPtr<IXMLDOMElement> root;
+    ASSERT_EQ(S_OK, document->get_documentElement(root.Put()));
+    EXPECT_EQ(S_OK, root->setAttribute(CComBSTR(W("xmlns:p")).Get(), Variant(W("u")).Get()));
+    EXPECT_EQ(E_INVALIDARG, root->setAttribute(CComBSTR(W("xmlns:p")).Get(), Variant(W("v")).Get()));
+    ComPtr<IXMLDOMAttribute> declaration;
+    ASSERT_EQ(S_OK, root->getAttributeNode(CComBSTR(W("xmlns:p")).Get(), declaration.Put()));
+    EXPECT_EQ(E_INVALIDARG, declaration->put_text(CComBSTR(W("v")).Get()));
+    EXPECT_EQ("{u}a()[]", MeaningOfText(XmlOf(document.Get())));
+}
+
+TEST(DomNamespaces, DeclarationsAreNoAttributesForXPath)
+{
+    const DomDocument document = Loaded(W("<a xmlns:p='u' xmlns='v' b='1'/>"));
+    ComPtr<IXMLDOMNodeList> list;
+    LONG length = 0;
+    ASSERT_EQ(S_OK, document->selectNodes(CComBSTR(W("//@*")).Get(), list.Put()));
+    EXPECT_EQ(S_OK, list->get_length(&length));
+    EXPECT_EQ(1, length);
+    EXPECT_FALSE(Select(document.Get(), W("//@p | //@xmlns")));
+}

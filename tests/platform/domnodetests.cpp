@@ -1,0 +1,286 @@
+// Nodes: what they are called, what they hold, where they stand, how they are made and moved.
+#include <gtest/gtest.h>
+
+#include "tests/platform/domfixture.h"
+#include "tests/platform/wine.h"
+
+namespace
+{
+
+std::string Or(const CComBSTR& text)
+{
+    return text.Get() != nullptr ? Narrow(text.View()) : "-";
+}
+
+HRESULT InsertBefore(IXMLDOMNode* parent, const DomNode& child, const DomNode& reference)
+{
+    DomNode inserted;
+    return parent->insertBefore(child.Get(), Variant(reference).Get(), inserted.Put());
+}
+
+HRESULT Remove(IXMLDOMNode* parent, const DomNode& child)
+{
+    DomNode removed;
+    return parent->removeChild(child.Get(), removed.Put());
+}
+
+HRESULT Append(IXMLDOMNode* parent, const DomNode& child)
+{
+    DomNode appended;
+    return parent->appendChild(child.Get(), appended.Put());
+}
+
+} // namespace
+
+TEST(DomNode, TellsItsNamesAndValue)
+{
+    const DomDocument document = Loaded(W("<p:e xmlns:p='u' q='v' p:r='w'>t<![CDATA[c]]><!--m--><?i d?><n/></p:e>"));
+    SetProperty(document, W("SelectionNamespaces"), W("xmlns:x='u'"));
+    struct Case
+    {
+        const WCHAR* query;
+        DOMNodeType kind;
+        const char* kindName;
+        const char* name;
+        const char* baseName;
+        const char* prefix;
+        const char* uri;
+        const char* value;
+    };
+    const Case cases[] = {
+        {W("/x:e"), NODE_ELEMENT, "element", "p:e", "e", "p", "u", "-"},
+        {W("/x:e/n"), NODE_ELEMENT, "element", "n", "n", "-", "-", "-"},
+        {W("/x:e/@q"), NODE_ATTRIBUTE, "attribute", "q", "q", "-", "-", "v"},
+        {W("/x:e/@x:r"), NODE_ATTRIBUTE, "attribute", "p:r", "r", "p", "u", "w"},
+        {W("/x:e/text()[1]"), NODE_TEXT, "text", "#text", "-", "-", "-", "t"},
+        {W("/x:e/text()[2]"), NODE_CDATA_SECTION, "cdatasection", "#cdata-section", "-", "-", "-", "c"},
+        {W("/x:e/comment()"), NODE_COMMENT, "comment", "#comment", "-", "-", "-", "m"},
+        {W("//processing-instruction()"), NODE_PROCESSING_INSTRUCTION, "processinginstruction", "i", "i", "-", "-",
+         "d"},
+        {W("/"), NODE_DOCUMENT, "document", "#document", "-", "-", "-", "-"},
+    };
+    for (const Case& test : cases)
+    {
+        SCOPED_TRACE(Narrow(test.query));
+        const DomNode node = Select(document.Get(), test.query);
+        ASSERT_TRUE(node);
+        DOMNodeType kind = NODE_INVALID;
+        CComBSTR kindName, name, baseName, prefix, uri;
+        Variant value;
+        EXPECT_EQ(S_OK, node->get_nodeType(&kind));
+        EXPECT_EQ(test.kind, kind);
+        EXPECT_EQ(S_OK, node->get_nodeTypeString(kindName.Put()));
+        EXPECT_EQ(test.kindName, Or(kindName));
+        EXPECT_EQ(S_OK, node->get_nodeName(name.Put()));
+        EXPECT_EQ(test.name, Or(name));
+        EXPECT_EQ(test.baseName == std::string("-") ? S_FALSE : S_OK, node->get_baseName(baseName.Put()));
+        EXPECT_EQ(test.baseName, Or(baseName));
+        EXPECT_EQ(test.prefix == std::string("-") ? S_FALSE : S_OK, node->get_prefix(prefix.Put()));
+        EXPECT_EQ(test.prefix, Or(prefix));
+        EXPECT_EQ(test.uri == std::string("-") ? S_FALSE : S_OK, node->get_namespaceURI(uri.Put()));
+        EXPECT_EQ(test.uri, Or(uri));
+        EXPECT_EQ(test.value == std::string("-") ? S_FALSE : S_OK, node->get_nodeValue(value.Put()));
+        EXPECT_EQ(test.value, value.Get().vt == VT_BSTR ? Narrow(value.Get().bstrVal) : "-");
+    }
+}
+
+TEST(DomNode, TextIsTrimmedUnlessWhiteSpaceIsKept)
+{
+    struct Case
+    {
+        const WCHAR* text;
+        const char* trimmed;
+        const char* kept;
+    };
+    const Case cases[] = {
+        {W("<a> x </a>"), "x", " x "},
+        {W("<a>x <b>y</b> z</a>"), "x y z", "x y z"},
+        {W("<a>\n <b>5</b>\n</a>"), "5", "\n 5\n"},
+        {W("<a><b>1</b> <b>2</b></a>"), "1 2", "1 2"},
+        {W("<a> <b> y </b> <b> z </b> </a>"), "y   z", "  y   z  "},
+        {W("<a><![CDATA[ x ]]></a>"), " x ", " x "},
+        {W("<a> x<![CDATA[ y ]]> z </a>"), "x y  z", " x y  z "},
+        {W("<a>x<!-- c -->y<?p q?>z</a>"), "xyz", "xyz"},
+        {W("<a xml:space='preserve'> x </a>"), " x ", " x "},
+        {W("<a>\u00A0x\u00A0</a>"), "\xC2\xA0x\xC2\xA0", "\xC2\xA0x\xC2\xA0"},
+        {W("<a>x\r\ny</a>"), "x\ny", "x\ny"},
+        {W("<a>  </a>"), "", "  "},
+        {W("<a b=' v '/>"), "", ""},
+    };
+    for (const Case& test : cases)
+    {
+        SCOPED_TRACE(Narrow(test.text));
+        const DomDocument document = Loaded(test.text);
+        const DomNode root = RootOf(document);
+        EXPECT_EQ(test.trimmed, TextOf(root.Get()));
+        Variant typed; // no data type is declared, so the typed value is the text
+        EXPECT_EQ(S_OK, root->get_nodeTypedValue(typed.Put()));
+        ASSERT_EQ(VT_BSTR, typed.Get().vt);
+        EXPECT_EQ(test.trimmed, Narrow(CComBSTR(typed.Get().bstrVal).View()));
+
+        const DomDocument keeping = NewDocument();
+        keeping->put_preserveWhiteSpace(VARIANT_TRUE);
+        ASSERT_EQ(S_OK, LoadText(keeping, test.text));
+        EXPECT_EQ(test.kept, TextOf(RootOf(keeping).Get()));
+    }
+}
+
+TEST(DomNode, TextThatIsPutComesBack)
+{
+    for (const WCHAR* const text : {W("plain"), W("<b>&amp;\"'"), W("]]>"), W("a\tb"), W("\u00E9\u4E2D"), W("")})
+    {
+        SCOPED_TRACE(Narrow(text));
+        const DomDocument document = Loaded(W("<a b='old'><c/>old</a>"));
+        const DomNode root = RootOf(document);
+        const DomNode attribute = Select(root.Get(), W("@b"));
+        ASSERT_EQ(S_OK, root->put_text(CComBSTR(text).Get()));
+        ASSERT_EQ(S_OK, attribute->put_text(CComBSTR(text).Get()));
+        EXPECT_EQ("{}a(@{}b=" + Narrow(text) + ")[" + Narrow(text) + "]", MeaningOfText(XmlOf(document.Get())));
+    }
+}
+
+TEST(DomNode, WalksAmongItsRelatives)
+{
+    const DomDocument document = Loaded(W("<a><b/><c/><d/></a>"));
+    const DomNode root = RootOf(document);
+    const DomNode middle = Select(root.Get(), W("c"));
+    DomNode parent, first, last, previous, next, none;
+    EXPECT_EQ(S_OK, middle->get_parentNode(parent.Put()));
+    EXPECT_EQ("a", NameOf(parent.Get()));
+    EXPECT_EQ(S_OK, parent->get_firstChild(first.Put()));
+    EXPECT_EQ(S_OK, parent->get_lastChild(last.Put()));
+    EXPECT_EQ(S_OK, middle->get_previousSibling(previous.Put()));
+    EXPECT_EQ(S_OK, middle->get_nextSibling(next.Put()));
+    EXPECT_EQ("bdbd", NameOf(first.Get()) + NameOf(last.Get()) + NameOf(previous.Get()) + NameOf(next.Get()));
+    EXPECT_EQ(S_FALSE, first->get_previousSibling(none.Put()));
+    EXPECT_EQ(S_FALSE, last->get_nextSibling(none.Put()));
+    EXPECT_EQ(S_FALSE, middle->get_firstChild(none.Put()));
+    EXPECT_EQ(S_FALSE, document->get_parentNode(none.Put()));
+    EXPECT_FALSE(none);
+    ComPtr<IXMLDOMDocument> owner;
+    EXPECT_EQ(S_OK, middle->get_ownerDocument(owner.Put()));
+    EXPECT_EQ(XmlOf(document.Get()), XmlOf(owner.Get()));
+}
+
+TEST(DomNode, ChildrenAreInsertedReplacedAndRemoved)
+{
+    const DomDocument document = Loaded(W("<a><b/><c><d/></c></a>"));
+    const DomNode root = RootOf(document);
+    const DomNode first = Select(root.Get(), W("b"));
+    const DomNode second = Select(root.Get(), W("c"));
+    const DomNode deeper = Select(root.Get(), W("c/d"));
+    const DomNode created = Created(document, NODE_ELEMENT, W("n"));
+
+    ASSERT_EQ(S_OK, InsertBefore(root.Get(), created, second));
+    EXPECT_EQ("{}a()[{}b()[]{}n()[]{}c()[{}d()[]]]", Meaning(root.Get()));
+    ASSERT_EQ(S_OK, Append(root.Get(), created)); // it moves
+    EXPECT_EQ("{}a()[{}b()[]{}c()[{}d()[]]{}n()[]]", Meaning(root.Get()));
+    DomNode replaced;
+    ASSERT_EQ(S_OK, root->replaceChild(deeper.Get(), first.Get(), replaced.Put()));
+    EXPECT_EQ("b", NameOf(replaced.Get()));
+    EXPECT_EQ("{}a()[{}d()[]{}c()[]{}n()[]]", Meaning(root.Get()));
+    ASSERT_EQ(S_OK, Remove(root.Get(), second));
+    EXPECT_EQ("{}a()[{}d()[]{}n()[]]", Meaning(root.Get()));
+    DomNode none;
+    EXPECT_EQ(S_FALSE, second->get_parentNode(none.Put()));
+
+    EXPECT_EQ(E_INVALIDARG, Remove(root.Get(), second)) << "no longer a child";
+    EXPECT_EQ(E_INVALIDARG, Remove(root.Get(), DomNode()));
+    EXPECT_EQ(E_INVALIDARG, root->replaceChild(created.Get(), second.Get(), replaced.Put()));
+    EXPECT_EQ(E_INVALIDARG, root->replaceChild(nullptr, created.Get(), replaced.Put()));
+    EXPECT_TRUE(FAILED(Append(root.Get(), Created(document, NODE_ATTRIBUTE, W("q")))));
+    EXPECT_EQ("{}a()[{}d()[]{}n()[]]", Meaning(root.Get()));
+}
+
+TEST(DomNode, ANodeOfAnotherDocumentMoves)
+{
+    const DomDocument source = Loaded(W("<s xmlns:p='u'><p:x p:q='v'>t<p:y/></p:x></s>"));
+    const DomDocument target = Loaded(W("<t/>"));
+    const DomNode moving = Select(source.Get(), W("/s/*"));
+    ASSERT_EQ(S_OK, Append(RootOf(target).Get(), moving));
+    EXPECT_EQ("{}s()[]", Meaning(source.Get()));
+    EXPECT_EQ("x", NameOf(moving.Get()).substr(2));
+    if (!IsWine()) // Wine's moved names lose their namespace
+    {
+        EXPECT_EQ("{}t()[{u}x(@{u}q=v)[t{u}y()[]]]", MeaningOfText(XmlOf(target.Get())));
+    }
+    ComPtr<IXMLDOMDocument> owner;
+    ASSERT_EQ(S_OK, moving->get_ownerDocument(owner.Put()));
+    EXPECT_EQ(XmlOf(target.Get()), XmlOf(owner.Get()));
+}
+
+TEST(DomNode, ClonesAreDetachedCopies)
+{
+    const DomDocument document = Loaded(W("<a><b xmlns:p='u' p:c='v'>t<d/></b></a>"));
+    const DomNode original = Select(document.Get(), W("/a/b"));
+    DomNode deep, shallow, none;
+    ASSERT_EQ(S_OK, original->cloneNode(VARIANT_TRUE, deep.Put()));
+    ASSERT_EQ(S_OK, original->cloneNode(VARIANT_FALSE, shallow.Put()));
+    EXPECT_EQ("{}b(@{u}c=v)[t{}d()[]]", Meaning(deep.Get()));
+    EXPECT_EQ("{}b(@{u}c=v)[]", Meaning(shallow.Get()));
+    EXPECT_EQ(S_FALSE, deep->get_parentNode(none.Put()));
+    ASSERT_EQ(S_OK, deep->put_text(CComBSTR(W("changed")).Get()));
+    EXPECT_EQ("{}a()[{}b(@{u}c=v)[t{}d()[]]]", Meaning(document.Get()));
+}
+
+TEST(DomNode, CreateNodeMakesTheKindsThatAreAskedFor)
+{
+    const DomDocument document = Loaded(W("<a/>"));
+    struct Case
+    {
+        LONG kind;
+        const WCHAR* name;
+        const WCHAR* uri;
+        HRESULT result;
+        const char* createdName;
+    };
+    const Case cases[] = {
+        {NODE_ELEMENT, W("p:e"), W("u"), S_OK, "p:e"},
+        {NODE_ELEMENT, W("e"), W(""), S_OK, "e"},
+        {NODE_ATTRIBUTE, W("p:q"), W("u"), S_OK, "p:q"},
+        {NODE_ATTRIBUTE, W("type"), kInstanceUri, S_OK, "type"},
+        {NODE_ATTRIBUTE, W("xmlns:tk"), W(""), S_OK, "xmlns:tk"},
+        {NODE_TEXT, W(""), W(""), S_OK, "#text"},
+        {NODE_CDATA_SECTION, W(""), W(""), S_OK, "#cdata-section"},
+        {NODE_COMMENT, W(""), W(""), S_OK, "#comment"},
+        {NODE_PROCESSING_INSTRUCTION, W("i"), W(""), S_OK, "i"},
+        {NODE_DOCUMENT_FRAGMENT, W(""), W(""), S_OK, "#document-fragment"},
+        {NODE_ELEMENT, W(""), W(""), E_FAIL, ""},
+        {NODE_DOCUMENT, W(""), W(""), E_INVALIDARG, ""},
+        {NODE_ENTITY, W("e"), W(""), E_INVALIDARG, ""},
+        {NODE_INVALID, W("e"), W(""), E_FAIL, ""},
+        {99, W("e"), W(""), E_FAIL, ""},
+    };
+    for (const Case& test : cases)
+    {
+        SCOPED_TRACE(std::to_string(test.kind) + " " + Narrow(test.name));
+        DomNode node;
+        EXPECT_EQ(test.result, document->createNode(Variant(test.kind).Get(), CComBSTR(test.name).Get(),
+                                                    CComBSTR(test.uri).Get(), node.Put()));
+        EXPECT_EQ(test.createdName, node ? NameOf(node.Get()) : "");
+    }
+}
+
+TEST(DomNode, CreatedElementsAreInTheirNamespaceInTheText)
+{
+    const DomDocument document = Loaded(W("<p:a xmlns:p='u'/>"));
+    const DomNode root = RootOf(document);
+    const DomNode outer = Created(document, NODE_ELEMENT, W("p:b"), W("u"));
+    ASSERT_EQ(S_OK, Append(root.Get(), outer));
+    ASSERT_EQ(S_OK, Append(outer.Get(), Created(document, NODE_ELEMENT, W("q:c"), W("v"))));
+    ASSERT_EQ(S_OK, Append(outer.Get(), Created(document, NODE_ELEMENT, W("d"), W("w"))));
+    ASSERT_EQ(S_OK, Append(outer.Get(), Created(document, NODE_ELEMENT, W("e"))));
+    EXPECT_EQ("{u}a()[{u}b()[{v}c()[]{w}d()[]{}e()[]]]", MeaningOfText(XmlOf(document.Get())));
+    EXPECT_EQ("{u}b()[{v}c()[]{w}d()[]{}e()[]]", MeaningOfText(XmlOf(outer.Get()))) << "a part is complete by itself";
+}
+
+TEST(DomNode, OutlivesTheDocumentObject)
+{
+    DomDocument document = Loaded(W("<a><b>text</b></a>"));
+    const DomNode node = Select(document.Get(), W("//b"));
+    document.Reset();
+    EXPECT_EQ("text", TextOf(node.Get()));
+    DomNode parent;
+    ASSERT_EQ(S_OK, node->get_parentNode(parent.Put()));
+    EXPECT_EQ("{}a()[{}b()[text]]", Meaning(parent.Get()));
+}

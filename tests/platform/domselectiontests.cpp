@@ -1,0 +1,156 @@
+// Queries, their results and the properties that govern them.
+#include <gtest/gtest.h>
+
+#include "tests/platform/domfixture.h"
+
+namespace
+{
+
+ComPtr<IXMLDOMNodeList> SelectAll(IXMLDOMNode* context, const WCHAR* query)
+{
+    ComPtr<IXMLDOMNodeList> list;
+    EXPECT_EQ(S_OK, context->selectNodes(CComBSTR(query).Get(), list.Put())) << Narrow(query);
+    return list;
+}
+
+std::string Ids(IXMLDOMNode* context, const WCHAR* query)
+{
+    const ComPtr<IXMLDOMNodeList> list = SelectAll(context, query);
+    std::string ids;
+    DomNode node;
+    while (list->nextNode(node.Put()) == S_OK)
+        ids += TextOf(Select(node.Get(), W("@id")).Get());
+    return ids;
+}
+
+DomDocument Ticket()
+{
+    const DomDocument document = Loaded(W("<p:t xmlns:p='u' id='0'><p:f id='1' name='k:A'><p:o id='2'/>"
+                                          "<p:s id='3' name='k:N'><p:v id='4'/></p:s></p:f><p:f id='5' name='k:B'>"
+                                          "<p:o id='6'/></p:f><f id='7'/><!-- c --></p:t>"));
+    EXPECT_EQ(S_OK, SetProperty(document, W("SelectionLanguage"), W("XPath")));
+    EXPECT_EQ(S_OK, SetProperty(document, W("SelectionNamespaces"), W("xmlns:x='u' xmlns:other=\"v\"")));
+    return document;
+}
+
+} // namespace
+
+TEST(DomSelection, FindsNodesInDocumentOrder)
+{
+    const DomDocument document = Ticket();
+    struct Case
+    {
+        const WCHAR* query;
+        const char* ids;
+    };
+    const Case cases[] = {
+        {W("//x:f"), "15"},
+        {W("//f"), "7"},
+        {W("//other:f"), ""},
+        {W("//x:f[@name = \"k:B\"]"), "5"},
+        {W("//x:f[@name = \"k:A\"]/x:o | //x:f[@name = \"k:A\"]/x:s[@name = \"k:N\"]/x:v"), "24"},
+        {W("//x:v | //x:o"), "246"},
+        {W("//*[@name]"), "135"},
+        {W("/x:t"), "0"},
+        {W("//x:f[2]"), "5"},
+    };
+    for (const Case& test : cases)
+        EXPECT_EQ(test.ids, Ids(document.Get(), test.query)) << Narrow(test.query);
+
+    const DomNode feature = Select(document.Get(), W("//x:f"));
+    EXPECT_EQ("2", Ids(feature.Get(), W("./x:o"))) << "relative to the node";
+    EXPECT_EQ("4", Ids(feature.Get(), W(".//x:v")));
+    EXPECT_EQ("15", Ids(feature.Get(), W("//x:f"))) << "// is the document's";
+}
+
+TEST(DomSelection, AbsenceAndBadQueriesDiffer)
+{
+    const DomDocument document = Ticket();
+    DomNode node;
+    EXPECT_EQ(S_FALSE, document->selectSingleNode(CComBSTR(W("//x:none")).Get(), node.Put()));
+    EXPECT_FALSE(node);
+    for (const WCHAR* const query : {W("//x:f["), W(""), W("count(//x:f)"), W("//unbound:f"), W("//p:f"), W("]")})
+    {
+        SCOPED_TRACE(Narrow(query));
+        ComPtr<IXMLDOMNodeList> list;
+        EXPECT_EQ(E_FAIL, document->selectSingleNode(CComBSTR(query).Get(), node.Put()));
+        EXPECT_EQ(E_FAIL, document->selectNodes(CComBSTR(query).Get(), list.Put()));
+    }
+    EXPECT_EQ(E_INVALIDARG, document->selectSingleNode(nullptr, node.Put()));
+    EXPECT_EQ("15", Ids(document.Get(), W("//x:f"))) << "works again";
+}
+
+TEST(DomSelection, ListsStayAsTheyWereFound)
+{
+    const DomDocument document = Ticket();
+    const ComPtr<IXMLDOMNodeList> list = SelectAll(document.Get(), W("//x:f | //f"));
+    LONG length = 0;
+    EXPECT_EQ(S_OK, list->get_length(&length));
+    EXPECT_EQ(3, length);
+    for (LONG at = 0; at < length; ++at)
+    {
+        DomNode node, parent, removed;
+        ASSERT_EQ(S_OK, list->get_item(at, node.Put()));
+        ASSERT_EQ(S_OK, node->get_parentNode(parent.Put()));
+        ASSERT_EQ(S_OK, parent->removeChild(node.Get(), removed.Put()));
+    }
+    EXPECT_EQ(S_OK, list->get_length(&length));
+    EXPECT_EQ(3, length);
+    EXPECT_EQ("", Ids(document.Get(), W("//x:f")));
+    DomNode node;
+    EXPECT_EQ(S_OK, list->get_item(1, node.Put()));
+    EXPECT_EQ("k:B", TextOf(Select(node.Get(), W("@name")).Get()));
+    EXPECT_EQ(S_FALSE, list->get_item(3, node.Put()));
+    EXPECT_EQ(S_FALSE, list->get_item(-1, node.Put()));
+    EXPECT_EQ(S_OK, list->reset());
+    for (LONG at = 0; at < length; ++at)
+        EXPECT_EQ(S_OK, list->nextNode(node.Put()));
+    EXPECT_EQ(S_FALSE, list->nextNode(node.Put()));
+    EXPECT_EQ(S_OK, list->reset());
+    EXPECT_EQ(S_OK, list->nextNode(node.Put()));
+}
+
+TEST(DomSelection, ChildListsFollowTheTree)
+{
+    const DomDocument document = Loaded(W("<a><b/><c/></a>"));
+    const DomNode root = RootOf(document);
+    ComPtr<IXMLDOMNodeList> children;
+    ASSERT_EQ(S_OK, root->get_childNodes(children.Put()));
+    DomNode node, out;
+    ASSERT_EQ(S_OK, children->get_item(1, node.Put()));
+    EXPECT_EQ("c", NameOf(node.Get()));
+    ASSERT_EQ(S_OK, root->appendChild(Created(document, NODE_ELEMENT, W("d")).Get(), out.Put()));
+    LONG length = 0;
+    EXPECT_EQ(S_OK, children->get_length(&length));
+    EXPECT_EQ(3, length);
+    ASSERT_EQ(S_OK, root->removeChild(Select(root.Get(), W("b")).Get(), out.Put()));
+    ASSERT_EQ(S_OK, children->get_item(1, node.Put()));
+    EXPECT_EQ("d", NameOf(node.Get()));
+    EXPECT_EQ(S_FALSE, children->get_item(2, node.Put()));
+}
+
+TEST(DomSelection, PropertiesTakeWhatTheyCanUse)
+{
+    struct Case
+    {
+        const WCHAR* name;
+        const WCHAR* value;
+        HRESULT result;
+    };
+    const Case cases[] = {
+        {W("SelectionLanguage"), W("XPath"), S_OK},
+        {W("SelectionLanguage"), W("Prolog"), E_FAIL},
+        {W("SelectionNamespaces"), W("xmlns:a='u'"), S_OK},
+        {W("SelectionNamespaces"), W("xmlns:a=\"u\" xmlns:b='v'"), S_OK},
+        {W("SelectionNamespaces"), W(""), S_OK},
+        {W("SelectionNamespaces"), W("a='u'"), E_FAIL},
+        {W("SelectionNamespaces"), W("xmlns:a=u"), E_FAIL},
+        {W("SelectionNamespaces"), W("xmlns:a='u' rest"), E_FAIL},
+        {W("NoSuchProperty"), W("x"), E_FAIL},
+    };
+    for (const Case& test : cases)
+        EXPECT_EQ(test.result, SetProperty(NewDocument(), test.name, test.value)) << Narrow(test.value);
+    const DomDocument document = Ticket();
+    ASSERT_EQ(S_OK, LoadText(document, W("<p:f xmlns:p='u' id='9'/>")));
+    EXPECT_EQ("9", Ids(document.Get(), W("//x:f"))) << "properties outlast loading";
+}
