@@ -47,7 +47,7 @@ public:
     CXString& operator+=(WStringView text);
     void Clear() noexcept;
 
-    // Latin letters and their accented forms, as the platform's _wcsicmp.
+    // Latin letters and their accented forms, whatever the locale.
     [[nodiscard]] int CompareNoCase(WStringView other) const noexcept;
     [[nodiscard]] CXString ToLower() const;
 
