@@ -1,9 +1,24 @@
 // ProductData: what is known of the bound printer's product.
+//
+// Read once, from the printer model that is the installed driver's data file; it does not change afterwards. The
+// product strings are handed to the utility library (tvutil/textresourceloader.h), where they stay known as long as
+// this object lives.
+//
+// Everything returned by reference is valid as long as the object. Reading is safe on every thread. The library is
+// delay-loaded: plain functions only, nothing virtual.
 #pragma once
 
 #include <windows.h>
 
-class ProductData
+#include <tvcore/printermodel.h>
+#include <tvcore/tvcoreapi.h>
+#include <tvutil/cxstring.h>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+class TVCORE_API ProductData
 {
 public:
     // Values of the feature data model that describe a product.
@@ -14,4 +29,42 @@ public:
         ControllerFamilyMonochrome = 8431,
         ControllerFamilyColor = 8434,
     };
+
+    // The product of an installed printer; the handle is used during the call only. Throws ExceptionPrinterFailure or
+    // ExceptionPrintDriverFailure when the spooler does not answer, and ExceptionInvalidPrinterModel, which names the
+    // file and the place in it, when the model cannot be read.
+    explicit ProductData(HANDLE printer);
+    // A product that is known by its model alone. A printer name makes the texts known for that printer.
+    explicit ProductData(PrinterModel model, const CXString& printerName = CXString());
+    ~ProductData();
+    ProductData(const ProductData&) = delete;
+    ProductData& operator=(const ProductData&) = delete;
+
+    [[nodiscard]] const CXString& GetName() const noexcept;
+    [[nodiscard]] ULONGLONG GetCapability() const noexcept;
+    [[nodiscard]] ValueEnum GetControllerFamily() const noexcept;
+    [[nodiscard]] const PrinterModel::CoreDriver& GetCoreDriver() const noexcept;
+
+    // Product information as text; empty when the product has no such item.
+    [[nodiscard]] CXString GetInfo(std::int32_t item) const;
+
+    // In each list the first item is the printer's default.
+    [[nodiscard]] const std::vector<PrinterModel::Form>& GetForms() const noexcept;
+    [[nodiscard]] const std::vector<PrinterModel::Resolution>& GetResolutions() const noexcept;
+    [[nodiscard]] const std::vector<PrinterModel::MediaType>& GetMediaTypes() const noexcept;
+    [[nodiscard]] const std::vector<PrinterModel::Bin>& GetBins() const noexcept;
+
+    // Microns; all 0 when the product says nothing of that paper.
+    [[nodiscard]] PrinterModel::Margins GetMargins(std::uint16_t paperId) const noexcept;
+
+    [[nodiscard]] std::uint16_t GetMaxCopies() const noexcept;
+    [[nodiscard]] const PrinterModel::Extent& GetMinExtent() const noexcept;
+    [[nodiscard]] const PrinterModel::Extent& GetMaxExtent() const noexcept;
+
+    // The catalogue default of a data-model feature; null when the product leaves it to the catalogue.
+    [[nodiscard]] const PrinterModel::DefaultValue* GetDefault(std::int32_t feature) const noexcept;
+
+private:
+    struct Content;
+    const std::unique_ptr<const Content> m_content;
 };

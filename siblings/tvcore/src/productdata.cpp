@@ -1,0 +1,107 @@
+#include <tvcore/productdata.h>
+
+#include <utility>
+
+#include <tvutil/printer.h>
+#include <tvutil/textresourceloader.h>
+
+#include "driverdatafile.h"
+
+struct ProductData::Content
+{
+    PrinterModel model;
+    std::shared_ptr<const TextResourceLoader::Texts> texts; // keeps them known; null without a printer
+};
+
+ProductData::ProductData(HANDLE printer)
+    : ProductData(ReadPrinterModel(FindDriverDataFile(printer)), Printer(printer).GetPrinterName())
+{
+}
+
+ProductData::ProductData(PrinterModel model, const CXString& printerName)
+    : m_content(
+          [&]
+          {
+              auto content = std::make_unique<Content>();
+              content->model = std::move(model);
+              if (!printerName.IsEmpty())
+                  content->texts = TextResourceLoader::Share(printerName, content->model.productStrings);
+              return content;
+          }())
+{
+}
+
+ProductData::~ProductData() = default;
+
+const CXString& ProductData::GetName() const noexcept
+{
+    return m_content->model.name;
+}
+
+ULONGLONG ProductData::GetCapability() const noexcept
+{
+    return m_content->model.capability;
+}
+
+ProductData::ValueEnum ProductData::GetControllerFamily() const noexcept
+{
+    return static_cast<ValueEnum>(m_content->model.controllerFamily); // the model's reader knows them all
+}
+
+const PrinterModel::CoreDriver& ProductData::GetCoreDriver() const noexcept
+{
+    return m_content->model.coreDriver;
+}
+
+CXString ProductData::GetInfo(std::int32_t item) const
+{
+    const auto found = m_content->model.productInformation.find(item);
+    return found != m_content->model.productInformation.end() ? found->second : CXString();
+}
+
+const std::vector<PrinterModel::Form>& ProductData::GetForms() const noexcept
+{
+    return m_content->model.forms;
+}
+
+const std::vector<PrinterModel::Resolution>& ProductData::GetResolutions() const noexcept
+{
+    return m_content->model.resolutions;
+}
+
+const std::vector<PrinterModel::MediaType>& ProductData::GetMediaTypes() const noexcept
+{
+    return m_content->model.mediaTypes;
+}
+
+const std::vector<PrinterModel::Bin>& ProductData::GetBins() const noexcept
+{
+    return m_content->model.bins;
+}
+
+PrinterModel::Margins ProductData::GetMargins(std::uint16_t paperId) const noexcept
+{
+    const auto found = m_content->model.margins.find(paperId);
+    return found != m_content->model.margins.end() ? found->second : PrinterModel::Margins();
+}
+
+std::uint16_t ProductData::GetMaxCopies() const noexcept
+{
+    return m_content->model.maxCopies;
+}
+
+const PrinterModel::Extent& ProductData::GetMinExtent() const noexcept
+{
+    return m_content->model.minExtent;
+}
+
+const PrinterModel::Extent& ProductData::GetMaxExtent() const noexcept
+{
+    return m_content->model.maxExtent;
+}
+
+const PrinterModel::DefaultValue* ProductData::GetDefault(std::int32_t feature) const noexcept
+{
+    const auto found = m_content->model.defaults.find(feature);
+    return found != m_content->model.defaults.end() ? &found->second : nullptr;
+}

@@ -1,0 +1,18 @@
+#include <tvcore/productstringloader.h>
+
+#include <tvutil/textresourceloader.h>
+
+ProductStringLoader::ProductStringLoader(ProductData::ValueEnum controllerFamily) noexcept
+    : m_controllerFamily(controllerFamily)
+{
+}
+
+CXString ProductStringLoader::LoadStringW(std::int32_t number) const
+{
+    return TextResourceLoader::LoadStringW(number);
+}
+
+ProductData::ValueEnum ProductStringLoader::GetControllerFamily() const noexcept
+{
+    return m_controllerFamily;
+}
