@@ -35,7 +35,8 @@ set(CMAKE_INSTALL_RPATH "$ORIGIN")
 
 add_library(tavlen_warnings INTERFACE)
 target_compile_options(tavlen_warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Woverloaded-virtual -Werror)
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Woverloaded-virtual
+  -Wdeprecated-copy-dtor -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # Optimised, GCC 12 sees overlapping copies in every "literal" + std::string (its bug 105651).
   target_compile_options(tavlen_warnings INTERFACE -Wno-restrict)

@@ -39,6 +39,8 @@ obedient_tree()
     file complugins/ptpcprovider/provider.h '#include "interfaces/prcomoem.h"'
     file tools/tvpt/main.cpp '#include <CLI/CLI.hpp>' '#include "complugins/ptpcprovider/provider.h"'
     file tools/tvpt/platform_linux.cpp '#include <sys/stat.h>'
+    file bench/b.cpp '#include <benchmark/benchmark.h>' '#include "tests/tvutil/t.h"'
+    file tests/tvutil/t.h '#include <unistd.h>'
     file tests/tvutil/t.cpp '#include <gtest/gtest.h>' '#include <winport/faultinjection.h>' '#ifdef _WIN32' '#endif'
 }
 
@@ -82,6 +84,7 @@ refuses "knowledge of the portability layer" "knows the portability layer" \
 refuses "JSON in the module" "third-party nlohmann/json.hpp" \
     complugins/ptpcprovider/bad.cpp '#include <nlohmann/json.hpp>'
 refuses "SQLite outside the platform layer" "third-party sqlite3.h" tools/tvpt/bad.cpp '#include <sqlite3.h>'
+refuses "the tests' library outside the tests" "third-party gtest/gtest.h" tools/tvpt/bad.cpp '#include <gtest/gtest.h>'
 refuses "POSIX in the module" "neither ours nor" complugins/bad.cpp '#include <unistd.h>'
 refuses "POSIX by a file's name in the module" "neither ours nor" complugins/bad_linux.cpp '#include <unistd.h>'
 refuses "a header that does not exist" "there is no file" complugins/bad.cpp '#include "complugins/gone.h"'
