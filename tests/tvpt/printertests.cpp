@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "hostrun.h"
+#include "platform.h"
 #include "printerhandle.h"
 
 namespace
@@ -141,6 +142,25 @@ TEST_F(Printers, OfOtherDriversAreLeftAlone)
                                    name + ": it was not installed by this program"));
     const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
     EXPECT_EQ(printer.StoreCapability(0x888), ERROR_SUCCESS); // so that it can be removed
+}
+
+TEST_F(Printers, AStoreThatCannotBeWrittenIsAnErrorWhereStoresAreChosen)
+{
+    WriteBytes(Folder() / "file", "");
+    const std::string store = File("file/store");
+    const RunResult result = RunHost({"--store", store, "printer", "add", "New", "--model", "tavlen-b4400-uni"});
+    if (!platform::StoreCanBeChosen())
+    {
+        EXPECT_EQ(result.status, 2);
+        EXPECT_TRUE(IsOneErrorLine(result.errors, "--store: the machine's spooler is used here"));
+        return;
+    }
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(IsOneErrorLine(result.errors, ": " + store + ": ERROR_"));
+    const RunResult behind = RunHost({"printer", "list", "--store", File("other")}); // behind the command, as well
+    EXPECT_EQ(behind.status, 0) << behind.errors;
+    EXPECT_TRUE(std::filesystem::exists(Folder() / "other"));
+    EXPECT_EQ(RunHost({"--store", "", "printer", "list"}).status, 2);
 }
 
 TEST_F(Printers, WrongUsageIsToldByItsStatus)

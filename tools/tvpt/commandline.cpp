@@ -13,20 +13,19 @@
 #include "failure.h"
 #include "platform.h"
 #include "printercommands.h"
+#include "printerhandle.h"
 #include "ticketcommands.h"
 
 namespace
 {
 
-constexpr char kStoreVariable[] = "TVPT_STORE";
-
 void ChooseStore(const std::string& folder)
 {
     if (!platform::StoreCanBeChosen())
         throw UsageFailure("--store: the machine's spooler is used here");
-    const CXString name = CXString::FromUtf8(kStoreVariable);
-    const CXString value = CXString::FromUtf8(folder);
-    if (!SetEnvironmentVariableW(name.c_str(), value.c_str()))
+    if (folder.empty())
+        throw UsageFailure("--store: no folder is given");
+    if (!SetEnvironmentVariableW(kStoreVariable, CXString::FromUtf8(folder).c_str()))
         FailWithWin32Error("choosing the store", folder, GetLastError());
 }
 

@@ -56,7 +56,7 @@ std::vector<InstalledDriver> ListDrivers()
         QuerySpooler(room, [&](LPBYTE bytes, DWORD size, LPDWORD needed)
                      { return EnumPrinterDriversW(nullptr, nullptr, kLevel, bytes, size, needed, &count); });
     if (error != ERROR_SUCCESS)
-        FailWithWin32Error("listing the drivers", "", error);
+        FailWithWin32Error("listing the drivers", SpoolerPlace(), error);
     std::vector<InstalledDriver> drivers;
     const auto* const infos = reinterpret_cast<const DRIVER_INFO_3W*>(room.data());
     for (DWORD index = 0; index < count; ++index)

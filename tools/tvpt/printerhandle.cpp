@@ -139,13 +139,20 @@ std::vector<PrinterSummary> ListLocalPrinters()
         QuerySpooler(room, [&](LPBYTE bytes, DWORD size, LPDWORD needed)
                      { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, kLevel, bytes, size, needed, &count); });
     if (error != ERROR_SUCCESS)
-        FailWithWin32Error("listing the printers", "", error);
+        FailWithWin32Error("listing the printers", SpoolerPlace(), error);
 
     std::vector<PrinterSummary> printers;
     const auto* const infos = reinterpret_cast<const PRINTER_INFO_2W*>(room.data());
     for (DWORD index = 0; index < count; ++index)
         printers.push_back({infos[index].pPrinterName, infos[index].pDriverName, infos[index].pPortName});
     return printers;
+}
+
+std::string SpoolerPlace()
+{
+    std::vector<WCHAR> folder(32768); // the most that a variable can hold
+    const DWORD length = GetEnvironmentVariableW(kStoreVariable, folder.data(), static_cast<DWORD>(folder.size()));
+    return length > 0 && length < folder.size() ? CXString(WStringView(folder.data(), length)).ToUtf8() : "the spooler";
 }
 
 std::vector<WCHAR> Terminated(const CXString& text)

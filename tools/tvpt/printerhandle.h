@@ -14,6 +14,9 @@
 
 #include <tvutil/cxstring.h>
 
+// The environment variable that chooses the spooler's store, where it can be chosen.
+inline constexpr const WCHAR* kStoreVariable = W("TVPT_STORE");
+
 class PrinterHandle
 {
 public:
@@ -63,6 +66,9 @@ struct DriverSummary
 [[nodiscard]] PrinterSummary DescribePrinter(const PrinterHandle& printer, const std::string& name);
 [[nodiscard]] DriverSummary DescribeDriver(const PrinterHandle& printer, const std::string& name);
 [[nodiscard]] std::vector<PrinterSummary> ListLocalPrinters();
+
+// What a failure of the spooler as a whole names: the store's folder where one was chosen.
+[[nodiscard]] std::string SpoolerPlace();
 
 // A zero-terminated copy, for the spooler's arguments, which are not const.
 [[nodiscard]] std::vector<WCHAR> Terminated(const CXString& text);
