@@ -107,6 +107,40 @@ TEST_F(SpoolerDrivers, AreUpdatedByAddingThemAgain)
     ASSERT_TRUE(InstallDriver());
 }
 
+TEST_F(SpoolerDrivers, AreFilesWhateverTheCaseOfTheirNames)
+{
+    const PrinterOwner printer = InstallPrinter();
+    SourceFile("tvCased.json", "a model");
+    const WideString named = (Scratch() / "TVcased.json").string<WCHAR>();
+    ASSERT_TRUE(InstallDriver(kDriver, named.c_str())) << GetLastError();
+    const auto driver = DriverAnswer<DRIVER_INFO_3W>(printer.Get(), 3);
+    ASSERT_TRUE(driver.IsGood());
+    EXPECT_EQ(fs::path(driver->pDataFile).filename(), "TVcased.json"); // as the installer named it
+    EXPECT_EQ(Content(driver->pDataFile), "a model");
+
+    // A second driver's file of that name is the same file.
+    fs::create_directories(Scratch() / "second");
+    const WideString newer = SourceFile("second/TvCased.json", "a newer model");
+    ASSERT_TRUE(InstallDriver(W("Tavlen Platform Second"), newer.c_str())) << GetLastError();
+    std::string content;
+    int files = 0;
+    for (const fs::directory_entry& entry : fs::directory_iterator(DriverDirectory() / "3"))
+    {
+        std::string name = entry.path().filename().string();
+        std::transform(name.begin(), name.end(), name.begin(), [](char c) { return c | 0x20; });
+        if (name == "tvcased.json")
+        {
+            content = Content(entry.path());
+            ++files;
+        }
+    }
+    EXPECT_EQ(files, 1);
+    EXPECT_EQ(content, "a newer model");
+    EXPECT_EQ(DeleteDriver(W("Tavlen Platform Second"), IsWine() ? 0 : DPD_DELETE_UNUSED_FILES), ERROR_SUCCESS);
+    fs::remove(Scratch() / "tvCased.json");
+    EXPECT_TRUE(InstallDriver(kDriver, nullptr)) << GetLastError();
+}
+
 TEST_F(SpoolerDrivers, AreRefusedWithTheReason)
 {
     DRIVER_INFO_3W info = {};
