@@ -22,7 +22,8 @@ class DevmodeFiles : public HostTest
 protected:
     std::string NewDevmode(const std::string& model = "tavlen-c9070-ps")
     {
-        const RunResult result = RunHost({"devmode", "new", "--printer", AddPrinter(model), "-o", File("new.dm")});
+        const RunResult result =
+            RunHost({"devmode", "new", "--printer", InstallTestPrinter(model), "-o", File("new.dm")});
         EXPECT_EQ(result.status, 0) << result.errors;
         return ReadBytes(Folder() / "new.dm");
     }

@@ -100,7 +100,7 @@ std::vector<std::string> HostTest::FilesLeft() const
     return files;
 }
 
-std::string HostTest::AddPrinter(const std::string& model)
+std::string HostTest::InstallTestPrinter(const std::string& model)
 {
     const std::string name = "Test " + model + " " + std::to_string(m_printers.size());
     const RunResult result = RunHost({"printer", "add", name, "--model", model});

@@ -37,7 +37,7 @@ protected:
     [[nodiscard]] std::vector<std::string> FilesLeft() const;
 
     // Adds a printer, expects success, and removes it at the end.
-    std::string AddPrinter(const std::string& model = "tavlen-c9070-ps");
+    std::string InstallTestPrinter(const std::string& model = "tavlen-c9070-ps");
     void RemoveAtEnd(const std::string& printer);
 
 private:

@@ -103,7 +103,7 @@ int RunChild(const std::string& arguments)
 
 TEST_F(Outputs, TheProgramItselfPassesBytesAndStatus)
 {
-    const std::string printer = AddPrinter();
+    const std::string printer = InstallTestPrinter();
     ASSERT_EQ(RunHost({"devmode", "new", "--printer", printer, "-o", File("d.dm")}).status, 0);
     const std::string devmode = ReadBytes(Folder() / "d.dm");
     // 10 is a line feed, which a text stream would not leave alone.

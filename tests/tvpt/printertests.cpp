@@ -37,7 +37,7 @@ protected:
 
 TEST_F(Printers, AreInstalledListedShownAndRemoved)
 {
-    const std::string name = AddPrinter("tavlen-b4400-uni");
+    const std::string name = InstallTestPrinter("tavlen-b4400-uni");
     EXPECT_TRUE(IsListed(name));
     EXPECT_NE(RunHost({"printer", "list"}).out.find(name + "\tTavlen B4400 Uni\n"), std::string::npos);
 
@@ -53,7 +53,7 @@ TEST_F(Printers, AreInstalledListedShownAndRemoved)
 
 TEST_F(Printers, RefreshStoresTheCapabilityAgain)
 {
-    const std::string name = AddPrinter("tavlen-b4400-uni");
+    const std::string name = InstallTestPrinter("tavlen-b4400-uni");
     {
         const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
         ASSERT_EQ(printer.StoreCapability(0), ERROR_SUCCESS);
@@ -64,8 +64,8 @@ TEST_F(Printers, RefreshStoresTheCapabilityAgain)
 
 TEST_F(Printers, TheDriverGoesWithItsLastPrinter)
 {
-    const std::string first = AddPrinter("tavlen-b4400-uni");
-    const std::string second = AddPrinter("tavlen-b4400-uni");
+    const std::string first = InstallTestPrinter("tavlen-b4400-uni");
+    const std::string second = InstallTestPrinter("tavlen-b4400-uni");
     EXPECT_EQ(RunHost({"printer", "remove", first}).status, 0);
     EXPECT_EQ(RunHost({"devmode", "new", "--printer", second, "-o", File("d")}).status, 0);
     EXPECT_EQ(RunHost({"printer", "remove", second}).status, 0);
@@ -77,7 +77,7 @@ TEST_F(Printers, TheDriverGoesWithItsLastPrinter)
 
 TEST_F(Printers, AnInstallationThatCannotBeDoneLeavesNothing)
 {
-    const std::string name = AddPrinter("tavlen-b4400-uni");
+    const std::string name = InstallTestPrinter("tavlen-b4400-uni");
     WriteBytes(Folder() / "bad.json", "{}");
     struct Row
     {
@@ -127,7 +127,7 @@ TEST_F(Printers, APrinterThatTheSpoolerRefusesTakesItsNewDriverWithIt)
 
 TEST_F(Printers, OfOtherDriversAreLeftAlone)
 {
-    const std::string name = AddPrinter("tavlen-b4400-uni");
+    const std::string name = InstallTestPrinter("tavlen-b4400-uni");
     {
         // Without the capability word nothing tells that the printer is ours.
         const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
@@ -192,7 +192,7 @@ TEST_F(Printers, WrongUsageIsToldByItsStatus)
 TEST_F(Printers, AnUnknownPrinterIsOneErrorEverywhere)
 {
     WriteBytes(Folder() / "t.xml", ReadBytes(std::filesystem::path(TVPT_TEST_DATA_FOLDER) / "tickets/minimal.xml"));
-    ASSERT_EQ(RunHost({"devmode", "new", "--printer", AddPrinter(), "-o", File("d.dm")}).status, 0);
+    ASSERT_EQ(RunHost({"devmode", "new", "--printer", InstallTestPrinter(), "-o", File("d.dm")}).status, 0);
     const std::vector<std::vector<std::string>> lines = {
         {"printer", "show", "Nobody"},
         {"printer", "refresh", "Nobody"},

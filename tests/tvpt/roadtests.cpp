@@ -98,7 +98,7 @@ std::string CopiesOf(const SchemaElement& ticket)
 class Roads : public HostTest
 {
 protected:
-    Roads() : m_printer(AddPrinter())
+    Roads() : m_printer(InstallTestPrinter())
     {
         MakeDevmode("in.dm", {"dmCopies=3"});
     }
