@@ -85,6 +85,7 @@ function(tavlen_module name macro)
     PRIVATE "${macro}=${TAVLEN_EXPORT}"
     INTERFACE "${macro}=${TAVLEN_IMPORT}")
   target_link_libraries(${name} PUBLIC tavlen_options)
+  set_property(GLOBAL APPEND PROPERTY TAVLEN_MODULES ${name})
 endfunction()
 
 # tavlen_windows_manifest(PROGRAM): lets the program see the Windows version that it runs on.
