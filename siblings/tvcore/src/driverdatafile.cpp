@@ -1,5 +1,7 @@
 #include "driverdatafile.h"
 
+#include <windows.h>
+
 #include <winspool.h>
 
 #include <cstddef>

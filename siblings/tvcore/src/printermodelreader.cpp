@@ -3,11 +3,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <limits>
 #include <set>
 #include <system_error>
+
+#include <tvcore/customsizenumber.h>
+#include <tvcore/pagesizetable.h>
 
 #include "jsoncursor.h"
 #include "jsontext.h"
@@ -21,7 +25,8 @@ constexpr std::size_t kMaxTextLength = 255;
 constexpr std::int32_t kFamilies[] = {5001, 8430, 8431, 8434};
 constexpr std::int32_t kUnits[] = {7491, 7492};
 constexpr std::int32_t kFormTypes[] = {25001, 25002, 25003, 25004, 25005, 25007};
-constexpr std::int32_t kDictionaryFormTypes[] = {25001, 25002, 25004};
+constexpr std::int32_t kDriverForm = 25004;
+constexpr std::int32_t kDictionaryFormTypes[] = {25001, 25002, kDriverForm};
 
 // The private parts that the two core drivers are known to make.
 constexpr std::uint16_t kPostScriptSizes[] = {708, 724};
@@ -116,6 +121,28 @@ std::map<std::int32_t, CXString> ReadProductStrings(const JsonCursor& place)
     return texts;
 }
 
+void CheckPaperId(const JsonCursor& place, std::uint16_t paperId)
+{
+    if (paperId >= kFirstCustomSizeNumber)
+        place.Fault("paper ids from " + std::to_string(kFirstCustomSizeNumber) + " on are for named custom sizes");
+}
+
+// The page-size dictionary must find the form by its size and its value, or it would have no option name.
+void CheckPageSize(const JsonCursor& place, const PrinterModel::Form& form)
+{
+    constexpr std::int32_t kMicronsPerUnit = 100; // of the form list
+    constexpr std::int32_t kTolerance = 499;      // microns; the dictionary takes 0.499999 mm
+    if (form.valueId == 0)
+        place.Fault("a form of type " + std::to_string(form.formType) + " needs a page-size value");
+    const PageSizeRow* const row = PageSizeTable::FindRow(form.valueId);
+    if (row == nullptr)
+        place.Fault("the page-size dictionary has no value " + std::to_string(form.valueId));
+    if (std::abs(form.width * kMicronsPerUnit - row->width) > kTolerance ||
+        std::abs(form.length * kMicronsPerUnit - row->length) > kTolerance)
+        place.Fault("value " + std::to_string(form.valueId) + " is a sheet of " + std::to_string(row->width) + " x " +
+                    std::to_string(row->length) + " microns, not of this form's size");
+}
+
 PrinterModel::Form ReadForm(const JsonCursor& place)
 {
     place.OnlyFields({"paperId", "name", "width", "length", "units", "type", "valueId"});
@@ -127,9 +154,34 @@ PrinterModel::Form ReadForm(const JsonCursor& place)
     form.units = ChoiceOf(place.Field("units"), kUnits);
     form.formType = ChoiceOf(place.Field("type"), kFormTypes);
     form.valueId = place.Field("valueId").Number<std::int32_t>(0, kAnyValue);
-    if (form.valueId == 0 && IsOneOf(kDictionaryFormTypes, form.formType))
-        place.Field("valueId").Fault("a form of type " + std::to_string(form.formType) + " needs a page-size value");
+    CheckPaperId(place.Field("paperId"), form.paperId);
+    if (IsOneOf(kDictionaryFormTypes, form.formType))
+        CheckPageSize(place.Field("valueId"), form);
     return form;
+}
+
+// What the provider lists: a form of the driver's own only while its number is not another type's too.
+bool IsListed(const PrinterModel::Form& form, const std::vector<PrinterModel::Form>& forms)
+{
+    return form.formType != kDriverForm ||
+           std::none_of(forms.begin(), forms.end(),
+                        [&form](const PrinterModel::Form& other)
+                        { return other.paperId == form.paperId && other.formType != form.formType; });
+}
+
+// The page-size value decides the option name; two options of one name could not be told apart.
+void CheckOptionNames(const JsonCursor& place, const std::vector<PrinterModel::Form>& forms)
+{
+    std::set<std::int32_t> known;
+    auto form = forms.begin();
+    place.ForEachItem(
+        [&](const JsonCursor& item)
+        {
+            const bool hasName = IsOneOf(kDictionaryFormTypes, form->formType) && IsListed(*form, forms);
+            if (hasName && !known.insert(form->valueId).second)
+                item.Field("valueId").Fault("another form would have the same option name");
+            ++form;
+        });
 }
 
 std::vector<PrinterModel::Form> ReadForms(const JsonCursor& place)
@@ -146,6 +198,7 @@ std::vector<PrinterModel::Form> ReadForms(const JsonCursor& place)
                                             " is given twice for forms of one type");
         });
     place.NotEmpty();
+    CheckOptionNames(place, forms);
     return forms;
 }
 

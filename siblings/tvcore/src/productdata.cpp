@@ -7,27 +7,41 @@
 
 #include "driverdatafile.h"
 
-struct ProductData::Content
+namespace
 {
+
+struct NamedModel
+{
+    CXString printerName; // empty when no printer is known
     PrinterModel model;
-    std::shared_ptr<const TextResourceLoader::Texts> texts; // keeps them known; null without a printer
 };
 
-ProductData::ProductData(HANDLE printer)
-    : ProductData(ReadPrinterModel(FindDriverDataFile(printer)), Printer(printer).GetPrinterName())
+NamedModel ReadInstalledModel(HANDLE printer)
+{
+    // In this order: a handle that is no printer's is told as such.
+    return {Printer(printer).GetPrinterName(), ReadPrinterModel(FindDriverDataFile(printer))};
+}
+
+} // namespace
+
+struct ProductData::Content
+{
+    explicit Content(NamedModel named) : model(std::move(named.model))
+    {
+        if (!named.printerName.IsEmpty())
+            texts = TextResourceLoader::Share(named.printerName, model.productStrings);
+    }
+
+    PrinterModel model;
+    std::shared_ptr<const TextResourceLoader::Texts> texts; // keeps them known
+};
+
+ProductData::ProductData(HANDLE printer) : m_content(std::make_unique<Content>(ReadInstalledModel(printer)))
 {
 }
 
 ProductData::ProductData(PrinterModel model, const CXString& printerName)
-    : m_content(
-          [&]
-          {
-              auto content = std::make_unique<Content>();
-              content->model = std::move(model);
-              if (!printerName.IsEmpty())
-                  content->texts = TextResourceLoader::Share(printerName, content->model.productStrings);
-              return content;
-          }())
+    : m_content(std::make_unique<Content>(NamedModel{printerName, std::move(model)}))
 {
 }
 

@@ -32,9 +32,9 @@ struct PrinterModel
 
     struct Form
     {
-        std::uint16_t paperId = 0;
-        CXString name;          // at most 63 characters
-        std::int32_t width = 0; // tenths of a millimetre
+        std::uint16_t paperId = 0; // below 49152: the rest is for named custom sizes
+        CXString name;             // at most 63 characters
+        std::int32_t width = 0;    // tenths of a millimetre
         std::int32_t length = 0;
         std::int32_t units = 0;    // 7491 metric, 7492 inches
         std::int32_t formType = 0; // 25001 to 25005, 25007

@@ -1,0 +1,22 @@
+// ValueId: a value of the feature data model, with the name that goes with it.
+//
+// The library is delay-loaded: plain functions only, nothing virtual.
+#pragma once
+
+#include <tvcore/datamodelids.h>
+#include <tvcore/tvcoreapi.h>
+#include <tvutil/cxstring.h>
+
+class TVCORE_API ValueId
+{
+public:
+    explicit ValueId(DataModelIds::tagValueEnum value = DataModelIds::Value::Automatic, CXString name = CXString());
+
+    [[nodiscard]] DataModelIds::tagValueEnum GetValueEnum() const noexcept;
+    // Empty when the value has no name of its own.
+    [[nodiscard]] const CXString& GetValueName() const noexcept;
+
+private:
+    DataModelIds::tagValueEnum m_value;
+    CXString m_name;
+};

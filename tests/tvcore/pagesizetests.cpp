@@ -1,0 +1,150 @@
+// The page-size dictionary and the numbers of named custom sizes.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <tvcore/pagesizedictionary.h>
+#include <tvcore/productstringloader.h>
+#include <tvutil/textresourceloader.h>
+
+namespace
+{
+
+using Names = std::vector<std::string>;
+
+Names NamesOf(const PageSizeDictionary::EntryRefs& entries)
+{
+    Names names;
+    for (const PageSizeDictionaryEntry& entry : entries)
+        names.push_back(entry.GetMsPageMediaSizeOptionName().ToUtf8());
+    return names;
+}
+
+TEST(PageSizes, AreFoundBySize)
+{
+    struct Row
+    {
+        LONG width;
+        LONG length;
+        Dimension::UnitsEnum unit;
+        Names names;
+    };
+    const Row rows[] = {
+        {215'900, 279'400, Dimension::Microns, {"NorthAmericaLetter", "NorthAmericaNote"}},
+        {2159, 2794, Dimension::TenthsOfAMillimeter, {"NorthAmericaLetter", "NorthAmericaNote"}},
+        {2794, 2159, Dimension::TenthsOfAMillimeter, {"NorthAmericaLetterRotated"}},
+        {210, 297, Dimension::Millimeters, {"ISOA4"}},
+        {2104, 2966, Dimension::TenthsOfAMillimeter, {"ISOA4"}},
+        {2105, 2970, Dimension::TenthsOfAMillimeter, {}},
+        {2970, 2100, Dimension::TenthsOfAMillimeter, {"ISOA4Rotated"}},
+        {1842, 2667, Dimension::TenthsOfAMillimeter, {"NorthAmericaExecutive"}},
+        {11, 17, Dimension::Inches, {"NorthAmericaTabloid", "NorthAmerica11x17"}},
+        {320, 450, Dimension::Millimeters, {"ISOSRA3"}},
+        {0, 0, Dimension::Microns, {}},
+        {-210, -297, Dimension::Millimeters, {}},
+    };
+    const PageSizeDictionary dictionary;
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(testing::Message() << row.width << " x " << row.length << " of unit " << row.unit);
+        EXPECT_EQ(
+            NamesOf(dictionary.GetPageSizeEntryRefs(Dimension(row.width, row.unit), Dimension(row.length, row.unit))),
+            row.names);
+    }
+}
+
+TEST(PageSizes, AreListedByType)
+{
+    const PageSizeDictionary dictionary;
+    const Names standard = NamesOf(dictionary.GetPageSizeEntryRefs(DataModelIds::PageSizeStandard));
+    const Names extended = NamesOf(dictionary.GetPageSizeEntryRefs(DataModelIds::PageSizeExtended));
+    const auto holds = [](const Names& names, const char* name)
+    {
+        return std::find(names.begin(), names.end(), name) != names.end();
+    };
+    EXPECT_TRUE(holds(standard, "ISOA4") && !holds(extended, "ISOA4"));
+    EXPECT_TRUE(holds(extended, "ISOSRA3") && !holds(standard, "ISOSRA3"));
+    for (const auto type : {DataModelIds::PageSizeDriverCustom, DataModelIds::PageSizeDriverForm,
+                            DataModelIds::PageSizeUserForm, DataModelIds::PageSizeUnlisted})
+        EXPECT_TRUE(dictionary.GetPageSizeEntryRefs(type).empty()) << type;
+}
+
+// Keywords of the Print Schema begin with a capital letter, our own names do not: a row with the wrong mark is seen.
+TEST(PageSizes, NamesOutsideThePrintSchemaAreMarked)
+{
+    const PageSizeDictionary dictionary;
+    int own = 0;
+    for (const auto type : {DataModelIds::PageSizeStandard, DataModelIds::PageSizeExtended})
+        for (const PageSizeDictionaryEntry& entry : dictionary.GetPageSizeEntryRefs(type))
+        {
+            const std::string name = entry.GetMsPageMediaSizeOptionName().ToUtf8();
+            EXPECT_EQ(entry.IsPredefinedMsOptionName(), name.front() >= 'A' && name.front() <= 'Z') << name;
+            own += entry.IsPredefinedMsOptionName() ? 0 : 1;
+        }
+    EXPECT_GT(own, 0);
+}
+
+// "ISOA4Rotated" is "ISOA4" turned: a row whose lengths were mistyped is seen.
+TEST(PageSizes, TurnedSheetsHaveTheLengthsOfTheirOriginals)
+{
+    const PageSizeDictionary dictionary;
+    const auto find = [&dictionary](WStringView name) -> const PageSizeDictionaryEntry*
+    {
+        for (const auto type : {DataModelIds::PageSizeStandard, DataModelIds::PageSizeExtended})
+            for (const PageSizeDictionaryEntry& entry : dictionary.GetPageSizeEntryRefs(type))
+                if (entry.GetMsPageMediaSizeOptionName() == name)
+                    return &entry;
+        return nullptr;
+    };
+    int turned = 0;
+    for (const PageSizeDictionaryEntry& entry : dictionary.GetPageSizeEntryRefs(DataModelIds::PageSizeExtended))
+    {
+        constexpr WStringView kSuffix = W("Rotated");
+        const WStringView name = entry.GetMsPageMediaSizeOptionName();
+        if (!name.ends_with(kSuffix))
+            continue;
+        SCOPED_TRACE(CXString(name).ToUtf8());
+        const PageSizeDictionaryEntry* const original = find(name.substr(0, name.size() - kSuffix.size()));
+        ASSERT_NE(original, nullptr);
+        EXPECT_EQ(original->GetWidth(), entry.GetLength());
+        EXPECT_EQ(original->GetLength(), entry.GetWidth());
+        ++turned;
+    }
+    EXPECT_GT(turned, 20);
+}
+
+TEST(PageSizes, ALoaderAddsDisplayNamesOnly)
+{
+    const auto kept = TextResourceLoader::Share(W("dictionary's printer"), {{6436, CXString(W("DIN A4"))}});
+    TextResourceLoader::Initialize(CXString(W("dictionary's printer")), false);
+    const PageSizeDictionary dictionary(ProductStringLoader(ProductData::ControllerFamilyColor));
+    const auto entries = dictionary.GetPageSizeEntryRefs(DataModelIds::PageSizeStandard);
+    EXPECT_EQ(NamesOf(entries), NamesOf(PageSizeDictionary().GetPageSizeEntryRefs(DataModelIds::PageSizeStandard)));
+    for (const PageSizeDictionaryEntry& entry : entries)
+        EXPECT_EQ(entry.GetValueId().GetValueName(),
+                  entry.GetValueId().GetValueEnum() == DataModelIds::Value::PageSizeA4
+                      ? CXString(W("DIN A4"))
+                      : entry.GetMsPageMediaSizeOptionName());
+}
+
+TEST(CustomSizes, HaveAStableNumberBeyondEveryForm)
+{
+    struct Row
+    {
+        const WCHAR* name;
+        std::uint16_t number;
+    };
+    // Stored in devmodes: these may never change. The CRC-32 was computed by another program.
+    constexpr Row kRows[] = {
+        {W(""), 0xC000},
+        {W("banner"), 0xDB50},
+        {W("BANNER"), 0xDB50},
+        {W("Gro\u00DFes Plakat"), 0xF7A7},
+    };
+    for (const Row& row : kRows)
+        EXPECT_EQ(PageSizeDictionary::GetCustomSizeMsId(row.name), row.number) << CXString(row.name).ToUtf8();
+}
+
+} // namespace

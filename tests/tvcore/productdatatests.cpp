@@ -1,0 +1,74 @@
+// The product of an installed printer: found through its driver's data file, told where it is wrong.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include <tvcore/productdata.h>
+#include <tvcore/productstringloader.h>
+#include <tvutil/exceptions.h>
+#include <tvutil/textresourceloader.h>
+
+#include "tests/tvcore/installedmodel.h"
+#include "tests/tvcore/modeltext.h"
+
+namespace
+{
+
+TEST(ProductOfAnInstalledPrinter, IsItsDriversModel)
+{
+    const InstalledModel installed(ShippedModel("tavlen-b7000-xps").dump());
+    const ProductData product(installed.Handle());
+
+    EXPECT_EQ(product.GetName(), W("Tavlen B7000 XPS"));
+    EXPECT_EQ(product.GetCapability(), 0x1404u);
+    EXPECT_EQ(product.GetControllerFamily(), ProductData::ControllerFamilyMonochrome);
+    EXPECT_EQ(product.GetCoreDriver().privateSize, 724);
+    EXPECT_EQ(product.GetInfo(13), W("Monochrome"));
+    EXPECT_TRUE(product.GetInfo(14).IsEmpty());
+    EXPECT_EQ(product.GetForms().front().name, W("Letter"));
+    EXPECT_EQ(product.GetMaxCopies(), 9999);
+    EXPECT_EQ(product.GetMinExtent().width, 900);
+    EXPECT_EQ(product.GetMaxExtent().length, 12000);
+    EXPECT_EQ(product.GetMargins(331).bottom, 15000);
+    EXPECT_EQ(product.GetMargins(2).left, 0); // a paper that the product says nothing of
+    ASSERT_NE(product.GetDefault(95), nullptr);
+    EXPECT_EQ(std::get<CXString>(*product.GetDefault(95)), W("0mm"));
+    EXPECT_EQ(product.GetDefault(1), nullptr);
+
+    TextResourceLoader::Initialize(installed.Handle(), false);
+    const ProductStringLoader loader(product.GetControllerFamily());
+    EXPECT_EQ(loader.LoadStringW(41034), W("Paper Size"));
+    EXPECT_TRUE(loader.LoadStringW(1).IsEmpty());
+}
+
+TEST(ProductOfAnInstalledPrinter, TellsTheFileAndThePlaceOfAFault)
+{
+    auto model = ShippedModel("tavlen-w3100-xps");
+    model["forms"][3]["valueId"] = 6699;
+    const InstalledModel installed(model.dump());
+    try
+    {
+        const ProductData product(installed.Handle());
+        FAIL() << "a faulty model was accepted";
+    }
+    catch (const ExceptionInvalidPrinterModel& fault)
+    {
+        const std::string text = fault.what();
+        const std::string end = installed.FileName() + ": /forms/3/valueId: the page-size dictionary has no value 6699";
+        EXPECT_TRUE(text.ends_with(end)) << text;
+    }
+}
+
+// As the module sees it, which does not know the reader's exception.
+TEST(ProductOfAnInstalledPrinter, FailsAsOneOfTheFamilyWhenTheDataFileIsNoModel)
+{
+    const InstalledModel installed("*GPDSpecVersion: \"1.0\"");
+    EXPECT_THROW(ProductData{installed.Handle()}, TavlenException);
+}
+
+TEST(ProductOfAnInstalledPrinter, NeedsAPrinter)
+{
+    EXPECT_THROW(ProductData{static_cast<HANDLE>(nullptr)}, ExceptionPrinterFailure);
+}
+
+} // namespace
