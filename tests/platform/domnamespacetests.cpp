@@ -70,8 +70,11 @@ TEST(DomNamespaces, NamesWithoutADeclarationGetOne)
     AddAttribute(document, child.Get(), W("p:n"), W("u"), W("3")); // contradicts its element's prefix
     AddAttribute(document, child.Get(), W("xmlns:p"), W(""), W("y"));
     Append(root, child);
+    const DomNode other = Created(document, NODE_ELEMENT, W("p:c"), W("u")); // in its parent's sense of the prefix,
+    AddAttribute(document, other.Get(), W("p:n"), W("w"), W("4"));           // which its attribute may not take from it
+    Append(root, other);
     const std::string meaning = "{}a(@{http://www.w3.org/2001/XMLSchema-instance}type=xsd:integer @{v}n=2 @{w}n=1)"
-                                "[{x}b(@{u}n=3)[]]";
+                                "[{x}b(@{u}n=3)[]{u}c(@{w}n=4)[]]";
     EXPECT_EQ(meaning, Meaning(document.Get()));
     EXPECT_EQ(meaning, MeaningOfText(XmlOf(document.Get()))) << XmlOf(document.Get());
     EXPECT_NE(std::string::npos, XmlOf(document.Get()).find("xsi:type=\"xsd:integer\""));

@@ -127,7 +127,8 @@ TEST(DomNode, TextIsTrimmedUnlessWhiteSpaceIsKept)
 
 TEST(DomNode, TextThatIsPutComesBack)
 {
-    for (const WCHAR* const text : {W("plain"), W("<b>&amp;\"'"), W("]]>"), W("a\tb"), W("\u00E9\u4E2D"), W("")})
+    for (const WCHAR* const text :
+         {W("plain"), W("<b>&amp;\"'"), W("]]>"), W("a\tb"), W("a\n\r\nb"), W("\u00E9\u4E2D"), W("")})
     {
         SCOPED_TRACE(Narrow(text));
         const DomDocument document = Loaded(W("<a b='old'><c/>old</a>"));

@@ -50,6 +50,9 @@ TEST(DomSelection, FindsNodesInDocumentOrder)
         {W("//x:f[@name = \"k:B\"]"), "5"},
         {W("//x:f[@name = \"k:A\"]/x:o | //x:f[@name = \"k:A\"]/x:s[@name = \"k:N\"]/x:v"), "24"},
         {W("//x:v | //x:o"), "246"},
+        {W("//x:o | //x:f | //x:o | //other:f"), "1256"},
+        {W("//x:f[@name = '|' or @name = \"k:B\"] | (//f | //x:v)"), "457"},
+        {W("//*[x:o | x:v]"), "135"},
         {W("//*[@name]"), "135"},
         {W("/x:t"), "0"},
         {W("//x:f[2]"), "5"},
@@ -69,7 +72,8 @@ TEST(DomSelection, AbsenceAndBadQueriesDiffer)
     DomNode node;
     EXPECT_EQ(S_FALSE, document->selectSingleNode(CComBSTR(W("//x:none")).Get(), node.Put()));
     EXPECT_FALSE(node);
-    for (const WCHAR* const query : {W("//x:f["), W(""), W("count(//x:f)"), W("//unbound:f"), W("//p:f"), W("]")})
+    for (const WCHAR* const query : {W("//x:f["), W(""), W("count(//x:f)"), W("//unbound:f"), W("//p:f"), W("]"),
+                                     W("//x:f |"), W("| //x:f"), W("//x:f | 1"), W("//x:f || //x:o")})
     {
         SCOPED_TRACE(Narrow(query));
         ComPtr<IXMLDOMNodeList> list;

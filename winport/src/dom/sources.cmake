@@ -31,4 +31,5 @@ set(WINPORT_DOM_SOURCES
   src/dom/tree.cpp
   src/dom/variants.cpp
   src/dom/xpathengine.cpp
+  src/dom/xpathunion.cpp
 )

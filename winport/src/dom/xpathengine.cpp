@@ -7,6 +7,7 @@
 #include "dom/failure.h"
 #include "dom/nodekinds.h"
 #include "dom/strings.h"
+#include "dom/xpathunion.h"
 
 namespace winport::dom
 {
@@ -44,6 +45,23 @@ void XPathEngine::SetNamespaces(const SelectionBindings& bindings)
 
 std::vector<xmlNode*> XPathEngine::Select(xmlNode* context, const std::string& expression)
 {
+    const std::vector<std::string> parts = SplitUnion(expression);
+    if (parts.size() == 1)
+        return SelectPart(context, expression);
+    std::vector<std::vector<xmlNode*>> lists;
+    for (const std::string& part : parts)
+        lists.push_back(SelectPart(context, part));
+    return UniteInDocumentOrder(lists);
+}
+
+xmlNode* XPathEngine::SelectFirst(xmlNode* context, const std::string& expression)
+{
+    const std::vector<xmlNode*> nodes = Select(context, expression);
+    return nodes.empty() ? nullptr : nodes.front();
+}
+
+std::vector<xmlNode*> XPathEngine::SelectPart(xmlNode* context, const std::string& expression)
+{
     const Result result = Evaluate(context, expression);
     const xmlNodeSet* const set = result->nodesetval;
     std::vector<xmlNode*> nodes;
@@ -54,18 +72,6 @@ std::vector<xmlNode*> XPathEngine::Select(xmlNode* context, const std::string& e
             nodes.push_back(set->nodeTab[at]);
     }
     return nodes;
-}
-
-xmlNode* XPathEngine::SelectFirst(xmlNode* context, const std::string& expression)
-{
-    const Result result = Evaluate(context, expression);
-    const xmlNodeSet* const set = result->nodesetval;
-    for (int at = 0; set != nullptr && at < set->nodeNr; ++at)
-    {
-        if (set->nodeTab[at]->type != XML_NAMESPACE_DECL)
-            return set->nodeTab[at];
-    }
-    return nullptr;
 }
 
 xmlXPathContext* XPathEngine::Context()

@@ -60,6 +60,7 @@ private:
     using Result = std::unique_ptr<xmlXPathObject, FreeResult>;
 
     xmlXPathContext* Context();
+    std::vector<xmlNode*> SelectPart(xmlNode* context, const std::string& expression);
     xmlXPathCompExpr* Compile(const std::string& expression);
     Result Evaluate(xmlNode* context, const std::string& expression);
 
