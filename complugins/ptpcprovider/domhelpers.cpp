@@ -2,12 +2,11 @@
 
 #include <tvutil/tavlencomexception.h>
 
+#include <new>
 #include <utility>
 
 namespace
 {
-
-constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\domhelpers");
 
 template <class Collection>
 std::vector<ComPtr<IXMLDOMNode>> CollectNodes(Collection* collection, ThrowSite site)
@@ -28,13 +27,16 @@ std::vector<ComPtr<IXMLDOMNode>> CollectNodes(Collection* collection, ThrowSite 
 
 } // namespace
 
-CComBSTR MakeBstr(WStringView text)
+CComBSTR MakeBstr(WStringView text, ThrowSite site)
 {
-    CComBSTR string;
-    string.Attach(SysAllocStringLen(text.data(), static_cast<UINT>(text.size())));
-    if (string.Get() == nullptr)
-        ThrowComException(E_OUTOFMEMORY, {W("MakeBstr"), kSourceFile});
-    return string;
+    try
+    {
+        return CComBSTR(text);
+    }
+    catch (const std::bad_alloc&)
+    {
+        ThrowComException(E_OUTOFMEMORY, site);
+    }
 }
 
 CXString QueryOf(const PrintTicketQueryBuilder& builder)
@@ -96,7 +98,7 @@ HRESULT FindAttribute(IXMLDOMNode* node, const CXString& name, ComPtr<IXMLDOMNod
     ThrowIfFailed(node->get_attributes(attributes.Put()), site);
     if (!attributes) // only elements have a map
         return S_FALSE;
-    const HRESULT result = attributes->getNamedItem(MakeBstr(name).Get(), attribute.Put());
+    const HRESULT result = attributes->getNamedItem(MakeBstr(name, site).Get(), attribute.Put());
     ThrowIfFailed(result, site);
     return attribute ? S_OK : S_FALSE;
 }

@@ -7,18 +7,11 @@
 #include <tvutil/tavlenexception.h>
 #include <tvutil/utilitiesdllperthreadstorage.h>
 
+#include <exception>
 #include <new>
 #include <utility>
 
-// What is reported for a failed allocation. It owns nothing: the report itself must not allocate.
-class BadAllocation : public std::bad_alloc
-{
-public:
-    [[nodiscard]] const char* what() const noexcept override
-    {
-        return "bad allocation";
-    }
-};
+#include "utilitiesstaticlib/wideliteral.h"
 
 inline void ReportFailure(const std::exception* exception, const ThrowSite& site) noexcept
 {
@@ -38,10 +31,9 @@ HRESULT RunGuarded(const ThrowSite& site, Body&& body) noexcept
     {
         return std::forward<Body>(body)();
     }
-    catch (const std::bad_alloc&)
+    catch (const std::bad_alloc& outOfMemory)
     {
-        const BadAllocation badAllocation;
-        ReportFailure(&badAllocation, site);
+        ReportFailure(&outOfMemory, site); // reported as "bad allocation", without allocating
     }
     catch (const std::exception& exception)
     {

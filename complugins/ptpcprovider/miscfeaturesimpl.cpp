@@ -1,6 +1,4 @@
 // The copies translator: the job's copy count between dmCopies and the parameter "JobCopiesAllDocuments".
-#include <tvutil/tavlencomexception.h>
-
 #include "complugins/ptpcprovider/domhelpers.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
@@ -8,7 +6,6 @@
 namespace
 {
 
-constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\miscfeaturesimpl");
 constexpr WCHAR kCopiesParameter[] = W("JobCopiesAllDocuments");
 
 } // namespace
@@ -17,14 +14,10 @@ constexpr WCHAR kCopiesParameter[] = W("JobCopiesAllDocuments");
 HRESULT TavlenPtProvider::ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
                                                        AttributeBytesIndexedList* /*attributes*/, bool* /*changed*/)
 {
-    constexpr const WCHAR* kMethod = W("TavlenPtProvider::ConvertMiscFeaturesToDevmode");
-    const CXString keywordsPrefix = ticket.GetNsPrefix(PrintSchema::Keywords);
-    ComPtr<IXMLDOMNode> value;
-    if (ticket.GetParameterInitValueNodeIfExists(keywordsPrefix, kCopiesParameter, value.Put()) == S_FALSE)
-        return S_OK;
+    PrintTicketQueryBuilder builder(ticket.GetNsPrefix(PrintSchema::Framework));
+    builder.AddParameterInit(ticket.GetNsPrefix(PrintSchema::Keywords), kCopiesParameter);
     CComBSTR text;
-    ThrowIfFailed(value->get_text(text.Put()), {kMethod, kSourceFile});
-    if (text.IsEmpty())
+    if (ticket.GetNodeValue(QueryOf(builder), text.Put()) == S_FALSE || text.IsEmpty())
         return S_OK;
     devmode->dmCopies = static_cast<short>(_wtoi(CXString(text).c_str())); // cut to 16 bits
     return S_OK;
@@ -34,7 +27,10 @@ HRESULT TavlenPtProvider::ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& t
 {
     const CXString keywordsPrefix = ticket.GetNsPrefix(PrintSchema::Keywords);
     const auto copies = static_cast<ULONG>(LONG{devmode->dmCopies});
-    ticket.DeleteParameterInitNodeIfExists(keywordsPrefix, kCopiesParameter);
+    while (ticket.DeleteParameterInitNodeIfExists(keywordsPrefix, kCopiesParameter) == S_OK)
+    {
+        // Any of that name goes, also a second one.
+    }
     ticket.AppendIntegerParameterInit(keywordsPrefix, kCopiesParameter, copies);
     return S_OK;
 }

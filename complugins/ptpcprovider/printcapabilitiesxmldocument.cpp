@@ -15,15 +15,7 @@ constexpr WCHAR kPickOne[] = W("PickOne");
 constexpr WCHAR kConstrainedAttribute[] = W("constrained");
 constexpr WStringView kOwnOptions = W("./%sOption");
 
-void Check(HRESULT result, const WCHAR* method, int line = __builtin_LINE())
-{
-    ThrowIfFailed(result, {method, kSourceFile, line});
-}
-
-HRESULT PointerResult(bool every)
-{
-    return every ? S_OK : E_POINTER;
-}
+constexpr FailureCheck Check(kSourceFile);
 
 // One property of a parameter definition, in the framework namespace.
 struct DefinitionProperty
@@ -173,11 +165,12 @@ HRESULT PrintCapabilitiesXmlDocument::DeleteParameterDefNodeIfExists(const CXStr
 
 // Runs a relative query on the node; S_FALSE when it finds nothing.
 HRESULT PrintCapabilitiesXmlDocument::SelectBelow(IXMLDOMNode* node, const PrintTicketQueryBuilder& builder,
-                                                  IXMLDOMNode** found) const
+                                                  IXMLDOMNode** found, const WCHAR* method) const
 {
     ComPtr<IXMLDOMNode> selected;
-    const HRESULT result = node->selectSingleNode(MakeBstr(QueryOf(builder)).Get(), selected.Put());
-    Check(result, W("PrintCapabilitiesXmlDocument::SelectBelow"));
+    const CComBSTR query = MakeBstr(QueryOf(builder), {method, kSourceFile});
+    const HRESULT result = node->selectSingleNode(query.Get(), selected.Put());
+    Check(result, method);
     if (result == S_OK)
         *found = selected.Detach();
     return result;
@@ -192,9 +185,9 @@ HRESULT PrintCapabilitiesXmlDocument::ReplaceDisplayNamePropertyValue(IXMLDOMNod
     PrintTicketQueryBuilder builder(FrameworkPrefix(), PrintTicketQueryBuilder::Start::ContextNode);
     builder.AddChildPropertyValue(KeywordsPrefix(), kDisplayName);
     ComPtr<IXMLDOMNode> value;
-    if (SelectBelow(featureOrOption, builder, value.Put()) == S_FALSE)
+    if (SelectBelow(featureOrOption, builder, value.Put(), kMethod) == S_FALSE)
         return kNotFound;
-    Check(value->put_text(MakeBstr(displayName).Get()), kMethod);
+    Check(value->put_text(MakeBstr(displayName, {kMethod, kSourceFile}).Get()), kMethod);
     return S_OK;
 }
 
@@ -214,7 +207,7 @@ HRESULT PrintCapabilitiesXmlDocument::GetChildOptionNodes(IXMLDOMNode* feature, 
     RequireDocument(kMethod);
     Check(PointerResult(feature != nullptr && options != nullptr), kMethod);
     const CXString query = CXString::Format(kOwnOptions, {FrameworkPrefix()});
-    Check(feature->selectNodes(MakeBstr(query).Get(), options), kMethod);
+    Check(feature->selectNodes(MakeBstr(query, {kMethod, kSourceFile}).Get(), options), kMethod);
     return S_OK;
 }
 
@@ -227,7 +220,7 @@ HRESULT PrintCapabilitiesXmlDocument::GetChildOptionNodeIfExists(IXMLDOMNode* fe
     Check(optionName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
     PrintTicketQueryBuilder builder(FrameworkPrefix(), PrintTicketQueryBuilder::Start::ContextNode);
     builder.AddChildOptionName(optionPrefix, optionName);
-    return SelectBelow(feature, builder, option);
+    return SelectBelow(feature, builder, option, kMethod);
 }
 
 HRESULT PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString(IXMLDOMNode* option,
@@ -241,7 +234,7 @@ HRESULT PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString(IXMLDO
     PrintTicketQueryBuilder builder(FrameworkPrefix(), PrintTicketQueryBuilder::Start::ContextNode);
     builder.AddScoredProperty(KeywordsPrefix(), scoredPropertyName);
     ComPtr<IXMLDOMNode> scoredProperty;
-    Check(SelectBelow(option, builder, scoredProperty.Put()) == S_FALSE ? E_FAIL : S_OK, kMethod);
+    Check(SelectBelow(option, builder, scoredProperty.Put(), kMethod) == S_FALSE ? E_FAIL : S_OK, kMethod);
     CComBSTR text;
     ReadTypedValue(scoredProperty.Get(), text);
     Check(text.IsEmpty() ? E_FAIL : S_OK, kMethod);

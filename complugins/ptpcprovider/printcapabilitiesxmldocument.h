@@ -75,5 +75,6 @@ private:
     void AppendProperty(IXMLDOMElement* parent, ULONG namespaceIndex, const CXString& localName,
                         const CXString& typeName, const CXString& value) const;
     void AppendDisplayName(IXMLDOMElement* parent, const CXString& displayName) const;
-    HRESULT SelectBelow(IXMLDOMNode* node, const PrintTicketQueryBuilder& builder, IXMLDOMNode** found) const;
+    HRESULT SelectBelow(IXMLDOMNode* node, const PrintTicketQueryBuilder& builder, IXMLDOMNode** found,
+                        const WCHAR* method) const;
 };

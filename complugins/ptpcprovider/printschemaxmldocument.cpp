@@ -17,10 +17,7 @@ constexpr WStringView kSelectionNamespaces = W("xmlns:%s='%s'");
 constexpr WStringView kEveryElementOfAName = W("//%s%s");
 constexpr WStringView kEveryNamedElement = W("//*[@name]");
 
-void Check(HRESULT result, const WCHAR* method, int line = __builtin_LINE())
-{
-    ThrowIfFailed(result, {method, kSourceFile, line});
-}
+constexpr FailureCheck Check(kSourceFile);
 
 CXString WithoutColon(const CXString& prefix)
 {
@@ -54,8 +51,8 @@ PrintSchemaXmlDocument::~PrintSchemaXmlDocument() = default;
 void PrintSchemaXmlDocument::SetDocumentProperty(const WCHAR* name, const CXString& value) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::PrintSchemaXmlDocument");
-    const CComBSTR text = MakeBstr(value);
-    Check(m_document->setProperty(MakeBstr(name).Get(), BorrowAsVariant(text)), kMethod);
+    const CComBSTR text = MakeBstr(value, {kMethod, kSourceFile});
+    Check(m_document->setProperty(MakeBstr(name, {kMethod, kSourceFile}).Get(), BorrowAsVariant(text)), kMethod);
 }
 
 // Only the framework namespace is registered for selection: queries name no other by prefix, they compare the text of
@@ -138,7 +135,7 @@ void PrintSchemaXmlDocument::RenamePrefixInNames(const CXString& foundPrefix) co
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::RenamePrefixInNames");
     ComPtr<IXMLDOMNodeList> elements;
-    Check(m_rootNode->selectNodes(MakeBstr(kEveryNamedElement).Get(), elements.Put()), kMethod);
+    Check(m_rootNode->selectNodes(MakeBstr(kEveryNamedElement, {kMethod, kSourceFile}).Get(), elements.Put()), kMethod);
     for (const ComPtr<IXMLDOMNode>& element : NodesOf(elements.Get(), {kMethod, kSourceFile}))
     {
         ComPtr<IXMLDOMNode> attribute;
@@ -150,7 +147,7 @@ void PrintSchemaXmlDocument::RenamePrefixInNames(const CXString& foundPrefix) co
         if (!name.StartsWith(foundPrefix))
             continue;
         name.ReplaceAll(foundPrefix, PrintSchema::kPrivatePrefix); // every occurrence, on purpose
-        Check(attribute->put_text(MakeBstr(name).Get()), kMethod);
+        Check(attribute->put_text(MakeBstr(name, {kMethod, kSourceFile}).Get()), kMethod);
     }
 }
 
@@ -173,7 +170,7 @@ void PrintSchemaXmlDocument::ReplacePrivateDeclaration(const CXString& foundPref
     ComPtr<IXMLDOMNamedNodeMap> attributes;
     Check(m_rootNode->get_attributes(attributes.Put()), kMethod);
     ComPtr<IXMLDOMNode> removed;
-    Check(attributes->removeNamedItem(MakeBstr(oldDeclaration).Get(), removed.Put()), kMethod);
+    Check(attributes->removeNamedItem(MakeBstr(oldDeclaration, {kMethod, kSourceFile}).Get(), removed.Put()), kMethod);
 }
 
 // The URI to which the root element binds the prefix; S_FALSE when it does not. Not every DOM finds a declaration by
@@ -197,6 +194,8 @@ HRESULT PrintSchemaXmlDocument::FindRootDeclaration(const CXString& declaration,
 
 CXString PrintSchemaXmlDocument::GetNsPrefix(ULONG namespaceIndex) const
 {
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetNsPrefix");
+    RequireDocument(kMethod);
     switch (namespaceIndex)
     {
     case PrintSchema::Framework:
@@ -206,7 +205,7 @@ CXString PrintSchemaXmlDocument::GetNsPrefix(ULONG namespaceIndex) const
     case PrintSchema::PrivateKeywords:
         return m_privateKeywordsPrefix;
     default:
-        ThrowComException(E_INVALIDARG, {W("PrintSchemaXmlDocument::GetNsPrefix"), kSourceFile});
+        ThrowComException(E_INVALIDARG, {kMethod, kSourceFile});
     }
 }
 
@@ -214,7 +213,7 @@ HRESULT PrintSchemaXmlDocument::GetPrefixFromURI(const CXString& namespaceUri, B
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetPrefixFromURI");
     RequireDocument(kMethod);
-    Check(prefix != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(prefix != nullptr), kMethod);
     Check(namespaceUri.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
 
     ComPtr<IXMLDOMNamedNodeMap> attributes;
@@ -232,7 +231,7 @@ HRESULT PrintSchemaXmlDocument::GetPrefixFromURI(const CXString& namespaceUri, B
         Check(declaration.StartsWith(kDeclarationStart) ? S_OK : E_FAIL, kMethod);
         const CXString found = declaration.Mid(kDeclarationStart.size());
         Check(found.IsEmpty() ? E_FAIL : S_OK, kMethod);
-        *prefix = MakeBstr(found + W(":")).Detach();
+        *prefix = MakeBstr(found + W(":"), {kMethod, kSourceFile}).Detach();
         return S_OK;
     }
     return S_FALSE;
@@ -242,20 +241,19 @@ HRESULT PrintSchemaXmlDocument::GetNode(const CXString& query, IXMLDOMNode** nod
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetNode");
     RequireDocument(kMethod);
-    Check(node != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(node != nullptr), kMethod);
     Check(query.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
     ComPtr<IXMLDOMNode> found;
-    const HRESULT result = m_document->selectSingleNode(MakeBstr(query).Get(), found.Put());
+    const HRESULT result = m_document->selectSingleNode(MakeBstr(query, {kMethod, kSourceFile}).Get(), found.Put());
     Check(result, kMethod);
     if (result == S_OK)
         *node = found.Detach();
     return result;
 }
 
-HRESULT PrintSchemaXmlDocument::SelectNodes(const CXString& query, IXMLDOMNodeList** nodes) const
+HRESULT PrintSchemaXmlDocument::SelectNodes(const CXString& query, IXMLDOMNodeList** nodes, const WCHAR* method) const
 {
-    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::SelectNodes");
-    Check(m_document->selectNodes(MakeBstr(query).Get(), nodes), kMethod);
+    Check(m_document->selectNodes(MakeBstr(query, {method, kSourceFile}).Get(), nodes), method);
     return S_OK;
 }
 
@@ -263,9 +261,9 @@ HRESULT PrintSchemaXmlDocument::GetNodes(const CXString& elementName, IXMLDOMNod
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetNodes");
     RequireDocument(kMethod);
-    Check(nodes != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(nodes != nullptr), kMethod);
     Check(elementName.IsEmpty() ? E_FAIL : S_OK, kMethod);
-    return SelectNodes(CXString::Format(kEveryElementOfAName, {m_frameworkPrefix, elementName}), nodes);
+    return SelectNodes(CXString::Format(kEveryElementOfAName, {m_frameworkPrefix, elementName}), nodes, kMethod);
 }
 
 HRESULT PrintSchemaXmlDocument::GetFeatureNodeIfExists(const CXString& namePrefix, const CXString& localName,
@@ -273,7 +271,7 @@ HRESULT PrintSchemaXmlDocument::GetFeatureNodeIfExists(const CXString& namePrefi
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetFeatureNodeIfExists");
     RequireDocument(kMethod);
-    Check(feature != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(feature != nullptr), kMethod);
     Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
     PrintTicketQueryBuilder builder(m_frameworkPrefix);
     builder.AddFeature(namePrefix, localName);
@@ -292,7 +290,7 @@ HRESULT PrintSchemaXmlDocument::GetNodeValue(const CXString& query, BSTR* value)
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetNodeValue");
     RequireDocument(kMethod);
-    Check(value != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(value != nullptr), kMethod);
     SysFreeString(std::exchange(*value, nullptr));
     Check(query.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
 
@@ -301,9 +299,9 @@ HRESULT PrintSchemaXmlDocument::GetNodeValue(const CXString& query, BSTR* value)
         return S_FALSE;
     CComBSTR text;
     ComPtr<IXMLDOMNode> child;
-    if (SelectChild(node.Get(), PrintSchema::kValue, child.Put()) == S_OK)
+    if (SelectChild(node.Get(), PrintSchema::kValue, child.Put(), kMethod) == S_OK)
         ReadTypedValue(child.Get(), text);
-    else if (SelectChild(node.Get(), PrintSchema::kParameterRef, child.Put()) == S_OK)
+    else if (SelectChild(node.Get(), PrintSchema::kParameterRef, child.Put(), kMethod) == S_OK)
         GetInitialiserValue(child.Get(), text);
     if (!text.IsEmpty())
         *value = text.Detach();
@@ -336,7 +334,7 @@ HRESULT PrintSchemaXmlDocument::GetAttributeValue(IXMLDOMNode* node, const CXStr
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetAttributeValue");
     RequireDocument(kMethod);
-    Check(node != nullptr && value != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(node != nullptr && value != nullptr), kMethod);
     Check(attributeName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
     ComPtr<IXMLDOMNode> attribute;
     if (FindAttribute(node, attributeName, attribute, {kMethod, kSourceFile}) == S_FALSE)
@@ -351,7 +349,7 @@ HRESULT PrintSchemaXmlDocument::DeleteNode(IXMLDOMNode* node) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::DeleteNode");
     RequireDocument(kMethod);
-    Check(node != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(node != nullptr), kMethod);
     ComPtr<IXMLDOMNode> parent;
     const HRESULT result = node->get_parentNode(parent.Put());
     Check(result, kMethod);
@@ -379,7 +377,7 @@ HRESULT PrintSchemaXmlDocument::DeleteFeatureNodeIfADuplicateExists(const CXStri
     PrintTicketQueryBuilder builder(m_frameworkPrefix);
     builder.AddFeature(namePrefix, localName);
     ComPtr<IXMLDOMNodeList> features;
-    SelectNodes(QueryOf(builder), features.Put());
+    SelectNodes(QueryOf(builder), features.Put(), kMethod);
     LONG count = 0;
     Check(features->get_length(&count), kMethod);
     if (count <= 1)
@@ -398,17 +396,19 @@ HRESULT PrintSchemaXmlDocument::DeletePropertyNodesIfExist(const CXString& nameP
     PrintTicketQueryBuilder builder(m_frameworkPrefix);
     builder.AddProperty(namePrefix, localName);
     ComPtr<IXMLDOMNodeList> properties;
-    SelectNodes(QueryOf(builder), properties.Put());
+    SelectNodes(QueryOf(builder), properties.Put(), kMethod);
     for (const ComPtr<IXMLDOMNode>& property : NodesOf(properties.Get(), {kMethod, kSourceFile}))
         DeleteNode(property.Get());
     return S_OK;
 }
 
 // A direct child in the framework namespace; S_FALSE when there is none.
-HRESULT PrintSchemaXmlDocument::SelectChild(IXMLDOMNode* node, const CXString& elementName, IXMLDOMNode** child) const
+HRESULT PrintSchemaXmlDocument::SelectChild(IXMLDOMNode* node, const CXString& elementName, IXMLDOMNode** child,
+                                            const WCHAR* method) const
 {
-    const HRESULT result = node->selectSingleNode(MakeBstr(m_frameworkPrefix + elementName).Get(), child);
-    Check(result, W("PrintSchemaXmlDocument::SelectChild"));
+    const CComBSTR query = MakeBstr(m_frameworkPrefix + elementName, {method, kSourceFile});
+    const HRESULT result = node->selectSingleNode(query.Get(), child);
+    Check(result, method);
     return result;
 }
 

@@ -6,9 +6,10 @@
 // Lifetime: the wrapper holds one reference to the document, which the caller may keep and use beside it. Nodes and
 // strings that are handed out belong to the caller. One thread at a time.
 //
-// Results: S_OK; S_FALSE for absence, with the output left as it was. Every failure, a null output (E_POINTER) or an
-// empty name (E_INVALIDARG) among them, is thrown as TavlenComException with an empty message. A wrapper of a null
-// document is empty: every operation throws E_POINTER.
+// Results: S_OK; S_FALSE for absence, with the output left as it was. Every failure of the DOM, a null output
+// (E_POINTER) or an empty name or attribute value (E_INVALIDARG) is thrown as TavlenComException with an empty message;
+// only a string of our own that finds no memory is std::bad_alloc. A wrapper of a null document is empty: every
+// operation throws E_POINTER.
 //
 // New elements are created detached and appended last, so no failure leaves a half-built element in the document.
 #pragma once
@@ -54,7 +55,7 @@ public:
     // --- Reading
 
     // The Value child of the element that the query finds, or the initialiser that its ParameterRef child names. An
-    // empty value is S_OK with a null string.
+    // empty value is S_OK with a null string. In and out: what `value` holds, null or a string, is freed first.
     HRESULT GetNodeValue(const CXString& query, BSTR* value) const;
     HRESULT GetAttributeValue(IXMLDOMNode* node, const CXString& attributeName, BSTR* value) const;
 
@@ -100,9 +101,10 @@ public:
     [[nodiscard]] IXMLDOMDocument2* GetDocument() const noexcept;
 
 protected:
+    // The `method` of these is the operation that asks, as failures name it.
     void RequireDocument(const WCHAR* method) const;
 
-    HRESULT SelectNodes(const CXString& query, IXMLDOMNodeList** nodes) const;
+    HRESULT SelectNodes(const CXString& query, IXMLDOMNodeList** nodes, const WCHAR* method) const;
     // A typed value or, failing that, the text: empty is a null string.
     void ReadTypedValue(IXMLDOMNode* node, CComBSTR& value) const;
     // An element of the framework namespace with its name attribute.
@@ -127,8 +129,9 @@ private:
     void ReplacePrivateDeclaration(const CXString& foundPrefix) const;
     HRESULT FindRootDeclaration(const CXString& declaration, BSTR* namespaceUri) const;
     HRESULT GetInitialiserValue(IXMLDOMNode* parameterRef, CComBSTR& value) const;
-    HRESULT SelectChild(IXMLDOMNode* node, const CXString& elementName, IXMLDOMNode** child) const;
-    HRESULT CreateNode(DOMNodeType type, const CXString& name, const CXString& namespaceUri, IXMLDOMNode** node) const;
+    HRESULT SelectChild(IXMLDOMNode* node, const CXString& elementName, IXMLDOMNode** child, const WCHAR* method) const;
+    void CreateNode(DOMNodeType type, const CXString& name, const CXString& namespaceUri, IXMLDOMNode** node,
+                    const WCHAR* method) const;
 
     ComPtr<IXMLDOMDocument2> m_document;
     CXString m_rootElementName;

@@ -9,10 +9,7 @@ namespace
 
 constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\printschemaxmldocument");
 
-void Check(HRESULT result, const WCHAR* method, int line = __builtin_LINE())
-{
-    ThrowIfFailed(result, {method, kSourceFile, line});
-}
+constexpr FailureCheck Check(kSourceFile);
 
 } // namespace
 
@@ -27,30 +24,32 @@ HRESULT PrintSchemaXmlDocument::AppendChild(IXMLDOMNode* parent, IXMLDOMNode* ch
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChild");
     RequireDocument(kMethod);
-    Check(parent != nullptr && child != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(parent != nullptr && child != nullptr), kMethod);
     ComPtr<IXMLDOMNode> appended;
     Check(parent->appendChild(child, appended.Put()), kMethod);
     return S_OK;
 }
 
-HRESULT PrintSchemaXmlDocument::CreateNode(DOMNodeType type, const CXString& name, const CXString& namespaceUri,
-                                           IXMLDOMNode** node) const
+void PrintSchemaXmlDocument::CreateNode(DOMNodeType type, const CXString& name, const CXString& namespaceUri,
+                                        IXMLDOMNode** node, const WCHAR* method) const
 {
     VARIANT nodeType;
     VariantInit(&nodeType);
     nodeType.vt = VT_I4;
     nodeType.lVal = type;
-    return m_document->createNode(nodeType, MakeBstr(name).Get(), MakeBstr(namespaceUri).Get(), node);
+    const CComBSTR qualifiedName = MakeBstr(name, {method, kSourceFile});
+    const CComBSTR uri = MakeBstr(namespaceUri, {method, kSourceFile});
+    Check(m_document->createNode(nodeType, qualifiedName.Get(), uri.Get(), node), method);
 }
 
 HRESULT PrintSchemaXmlDocument::CreateXMLElement(const CXString& qualifiedName, IXMLDOMElement** element) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateXMLElement");
     RequireDocument(kMethod);
-    Check(element != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(element != nullptr), kMethod);
     Check(qualifiedName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
     ComPtr<IXMLDOMNode> node;
-    Check(CreateNode(NODE_ELEMENT, qualifiedName, PrintSchema::kFrameworkUri, node.Put()), kMethod);
+    CreateNode(NODE_ELEMENT, qualifiedName, PrintSchema::kFrameworkUri, node.Put(), kMethod);
     ComPtr<IXMLDOMElement> created;
     Check(node.As(created), kMethod);
     *element = created.Detach();
@@ -62,13 +61,13 @@ HRESULT PrintSchemaXmlDocument::AppendXMLAttribute(IXMLDOMElement* element, cons
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendXMLAttribute");
     RequireDocument(kMethod);
-    Check(element != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(element != nullptr), kMethod);
     Check(qualifiedName.IsEmpty() || value.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
     ComPtr<IXMLDOMNode> node;
-    Check(CreateNode(NODE_ATTRIBUTE, qualifiedName, namespaceUri, node.Put()), kMethod);
+    CreateNode(NODE_ATTRIBUTE, qualifiedName, namespaceUri, node.Put(), kMethod);
     ComPtr<IXMLDOMAttribute> attribute;
     Check(node.As(attribute), kMethod);
-    const CComBSTR text = MakeBstr(value);
+    const CComBSTR text = MakeBstr(value, {kMethod, kSourceFile});
     Check(attribute->put_value(BorrowAsVariant(text)), kMethod);
     ComPtr<IXMLDOMAttribute> replaced;
     Check(element->setAttributeNode(attribute.Get(), replaced.Put()), kMethod);
@@ -91,7 +90,7 @@ void PrintSchemaXmlDocument::AppendTypedValue(IXMLDOMElement* parent, const CXSt
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendTypedValue");
     ComPtr<IXMLDOMElement> valueElement;
     CreateXMLElement(m_frameworkPrefix + PrintSchema::kValue, valueElement.Put());
-    Check(valueElement->put_text(MakeBstr(value).Get()), kMethod);
+    Check(valueElement->put_text(MakeBstr(value, {kMethod, kSourceFile}).Get()), kMethod);
     AppendXMLAttribute(valueElement.Get(), m_xmlSchemaInstancePrefix + PrintSchema::kTypeAttribute,
                        PrintSchema::kXmlSchemaInstanceUri, m_xmlSchemaPrefix + typeName);
     AppendChild(parent, valueElement.Get());
@@ -102,7 +101,7 @@ HRESULT PrintSchemaXmlDocument::CreateProperty(ULONG namespaceIndex, const CXStr
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateProperty");
     RequireDocument(kMethod);
-    Check(property != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(property != nullptr), kMethod);
     Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
     *property = CreateNamedElement(PrintSchema::kProperty, GetNsPrefix(namespaceIndex) + localName).Detach();
     return S_OK;
@@ -114,7 +113,7 @@ HRESULT PrintSchemaXmlDocument::CreateProperty(ULONG namespaceIndex, const CXStr
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateProperty");
     RequireDocument(kMethod);
-    Check(property != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(property != nullptr), kMethod);
     ComPtr<IXMLDOMElement> created;
     CreateProperty(namespaceIndex, localName, created.Put());
     AppendTypedValue(created.Get(), typeName, value);
@@ -126,7 +125,7 @@ HRESULT PrintSchemaXmlDocument::CreateScoredProperty(const CXString& fullName, I
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateScoredProperty");
     RequireDocument(kMethod);
-    Check(scoredProperty != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(scoredProperty != nullptr), kMethod);
     Check(fullName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
     *scoredProperty = CreateNamedElement(PrintSchema::kScoredProperty, fullName).Detach();
     return S_OK;
@@ -137,7 +136,7 @@ HRESULT PrintSchemaXmlDocument::CreateScoredProperty(const CXString& fullName, c
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateScoredProperty");
     RequireDocument(kMethod);
-    Check(scoredProperty != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(scoredProperty != nullptr), kMethod);
     ComPtr<IXMLDOMElement> created;
     CreateScoredProperty(fullName, created.Put());
     AppendTypedValue(created.Get(), typeName, value);
@@ -155,7 +154,7 @@ HRESULT PrintSchemaXmlDocument::CreateParameterRef(const CXString& parameterName
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateParameterRef");
     RequireDocument(kMethod);
-    Check(parameterRef != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(parameterRef != nullptr), kMethod);
     Check(parameterName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
     *parameterRef = CreateNamedElement(PrintSchema::kParameterRef, parameterName).Detach();
     return S_OK;
@@ -167,7 +166,7 @@ HRESULT PrintSchemaXmlDocument::CreateParameterRefScoredProperty(const CXString&
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateParameterRefScoredProperty");
     RequireDocument(kMethod);
-    Check(scoredProperty != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(scoredProperty != nullptr), kMethod);
     ComPtr<IXMLDOMElement> created;
     CreateScoredProperty(scoredPropertyName, created.Put());
     ComPtr<IXMLDOMElement> reference;
@@ -182,7 +181,7 @@ HRESULT PrintSchemaXmlDocument::AppendChildIntegerProperty(IXMLDOMNode* parent, 
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildIntegerProperty");
     RequireDocument(kMethod);
-    Check(parent != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(parent != nullptr), kMethod);
     ComPtr<IXMLDOMElement> property;
     CreateProperty(PrintSchema::Keywords, localName, PrintSchema::kIntegerType, CXString::FromInteger(value),
                    property.Put());
@@ -202,7 +201,7 @@ HRESULT PrintSchemaXmlDocument::AppendChildQNameScoredProperty(IXMLDOMNode* pare
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildQNameScoredProperty");
     RequireDocument(kMethod);
-    Check(parent != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(parent != nullptr), kMethod);
     ComPtr<IXMLDOMElement> scoredProperty;
     CreateScoredProperty(fullName, PrintSchema::kQNameType, qualifiedValue, scoredProperty.Put());
     return AppendChild(parent, scoredProperty.Get());
@@ -215,7 +214,7 @@ HRESULT PrintSchemaXmlDocument::AppendChildParameterRefScoredProperty(IXMLDOMNod
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildParameterRefScoredProperty");
     RequireDocument(kMethod);
-    Check(parent != nullptr && scoredProperty != nullptr ? S_OK : E_POINTER, kMethod);
+    Check(PointerResult(parent != nullptr && scoredProperty != nullptr), kMethod);
     ComPtr<IXMLDOMElement> created;
     CreateParameterRefScoredProperty(scoredPropertyName, parameterName, created.Put());
     AppendChild(parent, created.Get());

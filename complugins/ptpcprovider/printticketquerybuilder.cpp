@@ -2,6 +2,7 @@
 
 #include <tvutil/tavlencomexception.h>
 
+#include <new>
 #include <utility>
 
 namespace

@@ -4,7 +4,7 @@
 // stand: a quote in a name makes a query that the DOM refuses, so names come from the code's own vocabulary or are
 // checked by the caller, never from a document.
 //
-// Every failure is thrown as TavlenComException; a failed operation leaves the query as it was, except that AddOption
+// Every failure of an operation is thrown as TavlenComException; it leaves the query as it was, except that AddOption
 // may leave part of its fragment behind.
 #pragma once
 

@@ -12,15 +12,7 @@ namespace
 
 constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\printticketxmldocument");
 
-void Check(HRESULT result, const WCHAR* method, int line = __builtin_LINE())
-{
-    ThrowIfFailed(result, {method, kSourceFile, line});
-}
-
-HRESULT PointerResult(bool every)
-{
-    return every ? S_OK : E_POINTER;
-}
+constexpr FailureCheck Check(kSourceFile);
 
 // The names that references give. A missing name counts as one of its own: two missing names are equal.
 struct ReferencedNames
@@ -60,8 +52,8 @@ HRESULT PrintTicketXmlDocument::GetFeatureOption(const CXString& featureName, BS
     const CXString fullName(text);
     const std::size_t colon = fullName.Find(W(":"));
     Check(colon == CXString::npos ? E_FAIL : S_OK, kMethod);
-    CComBSTR name = MakeBstr(fullName.Mid(colon + 1));
-    *optionPrefix = MakeBstr(fullName.Mid(0, colon + 1)).Detach();
+    CComBSTR name = MakeBstr(fullName.Mid(colon + 1), {kMethod, kSourceFile});
+    *optionPrefix = MakeBstr(fullName.Mid(0, colon + 1), {kMethod, kSourceFile}).Detach();
     *optionName = name.Detach();
     return S_OK;
 }

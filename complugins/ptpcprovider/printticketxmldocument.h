@@ -20,6 +20,7 @@ public:
     // The chosen option of a public feature, from its Option element or its "OptionName" scored property: "psk:ISOA4"
     // gives "ISOA4" and "psk:". A name without a prefix is E_FAIL.
     HRESULT GetFeatureOption(const CXString& featureName, BSTR* optionName, BSTR* optionPrefix) const;
+    // In and out, as GetNodeValue.
     HRESULT GetScoredPropertyValue(const CXString& featureName, const CXString& scoredPropertyName, BSTR* value) const;
     // As _wtoi reads the text: no leading number is 0.
     HRESULT GetScoredPropertyValue(const CXString& featureName, const CXString& scoredPropertyName, ULONG* value) const;

@@ -96,12 +96,16 @@ try
     if (version != kSupportedVersion)
         return E_VERSION_NOT_SUPPORTED;
 
+    m_dataModelInUse = false; // by every binding, also one that fails further on
+
+    // Both are read before anything is kept: a printer that cannot be read does not leave half of itself behind.
+    const PrintDriver driver;
+    const ULONGLONG driverKind = driver.GetDriverCapability(printer, kDriverKindCapability);
+    const ULONGLONG coreFlags = driver.GetDriverCapability(printer, kCoreFlagsCapability);
     m_printerHandle = printer;
     m_printer.SetPrinterHandle(printer, false);
-
-    const PrintDriver driver;
-    m_driverCapabilityFlags = driver.GetDriverCapability(printer, kDriverKindCapability);
-    m_secondDriverCapability = driver.GetDriverCapability(printer, kCoreFlagsCapability);
+    m_driverCapabilityFlags = driverKind;
+    m_secondDriverCapability = coreFlags;
 
     OSVERSIONINFOW system = {};
     system.dwOSVersionInfoSize = sizeof(system);
@@ -112,9 +116,7 @@ try
     }
 
     *options = OEMPT_DEFAULT;
-    const HRESULT published = PrivateNamespaceIsEnabled() ? PublishPrivateNamespace(namespaceCount, namespaces) : S_OK;
-    m_dataModelInUse = false; // also when there was no memory for the namespace
-    return published;
+    return PrivateNamespaceIsEnabled() ? PublishPrivateNamespace(namespaceCount, namespaces) : S_OK;
 }
 catch (const std::bad_alloc&)
 {
@@ -147,7 +149,11 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::PublishPrintTicketHelperInterface(IU
         return E_INVALIDARG;
     if (m_printCoreHelper) // the first one stays
         return S_OK;
-    const HRESULT result = helper->QueryInterface(IID_IPrintCoreHelper, m_printCoreHelper.PutVoid());
+    // What a failing query leaves in its output is not a reference.
+    void* found = nullptr;
+    const HRESULT result = helper->QueryInterface(IID_IPrintCoreHelper, &found);
+    if (SUCCEEDED(result))
+        m_printCoreHelper.Attach(static_cast<IPrintCoreHelper*>(found));
     return result == E_NOINTERFACE ? S_OK : result; // the service's helper is optional
 }
 
@@ -173,4 +179,8 @@ try
 catch (const std::bad_alloc&)
 {
     return E_OUTOFMEMORY;
+}
+catch (...)
+{
+    return E_FAIL;
 }

@@ -99,5 +99,5 @@ private:
 };
 
 // The door for hosts that load the module at run time: C++ names differ between compilers. The object is handed out
-// with one reference. E_POINTER, E_OUTOFMEMORY.
+// with one reference. E_POINTER, E_OUTOFMEMORY, E_FAIL.
 extern "C" TVPTPC_API HRESULT CreateTavlenPtProvider(IPrintOemPrintTicketProvider** provider) noexcept;

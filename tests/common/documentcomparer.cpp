@@ -1,5 +1,6 @@
 #include "tests/common/documentcomparer.h"
 
+#include <algorithm>
 #include <map>
 #include <vector>
 

@@ -4,7 +4,7 @@
 
 #include <tvutil/tavlencomexception.h>
 
-HRESULT CodeOf(const std::function<void()>& action, std::string* method)
+HRESULT CodeOf(const std::function<void()>& action, std::string* place)
 {
     try
     {
@@ -13,8 +13,8 @@ HRESULT CodeOf(const std::function<void()>& action, std::string* method)
     catch (const TavlenComException& failure)
     {
         EXPECT_TRUE(failure.GetText().IsEmpty());
-        if (method != nullptr)
-            *method = CXString(failure.GetSite().method).ToUtf8();
+        if (place != nullptr)
+            *place = CXString(failure.GetSite().file).ToUtf8() + " " + CXString(failure.GetSite().method).ToUtf8();
         return failure.GetHresult();
     }
     return S_OK;

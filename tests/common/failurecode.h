@@ -6,5 +6,6 @@
 #include <functional>
 #include <string>
 
-// S_OK when nothing is thrown; a TavlenComException must have an empty message. `method` receives the place it names.
-HRESULT CodeOf(const std::function<void()>& action, std::string* method = nullptr);
+// S_OK when nothing is thrown; a TavlenComException must have an empty message. `place` receives the file and the
+// method that it names: "complugins\\... Class::Method".
+HRESULT CodeOf(const std::function<void()>& action, std::string* place = nullptr);

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstring>
 #include <memory>
+#include <vector>
 
 class TestDevmode
 {
@@ -23,6 +24,11 @@ public:
     [[nodiscard]] DEVMODEW* Get() const noexcept
     {
         return reinterpret_cast<DEVMODEW*>(m_bytes.get());
+    }
+
+    [[nodiscard]] std::vector<std::byte> Bytes() const
+    {
+        return {m_bytes.get(), m_bytes.get() + m_size};
     }
 
     [[nodiscard]] ULONG Size() const noexcept

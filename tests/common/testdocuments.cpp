@@ -64,7 +64,7 @@ ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text)
         throw std::runtime_error("there is no DOM: " + std::to_string(created));
     document->put_async(VARIANT_FALSE);
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    document->loadXML(MakeBstr(WithoutXmlDeclaration(text)).Get(), &loaded);
+    document->loadXML(CComBSTR(WithoutXmlDeclaration(text)).Get(), &loaded);
     if (loaded != VARIANT_TRUE)
         throw std::runtime_error("no document: " + ReasonOf(document.Get()) + ": " + Utf8(text));
     return document;

@@ -3,9 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdio>
-#include <filesystem>
 #include <fstream>
+#include <stdexcept>
+#include <string>
+#include <system_error>
 
 #include "utilitiesstaticlib/wideliteral.h"
 
@@ -13,43 +14,70 @@ namespace
 {
 
 WCHAR g_environment[] = W("Windows x64");
-WCHAR g_driverName[] = W("Tavlen test driver");
-WCHAR g_printerName[] = W("Tavlen test printer");
 WCHAR g_port[] = W("FILE:");
 WCHAR g_processor[] = W("winprint");
 WCHAR g_dataType[] = W("RAW");
 WCHAR g_dataKey[] = W("PrinterDriverData");
+WCHAR g_capability[] = W("XDriverCapability");
+constexpr const WCHAR* kStoreVariable = W("TVPT_STORE");
 
-std::filesystem::path ScratchFolder()
+std::string OwnName(const char* name)
 {
-    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "tavlen-test-printer";
-    std::filesystem::create_directories(folder);
-    return folder;
+    return name + std::to_string(GetCurrentProcessId());
 }
 
-WideString DriverFile(const char* name)
+// A terminated copy: the spooler's structures take pointers to non-const text.
+WideString Wide(const std::string& text)
 {
-    const std::filesystem::path path = ScratchFolder() / name;
+    return WideString(CXString::FromUtf8(text).View());
+}
+
+WideString DriverFile(const std::filesystem::path& folder, const char* name)
+{
+    const std::filesystem::path path = folder / (OwnName(name) + ".dll");
     std::ofstream(path) << "a driver file of the tests\n";
-    return WideString(CXString::FromUtf8(path.string()).View());
+    return Wide(path.string());
 }
 
-void InstallDriver()
+void Require(bool done, const char* what)
 {
-    WideString driverFile = DriverFile("tvtestdriver.dll");
-    WideString dataFile = DriverFile("tvtestdata.json");
-    WideString configFile = DriverFile("tvtestconfig.dll");
+    const DWORD error = GetLastError();
+    if (!done)
+        throw std::runtime_error(std::string(what) + ": " + std::to_string(error));
+}
+
+void InstallDriver(const std::filesystem::path& folder)
+{
+    WideString name = Wide(OwnName("Tavlen test driver "));
+    WideString driverFile = DriverFile(folder, "tvtestdriver");
+    WideString dataFile = DriverFile(folder, "tvtestdata");
+    WideString configFile = DriverFile(folder, "tvtestconfig");
     DRIVER_INFO_3W driver = {};
     driver.cVersion = 3;
-    driver.pName = g_driverName;
+    driver.pName = name.data();
     driver.pEnvironment = g_environment;
     driver.pDriverPath = driverFile.data();
     driver.pDataFile = dataFile.data();
     driver.pConfigFile = configFile.data();
     driver.pDefaultDataType = g_dataType;
-    EXPECT_TRUE(
-        AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&driver), APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY))
-        << GetLastError();
+    Require(AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&driver),
+                                APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY) != FALSE,
+            "AddPrinterDriverExW");
+}
+
+HANDLE AddTestPrinter()
+{
+    WideString name = Wide(OwnName("Tavlen test printer "));
+    WideString driver = Wide(OwnName("Tavlen test driver "));
+    PRINTER_INFO_2W printer = {};
+    printer.pPrinterName = name.data();
+    printer.pPortName = g_port;
+    printer.pDriverName = driver.data();
+    printer.pPrintProcessor = g_processor;
+    printer.pDatatype = g_dataType;
+    HANDLE const added = AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&printer));
+    Require(added != nullptr, "AddPrinterW");
+    return added;
 }
 
 std::array<BYTE, 8> LittleEndian(ULONGLONG value)
@@ -60,33 +88,39 @@ std::array<BYTE, 8> LittleEndian(ULONGLONG value)
     return bytes;
 }
 
+CXString StoreVariable()
+{
+    std::array<WCHAR, 1024> value = {};
+    const DWORD length = GetEnvironmentVariableW(kStoreVariable, value.data(), static_cast<DWORD>(value.size()));
+    return WStringView(value.data(), length < value.size() ? length : 0);
+}
+
 } // namespace
 
 TestPrinter::TestPrinter(std::optional<ULONGLONG> capabilityWord)
+    : m_folder(std::filesystem::temp_directory_path() / OwnName("tavlen-test-printer-")),
+      m_previousStore(StoreVariable())
 {
-    SetEnvironmentVariableW(W("TVPT_STORE"), CXString::FromUtf8((ScratchFolder() / "store").string()).c_str());
-    InstallDriver();
-    PRINTER_INFO_2W printer = {};
-    printer.pPrinterName = g_printerName;
-    printer.pPortName = g_port;
-    printer.pDriverName = g_driverName;
-    printer.pPrintProcessor = g_processor;
-    printer.pDatatype = g_dataType;
-    m_printer = AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&printer));
-    EXPECT_NE(nullptr, m_printer) << GetLastError();
+    std::filesystem::create_directories(m_folder);
+    SetEnvironmentVariableW(kStoreVariable, CXString::FromUtf8((m_folder / "store").string()).c_str());
+    InstallDriver(m_folder);
+    m_printer = AddTestPrinter();
     if (!capabilityWord)
         return;
     std::array<BYTE, 8> bytes = LittleEndian(*capabilityWord);
-    WCHAR valueName[] = W("XDriverCapability");
-    EXPECT_EQ(ERROR_SUCCESS, SetPrinterDataExW(m_printer, g_dataKey, valueName, REG_BINARY, bytes.data(),
+    EXPECT_EQ(ERROR_SUCCESS, SetPrinterDataExW(m_printer, g_dataKey, g_capability, REG_BINARY, bytes.data(),
                                                static_cast<DWORD>(bytes.size())));
 }
 
 TestPrinter::~TestPrinter()
 {
+    WideString driver = Wide(OwnName("Tavlen test driver "));
     EXPECT_TRUE(DeletePrinter(m_printer)) << GetLastError();
     ClosePrinter(m_printer);
-    EXPECT_TRUE(DeletePrinterDriverExW(nullptr, g_environment, g_driverName, 0, 0)) << GetLastError();
+    EXPECT_TRUE(DeletePrinterDriverExW(nullptr, g_environment, driver.data(), 0, 0)) << GetLastError();
+    SetEnvironmentVariableW(kStoreVariable, m_previousStore.IsEmpty() ? nullptr : m_previousStore.c_str());
+    std::error_code ignored; // a module of the folder may still be open
+    std::filesystem::remove_all(m_folder, ignored);
 }
 
 HANDLE TestPrinter::Handle() const noexcept

@@ -1,11 +1,13 @@
 // A printer in the spooler for the life of a test, with a driver of dummy files and a capability word.
 //
-// On Linux the store is a scratch folder of the test program; under Windows it is the machine's spooler.
+// Names and folder are this process's own: test programs may run side by side, and one that was killed leaves nothing
+// in the way. On Linux the store is in that folder; under Windows it is the machine's spooler.
 #pragma once
 
 #include <windows.h>
 #include <winspool.h>
 
+#include <filesystem>
 #include <optional>
 
 #include <tvutil/cxstring.h>
@@ -13,7 +15,8 @@
 class TestPrinter
 {
 public:
-    // Without a word the printer looks like one that our set-up has not installed.
+    // Without a word the printer looks like one that our set-up has not installed. Throws std::runtime_error when the
+    // spooler refuses.
     explicit TestPrinter(std::optional<ULONGLONG> capabilityWord);
     ~TestPrinter();
     TestPrinter(const TestPrinter&) = delete;
@@ -23,4 +26,6 @@ public:
 
 private:
     HANDLE m_printer = nullptr;
+    std::filesystem::path m_folder;
+    CXString m_previousStore;
 };

@@ -76,9 +76,12 @@ TEST_F(Conversions, CarryCopiesBothWays)
     {
         short copies;
         const char* text;
+        short back;
     };
-    // Written as unsigned 32-bit; a negative count, which no print dialog makes, wraps and comes back.
-    constexpr Case kCases[] = {{1, "1"}, {999, "999"}, {32767, "32767"}, {0, "0"}, {-1, "4294967295"}};
+    // Written as unsigned 32-bit. A negative count, which no print dialog makes, wraps; it is read back as the largest
+    // number that the runtime's conversion gives, cut to 16 bits.
+    constexpr Case kCases[] = {{1, "1", 1}, {999, "999", 999},      {32767, "32767", 32767},
+                               {0, "0", 0}, {-1, "4294967295", -1}, {-2, "4294967294", -1}};
     for (const Case& test : kCases)
     {
         SCOPED_TRACE(test.text);
@@ -92,7 +95,7 @@ TEST_F(Conversions, CarryCopiesBothWays)
         const TestDevmode back;
         back.Get()->dmCopies = 5;
         EXPECT_EQ(S_OK, ToDevmode(ticket.Get(), back));
-        EXPECT_EQ(test.copies, test.copies == -1 ? -1 : back.Get()->dmCopies);
+        EXPECT_EQ(test.back, back.Get()->dmCopies);
         EXPECT_EQ(0u, back.Get()->dmFields); // not touched, on purpose
     }
 }
@@ -111,19 +114,31 @@ TEST_F(Conversions, ReadCopiesAsTheRuntimeReadsNumbers)
         {"<psf:Value>7up</psf:Value>", 7},
         {"<psf:Value>65537</psf:Value>", 1}, // cut to 16 bits
         {"<psf:Value/>", 5},                 // an empty text changes nothing
-        {"", 5},
+        {"", 5},                             // and so does a missing one, also where a second initialiser has a value
     };
     for (const Case& test : kCases)
     {
         SCOPED_TRACE(test.init);
-        const ComPtr<IXMLDOMDocument2> ticket =
-            LoadDocument(TicketAround("<psf:ParameterInit name=\"psk:JobCopiesAllDocuments\">" +
-                                      std::string(test.init) + "</psf:ParameterInit>"));
+        const ComPtr<IXMLDOMDocument2> ticket = LoadDocument(
+            TicketAround("<psf:ParameterInit name=\"psk:JobCopiesAllDocuments\">" + std::string(test.init) +
+                         "</psf:ParameterInit><psf:ParameterInit name=\"psk:JobCopiesAllDocuments\">"
+                         "<psf:Value>9</psf:Value></psf:ParameterInit>"));
         const TestDevmode devmode;
         devmode.Get()->dmCopies = 5;
         EXPECT_EQ(S_OK, ToDevmode(ticket.Get(), devmode));
         EXPECT_EQ(test.copies, devmode.Get()->dmCopies);
     }
+}
+
+TEST_F(Conversions, LeaveOneCopiesParameterOfSeveral)
+{
+    const std::string one = "<psf:ParameterInit name=\"psk:JobCopiesAllDocuments\"><psf:Value>8</psf:Value>"
+                            "</psf:ParameterInit>";
+    const ComPtr<IXMLDOMDocument2> ticket = LoadDocument(TicketAround(one + one + one));
+    const TestDevmode devmode;
+    devmode.Get()->dmCopies = 3;
+    EXPECT_EQ(S_OK, ToTicket(devmode, ticket.Get()));
+    EXPECT_EQ((std::vector<std::string>{"3"}), Select(ticket.Get(), kCopiesValue));
 }
 
 TEST_F(Conversions, TakeEveryTicketOrRefuseItWhole)
@@ -145,6 +160,7 @@ TEST_F(Conversions, TakeEveryTicketOrRefuseItWhole)
         if (isRefused)
         {
             EXPECT_EQ(TextOf(base.Get()), TextOf(ticket.Get()));
+            EXPECT_EQ(4, devmode.Get()->dmCopies);
             continue;
         }
         // Everything but the copies is what wrapping alone makes of the base, also after a trip through text.
@@ -207,15 +223,20 @@ TEST_F(Conversions, RefuseADevmodeThatIsNotWhole)
         {"a block that ends before the sizes", 220, 0, 71, E_INVALIDARG},
         {"one byte", 220, 0, 1, E_INVALIDARG},
     };
-    const ComPtr<IXMLDOMDocument2> ticket = LoadDocument(TicketAround(
-        "<psf:ParameterInit name=\"psk:JobCopiesAllDocuments\"><psf:Value>3</psf:Value></psf:ParameterInit>"));
     for (const Case& test : kCases)
     {
         SCOPED_TRACE(test.name);
+        // A private prefix that wrapping would change: nothing is touched before the devmode is seen to be whole.
+        const ComPtr<IXMLDOMDocument2> ticket = LoadTestDocument("tickets/private-prefix-ns1.xml");
+        const std::string before = TextOf(ticket.Get());
         const TestDevmode devmode(test.publicSize, test.driverExtra, test.blockSize);
-        EXPECT_EQ(test.result, ToTicket(devmode, ticket.Get()));
+        const std::vector<std::byte> bytes = devmode.Bytes();
         EXPECT_EQ(test.result, ToDevmode(ticket.Get(), devmode));
+        EXPECT_EQ(test.result == S_OK, bytes != devmode.Bytes());
+        EXPECT_EQ(test.result, ToTicket(devmode, ticket.Get()));
+        EXPECT_EQ(test.result == S_OK, before != TextOf(ticket.Get()));
     }
+    const ComPtr<IXMLDOMDocument2> ticket = LoadDocument(TicketAround(""));
     const TestDevmode devmode;
     EXPECT_EQ(E_INVALIDARG, provider->ConvertDevModeToPrintTicket(0, devmode.Get(), 0, nullptr, ticket.Get()));
     EXPECT_EQ(E_INVALIDARG, provider->ConvertDevModeToPrintTicket(220, nullptr, 0, nullptr, ticket.Get()));
@@ -277,6 +298,7 @@ TEST_F(Conversions, GuardTurnsEveryExceptionIntoOneCode)
         EXPECT_EQ("Test::Method", reports[0].method);
         EXPECT_EQ(12, reports[0].line);
         EXPECT_EQ(1u, reports[0].contextDepth); // the failed call's own
+        EXPECT_EQ(0u, UtilitiesDllPerThreadStorage::GetExecutionContextStack().Depth());
     }
     reports.clear();
     EXPECT_EQ(S_FALSE, RunGuarded(kSite, [] { return S_FALSE; }));

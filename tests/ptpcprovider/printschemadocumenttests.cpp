@@ -147,6 +147,49 @@ TEST(WrappedDocument, RefusesWhatIsNoTicketAndLeavesItAsItWas)
     }
 }
 
+TEST(WrappedDocument, NamesThePlaceOfItsFailures)
+{
+    std::string place;
+    const ComPtr<IXMLDOMDocument2> noTicket = LoadDocument(std::string("<x/>"));
+    EXPECT_EQ(S_FALSE, CodeOf([&] { const PrintTicketXmlDocument ticket(noTicket.Get()); }, &place));
+    EXPECT_EQ("complugins\\ptpcprovider\\printschemaxmldocument PrintSchemaXmlDocument::PrintSchemaXmlDocument", place);
+
+    const ComPtr<IXMLDOMDocument2> document = LoadDocument(TicketAround(""));
+    const PrintTicketXmlDocument ticket(document.Get());
+    const std::pair<const char*, std::function<void()>> cases[] = {
+        {"printschemaxmldocument PrintSchemaXmlDocument::GetPrefixFromURI",
+         [&]
+         {
+             ticket.GetPrefixFromURI(W(""), CComBSTR().Put());
+         }},
+        {"printschemaxmldocument PrintSchemaXmlDocument::GetNode",
+         [&]
+         {
+             ticket.GetNode(W("]["), ComPtr<IXMLDOMNode>().Put());
+         }},
+        {"printschemaxmldocument PrintSchemaXmlDocument::DeletePropertyNodesIfExist",
+         [&]
+         {
+             ticket.DeletePropertyNodesIfExist(W("psk:"), W("a\"b"));
+         }},
+        {"printticketxmldocument PrintTicketXmlDocument::CreateFeatureOptionPair",
+         [&]
+         {
+             ticket.CreateFeatureOptionPair(1, W(""), nullptr, nullptr);
+         }},
+        {"printticketxmldocument PrintTicketXmlDocument::DeleteParamInitOrphans",
+         [&]
+         {
+             ticket.DeleteParamInitOrphans(nullptr, nullptr);
+         }},
+    };
+    for (const auto& [expected, action] : cases)
+    {
+        EXPECT_TRUE(FAILED(CodeOf(action, &place)));
+        EXPECT_EQ(std::string("complugins\\ptpcprovider\\") + expected, place);
+    }
+}
+
 TEST(WrappedDocument, OfAnEmptyDocumentHasNoRoot)
 {
     const ComPtr<IXMLDOMDocument2> loaded = LoadDocument(TicketAround(""));
@@ -464,36 +507,65 @@ TEST_F(Operations, RefuseNullsAndEmptyNames)
 TEST(EmptyWrapper, FailsEveryOperation)
 {
     const PrintTicketXmlDocument empty(nullptr);
+    // Nodes of another document: only the wrapper's own emptiness can fail the calls.
+    const ComPtr<IXMLDOMDocument2> document = LoadDocument(TicketAround("<psf:Feature name=\"psk:F\"/>"));
+    const PrintTicketXmlDocument other(document.Get());
+    ComPtr<IXMLDOMNode> given;
+    other.GetFeatureNode(W("psk:"), W("F"), given.Put());
+    ComPtr<IXMLDOMElement> child;
+    other.CreateXMLElement(W("psf:X"), child.Put());
+    ComPtr<IXMLDOMNodeList> givenList;
+    other.GetNodes(W("Nothing"), givenList.Put());
+
     ComPtr<IXMLDOMNode> node;
     ComPtr<IXMLDOMNodeList> list;
     ComPtr<IXMLDOMElement> element;
-    ComPtr<IXMLDOMElement> other;
+    ComPtr<IXMLDOMElement> second;
     CComBSTR text;
+    CComBSTR secondText;
     ULONG number = 0;
     const std::function<void()> actions[] = {
+        [&] { static_cast<void>(empty.GetNsPrefix(0)); },
         [&] { empty.GetPrefixFromURI(W("urn:x"), text.Put()); },
         [&] { empty.GetNode(W("//x"), node.Put()); },
         [&] { empty.GetNodes(W("Feature"), list.Put()); },
         [&] { empty.GetFeatureNodeIfExists(W("psk:"), W("F"), node.Put()); },
         [&] { empty.GetFeatureNode(W("psk:"), W("F"), node.Put()); },
+        [&] { empty.GetNodeValue(W("//x"), text.Put()); },
+        [&] { empty.GetAttributeValue(given.Get(), W("name"), text.Put()); },
+        [&] { empty.DeleteNode(given.Get()); },
         [&] { empty.DeleteFeatureNodeIfExists(W("psk:"), W("F")); },
         [&] { empty.DeleteFeatureNodeIfADuplicateExists(W("psk:"), W("F")); },
         [&] { empty.DeletePropertyNodesIfExist(W("psk:"), W("F")); },
-        [&] { empty.GetNodeValue(W("//x"), text.Put()); },
+        [&] { empty.AppendChildToRootNode(child.Get()); },
+        [&] { empty.AppendChild(given.Get(), child.Get()); },
         [&] { empty.CreateXMLElement(W("psf:X"), element.Put()); },
+        [&] { empty.AppendXMLAttribute(child.Get(), W("a"), W(""), W("v")); },
         [&] { empty.CreateProperty(0, W("P"), element.Put()); },
+        [&] { empty.CreateProperty(0, W("P"), W("integer"), W("1"), element.Put()); },
         [&] { empty.CreateScoredProperty(W("psk:P"), element.Put()); },
+        [&] { empty.CreateScoredProperty(W("psk:P"), W("integer"), W("1"), element.Put()); },
+        [&] { empty.CreateIntegerScoredProperty(W("psk:P"), 1, element.Put()); },
         [&] { empty.CreateParameterRef(W("psk:P"), element.Put()); },
-        [&] { empty.AppendChildToRootNode(nullptr); },
-        [&] { empty.GetFeatureOption(W("F"), text.Put(), CComBSTR().Put()); },
+        [&] { empty.CreateParameterRefScoredProperty(W("psk:P"), W("psk:Q"), element.Put()); },
+        [&] { empty.AppendChildIntegerProperty(given.Get(), 1, W("P"), 1); },
+        [&] { empty.AppendChildIntegerScoredProperty(given.Get(), W("psk:P"), 1); },
+        [&] { empty.AppendChildQNameScoredProperty(given.Get(), W("psk:P"), W("psk:V")); },
+        [&] { empty.AppendChildParameterRefScoredProperty(given.Get(), W("psk:P"), W("psk:Q"), element.Put()); },
+        [&] { empty.GetFeatureOption(W("F"), text.Put(), secondText.Put()); },
         [&] { empty.GetScoredPropertyValue(W("F"), W("P"), text.Put()); },
         [&] { empty.GetScoredPropertyValue(W("F"), W("P"), &number); },
-        [&] { empty.CreateFeatureOptionPair(1, W("F"), element.Put(), other.Put()); },
-        [&] { empty.CreateIntegerParameterInit(W("psk:"), W("P"), 1, element.Put()); },
+        [&] { empty.CreateFeatureOptionPair(1, W("F"), element.Put(), second.Put()); },
+        [&] { empty.CreateFeatureOptionPair(1, W("F"), true, W("O"), element.Put(), second.Put()); },
         [&] { empty.CreateStringParameterInit(W("psk:"), W("P"), W("v"), element.Put()); },
+        [&] { empty.CreateIntegerParameterInit(W("psk:"), W("P"), 1, element.Put()); },
+        [&] { empty.AppendIntegerParameterInit(W("psk:"), W("P"), 1); },
         [&] { empty.GetParameterInitNodeIfExists(W("psk:"), W("P"), node.Put()); },
+        [&] { empty.GetParameterInitValueNodeIfExists(W("psk:"), W("P"), node.Put()); },
+        [&] { empty.DeleteParameterInitNodeIfExists(W("psk:"), W("P")); },
         [&] { empty.DeleteFeatureAndOrphanParameterInitsIfExists(W("psk:"), W("F")); },
-        [&] { empty.DeleteNodeList(nullptr); },
+        [&] { empty.DeleteParamInitOrphans(givenList.Get(), givenList.Get()); },
+        [&] { empty.DeleteNodeList(givenList.Get()); },
     };
     for (const auto& action : actions)
     {

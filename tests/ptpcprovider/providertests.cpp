@@ -1,42 +1,16 @@
 // The provider object: references, versions, binding, the helper, the private namespace.
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <cstddef>
+#include <cstring>
 
 #include "complugins/ptpcprovider/printschemanamespaces.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
 #include "tests/common/testdocuments.h"
 #include "tests/common/testprinter.h"
+#include "tests/ptpcprovider/provideraccess.h"
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/cotaskmemptr.h"
-
-struct TavlenPtProviderTestAccess
-{
-    static void UseDataModel(TavlenPtProvider& provider)
-    {
-        provider.m_dataModelInUse = true;
-    }
-
-    static bool DataModelIsInUse(const TavlenPtProvider& provider)
-    {
-        return provider.m_dataModelInUse;
-    }
-
-    static IPrintCoreHelper* Helper(const TavlenPtProvider& provider)
-    {
-        return provider.m_printCoreHelper.Get();
-    }
-
-    static ULONGLONG Capabilities(const TavlenPtProvider& provider)
-    {
-        return provider.m_driverCapabilityFlags << 16 | provider.m_secondDriverCapability;
-    }
-
-    static ULONG OsMajorVersion(const TavlenPtProvider& provider)
-    {
-        return provider.m_osMajorVersion;
-    }
-};
 
 namespace
 {
@@ -64,10 +38,13 @@ protected:
     Binding Bind(HANDLE printer, INT version = 1)
     {
         Binding binding;
-        BSTR* namespaces = reinterpret_cast<BSTR*>(this); // anything but null: it must be overwritten
+        BSTR untouched = nullptr;
+        BSTR* namespaces = &untouched;
         binding.result =
             m_interface->BindPrinter(printer, version, &binding.options, &binding.namespaceCount, &namespaces);
-        binding.namespaces.reset(namespaces);
+        EXPECT_NE(&untouched, namespaces); // cleared first
+        if (namespaces != &untouched)
+            binding.namespaces.reset(namespaces);
         if (binding.namespaces && binding.namespaceCount == 1)
             binding.uri.Attach(*binding.namespaces);
         return binding;
@@ -111,6 +88,32 @@ TEST_F(Provider, AnswersForItsTwoInterfacesOnly)
     EXPECT_EQ(E_NOINTERFACE, m_interface->QueryInterface(IID_IPrintCoreHelper, &nothing));
     EXPECT_EQ(nullptr, nothing);
     EXPECT_EQ(E_POINTER, CreateTavlenPtProvider(nullptr));
+}
+
+// The service calls by place: the slots of the published interface, counted from IUnknown's first.
+TEST_F(Provider, HasItsOperationsInThePublishedSlots)
+{
+    constexpr std::size_t kGetSupportedVersions = 3;
+    constexpr std::size_t kQueryDeviceDefaultNamespace = 6;
+    constexpr std::size_t kValidatePrintTicket = 11;
+    const IID publishedId{0xBCF5E011, 0xF60A, 0x49FF, {0xAB, 0x2F, 0xE0, 0x6F, 0x4A, 0xBD, 0xF2, 0x81}};
+    ComPtr<IPrintOemPrintTicketProvider> provider;
+    ASSERT_EQ(S_OK, m_interface->QueryInterface(publishedId, provider.PutVoid()));
+
+    IPrintOemPrintTicketProvider* const object = provider.Get();
+    void** slots = nullptr;
+    std::memcpy(&slots, object, sizeof(slots));
+    using TakesPointer = HRESULT(STDMETHODCALLTYPE*)(void*, void*);
+    using TakesThree = HRESULT(STDMETHODCALLTYPE*)(void*, void*, void*, void*);
+    INT* versions = nullptr;
+    INT count = 0;
+    EXPECT_EQ(S_OK, reinterpret_cast<TakesThree>(slots[kGetSupportedVersions])(object, nullptr, &versions, &count));
+    const CoTaskMemPtr<INT> owner(versions);
+    EXPECT_EQ(1, count);
+    BSTR uri = nullptr;
+    EXPECT_EQ(E_NOTIMPL, reinterpret_cast<TakesPointer>(slots[kQueryDeviceDefaultNamespace])(object, &uri));
+    const ComPtr<IXMLDOMDocument2> ticket = LoadDocument(TicketAround(""));
+    EXPECT_EQ(S_OK, reinterpret_cast<TakesPointer>(slots[kValidatePrintTicket])(object, ticket.Get()));
 }
 
 TEST_F(Provider, SupportsVersionOne)
@@ -185,6 +188,7 @@ TEST_F(Provider, DoesNotBindToAPrinterThatOurSetUpDidNotInstall)
     EXPECT_EQ(E_FAIL, Bind(foreign.Handle()).result);
     HANDLE const noPrinter = this;
     EXPECT_EQ(E_FAIL, Bind(noPrinter).result);
+    EXPECT_EQ(0u, Access::Capabilities(*m_object));
 }
 
 TEST_F(Provider, ClearsTheDataModelFlagAtEveryBinding)
@@ -194,9 +198,17 @@ TEST_F(Provider, ClearsTheDataModelFlagAtEveryBinding)
     Access::UseDataModel(*m_object);
     EXPECT_EQ(S_OK, Bind(printer.Handle()).result);
     EXPECT_FALSE(Access::DataModelIsInUse(*m_object));
+
+    // A binding that fails clears it too, and keeps what the last one found.
+    const ULONGLONG before = Access::Capabilities(*m_object);
+    Access::UseDataModel(*m_object);
+    HANDLE const noPrinter = this;
+    EXPECT_EQ(E_FAIL, Bind(noPrinter).result);
+    EXPECT_FALSE(Access::DataModelIsInUse(*m_object));
+    EXPECT_EQ(before, Access::Capabilities(*m_object));
 }
 
-// A helper with the two interfaces that the service's has, or with IUnknown only.
+// A helper as the service's, or one that answers every query with a failure and leaves rubbish in its output.
 class FakeHelper final : public IPrintCoreHelper
 {
 public:
@@ -206,11 +218,17 @@ public:
 
     ULONG references = 1;
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override
     {
-        *object = m_answer == S_OK ? this : nullptr;
-        references += m_answer == S_OK ? 1 : 0;
-        return m_answer;
+        // By its published text, not by our header's constant.
+        constexpr IID kPrintCoreHelper{0xA89EC53E, 0x3905, 0x49C6, {0x9C, 0x1A, 0xC0, 0xA8, 0x81, 0x17, 0xFD, 0xB6}};
+        *object = this;
+        if (m_answer != S_OK)
+            return m_answer;
+        if (!IsEqualIID(riid, kPrintCoreHelper))
+            return E_NOINTERFACE;
+        ++references;
+        return S_OK;
     }
     ULONG STDMETHODCALLTYPE AddRef() override
     {

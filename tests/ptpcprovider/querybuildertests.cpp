@@ -81,14 +81,14 @@ TEST(QueryBuilder, WritesQueriesFragmentByFragment)
 TEST(QueryBuilder, RefusesADocumentWithoutFrameworkPrefixAndANullOutput)
 {
     PrintTicketQueryBuilder builder(W(""));
-    std::string method;
-    EXPECT_EQ(E_FAIL, CodeOf([&] { builder.AddFeature(W("psk:"), W("F")); }, &method));
-    EXPECT_EQ("PrintTicketQueryBuilder::AddFeature", method);
+    std::string place;
+    EXPECT_EQ(E_FAIL, CodeOf([&] { builder.AddFeature(W("psk:"), W("F")); }, &place));
+    EXPECT_EQ("complugins\\ptpcprovider\\printticketquerybuilder PrintTicketQueryBuilder::AddFeature", place);
     EXPECT_EQ(E_FAIL, CodeOf([&] { builder.AddOption(W("psk:")); }));
     EXPECT_EQ(E_FAIL, CodeOf([&] { builder.AddValue(); }));
     EXPECT_EQ("", QueryOf(builder).ToUtf8()); // a failed operation leaves the query as it was
-    EXPECT_EQ(E_POINTER, CodeOf([&] { builder.GetQuery(nullptr); }, &method));
-    EXPECT_EQ("PrintTicketQueryBuilder::GetQuery", method);
+    EXPECT_EQ(E_POINTER, CodeOf([&] { builder.GetQuery(nullptr); }, &place));
+    EXPECT_EQ("complugins\\ptpcprovider\\printticketquerybuilder PrintTicketQueryBuilder::GetQuery", place);
 }
 
 } // namespace

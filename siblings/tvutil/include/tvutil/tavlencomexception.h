@@ -36,3 +36,23 @@ inline void ThrowIfFailed(HRESULT result, ThrowSite site)
     if (FAILED(result))
         ThrowComException(result, site);
 }
+
+// ThrowIfFailed for the methods of one source file, with the line of the check:
+//
+//     constexpr FailureCheck Check(kSourceFile);
+//     Check(node->get_text(text.Put()), W("Class::Method"));
+class FailureCheck
+{
+public:
+    explicit constexpr FailureCheck(const WCHAR* sourceFile) noexcept : m_sourceFile(sourceFile)
+    {
+    }
+
+    void operator()(HRESULT result, const WCHAR* method, int line = __builtin_LINE()) const
+    {
+        ThrowIfFailed(result, {method, m_sourceFile, line});
+    }
+
+private:
+    const WCHAR* m_sourceFile;
+};
