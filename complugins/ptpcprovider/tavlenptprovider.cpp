@@ -115,6 +115,10 @@ try
         m_osMinorVersion = system.dwMinorVersion;
     }
 
+    // A printer without a workflow module is bound all the same: only what asks for its product fails later.
+    if (m_workflow.Load(printer))
+        m_controllerFamily = m_workflow.GetProductDataObj().GetControllerFamily();
+
     *options = OEMPT_DEFAULT;
     return PrivateNamespaceIsEnabled() ? PublishPrivateNamespace(namespaceCount, namespaces) : S_OK;
 }

@@ -16,12 +16,16 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 
 #include <tvcore/datasourceproviderwithdatasources.h>
+#include <tvcore/pagesizedictionary.h>
 #include <tvcore/productdata.h>
+#include <tvcore/productstringloader.h>
 #include <tvutil/bytebuffer.h>
 #include <tvutil/printer.h>
 
+#include "complugins/workflowobject.h"
 #include "interfaces/prcomoem.h"
 #include "utilitiesstaticlib/comptr.h"
 
@@ -89,7 +93,10 @@ private:
     ULONG m_osMajorVersion = 0;
     ULONG m_osMinorVersion = 0;
     Printer m_printer;
+    WorkflowObject m_workflow;
     ProductData::ValueEnum m_controllerFamily = ProductData::ControllerFamilyUnknown;
+    std::unique_ptr<ProductStringLoader> m_productStringLoader;
+    std::unique_ptr<PageSizeDictionary> m_pageSizeDictionary;
     FeatureServices* m_featureServices = nullptr; // the data model's
     ByteBuffer m_workingDevmode;
     ByteBuffer m_savedDevmode;

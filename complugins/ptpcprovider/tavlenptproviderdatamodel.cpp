@@ -1,5 +1,8 @@
 // The model state that is kept between calls, and the product objects that the translators ask for.
 #include <tvutil/tavlencomexception.h>
+#include <tvutil/textresourceloader.h>
+
+#include <cstdint>
 
 #include "complugins/ptpcprovider/tavlenptprovider.h"
 
@@ -11,6 +14,8 @@ constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\tavlenptprovider");
 // The lines that the system reports for these.
 constexpr int kProductStringLoaderLine = 1621;
 constexpr int kProductDataLine = 1641;
+
+constexpr std::int32_t kColorInformation = 13; // the product information item that says "Color" or not
 
 } // namespace
 
@@ -33,21 +38,30 @@ XDevmode& TavlenPtProvider::GetXDevmodeRef()
 // Without a workflow module there is no product data; every use of it fails the operation that asks.
 ProductData& TavlenPtProvider::GetProductData()
 {
-    ThrowComException(E_FAIL, {W("TavlenPtProvider::GetProductData"), kSourceFile, kProductDataLine});
+    if (!m_workflow.IsLoaded())
+        ThrowComException(E_FAIL, {W("TavlenPtProvider::GetProductData"), kSourceFile, kProductDataLine});
+    return m_workflow.GetProductDataObj();
 }
 
+// A new loader at every call, on purpose: a reference from an earlier call is dead after the next one.
 ProductStringLoader& TavlenPtProvider::GetProductStringLoader()
 {
-    ThrowComException(E_FAIL, {W("TavlenPtProvider::GetProductStringLoader"), kSourceFile, kProductStringLoaderLine});
+    if (!m_workflow.IsLoaded())
+        ThrowComException(E_FAIL,
+                          {W("TavlenPtProvider::GetProductStringLoader"), kSourceFile, kProductStringLoaderLine});
+    m_productStringLoader = std::make_unique<ProductStringLoader>(m_controllerFamily);
+    TextResourceLoader::Initialize(m_printerHandle, false);
+    return *m_productStringLoader;
 }
 
 PageSizeDictionary& TavlenPtProvider::GetPageSizeDictionary()
 {
-    ThrowComException(E_FAIL, {W("TavlenPtProvider::GetPageSizeDictionary"), kSourceFile});
+    if (!m_pageSizeDictionary)
+        m_pageSizeDictionary = std::make_unique<PageSizeDictionary>();
+    return *m_pageSizeDictionary;
 }
 
 bool TavlenPtProvider::IsColorDevice()
 {
-    GetProductData();
-    return false;
+    return GetProductData().GetInfo(kColorInformation).ToLower() == W("color");
 }

@@ -9,6 +9,7 @@
 #include "failure.h"
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/cotaskmemptr.h"
+#include "utilitiesstaticlib/findfunction.h"
 
 namespace
 {
@@ -16,13 +17,6 @@ namespace
 constexpr char kEntryPoint[] = "CreateTavlenPtProvider";
 constexpr char kReportSinkEntryPoint[] = "TavlenSetReportSink";
 constexpr INT kInterfaceVersion = 1;
-
-// The only casts from the loader's type: what stands under a name is what its module's header declares.
-template <class Function>
-Function FunctionCast(FARPROC address)
-{
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
-}
 
 WStringView FolderOf(WStringView file)
 {
@@ -123,16 +117,16 @@ ProviderHost::Module::~Module()
     FreeLibrary(m_module);
 }
 
-FARPROC ProviderHost::Module::Find(const char* name) const noexcept
+HMODULE ProviderHost::Module::Get() const noexcept
 {
-    return GetProcAddress(m_module, name);
+    return m_module;
 }
 
 ProviderHost::ProviderHost(const PrinterHandle& printer, const std::string& printerName)
     : m_printerName(printerName), m_moduleFile(FindProviderModule(printer, printerName)), m_module(m_moduleFile)
 {
     using CreateProvider = HRESULT (*)(IPrintOemPrintTicketProvider**);
-    const auto create = FunctionCast<CreateProvider>(m_module.Find(kEntryPoint));
+    const auto create = FindFunction<CreateProvider>(m_module.Get(), kEntryPoint);
     if (create == nullptr)
         FailWithWin32Error("finding the provider's entry point", m_moduleFile.ToUtf8(), GetLastError());
     ReceiveReports();
@@ -194,7 +188,7 @@ void ProviderHost::ReceiveReports()
     HMODULE const utility = FindUtilityModule(m_moduleFile);
     if (utility == nullptr)
         return; // reports then go where the library sends them by itself
-    m_setReportSink = FunctionCast<decltype(m_setReportSink)>(GetProcAddress(utility, kReportSinkEntryPoint));
+    m_setReportSink = FindFunction<decltype(m_setReportSink)>(utility, kReportSinkEntryPoint);
     if (m_setReportSink != nullptr)
         m_setReportSink(&ProviderHost::KeepReport, &m_report);
 }

@@ -41,7 +41,7 @@ private:
         ~Module();
         Module(const Module&) = delete;
         Module& operator=(const Module&) = delete;
-        [[nodiscard]] FARPROC Find(const char* name) const noexcept;
+        [[nodiscard]] HMODULE Get() const noexcept;
 
     private:
         HMODULE m_module = nullptr;

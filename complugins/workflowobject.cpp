@@ -1,0 +1,208 @@
+#include "complugins/workflowobject.h"
+
+#include <windows.h>
+
+#include <winspool.h>
+
+#include <tvutil/exceptions.h>
+#include <tvutil/printdriver.h>
+#include <tvutil/printer.h>
+#include <tvutil/tavlenutilities.h>
+#include <tvutil/textresourceloader.h>
+#include <tvutil/throwexception.h>
+
+#include <iterator>
+#include <utility>
+
+#include "utilitiesstaticlib/findfunction.h"
+
+namespace
+{
+
+constexpr WCHAR kSourceFile[] = W("complugins\\workflowobject");
+constexpr WCHAR kWorkflowValueName[] = W("XWorkflowDLL");
+constexpr DWORD kNoWorkflowModule = 0;
+constexpr DWORD kEveryDriverFile = 9;
+
+// The kind of a module is its place here, counted from 1.
+constexpr const WCHAR* kModuleNames[] = {
+    W("tvwftu_B.dll"),
+    W("tvwfwu_B.dll"),
+    W("tvwfuv_B.dll"),
+};
+
+// Of the three only the names sought are brought to lower case, not the list that the spooler returns, on purpose: a
+// driver whose files are spelled otherwise has no workflow module.
+DWORD DetectKind(HANDLE printer)
+{
+    CXString files;
+    try
+    {
+        for (const CXString& file : PrintDriver().GetDriverFiles(printer, kEveryDriverFile, CXString()))
+        {
+            files += file;
+            files += W("\n");
+        }
+        DWORD kind = 1;
+        for (const WCHAR* name : kModuleNames)
+        {
+            if (files.Find(CXString(name).ToLower()) != CXString::npos)
+            {
+                Printer(printer).SetPrinterDataW(kWorkflowValueName, REG_DWORD, &kind, sizeof(kind));
+                return kind;
+            }
+            ++kind;
+        }
+    }
+    catch (const ExceptionPrintDriverFailure&)
+    {
+        // A driver that cannot be asked, or a printer that cannot be written: the kind is looked for again next time.
+    }
+    catch (const ExceptionPrinterFailure&)
+    {
+    }
+    return kNoWorkflowModule; // not stored, on purpose: the next load looks again
+}
+
+// False when there is no value. A value of another type is kind 0, and is not rewritten.
+bool ReadStoredKind(const Printer& printer, DWORD& kind)
+{
+    DWORD type = REG_NONE;
+    ByteBuffer data;
+    if (!printer.GetPrinterDataW(kWorkflowValueName, type, data))
+        return false;
+    kind = type == REG_DWORD && data.size() == sizeof(DWORD) ? data.getDword() : kNoWorkflowModule;
+    return true;
+}
+
+void OwnFolderMarker()
+{
+}
+
+} // namespace
+
+void WorkflowObjectRelease::operator()(WorkflowModuleObject* object) const noexcept
+{
+    try
+    {
+        if (release != nullptr)
+            release(object);
+    }
+    catch (...)
+    {
+        // The module goes either way.
+    }
+}
+
+void WorkflowModuleRelease::operator()(HMODULE module) const noexcept
+{
+    FreeLibrary(module);
+}
+
+WorkflowObject::~WorkflowObject() = default;
+
+bool WorkflowObject::IsLoaded() const noexcept
+{
+    return m_loaded;
+}
+
+bool WorkflowObject::Load(HANDLE printer)
+{
+    if (m_loaded)
+        return true;
+    m_printerHandle = printer;
+    try
+    {
+        LoadModuleFor(printer);
+    }
+    catch (const ExceptionPrinterFailure&)
+    {
+        // A printer that cannot be asked has no workflow module.
+    }
+    if (!m_object)
+        m_module.reset();
+    m_loaded = m_object != nullptr;
+    return m_loaded;
+}
+
+void WorkflowObject::LoadModuleFor(HANDLE printerHandle)
+{
+    const Printer printer(printerHandle);
+    TextResourceLoader::Initialize(printerHandle, false);
+    DWORD kind = kNoWorkflowModule;
+    if (!ReadStoredKind(printer, kind))
+    {
+        DetectKind(printerHandle);
+        ReadStoredKind(printer, kind);
+    }
+    if (!m_module && kind != kNoWorkflowModule && kind <= std::size(kModuleNames))
+        LoadModuleOfKind(kind);
+    if (m_module && !m_object)
+        CreateObject();
+}
+
+void WorkflowObject::LoadModuleOfKind(DWORD kind)
+{
+    const CXString folder = TavlenUtilities::getPathFromFileName(TavlenUtilities::getModulePath(&OwnFolderMarker));
+    const CXString path = folder + kModuleNames[kind - 1];
+    m_module.reset(LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+}
+
+// An object that cannot be initialised for this printer is given back: it counts as none.
+void WorkflowObject::CreateObject()
+{
+    HMODULE const module = m_module.get();
+    const auto getObject = FindFunction<GetWorkflowObjectFunction>(module, kGetWorkflowObjectName);
+    const auto releaseObject = FindFunction<ReleaseWorkflowObjectFunction>(module, kReleaseWorkflowObjectName);
+    if (getObject == nullptr)
+        return;
+    ObjectOwner object(getObject(0), WorkflowObjectRelease{releaseObject});
+    if (!object)
+        return;
+    object->Initialize(m_printerHandle);
+    m_object = std::move(object);
+}
+
+WorkflowModuleObject& WorkflowObject::Require(const WCHAR* method) const
+{
+    if (!m_loaded)
+        ThrowException<ExceptionWorkflowObjectNotInitialized>({method, kSourceFile});
+    return *m_object;
+}
+
+ProductData& WorkflowObject::GetProductDataObj()
+{
+    return Require(W("WorkflowObject::GetProductDataObj")).GetProductDataObj();
+}
+
+void WorkflowObject::SetDataSourceProviderPtr(DataSourceProviderWithDataSources* provider, HANDLE printer, LONG use)
+{
+    Require(W("WorkflowObject::SetDataSourceProviderPtr")).SetDataSourceProviderPtr(provider, printer, use);
+}
+
+bool WorkflowObject::UpdateRegistryWithDataModelData()
+{
+    return Require(W("WorkflowObject::UpdateRegistryWithDataModelData")).UpdateRegistryWithDataModelData();
+}
+
+bool WorkflowObject::UpdatePublicAndPrivateDevmodeWithDataModelData()
+{
+    return Require(W("WorkflowObject::UpdatePublicAndPrivateDevmodeWithDataModelData"))
+        .UpdatePublicAndPrivateDevmodeWithDataModelData();
+}
+
+bool WorkflowObject::LoadSettingsInitializeDataModelAndWriteDevmode(DEVMODEW* devmode)
+{
+    return Require(W("WorkflowObject::LoadSettingsInitializeDataModelAndWriteDevmode"))
+        .LoadSettingsInitializeDataModelAndWriteDevmode(devmode);
+}
+
+bool WorkflowObject::ReInitializeAssociatedXDevmodeObj()
+{
+    return Require(W("WorkflowObject::ReInitializeAssociatedXDevmodeObj")).ReInitializeAssociatedXDevmodeObj();
+}
+
+ULONG WorkflowObject::GetWorkFlowType()
+{
+    return Require(W("WorkflowObject::GetWorkFlowType")).GetWorkFlowType();
+}

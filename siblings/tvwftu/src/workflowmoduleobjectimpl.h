@@ -1,0 +1,29 @@
+// The reference workflow module's object: owns the product data that the installed printer model describes.
+//
+// Settings are moved from the feature services of the provider's data model. In light mode there are none, so every
+// moving operation answers that nothing was moved.
+#pragma once
+
+#include <tvcore/productdata.h>
+#include <tvcore/workflowmodule.h>
+
+#include <memory>
+
+class WorkflowModuleObjectImpl final : public WorkflowModuleObject
+{
+public:
+    void Initialize(HANDLE printer) override;
+    ProductData& GetProductDataObj() override;
+    void SetDataSourceProviderPtr(DataSourceProviderWithDataSources* provider, HANDLE printer, LONG use) override;
+    bool UpdateRegistryWithDataModelData() override;
+    bool UpdatePublicAndPrivateDevmodeWithDataModelData() override;
+    bool LoadSettingsInitializeDataModelAndWriteDevmode(DEVMODEW* devmode) override;
+    bool ReInitializeAssociatedXDevmodeObj() override;
+    ULONG GetWorkFlowType() override;
+
+private:
+    HANDLE m_printerHandle = nullptr;
+    std::unique_ptr<ProductData> m_productData;
+    DataSourceProviderWithDataSources* m_provider = nullptr;
+    LONG m_use = 0;
+};
