@@ -122,7 +122,9 @@ void DriverPackage::Install()
     driver.pEnvironment = environment.data();
     driver.pDriverPath = module.data();
     driver.pDataFile = model.data();
-    driver.pConfigFile = module.data();
+    // The driver has no configuration module yet, and the field must not be empty. No module stands there: Wine calls
+    // a configuration module's entry points without looking whether it has them.
+    driver.pConfigFile = model.data();
     driver.pDependentFiles = dependentFiles.data();
     driver.pDefaultDataType = dataType.data();
     // The files of a driver come from anywhere, not from the spooler's own folder.
