@@ -29,7 +29,7 @@ std::vector<WCHAR> EnvironmentName()
 // A module goes by its .dll name; where modules are shared objects the spooler copies the sibling of that name.
 fs::path ModuleSource(std::string_view name)
 {
-    const fs::path module = ProgramFolder() / PathFromUtf8(name);
+    fs::path module = ProgramFolder() / PathFromUtf8(name);
     std::error_code error;
     if (!fs::exists(module, error) && !fs::exists(fs::path(module).replace_extension(".so"), error))
         FailWithWin32Error(kInstalling, Utf8FromPath(module), ERROR_FILE_NOT_FOUND);

@@ -20,7 +20,7 @@ constexpr LPCWSTR kDriverDataKey = u"PrinterDriverData";
 struct Value
 {
     std::u16string name;
-    DWORD type;
+    DWORD type = REG_NONE;
     Blob data;
 };
 
