@@ -1,4 +1,5 @@
 // Printer data: named values under named keys.
+#include <winreg.h>
 #include <winspool.h>
 
 #include <algorithm>
