@@ -48,7 +48,7 @@ CXString QueryOf(const PrintTicketQueryBuilder& builder)
 
 VARIANT BorrowAsVariant(const CComBSTR& text) noexcept
 {
-    VARIANT variant;
+    VARIANT variant{};
     VariantInit(&variant);
     variant.vt = VT_BSTR;
     variant.bstrVal = text.Get();

@@ -41,7 +41,7 @@ public:
     [[nodiscard]] BSTR DetachString() noexcept;
 
 private:
-    VARIANT m_variant;
+    VARIANT m_variant{};
 };
 
 // The nodes of a list or an attribute map, as they are now: nodes may be removed while the result is walked. Maps are

@@ -33,7 +33,7 @@ HRESULT PrintSchemaXmlDocument::AppendChild(IXMLDOMNode* parent, IXMLDOMNode* ch
 void PrintSchemaXmlDocument::CreateNode(DOMNodeType type, const CXString& name, const CXString& namespaceUri,
                                         IXMLDOMNode** node, const WCHAR* method) const
 {
-    VARIANT nodeType;
+    VARIANT nodeType{};
     VariantInit(&nodeType);
     nodeType.vt = VT_I4;
     nodeType.lVal = type;

@@ -84,6 +84,24 @@ TEST(Loader, KeepsAModuleUntilItsLastReferenceIsGivenBack)
     EXPECT_TRUE(FreeLibrary(again));
 }
 
+TEST(Loader, FindsAModuleWhateverTheCaseOfItsName)
+{
+    // A module that nobody has loaded yet: the file is found, not a module of this name in the process.
+    for (const WCHAR* const name : {W("Platform_SAMPLE.dll"), W("PLATFORM_SAMPLE.DLL")})
+    {
+        for (const WideString& file : {BesideProgram(name), WideString(name)})
+        {
+            SCOPED_TRACE(std::filesystem::path(file).string());
+            ASSERT_EQ(GetModuleHandleW(kSample), nullptr);
+            HMODULE const module = LoadLibraryExW(file.c_str(), nullptr, 0);
+            ASSERT_NE(module, nullptr);
+            EXPECT_EQ(GetModuleHandleW(BesideProgram(name).c_str()), module);
+            EXPECT_EQ(GetModuleHandleW(BesideProgram(kSample).c_str()), module);
+            EXPECT_TRUE(FreeLibrary(module));
+        }
+    }
+}
+
 TEST(Loader, FindsAModuleByAnAddressWithinIt)
 {
     HMODULE const sample = LoadSample();

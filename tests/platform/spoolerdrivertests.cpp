@@ -127,7 +127,7 @@ TEST_F(SpoolerDrivers, AreFilesWhateverTheCaseOfTheirNames)
     for (const fs::directory_entry& entry : fs::directory_iterator(DriverDirectory() / "3"))
     {
         std::string name = entry.path().filename().string();
-        std::transform(name.begin(), name.end(), name.begin(), [](char c) { return c | 0x20; });
+        std::transform(name.begin(), name.end(), name.begin(), [](char c) { return static_cast<char>(c | 0x20); });
         if (name == "tvcased.json")
         {
             content = Content(entry.path());

@@ -102,7 +102,9 @@ std::vector<std::string> HostTest::FilesLeft() const
 
 std::string HostTest::InstallTestPrinter(const std::string& model)
 {
-    const std::string name = "Test " + model + " " + std::to_string(m_printers.size());
+    // A name of this process's own: what an earlier run left in the machine's spooler is not in the way.
+    const std::string name =
+        "Test " + model + " " + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(m_printers.size());
     const RunResult result = RunHost({"printer", "add", name, "--model", model});
     EXPECT_EQ(result.status, 0) << result.errors;
     RemoveAtEnd(name);

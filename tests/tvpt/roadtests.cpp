@@ -223,8 +223,24 @@ TEST_F(Roads, TextBeyondAsciiAndBlanksSurvive)
     EXPECT_NE(out.find("<!-- \xC3\xA4 -->"), std::string::npos) << out;
 }
 
+// Wine's DOM knows neither line nor reason of a parse error; Windows' own and the Linux one do.
+bool DomTellsLines()
+{
+    try
+    {
+        (void)LoadDocument("<a>\n</b>", "probe");
+    }
+    catch (const std::exception& failure)
+    {
+        return std::string_view(failure.what()).find("line 2: ") != std::string_view::npos;
+    }
+    ADD_FAILURE() << "the probe is no document";
+    return false;
+}
+
 TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
 {
+    const bool hasLines = DomTellsLines();
     struct Row
     {
         const char* name;
@@ -234,10 +250,10 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
     const Row rows[] = {
         {"empty", "", "the document is empty"},
         {"blank", "  \n ", "t.xml: "},
-        {"text", "hello", "line 1: "},
+        {"text", "hello", hasLines ? "line 1: " : "t.xml: "},
         {"no root", "<?xml version=\"1.0\"?><!-- nothing -->", "t.xml: "},
-        {"unclosed", "<a>\n<b>\n</a>", "line 3: "},
-        {"two roots", "<a/>\n<a/>", "line 2: "},
+        {"unclosed", "<a>\n<b>\n</a>", hasLines ? "line 3: " : "t.xml: "},
+        {"two roots", "<a/>\n<a/>", hasLines ? "line 2: " : "t.xml: "},
         {"doctype", "<!DOCTYPE a [<!ENTITY b SYSTEM \"file:///etc/passwd\">]><a>&b;</a>", "line 1: a document type"},
         {"too large", "<a>" + std::string(kMaxDocumentSize, ' ') + "</a>", "larger than 16777216 bytes"},
     };

@@ -92,7 +92,7 @@ std::size_t WidthOf(Type type)
 template <class Value>
 Value Load(const std::byte* place)
 {
-    Value value;
+    Value value{};
     std::memcpy(&value, place, sizeof value);
     return value;
 }

@@ -29,7 +29,7 @@ std::vector<WCHAR> EnvironmentName()
 // A module goes by its .dll name; where modules are shared objects the spooler copies the sibling of that name.
 fs::path ModuleSource(std::string_view name)
 {
-    const fs::path module = ProgramFolder() / PathFromUtf8(name);
+    fs::path module = ProgramFolder() / PathFromUtf8(name);
     std::error_code error;
     if (!fs::exists(module, error) && !fs::exists(fs::path(module).replace_extension(".so"), error))
         FailWithWin32Error(kInstalling, Utf8FromPath(module), ERROR_FILE_NOT_FOUND);
@@ -122,7 +122,9 @@ void DriverPackage::Install()
     driver.pEnvironment = environment.data();
     driver.pDriverPath = module.data();
     driver.pDataFile = model.data();
-    driver.pConfigFile = module.data();
+    // The driver has no configuration module yet, and the field must not be empty. No module stands there: Wine calls
+    // a configuration module's entry points without looking whether it has them.
+    driver.pConfigFile = model.data();
     driver.pDependentFiles = dependentFiles.data();
     driver.pDefaultDataType = dataType.data();
     // The files of a driver come from anywhere, not from the spooler's own folder.

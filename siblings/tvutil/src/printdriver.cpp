@@ -2,6 +2,8 @@
 
 #include <tvutil/printdriver.h>
 
+#include <optional>
+
 #include <tvutil/bytereader.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/printer.h>
@@ -32,6 +34,29 @@ void AppendMultiString(std::vector<CXString>& texts, const WCHAR* list, std::spa
     }
 }
 
+// Printer data that the driver's set-up leaves.
+struct SetupValue
+{
+    DWORD type = REG_NONE;
+    ByteBuffer data;
+};
+
+// No value: the set-up has left none of this name.
+std::optional<SetupValue> ReadSetupValue(ThrowSite site, HANDLE printer, const WCHAR* name, WStringView failureFormat)
+{
+    SetupValue value;
+    try
+    {
+        if (!Printer(printer).GetPrinterDataW(name, value.type, value.data))
+            return std::nullopt;
+    }
+    catch (const ExceptionPrinterFailure& failure)
+    {
+        ThrowException<ExceptionPrintDriverFailure>(site, failureFormat, {failure.GetText()});
+    }
+    return value;
+}
+
 // The levels begin with the same members; which of them is asked decides what a spooler must know.
 template <class Info>
 std::vector<CXString> FilesOf(const SpoolerBuffer& answer)
@@ -51,28 +76,28 @@ std::vector<CXString> FilesOf(const SpoolerBuffer& answer)
 
 // The exporting library emits a constant of its class only where it is defined out of line.
 constexpr const WCHAR* PrintDriver::kDriverCapabilityValueName;
+constexpr const WCHAR* PrintDriver::kInstallationStateValueName;
+constexpr DWORD PrintDriver::kInstallationComplete;
 
 ULONGLONG PrintDriver::GetDriverCapability(HANDLE printer, ULONGLONG mask) const
 {
     const ThrowSite site{W("PrintDriver::GetDriverCapability"), kSourceFile};
-    DWORD type = REG_NONE;
-    ByteBuffer data;
-    bool found = false;
-    try
-    {
-        found = Printer(printer).GetPrinterDataW(kDriverCapabilityValueName, type, data);
-    }
-    catch (const ExceptionPrinterFailure& failure)
-    {
-        ThrowException<ExceptionPrintDriverFailure>(site, W("the driver's capabilities cannot be read: %s"),
-                                                    {failure.GetText()});
-    }
-    if (!found || type != REG_BINARY || data.size() != kCapabilityWordSize)
+    const std::optional<SetupValue> value =
+        ReadSetupValue(site, printer, kDriverCapabilityValueName, W("the driver's capabilities cannot be read: %s"));
+    if (!value || value->type != REG_BINARY || value->data.size() != kCapabilityWordSize)
         ThrowException<ExceptionPrintDriverFailure>(
             site, W("the printer holds no capability word \"%s\" (REG_BINARY, 8 bytes): %s"),
             {kDriverCapabilityValueName,
-             found ? W("the value is of another kind") : W("the driver's set-up has not run for it")});
-    return ByteReader(data.bytes()).U64() & mask;
+             value ? W("the value is of another kind") : W("the driver's set-up has not run for it")});
+    return ByteReader(value->data.bytes()).U64() & mask;
+}
+
+DWORD PrintDriver::GetInstallationStateFromHandle(HANDLE printer) const
+{
+    const std::optional<SetupValue> value =
+        ReadSetupValue({W("PrintDriver::GetInstallationStateFromHandle"), kSourceFile}, printer,
+                       kInstallationStateValueName, W("the driver's installation state cannot be read: %s"));
+    return value && value->type == REG_DWORD && value->data.size() == sizeof(DWORD) ? value->data.getDword() : 0;
 }
 
 std::vector<CXString> PrintDriver::GetDriverFiles(HANDLE printer, DWORD level, const CXString& environment) const

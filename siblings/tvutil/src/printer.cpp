@@ -2,9 +2,13 @@
 
 #include <tvutil/printer.h>
 
+#include <algorithm>
+#include <cstddef>
+
 #include <tvutil/exceptions.h>
 #include <tvutil/throwexception.h>
 
+#include "devmodefirstlevelcache.h"
 #include "spoolerbuffer.h"
 
 namespace
@@ -12,6 +16,8 @@ namespace
 
 constexpr const WCHAR* kSourceFile = W("siblings\\tvutil\\src\\printer");
 constexpr const WCHAR* kPrinterDataKey = W("PrinterDriverData");
+// The end of dmDitherType: what comes later was added to the structure afterwards.
+constexpr std::size_t kSmallestPublicDevmode = offsetof(DEVMODEW, dmDitherType) + sizeof(DWORD);
 
 bool IsUsable(HANDLE printer) noexcept
 {
@@ -57,6 +63,35 @@ CXString TextOf(HANDLE printer, DWORD level, LPWSTR Info::*text, ThrowSite site)
     if (info == nullptr)
         ThrowFailure(site, W("GetPrinterW"), printer, ERROR_INVALID_DATA);
     return info->*text;
+}
+
+// What the driver makes; empty, with the last error, when it makes nothing or something that is no devmode.
+ByteBuffer AskDriverForDevmode(HANDLE printer, const CXString& name)
+{
+    WideString mutableName(name.View()); // the platform's parameter is not const
+    SetLastError(ERROR_SUCCESS);
+    const LONG size = DocumentPropertiesW(nullptr, printer, mutableName.data(), nullptr, nullptr, 0);
+    if (size < 0)
+        return ByteBuffer();
+    constexpr LONG kLargest = 2 * 0xFFFF; // both parts of a devmode have 16-bit sizes
+    SetLastError(ERROR_INVALID_DATA);
+    if (size < LONG{sizeof(DEVMODEW)} || size > kLargest)
+        return ByteBuffer();
+
+    ByteBuffer devmode(static_cast<std::size_t>(size));
+    auto* const fields = reinterpret_cast<DEVMODEW*>(devmode.data()); // from the heap: aligned
+    // Not every spooler tells the driver the size of the room: some take it from what lies there.
+    fields->dmSize = sizeof(DEVMODEW);
+    fields->dmDriverExtra = static_cast<WORD>(std::min(devmode.size() - sizeof(DEVMODEW), std::size_t{0xFFFF}));
+    SetLastError(ERROR_SUCCESS);
+    if (DocumentPropertiesW(nullptr, printer, mutableName.data(), fields, nullptr, DM_OUT_BUFFER) != IDOK)
+        return ByteBuffer();
+    const std::size_t made = std::size_t{fields->dmSize} + fields->dmDriverExtra;
+    SetLastError(ERROR_INVALID_DATA);
+    if (fields->dmSize < kSmallestPublicDevmode || made > devmode.size())
+        return ByteBuffer();
+    devmode.resize(made);
+    return devmode;
 }
 
 } // namespace
@@ -143,4 +178,24 @@ void Printer::SetPrinterDataW(const CXString& valueName, DWORD type, const void*
                                           static_cast<DWORD>(copy.size()));
     if (error != ERROR_SUCCESS)
         ThrowFailure(site, CXString::Format(W("writing the printer data \"%s\""), {valueName}), m_printer, error);
+}
+
+ByteBuffer Printer::GetUserDefaultDevmode() const
+{
+    const CXString name = GetPrinterName();
+    DevmodeFirstLevelCache& cache = DevmodeFirstLevelCache::Instance();
+    if (std::optional<ByteBuffer> known = cache.Find(name))
+        return *std::move(known);
+    const std::uint64_t stage = cache.Stage();
+    ByteBuffer devmode = AskDriverForDevmode(m_printer, name);
+    if (devmode.empty())
+        ThrowFailure({W("Printer::GetUserDefaultDevmode"), kSourceFile}, W("DocumentPropertiesW"), m_printer,
+                     ErrorOf(FALSE));
+    cache.Add(name, devmode, stage);
+    return devmode;
+}
+
+void Printer::ClearDevmode1stLevelCache() const
+{
+    DevmodeFirstLevelCache::Instance().Remove(GetPrinterName());
 }

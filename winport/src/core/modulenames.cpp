@@ -5,6 +5,8 @@
 
 #include <strings.h>
 
+#include "core/existingfile.h"
+
 namespace winport
 {
 namespace
@@ -62,14 +64,11 @@ std::vector<std::string> ModuleFileNames(std::string_view name)
 std::string FindModuleFile(std::string_view name)
 {
     const fs::path folder = HasFolder(name) ? fs::path() : fs::path(ExecutablePath()).parent_path();
+    std::vector<fs::path> candidates;
     for (const std::string& candidate : ModuleFileNames(name))
-    {
-        std::error_code error;
-        const fs::path file = folder / candidate;
-        if (fs::is_regular_file(file, error))
-            return AbsolutePath(file.native());
-    }
-    return {};
+        candidates.push_back(folder / candidate);
+    const fs::path file = FindExistingFile(candidates);
+    return file.empty() ? std::string() : AbsolutePath(file.native());
 }
 
 bool IsSystemModule(std::string_view name)

@@ -15,8 +15,8 @@ bool HasFolder(std::string_view name);
 // "x.so". As on Windows, a name without extension means ".dll", and a final dot means no extension at all.
 std::vector<std::string> ModuleFileNames(std::string_view name);
 
-// The first of those that exists, absolute; empty if there is none. A name without a folder is looked for beside the
-// executable.
+// The first of those that exists, absolute; empty if there is none. Where none has exactly these letters, one that
+// differs in their case only is taken, as on Windows. A name without a folder is looked for beside the executable.
 std::string FindModuleFile(std::string_view name);
 
 // One of the system's modules, whose functions this layer has.

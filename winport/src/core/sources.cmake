@@ -6,6 +6,7 @@ set(WINPORT_CORE_SOURCES
   src/core/cruntime.cpp
   src/core/debugging.cpp
   src/core/environment.cpp
+  src/core/existingfile.cpp
   src/core/faultinjection.cpp
   src/core/lasterror.cpp
   src/core/loadedimages.cpp

@@ -105,7 +105,7 @@ HRESULT NodeCore::InsertBefore(IXMLDOMNode* child, const VARIANT& reference, IXM
 
 HRESULT NodeCore::Append(IXMLDOMNode* child, IXMLDOMNode** appended)
 {
-    VARIANT atEnd;
+    VARIANT atEnd{};
     SetEmpty(atEnd, VT_NULL);
     return InsertBefore(child, atEnd, appended);
 }

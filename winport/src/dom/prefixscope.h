@@ -80,7 +80,7 @@ private:
     {
         std::string_view prefix; // the key of m_latest
         Value value;
-        std::size_t shadowed;
+        std::size_t shadowed = 0;
     };
 
     std::vector<Binding> m_bindings;

@@ -1,9 +1,11 @@
 #include "spooler/driverfiles.h"
 
+#include <strings.h>
 #include <unistd.h>
 
 #include <atomic>
 
+#include "core/existingfile.h"
 #include "spooler/fileerror.h"
 #include "spooler/names.h"
 #include "spooler/win32error.h"
@@ -28,6 +30,11 @@ std::string TemporarySuffix()
     return "." + std::to_string(getpid()) + "." + std::to_string(++counter) + ".tmp";
 }
 
+bool IsSameIgnoringCase(const fs::path& left, const fs::path& right)
+{
+    return strcasecmp(left.c_str(), right.c_str()) == 0;
+}
+
 bool IsNotOlder(const fs::path& target, const fs::path& source)
 {
     std::error_code error;
@@ -42,13 +49,12 @@ bool IsNotOlder(const fs::path& target, const fs::path& source)
 
 fs::path ExistingFile(const fs::path& named)
 {
-    std::error_code error;
-    if (fs::is_regular_file(named, error))
-        return named;
-    const bool isModule = named.extension() == ".dll" || named.extension() == ".DLL";
-    const fs::path sibling = fs::path(named).replace_extension(".so");
-    Require(isModule && fs::is_regular_file(sibling, error), ERROR_FILE_NOT_FOUND);
-    return sibling;
+    std::vector<fs::path> names = {named};
+    if (IsSameIgnoringCase(named.extension(), ".dll"))
+        names.push_back(fs::path(named).replace_extension(".so"));
+    fs::path file = FindExistingFile(names);
+    Require(!file.empty(), ERROR_FILE_NOT_FOUND);
+    return file;
 }
 
 DriverFileCopy::DriverFileCopy(fs::path targetFolder) : m_folder(std::move(targetFolder))
@@ -65,13 +71,18 @@ DriverFileCopy::~DriverFileCopy()
         fs::remove(staged.copy, ignored);
 }
 
-void DriverFileCopy::Stage(const fs::path& source, bool onlyNewer)
+void DriverFileCopy::Stage(const fs::path& named, const fs::path& source, bool onlyNewer)
 {
-    const fs::path target = m_folder / source.filename();
+    fs::path name = named.filename();
+    if (!IsSameIgnoringCase(name.extension(), source.extension())) // a module under the name that it goes by
+        name.replace_extension(source.extension());
+    // A file whose name differs in case only is replaced: on Windows the two could not lie side by side.
+    const fs::path there = FindExistingFile({m_folder / name});
+    const fs::path target = there.empty() ? m_folder / name : there;
     std::error_code error;
     if (fs::equivalent(source, target, error) || (onlyNewer && IsNotOlder(target, source)))
         return;
-    const fs::path copy = m_folder / (source.filename().native() + TemporarySuffix());
+    const fs::path copy = m_folder / (name.native() + TemporarySuffix());
     m_staged.push_back({copy, target}); // before the copy, so that half of one is removed too
     fs::copy_file(source, copy, error);
     RequireNoError(error);

@@ -11,7 +11,8 @@
 namespace winport::spooler
 {
 
-// The names that driver and file modules go by: "x.dll" stands for its sibling "x.so" where only that exists.
+// The file that a driver's package or record names, whatever the case of its letters: "x.dll" stands for its sibling
+// "x.so" where only that exists. Throws ERROR_FILE_NOT_FOUND.
 std::filesystem::path ExistingFile(const std::filesystem::path& named);
 
 class DriverFileCopy
@@ -24,9 +25,9 @@ public:
     DriverFileCopy(const DriverFileCopy&) = delete;
     DriverFileCopy& operator=(const DriverFileCopy&) = delete;
 
-    // Copies an existing file beside its target. A file that is its own target already is left alone; so is, when only
-    // newer ones are wanted, a target that is not older.
-    void Stage(const std::filesystem::path& source, bool onlyNewer);
+    // Copies an existing file beside its target, which has the name that the package gives it. A file that is its own
+    // target already is left alone; so is, when only newer ones are wanted, a target that is not older.
+    void Stage(const std::filesystem::path& named, const std::filesystem::path& source, bool onlyNewer);
     // Renames the copies over their targets.
     void PutInPlace();
 

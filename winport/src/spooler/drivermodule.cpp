@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <mutex>
 
+#include "core/existingfile.h"
 #include "core/utf.h"
 #include "spooler/driverrow.h"
 #include "spooler/printerrow.h"
@@ -63,13 +64,10 @@ struct FileIdentity
 
 FileIdentity IdentityOf(const std::filesystem::path& recorded)
 {
-    for (const std::filesystem::path& file : {recorded, std::filesystem::path(recorded).replace_extension(".so")})
-    {
-        struct stat status = {};
-        if (stat(file.c_str(), &status) == 0)
-            return {status.st_dev, status.st_ino};
-    }
-    return {};
+    const std::filesystem::path file =
+        FindExistingFile({recorded, std::filesystem::path(recorded).replace_extension(".so")});
+    struct stat status = {};
+    return stat(file.c_str(), &status) == 0 ? FileIdentity{status.st_dev, status.st_ino} : FileIdentity();
 }
 
 struct LastModule

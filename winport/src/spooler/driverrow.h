@@ -40,7 +40,7 @@ struct DriverRow
 
 std::optional<std::int64_t> FindDriver(Store& store, std::u16string_view name);
 // Throws ERROR_UNKNOWN_PRINTER_DRIVER when there is no such row.
-DriverRow ReadDriver(Store& store, std::int64_t driver);
+DriverRow ReadDriver(Store& store, std::int64_t id);
 std::vector<DriverRow> ReadDrivers(Store& store); // by name
 // A driver of that name is replaced, its printers keep it.
 void WriteDriver(Store& store, const DriverRow& driver);

@@ -69,7 +69,7 @@ public:
         Require(ToUtf8Strict(named, text), ERROR_INVALID_PARAMETER);
         const fs::path file(text);
         Require(file.has_filename() && file.filename() != "." && file.filename() != "..", ERROR_INVALID_PARAMETER);
-        m_copy.Stage(Source(file), m_onlyNewer);
+        m_copy.Stage(file, Source(file), m_onlyNewer);
         return ToUtf16(file.filename().native());
     }
 
@@ -145,8 +145,8 @@ std::vector<std::u16string> UnusedFiles(Store& store, std::vector<std::u16string
 {
     for (const DriverRow& driver : ReadDrivers(store))
     {
-        for (const std::u16string& file : driver.Files())
-            std::erase(files, file);
+        for (const std::u16string& used : driver.Files())
+            std::erase_if(files, [&used](const std::u16string& file) { return EqualIgnoringCase(file, used); });
     }
     return files;
 }

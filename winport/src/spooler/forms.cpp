@@ -21,9 +21,9 @@ constexpr std::size_t kLongestName = CCHFORMNAME - 1; // a DEVMODEW must be able
 struct Form
 {
     std::u16string name;
-    DWORD flags;
-    SIZEL size;
-    RECTL area;
+    DWORD flags = 0;
+    SIZEL size{};
+    RECTL area{};
 };
 
 FORM_INFO_1W Info1(const Form& form, BufferWriter& writer)

@@ -1,4 +1,5 @@
 // Printer data: named values under named keys.
+#include <winreg.h>
 #include <winspool.h>
 
 #include <algorithm>
@@ -20,7 +21,7 @@ constexpr LPCWSTR kDriverDataKey = u"PrinterDriverData";
 struct Value
 {
     std::u16string name;
-    DWORD type;
+    DWORD type = REG_NONE;
     Blob data;
 };
 

@@ -19,7 +19,7 @@ constexpr std::size_t kLongestName = 16'383;
 struct Value
 {
     std::u16string name;
-    DWORD type;
+    DWORD type = REG_NONE;
     Blob data;
 };
 

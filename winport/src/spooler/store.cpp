@@ -69,7 +69,7 @@ std::filesystem::path FolderIn(LPCWSTR variable)
 
 std::filesystem::path StoreFolder()
 {
-    if (const auto chosen = FolderIn(u"TVPT_STORE"); !chosen.empty())
+    if (auto chosen = FolderIn(u"TVPT_STORE"); !chosen.empty())
         return chosen;
     if (const auto data = FolderIn(u"XDG_DATA_HOME"); !data.empty())
         return data / "tavlen-print-ticket";

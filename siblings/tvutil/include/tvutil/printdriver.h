@@ -21,6 +21,14 @@ public:
     // holds no capability word: it was not installed by this driver's set-up.
     [[nodiscard]] ULONGLONG GetDriverCapability(HANDLE printer, ULONGLONG mask) const;
 
+    // The printer data value in which the driver's set-up notes how far it has come: REG_DWORD.
+    static constexpr const WCHAR* kInstallationStateValueName = W("XInstallationState");
+    static constexpr DWORD kInstallationComplete = 4;
+
+    // How far the printer's set-up has come; 0 when it has noted nothing, or something that is no number. Throws
+    // ExceptionPrintDriverFailure when the printer cannot be read.
+    [[nodiscard]] DWORD GetInstallationStateFromHandle(HANDLE printer) const;
+
     // Every file of the printer's driver: driver, data, configuration, help and dependent files, as the spooler
     // names them. An empty environment is this machine's own. Level 9 asks for what DRIVER_INFO_6 holds.
     [[nodiscard]] std::vector<CXString> GetDriverFiles(HANDLE printer, DWORD level, const CXString& environment) const;

@@ -1,0 +1,274 @@
+#include "devicecapabilities.h"
+
+#include <winspool.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <iterator>
+#include <span>
+#include <vector>
+
+#include <tvcore/productdata.h>
+#include <tvui/defaultdevmode.h>
+#include <tvutil/printdriver.h>
+
+#include "devmodemerge.h"
+
+namespace
+{
+
+// ---- Records ------------------------------------------------------------------------------------
+
+// Names have this much room in the platform's lists, and no terminator where they fill it.
+using PaperName = std::array<WCHAR, 64>;
+using BinName = std::array<WCHAR, 24>;
+using MediaTypeName = std::array<WCHAR, 64>;
+using FileName = std::array<WCHAR, 64>;
+
+struct ResolutionRecord
+{
+    LONG x;
+    LONG y;
+};
+
+template <class Record>
+Record NameRecord(WStringView name)
+{
+    Record record{};
+    std::copy_n(name.begin(), std::min(name.size(), record.size()), record.begin());
+    return record;
+}
+
+// The caller's memory is written as bytes: nobody has promised that it is aligned.
+template <class List, class MakeRecord>
+DWORD AnswerList(const List& list, void* output, MakeRecord makeRecord)
+{
+    auto* to = static_cast<std::byte*>(output);
+    for (const auto& item : list)
+    {
+        if (to == nullptr)
+            break;
+        const auto record = makeRecord(item);
+        std::memcpy(to, &record, sizeof record);
+        to += sizeof record;
+    }
+    return static_cast<DWORD>(std::size(list));
+}
+
+DWORD AnswerExtent(const PrinterModel::Extent& extent)
+{
+    return static_cast<DWORD>(extent.length) << 16 | extent.width; // dmPaperLength over dmPaperWidth
+}
+
+// ---- Capabilities -------------------------------------------------------------------------------
+
+struct Question
+{
+    const Printer& printer;
+    const ProductData& product;
+    void* output;
+};
+
+DWORD Fields(const Question& question)
+{
+    return SupportedFields(question.product);
+}
+
+DWORD Papers(const Question& question)
+{
+    return AnswerList(question.product.GetForms(), question.output,
+                      [](const PrinterModel::Form& form) { return WORD{form.paperId}; });
+}
+
+DWORD PaperSizes(const Question& question)
+{
+    return AnswerList(question.product.GetForms(), question.output,
+                      [](const PrinterModel::Form& form) {
+                          return POINTL{form.width, form.length};
+                      });
+}
+
+DWORD PaperNames(const Question& question)
+{
+    return AnswerList(question.product.GetForms(), question.output,
+                      [](const PrinterModel::Form& form) { return NameRecord<PaperName>(form.name); });
+}
+
+// Nobody asks the trays: they are taken to hold the printer's default form.
+DWORD MediaReady(const Question& question)
+{
+    const std::span<const PrinterModel::Form> loaded(question.product.GetForms().data(), 1);
+    return AnswerList(loaded, question.output,
+                      [](const PrinterModel::Form& form) { return NameRecord<PaperName>(form.name); });
+}
+
+DWORD MinExtent(const Question& question)
+{
+    return AnswerExtent(question.product.GetMinExtent());
+}
+
+DWORD MaxExtent(const Question& question)
+{
+    return AnswerExtent(question.product.GetMaxExtent());
+}
+
+DWORD Bins(const Question& question)
+{
+    return AnswerList(question.product.GetBins(), question.output,
+                      [](const PrinterModel::Bin& bin) { return WORD{bin.id}; });
+}
+
+DWORD BinNames(const Question& question)
+{
+    return AnswerList(question.product.GetBins(), question.output,
+                      [](const PrinterModel::Bin& bin) { return NameRecord<BinName>(bin.name); });
+}
+
+DWORD Resolutions(const Question& question)
+{
+    return AnswerList(question.product.GetResolutions(), question.output,
+                      [](const PrinterModel::Resolution& resolution) {
+                          return ResolutionRecord{resolution.x, resolution.y};
+                      });
+}
+
+DWORD MediaTypes(const Question& question)
+{
+    return AnswerList(question.product.GetMediaTypes(), question.output,
+                      [](const PrinterModel::MediaType& type) { return static_cast<DWORD>(type.id); });
+}
+
+DWORD MediaTypeNames(const Question& question)
+{
+    return AnswerList(question.product.GetMediaTypes(), question.output,
+                      [](const PrinterModel::MediaType& type) { return NameRecord<MediaTypeName>(type.name); });
+}
+
+DWORD Copies(const Question& question)
+{
+    return question.product.GetMaxCopies();
+}
+
+DWORD Duplex(const Question& question)
+{
+    return (SupportedFields(question.product) & DM_DUPLEX) != 0 ? 1 : 0;
+}
+
+DWORD Collate(const Question& question)
+{
+    return (SupportedFields(question.product) & DM_COLLATE) != 0 ? 1 : 0;
+}
+
+DWORD Color(const Question& question)
+{
+    return IsColorProduct(question.product) ? 1 : 0;
+}
+
+// Finishing is a matter of the job ticket: no model describes a stapler that an application could ask for.
+DWORD Staple(const Question&)
+{
+    return 0;
+}
+
+// Landscape is portrait turned by 90 degrees counterclockwise.
+DWORD Orientation(const Question&)
+{
+    return 90;
+}
+
+DWORD TrueType(const Question& question)
+{
+    const bool isPostScript = question.product.GetCoreDriver().kind == PrinterModel::CoreDriverKind::PostScript;
+    return static_cast<DWORD>(isPostScript ? DCTT_DOWNLOAD | DCTT_SUBDEV : DCTT_BITMAP | DCTT_DOWNLOAD);
+}
+
+DWORD PublicSize(const Question&)
+{
+    return sizeof(DEVMODEW);
+}
+
+DWORD ExtraSize(const Question& question)
+{
+    return static_cast<DWORD>(DefaultDevmodeSize(question.product) - sizeof(DEVMODEW));
+}
+
+DWORD SpecVersion(const Question&)
+{
+    return DM_SPECVERSION;
+}
+
+DWORD DriverVersion(const Question&)
+{
+    return kDriverDevmodeVersion;
+}
+
+// The files that are installed with the driver file, which the spooler names first.
+DWORD FileDependencies(const Question& question)
+{
+    const std::vector<CXString> files =
+        PrintDriver().GetDriverFiles(question.printer.GetPrinterHandle(), 3, CXString());
+    const auto others = std::span(files).subspan(std::min<std::size_t>(files.size(), 1));
+    return AnswerList(others, question.output,
+                      [](const CXString& file)
+                      {
+                          const WStringView path = file.View();
+                          return NameRecord<FileName>(path.substr(path.find_last_of(W("/\\")) + 1)); // npos + 1 is 0
+                      });
+}
+
+struct Row
+{
+    WORD capability;
+    DWORD (*answer)(const Question&);
+};
+
+constexpr Row kRows[] = {
+    {DC_FIELDS, Fields},
+    {DC_PAPERS, Papers},
+    {DC_PAPERSIZE, PaperSizes},
+    {DC_MINEXTENT, MinExtent},
+    {DC_MAXEXTENT, MaxExtent},
+    {DC_BINS, Bins},
+    {DC_DUPLEX, Duplex},
+    {DC_SIZE, PublicSize},
+    {DC_EXTRA, ExtraSize},
+    {DC_VERSION, SpecVersion},
+    {DC_DRIVER, DriverVersion},
+    {DC_BINNAMES, BinNames},
+    {DC_ENUMRESOLUTIONS, Resolutions},
+    {DC_FILEDEPENDENCIES, FileDependencies},
+    {DC_TRUETYPE, TrueType},
+    {DC_PAPERNAMES, PaperNames},
+    {DC_ORIENTATION, Orientation},
+    {DC_COPIES, Copies},
+    {DC_COLLATE, Collate},
+    {DC_MEDIAREADY, MediaReady},
+    {DC_STAPLE, Staple},
+    {DC_COLORDEVICE, Color},
+    {DC_MEDIATYPENAMES, MediaTypeNames},
+    {DC_MEDIATYPES, MediaTypes},
+};
+
+const Row* FindRow(WORD capability) noexcept
+{
+    const auto* const row = std::find_if(std::begin(kRows), std::end(kRows),
+                                         [capability](const Row& each) { return each.capability == capability; });
+    return row != std::end(kRows) ? row : nullptr;
+}
+
+} // namespace
+
+bool IsAnsweredCapability(WORD capability) noexcept
+{
+    return FindRow(capability) != nullptr;
+}
+
+DWORD AnswerCapability(WORD capability, const Printer& printer, void* output)
+{
+    const Row* const row = FindRow(capability);
+    if (row == nullptr)
+        return static_cast<DWORD>(-1);
+    const ProductData product(printer.GetPrinterHandle());
+    return row->answer({printer, product, output});
+}

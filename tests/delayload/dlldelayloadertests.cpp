@@ -1,0 +1,365 @@
+// The order of the hook's tries, the paths it makes and what it frees, over a platform that the tests answer for.
+#include "utilitiesstaticlib/dlldelayloader.h"
+
+#include <algorithm>
+#include <bit>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <tvutil/exceptions.h>
+
+namespace
+{
+
+using Calls = std::vector<std::string>;
+
+HMODULE Handle(ULONG_PTR value)
+{
+    return reinterpret_cast<HMODULE>(value);
+}
+
+HMODULE const kOwn = Handle(0x10000);
+HMODULE const kFound = Handle(0x20000);
+
+template <BOOL answer>
+BOOL WINAPI FindOwn(DWORD flags, LPCSTR /*address*/, HMODULE* module)
+{
+    EXPECT_EQ(flags, DWORD{GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT});
+    *module = answer ? kOwn : nullptr;
+    return answer;
+}
+
+// A file name, a set of files, and what was asked for.
+class AnsweringPlatform final : public DllDelayLoaderPlatform
+{
+public:
+    FARPROC findOwn = std::bit_cast<FARPROC>(&FindOwn<TRUE>);
+    std::string ownFile = "C:\\drivers\\tvptpc_B.dll";
+    std::set<std::string> files;
+    std::set<std::string> loadedNames;
+    Calls calls;
+    std::vector<HMODULE> freed;
+
+    FARPROC FindKernelFunction(LPCSTR name) override
+    {
+        EXPECT_STREQ(name, "GetModuleHandleExA");
+        return findOwn;
+    }
+    // Cut and not terminated where it does not fit, as older systems did.
+    DWORD GetModuleFileNameA(HMODULE module, LPSTR fileName, DWORD size) override
+    {
+        EXPECT_EQ(module, kOwn);
+        std::copy_n(ownFile.c_str(), std::min<std::size_t>(ownFile.size() + 1, size), fileName);
+        return std::min(static_cast<DWORD>(ownFile.size()), size);
+    }
+    HMODULE LoadLibraryExA(LPCSTR path, HANDLE reserved, DWORD flags) override
+    {
+        EXPECT_EQ(reserved, nullptr);
+        EXPECT_EQ(flags, 8u);
+        return Answer("file ", path, files);
+    }
+    HMODULE GetModuleHandleA(LPCSTR name) override
+    {
+        return Answer("loaded ", name, loadedNames);
+    }
+    HMODULE LoadLibraryA(LPCSTR name) override
+    {
+        return Answer("search ", name, files);
+    }
+    void FreeLibrary(HMODULE module) override
+    {
+        freed.push_back(module);
+    }
+
+private:
+    HMODULE Answer(const char* call, const char* name, const std::set<std::string>& known)
+    {
+        calls.push_back(call + std::string(name));
+        return known.contains(name) ? kFound : nullptr;
+    }
+};
+
+DelayLoadInfo Asking(const char* name)
+{
+    DelayLoadInfo info{};
+    info.cb = sizeof(info);
+    info.szDll = name;
+    return info;
+}
+
+HMODULE Load(DllDelayLoader& loader, const char* name)
+{
+    return reinterpret_cast<HMODULE>(loader.Notify(dliNotePreLoadLibrary, Asking(name)));
+}
+
+std::string Folder(std::size_t length)
+{
+    return "C:\\" + std::string(length - 4, 'f') + "\\";
+}
+
+constexpr FARPROC kMissing = nullptr;
+const FARPROC kFailing = std::bit_cast<FARPROC>(&FindOwn<FALSE>);
+const FARPROC kPresent = std::bit_cast<FARPROC>(&FindOwn<TRUE>);
+
+enum class Outcome
+{
+    Loaded,   // and freed with the module
+    Borrowed, // never freed
+    Platform, // left to the platform's search
+    Failure,
+};
+
+struct Case
+{
+    const char* title;
+    std::string module;
+    FARPROC findOwn;
+    std::string ownFile;
+    std::set<std::string> files;
+    std::set<std::string> loadedNames;
+    Calls calls;
+    Outcome outcome;
+};
+
+const std::string kCore = "tvcore_B.dll"; // 12 characters
+const std::string kOurs = "tvptpc_B.dll";
+
+const Case kCases[] = {
+    {"beside our file",
+     kCore,
+     kPresent,
+     "C:\\d\\x.dll",
+     {"C:\\d\\tvcore_B.dll", "C:\\d\\3\\tvcore_B.dll"},
+     {},
+     {"file C:\\d\\tvcore_B.dll"},
+     Outcome::Loaded},
+    {"in the folder 3",
+     kCore,
+     kPresent,
+     "C:\\d\\x.dll",
+     {"C:\\d\\3\\tvcore_B.dll"},
+     {},
+     {"file C:\\d\\tvcore_B.dll", "file C:\\d\\3\\tvcore_B.dll"},
+     Outcome::Loaded},
+    {"nowhere, though the platform knows it",
+     kCore,
+     kPresent,
+     "C:\\d\\x.dll",
+     {kCore},
+     {kCore},
+     {"file C:\\d\\tvcore_B.dll", "file C:\\d\\3\\tvcore_B.dll"},
+     Outcome::Failure},
+    {"slashes",
+     kCore,
+     kPresent,
+     "/opt/d.d/x.so",
+     {"/opt/d.d/tvcore_B.dll"},
+     {},
+     {"file /opt/d.d/tvcore_B.dll"},
+     Outcome::Loaded},
+    {"the later kind of separator counts",
+     kCore,
+     kPresent,
+     "C:\\d/e\\x.dll",
+     {"C:\\d/e\\tvcore_B.dll"},
+     {},
+     {"file C:\\d/e\\tvcore_B.dll"},
+     Outcome::Loaded},
+    {"the utility library beside our file",
+     "TVUTIL_b.DLL",
+     kPresent,
+     "C:\\d\\x.dll",
+     {"C:\\d\\TVUTIL_b.DLL"},
+     {},
+     {"file C:\\d\\TVUTIL_b.DLL"},
+     Outcome::Loaded},
+    {"the utility library nowhere",
+     "TVUTIL_b.DLL",
+     kPresent,
+     "C:\\d\\x.dll",
+     {},
+     {},
+     {"file C:\\d\\TVUTIL_b.DLL", "file C:\\d\\3\\TVUTIL_b.DLL"},
+     Outcome::Platform},
+    {"almost the utility library's name",
+     "tvutil_B.dl",
+     kPresent,
+     "C:\\d\\x.dll",
+     {},
+     {},
+     {"file C:\\d\\tvutil_B.dl", "file C:\\d\\3\\tvutil_B.dl"},
+     Outcome::Failure},
+
+    {"the longest path",
+     kCore,
+     kPresent,
+     Folder(249) + "x.dll",
+     {Folder(249) + kCore},
+     {},
+     {"file " + Folder(249) + kCore},
+     Outcome::Loaded},
+    {"only the second path is too long",
+     kCore,
+     kPresent,
+     Folder(249) + "x.dll",
+     {},
+     {},
+     {"file " + Folder(249) + kCore},
+     Outcome::Failure},
+    {"both paths fit",
+     kCore,
+     kPresent,
+     Folder(247) + "x.dll",
+     {},
+     {},
+     {"file " + Folder(247) + kCore, "file " + Folder(247) + "3\\" + kCore},
+     Outcome::Failure},
+    {"both paths are too long", kCore, kPresent, Folder(250) + "x.dll", {}, {}, {}, Outcome::Failure},
+    {"our longest path",
+     kCore,
+     kPresent,
+     Folder(249) + kOurs,
+     {Folder(249) + kCore},
+     {},
+     {"file " + Folder(249) + kCore},
+     Outcome::Loaded},
+    {"our path is too long", "t.dll", kPresent, Folder(250) + kOurs, {}, {}, {}, Outcome::Failure},
+    {"our path is much too long", "t.dll", kPresent, Folder(200) + Folder(200) + kOurs, {}, {}, {}, Outcome::Failure},
+
+    {"our path cannot be had", kCore, kPresent, "", {}, {}, {}, Outcome::Failure},
+    {"our path has no folder", kCore, kPresent, "x.dll", {kCore}, {}, {}, Outcome::Failure},
+    {"our handle cannot be had", kCore, kFailing, "C:\\d\\x.dll", {kCore}, {kCore}, {}, Outcome::Failure},
+    {"our handle cannot be had for the utility library",
+     "tvutil_B.dll",
+     kFailing,
+     "C:\\d\\x.dll",
+     {},
+     {},
+     {},
+     Outcome::Platform},
+
+    {"an old system, loaded already",
+     kCore,
+     kMissing,
+     "",
+     {kCore},
+     {kCore},
+     {"loaded tvcore_B.dll"},
+     Outcome::Borrowed},
+    {"an old system, to be found",
+     kCore,
+     kMissing,
+     "",
+     {kCore},
+     {},
+     {"loaded tvcore_B.dll", "search tvcore_B.dll"},
+     Outcome::Loaded},
+    {"an old system, nowhere",
+     kCore,
+     kMissing,
+     "",
+     {},
+     {},
+     {"loaded tvcore_B.dll", "search tvcore_B.dll"},
+     Outcome::Failure},
+};
+
+} // namespace
+
+TEST(DllDelayLoader, TriesOnePlaceAfterTheOther)
+{
+    for (const Case& test : kCases)
+    {
+        SCOPED_TRACE(test.title);
+        AnsweringPlatform platform;
+        platform.findOwn = test.findOwn;
+        platform.ownFile = test.ownFile;
+        platform.files = test.files;
+        platform.loadedNames = test.loadedNames;
+        DllDelayLoader loader(platform);
+
+        HMODULE module = nullptr;
+        bool failed = false;
+        try
+        {
+            module = Load(loader, test.module.c_str());
+        }
+        catch (const ExceptionDelayLoadDllLoadFailure& failure)
+        {
+            failed = true;
+            EXPECT_NE(std::string_view(failure.what()).find("\"" + test.module + "\""), std::string_view::npos)
+                << failure.what();
+        }
+        EXPECT_EQ(failed, test.outcome == Outcome::Failure);
+        EXPECT_EQ(module != nullptr, test.outcome == Outcome::Loaded || test.outcome == Outcome::Borrowed);
+        EXPECT_EQ(platform.calls, test.calls);
+
+        loader.FreeModules();
+        EXPECT_EQ(platform.freed, std::vector<HMODULE>(test.outcome == Outcome::Loaded ? 1 : 0, kFound));
+    }
+}
+
+TEST(DllDelayLoader, AnswersOnlyWhenEnabledAndBeforeLoading)
+{
+    AnsweringPlatform platform;
+    DllDelayLoader loader(platform);
+    for (const unsigned notification :
+         {unsigned{dliStartProcessing}, unsigned{dliNotePreGetProcAddress}, unsigned{dliFailLoadLib},
+          unsigned{dliFailGetProc}, unsigned{dliNoteEndProcessing}, 17u})
+        EXPECT_EQ(loader.Notify(notification, Asking("tvcore_B.dll")), nullptr) << notification;
+    loader.SetEnabled(false);
+    EXPECT_EQ(Load(loader, "tvcore_B.dll"), nullptr);
+    EXPECT_EQ(platform.calls, Calls());
+    loader.SetEnabled(true);
+    EXPECT_THROW(Load(loader, "tvcore_B.dll"), ExceptionDelayLoadDllLoadFailure);
+}
+
+TEST(DllDelayLoader, FreesEachModuleOnceAndNoMoreThanItCanRemember)
+{
+    class CountingPlatform final : public DllDelayLoaderPlatform
+    {
+    public:
+        std::multiset<HMODULE> freed;
+
+        DWORD GetModuleFileNameA(HMODULE /*module*/, LPSTR fileName, DWORD /*size*/) override
+        {
+            std::copy_n("/d/x", 5, fileName);
+            return 4;
+        }
+        // "/d/c.dll" is always the same module.
+        HMODULE LoadLibraryExA(LPCSTR path, HANDLE /*reserved*/, DWORD /*flags*/) override
+        {
+            return Handle(static_cast<ULONG_PTR>(path[3]));
+        }
+        void FreeLibrary(HMODULE module) override
+        {
+            freed.insert(module);
+        }
+    } platform;
+    DllDelayLoader loader(platform);
+
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread)
+        threads.emplace_back(
+            [&loader]
+            {
+                for (const char* const name : {"a", "b", "a", "c", "d", "c"})
+                    EXPECT_EQ(Load(loader, name), Handle(static_cast<ULONG_PTR>(*name)));
+            });
+    for (std::thread& thread : threads)
+        thread.join();
+    loader.FreeModules();
+    EXPECT_EQ(platform.freed, (std::multiset{Handle('a'), Handle('b'), Handle('c'), Handle('d')}));
+
+    platform.freed.clear();
+    for (char name = 'a'; name <= 'z'; ++name)
+        EXPECT_EQ(Load(loader, std::string(1, name).c_str()), Handle(static_cast<ULONG_PTR>(name)));
+    loader.FreeModules();
+    loader.FreeModules();
+    EXPECT_EQ(platform.freed.size(), 8u);
+    EXPECT_EQ(std::set<HMODULE>(platform.freed.begin(), platform.freed.end()).size(), 8u);
+}

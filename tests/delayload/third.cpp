@@ -1,0 +1,6 @@
+#include "tests/delayload/samples.h"
+
+int ThirdAnswer()
+{
+    return 3;
+}

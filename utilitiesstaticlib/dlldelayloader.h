@@ -1,0 +1,72 @@
+// DllDelayLoader: the delay-load hook of a module. The modules that it delay-loads are found in the folder of its own
+// file, wherever the process was started: a print service does not start where the driver's files lie.
+//
+// Linked statically, so every module has its own. On Windows linking is all: dlldelayloaderhook.cpp sets the hook and
+// frees the modules; tavlen_delay_load (cmake/DelayLoad.cmake) does the rest.
+//
+// What callers of a delay-loaded function must know:
+//   - a module that cannot be loaded becomes ExceptionDelayLoadDllLoadFailure out of the call, at every call until it
+//     can be loaded. A function declared noexcept must not be the first one called: the exception would end the
+//     process;
+//   - only functions can be delay-loaded, no data: neither variables nor vtables nor type information;
+//   - the first call keeps the integer arguments in registers only, so no floating-point arguments by value;
+//   - it must not happen in DllMain, where modules must not be loaded.
+#pragma once
+
+#include <windows.h>
+
+#include <delayimp.h>
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <string>
+
+#include "utilitiesstaticlib/dlldelayloaderplatform.h"
+
+class DllDelayLoader
+{
+public:
+    // In characters of the ANSI code page, without the terminator. A longer path is never tried: cut, it would name
+    // another file.
+    static constexpr std::size_t kLongestPath = 261;
+
+    // The one of the module that this is linked into.
+    static DllDelayLoader& Instance() noexcept;
+
+    // The platform must outlive it.
+    constexpr explicit DllDelayLoader(DllDelayLoaderPlatform& platform) noexcept : m_platform(platform)
+    {
+    }
+    DllDelayLoader(const DllDelayLoader&) = delete;
+    DllDelayLoader& operator=(const DllDelayLoader&) = delete;
+
+    // On from the start. Off, modules are searched as the platform searches.
+    void SetEnabled(bool enabled) noexcept;
+
+    // Serves the notifications of the delay-load helper. Only dliNotePreLoadLibrary gets an answer, the module's
+    // handle; null leaves the module to the platform's own search. Throws ExceptionDelayLoadDllLoadFailure when the
+    // module is not found, unless it is "tvutil_B.dll": that one the platform may search, since without it there are
+    // no exceptions to throw. Any thread may call it.
+    FARPROC Notify(unsigned notification, const DelayLoadInfo& info);
+
+    // Frees what was loaded. For the moment when this module goes, and only then: its imports keep their addresses.
+    void FreeModules() noexcept;
+
+private:
+    // The driver's modules are fewer.
+    static constexpr std::size_t kMostModules = 8;
+
+    [[nodiscard]] HMODULE Load(const char* name);
+    [[nodiscard]] HMODULE LoadAsRequested(const char* name);
+    [[nodiscard]] HMODULE LoadFile(const std::string& path);
+    [[nodiscard]] std::string FolderOf(HMODULE module);
+    void Remember(HMODULE module) noexcept;
+
+    DllDelayLoaderPlatform& m_platform;
+    std::atomic<bool> m_enabled = true;
+    // Each module once, from the front; the rest is null. A place is filled once, by one exchange, so the list is its
+    // own guard: no lock can be left behind by a thread that the end of the process stopped, or be waited for under the
+    // loader's lock. It needs neither memory nor destruction.
+    std::array<std::atomic<HMODULE>, kMostModules> m_modules{};
+};
