@@ -8,7 +8,8 @@
 //   - a module that cannot be loaded becomes ExceptionDelayLoadDllLoadFailure out of the call, at every call until it
 //     can be loaded. A function declared noexcept must not be the first one called: the exception would end the
 //     process;
-//   - only functions can be delay-loaded, no data: neither variables nor vtables nor type information;
+//   - only functions can be delay-loaded, no data: a use of the module's variables or vtables (an inline constructor of
+//     a class whose vtable is there) does not link. Type information is no obstacle, users have their own;
 //   - the first call keeps the integer arguments in registers only, so no floating-point arguments by value;
 //   - it must not happen in DllMain, where modules must not be loaded.
 #pragma once

@@ -343,6 +343,7 @@ TEST(DllDelayLoader, FreesEachModuleOnceAndNoMoreThanItCanRemember)
     DllDelayLoader loader(platform);
 
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread)
         threads.emplace_back(
             [&loader]

@@ -119,7 +119,7 @@ TEST(PageSizes, ALoaderAddsDisplayNamesOnly)
 {
     const auto kept = TextResourceLoader::Share(W("dictionary's printer"), {{6436, CXString(W("DIN A4"))}});
     TextResourceLoader::Initialize(CXString(W("dictionary's printer")), false);
-    const PageSizeDictionary dictionary(ProductStringLoader(ProductData::ControllerFamilyColor));
+    const PageSizeDictionary dictionary{ProductStringLoader(ProductData::ControllerFamilyColor)};
     const auto entries = dictionary.GetPageSizeEntryRefs(DataModelIds::PageSizeStandard);
     EXPECT_EQ(NamesOf(entries), NamesOf(PageSizeDictionary().GetPageSizeEntryRefs(DataModelIds::PageSizeStandard)));
     for (const PageSizeDictionaryEntry& entry : entries)

@@ -1,11 +1,8 @@
 #include "coredevmode.h"
 
 #include <tvutil/bytereader.h>
-#include <tvutil/bytewriter.h>
 
 #include <array>
-
-#include "complugins/oemdevmode.h"
 
 namespace
 {
@@ -57,16 +54,4 @@ CoreSettings ReadCoreSettings(CoreDriverLayout layout, std::span<const std::byte
         settings.trueTypeDownload = WordAt(core, kPostScriptTrueTypeDownload);
     }
     return settings;
-}
-
-std::vector<std::byte> MakeCorePart(const PrinterModel::CoreDriver& driver)
-{
-    const bool isPostScript = driver.kind == PrinterModel::CoreDriverKind::PostScript;
-    const std::size_t sizeOffset =
-        isPostScript ? OemDevmodeFormat::kPostScriptSizeOffset : OemDevmodeFormat::kUnidrvSizeOffset;
-    std::vector<std::byte> part(driver.privateSize);
-    const std::span<std::byte> fromSizeField = std::span<std::byte>(part).subspan(sizeOffset);
-    ByteWriter writer(fromSizeField);
-    writer.U16(driver.privateSize);
-    return part;
 }

@@ -4,11 +4,9 @@
 
 #include <cstdint>
 #include <optional>
-#include <vector>
+#include <span>
 
 #include "oempart.h"
-
-#include <tvcore/printermodel.h>
 
 struct CoreSettings
 {
@@ -21,6 +19,3 @@ struct CoreSettings
 
 // What lies beyond the part keeps its default.
 [[nodiscard]] CoreSettings ReadCoreSettings(CoreDriverLayout layout, std::span<const std::byte> core);
-
-// A new private part: all settings at their defaults, the driver's own size field filled in.
-[[nodiscard]] std::vector<std::byte> MakeCorePart(const PrinterModel::CoreDriver& driver);

@@ -26,12 +26,17 @@ std::vector<WCHAR> EnvironmentName()
     return Terminated(CXString(W("Windows x64")));
 }
 
+bool IsModule(const fs::path& module)
+{
+    std::error_code error;
+    return fs::exists(module, error) || fs::exists(fs::path(module).replace_extension(".so"), error);
+}
+
 // A module goes by its .dll name; where modules are shared objects the spooler copies the sibling of that name.
 fs::path ModuleSource(std::string_view name)
 {
     fs::path module = ProgramFolder() / PathFromUtf8(name);
-    std::error_code error;
-    if (!fs::exists(module, error) && !fs::exists(fs::path(module).replace_extension(".so"), error))
+    if (!IsModule(module))
         FailWithWin32Error(kInstalling, Utf8FromPath(module), ERROR_FILE_NOT_FOUND);
     return module;
 }
@@ -76,6 +81,15 @@ bool SameModel(const fs::path& modelFile, const CXString& installedFile)
     return ReadFileBytes(modelFile, kMaxModelSize) == ReadFileBytes(installed, kMaxModelSize);
 }
 
+// Recorded in small letters, on purpose: whoever looks for a driver's workflow module compares its name in small
+// letters with the recorded ones, and to a file system all its spellings are one. A package without that module is
+// installed too: the provider does without it.
+void AddWorkflowModule(const CXString& name, std::vector<CXString>& files)
+{
+    if (!name.IsEmpty() && IsModule(ProgramFolder() / PathFromUtf8(name.ToUtf8())))
+        files.push_back(TextOf(ProgramFolder() / PathFromUtf8(name.ToLower().ToUtf8())));
+}
+
 std::vector<WCHAR> MultiString(const std::vector<CXString>& texts)
 {
     std::vector<WCHAR> characters;
@@ -90,8 +104,8 @@ std::vector<WCHAR> MultiString(const std::vector<CXString>& texts)
 
 } // namespace
 
-DriverPackage::DriverPackage(CXString driverName, std::filesystem::path modelFile)
-    : m_name(std::move(driverName)), m_modelFile(std::move(modelFile))
+DriverPackage::DriverPackage(const PrinterModel& model, std::filesystem::path modelFile)
+    : m_name(model.name), m_workflowModule(model.workflowModule), m_modelFile(std::move(modelFile))
 {
     const CXString dataFile = TextOf(m_modelFile.filename());
     for (const InstalledDriver& driver : ListDrivers())
@@ -112,8 +126,12 @@ void DriverPackage::Install()
     std::vector<WCHAR> name = Terminated(m_name);
     std::vector<WCHAR> module = Terminated(TextOf(ModuleSource(kProviderModule)));
     std::vector<WCHAR> model = Terminated(TextOf(m_modelFile));
-    std::vector<WCHAR> dependentFiles =
-        MultiString({TextOf(ModuleSource(kProviderModule)), TextOf(ModuleSource(kUtilityModule))});
+    std::vector<WCHAR> configuration = Terminated(TextOf(ModuleSource(kConfigurationModule)));
+    std::vector<CXString> modules;
+    for (const std::string_view each : {kProviderModule, kUtilityModule, kCoreModule})
+        modules.push_back(TextOf(ModuleSource(each)));
+    AddWorkflowModule(m_workflowModule, modules);
+    std::vector<WCHAR> dependentFiles = MultiString(modules);
     std::vector<WCHAR> dataType = Terminated(CXString(W("RAW")));
 
     DRIVER_INFO_3W driver{};
@@ -122,9 +140,7 @@ void DriverPackage::Install()
     driver.pEnvironment = environment.data();
     driver.pDriverPath = module.data();
     driver.pDataFile = model.data();
-    // The driver has no configuration module yet, and the field must not be empty. No module stands there: Wine calls
-    // a configuration module's entry points without looking whether it has them.
-    driver.pConfigFile = model.data();
+    driver.pConfigFile = configuration.data();
     driver.pDependentFiles = dependentFiles.data();
     driver.pDefaultDataType = dataType.data();
     // The files of a driver come from anywhere, not from the spooler's own folder.

@@ -6,11 +6,14 @@
 #include <filesystem>
 #include <string_view>
 
+#include <tvcore/printermodel.h>
 #include <tvutil/cxstring.h>
 
 // The module that holds the provider; a driver's dependent files name it.
 inline constexpr std::string_view kProviderModule = "tvptpc_B.dll";
 inline constexpr std::string_view kUtilityModule = "tvutil_B.dll";
+inline constexpr std::string_view kCoreModule = "tvcore_B.dll";
+inline constexpr std::string_view kConfigurationModule = "tvui_B.dll";
 
 class DriverPackage
 {
@@ -18,7 +21,7 @@ public:
     // The modules come from the program's own folder; the model becomes the driver's data file. Throws Failure when a
     // file is missing, or when the spooler's one folder for drivers already holds another driver's data file of this
     // name, or this driver with another model: nobody's printers change behind their backs.
-    DriverPackage(CXString driverName, std::filesystem::path modelFile);
+    DriverPackage(const PrinterModel& model, std::filesystem::path modelFile);
 
     // Copies the files and records the driver. Throws Failure.
     void Install();
@@ -27,6 +30,7 @@ public:
 
 private:
     CXString m_name;
+    CXString m_workflowModule; // empty: the driver has none
     std::filesystem::path m_modelFile;
     bool m_wasInstalled = false;
     bool m_installed = false;

@@ -1,7 +1,6 @@
 #include "oempart.h"
 
 #include <tvutil/bytereader.h>
-#include <tvutil/bytewriter.h>
 #include <tvutil/crc32.h>
 
 #include "complugins/oemdevmode.h"
@@ -10,8 +9,6 @@ namespace
 {
 
 namespace Format = OemDevmodeFormat;
-
-constexpr std::uint32_t kVersion = 1;
 
 std::size_t SizeFieldAt(std::span<const std::byte> area, std::size_t offset)
 {
@@ -91,14 +88,4 @@ OemContent ReadOemPart(std::span<const std::byte> part)
     for (const OemEntry& entry : content.entries.value_or(std::vector<OemEntry>()))
         content.usedBytes += Format::kEntryHeaderSize + entry.data.size();
     return content;
-}
-
-std::vector<std::byte> MakeEmptyOemPart()
-{
-    std::vector<std::byte> part(Format::kSize);
-    ByteWriter writer(part);
-    writer.U32(Format::kSize);
-    writer.U32(Format::kSignature);
-    writer.U32(kVersion);
-    return part;
 }

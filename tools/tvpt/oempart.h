@@ -45,6 +45,3 @@ struct OemContent
 // right size and signature. The spans refer to the area that was given.
 [[nodiscard]] std::optional<DriverParts> LocateDriverParts(std::span<const std::byte> driverExtra);
 [[nodiscard]] OemContent ReadOemPart(std::span<const std::byte> part);
-
-// A new part that holds no data.
-[[nodiscard]] std::vector<std::byte> MakeEmptyOemPart();

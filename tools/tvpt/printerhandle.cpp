@@ -105,6 +105,14 @@ DWORD PrinterHandle::StoreCapability(std::uint64_t word) const
                              bytes.data(), kCapabilitySize);
 }
 
+DWORD PrinterHandle::StoreInstallationState(DWORD state) const
+{
+    std::array<BYTE, sizeof state> bytes{};
+    std::memcpy(bytes.data(), &state, sizeof state);
+    return SetPrinterDataExW(m_printer, kDriverDataKey, PrintDriver::kInstallationStateValueName, REG_DWORD,
+                             bytes.data(), sizeof state);
+}
+
 PrinterSummary DescribePrinter(const PrinterHandle& printer, const std::string& name)
 {
     constexpr DWORD kLevel = 2;

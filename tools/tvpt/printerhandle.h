@@ -42,6 +42,8 @@ public:
     [[nodiscard]] std::optional<std::uint64_t> Capability() const;
     // Returns the Win32 error.
     [[nodiscard]] DWORD StoreCapability(std::uint64_t word) const;
+    // How far the set-up has come. Returns the Win32 error.
+    [[nodiscard]] DWORD StoreInstallationState(DWORD state) const;
 
 private:
     HANDLE m_printer = nullptr;

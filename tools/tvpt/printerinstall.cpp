@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include <tvutil/printdriver.h>
+
 #include "driverpackage.h"
 #include "failure.h"
 #include "modelfiles.h"
@@ -87,7 +89,10 @@ PrinterHandle CreatePrinter(const std::string& name, const PrinterModel& model)
 
 void StoreModelData(const PrinterHandle& printer, const std::string& name, const PrinterModel& model)
 {
-    if (const DWORD error = printer.StoreCapability(model.capability); error != ERROR_SUCCESS)
+    DWORD error = printer.StoreCapability(model.capability);
+    if (error == ERROR_SUCCESS)
+        error = printer.StoreInstallationState(PrintDriver::kInstallationComplete); // last
+    if (error != ERROR_SUCCESS)
         FailWithWin32Error("storing the printer's data", name, error);
 }
 
@@ -109,7 +114,7 @@ void InstallPrinter(const std::string& name, const std::string& modelNameOrFile)
     if (PrinterHandle::Exists(name))
         FailWithWin32Error(kAdding, name, ERROR_PRINTER_ALREADY_EXISTS);
 
-    Installation installation(DriverPackage(model.name, modelFile));
+    Installation installation(DriverPackage(model, modelFile));
     installation.Package().Install();
     const PrinterHandle& printer = installation.Keep(CreatePrinter(name, model));
     StoreModelData(printer, name, model);

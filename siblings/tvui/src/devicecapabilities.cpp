@@ -1,5 +1,6 @@
 #include "devicecapabilities.h"
 
+#include <windows.h>
 #include <winspool.h>
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 #include "documentproperties.h"
 
+#include <windows.h>
 #include <winspool.h>
 
 #include <cstring>

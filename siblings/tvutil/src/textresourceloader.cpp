@@ -24,9 +24,9 @@ public:
     {
         const std::lock_guard guard(m_mutex);
         std::erase_if(m_entries, [](const Entry& entry) { return entry.texts.expired(); });
-        if (const auto known = Newest(printerName); known != nullptr && *known == texts)
+        if (auto known = Newest(printerName); known != nullptr && *known == texts)
             return known;
-        const auto shared = std::make_shared<const Texts>(texts);
+        std::shared_ptr<const Texts> shared = std::make_shared<const Texts>(texts);
         m_entries.push_back({m_nextTicket, printerName, shared});
         ++m_nextTicket;
         return shared;

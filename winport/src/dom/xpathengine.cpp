@@ -49,6 +49,7 @@ std::vector<xmlNode*> XPathEngine::Select(xmlNode* context, const std::string& e
     if (parts.size() == 1)
         return SelectPart(context, expression);
     std::vector<std::vector<xmlNode*>> lists;
+    lists.reserve(parts.size());
     for (const std::string& part : parts)
         lists.push_back(SelectPart(context, part));
     return UniteInDocumentOrder(lists);
