@@ -32,9 +32,9 @@ WideString Wide(const std::string& text)
     return WideString(CXString::FromUtf8(text).View());
 }
 
-WideString DriverFile(const std::filesystem::path& folder, const char* name)
+WideString DummyFile(const std::filesystem::path& folder, const std::string& name)
 {
-    const std::filesystem::path path = folder / (OwnName(name) + ".dll");
+    const std::filesystem::path path = folder / name;
     std::ofstream(path) << "a driver file of the tests\n";
     return Wide(path.string());
 }
@@ -46,11 +46,35 @@ void Require(bool done, const char* what)
         throw std::runtime_error(std::string(what) + ": " + std::to_string(error));
 }
 
-void InstallDriver(const std::filesystem::path& folder)
+WideString DriverFile(const std::filesystem::path& folder, const char* name)
+{
+    return DummyFile(folder, OwnName(name) + ".dll");
+}
+
+// The drivers of a machine share one folder: each process brings the model under a name of its own.
+WideString DataFile(const std::filesystem::path& folder, const std::string& model)
+{
+    if (model.empty())
+        return DriverFile(folder, "tvtestdata");
+    const std::filesystem::path file = folder / (OwnName("tvtestmodel") + ".json");
+    std::filesystem::copy_file(std::filesystem::path(TVPT_MODELS_FOLDER) / model, file,
+                               std::filesystem::copy_options::overwrite_existing);
+    return Wide(file.string());
+}
+
+WideString DependentFiles(const std::filesystem::path& folder, const std::vector<std::string>& names)
+{
+    WideString files;
+    for (const std::string& name : names)
+        files += DummyFile(folder, name) + WCHAR();
+    return files + WCHAR();
+}
+
+void InstallDriver(const std::filesystem::path& folder, const TestPrinter::SetUp& setUp)
 {
     WideString name = Wide(OwnName("Tavlen test driver "));
     WideString driverFile = DriverFile(folder, "tvtestdriver");
-    WideString dataFile = DriverFile(folder, "tvtestdata");
+    WideString dataFile = DataFile(folder, setUp.model);
     WideString configFile = DriverFile(folder, "tvtestconfig");
     DRIVER_INFO_3W driver = {};
     driver.cVersion = 3;
@@ -59,6 +83,8 @@ void InstallDriver(const std::filesystem::path& folder)
     driver.pDriverPath = driverFile.data();
     driver.pDataFile = dataFile.data();
     driver.pConfigFile = configFile.data();
+    WideString dependentFiles = DependentFiles(folder, setUp.dependentFiles);
+    driver.pDependentFiles = setUp.dependentFiles.empty() ? nullptr : dependentFiles.data();
     driver.pDefaultDataType = g_dataType;
     Require(AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&driver),
                                 APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY) != FALSE,
@@ -97,17 +123,21 @@ CXString StoreVariable()
 
 } // namespace
 
-TestPrinter::TestPrinter(std::optional<ULONGLONG> capabilityWord)
+TestPrinter::TestPrinter(std::optional<ULONGLONG> capabilityWord) : TestPrinter(SetUp{capabilityWord, {}, {}})
+{
+}
+
+TestPrinter::TestPrinter(const SetUp& setUp)
     : m_folder(std::filesystem::temp_directory_path() / OwnName("tavlen-test-printer-")),
       m_previousStore(StoreVariable())
 {
     std::filesystem::create_directories(m_folder);
     SetEnvironmentVariableW(kStoreVariable, CXString::FromUtf8((m_folder / "store").string()).c_str());
-    InstallDriver(m_folder);
+    InstallDriver(m_folder, setUp);
     m_printer = AddTestPrinter();
-    if (!capabilityWord)
+    if (!setUp.capabilityWord)
         return;
-    std::array<BYTE, 8> bytes = LittleEndian(*capabilityWord);
+    std::array<BYTE, 8> bytes = LittleEndian(*setUp.capabilityWord);
     EXPECT_EQ(ERROR_SUCCESS, SetPrinterDataExW(m_printer, g_dataKey, g_capability, REG_BINARY, bytes.data(),
                                                static_cast<DWORD>(bytes.size())));
 }

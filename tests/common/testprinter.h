@@ -9,14 +9,24 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include <tvutil/cxstring.h>
 
 class TestPrinter
 {
 public:
-    // Without a word the printer looks like one that our set-up has not installed. Throws std::runtime_error when the
-    // spooler refuses.
+    struct SetUp
+    {
+        // Without a word the printer looks like one that our set-up has not installed.
+        std::optional<ULONGLONG> capabilityWord;
+        std::string model;                       // the driver's data file, a shipped model; empty: a dummy file
+        std::vector<std::string> dependentFiles; // names of dummy files
+    };
+
+    // Throws std::runtime_error when the spooler refuses.
+    explicit TestPrinter(const SetUp& setUp);
     explicit TestPrinter(std::optional<ULONGLONG> capabilityWord);
     ~TestPrinter();
     TestPrinter(const TestPrinter&) = delete;

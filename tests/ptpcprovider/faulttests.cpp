@@ -118,7 +118,8 @@ TEST_F(Faults, OfBindingHaveTheirCodes)
             again = winport::DisarmFault(kind);
             const CoTaskMemPtr<BSTR> owner(namespaces);
             const CComBSTR uri = TakeFirst(namespaces);
-            EXPECT_EQ(!again, result == S_OK);
+            // A fault while the workflow module is looked for does not keep the printer from being bound.
+            EXPECT_TRUE(result == S_OK || (again && (result == E_FAIL || result == E_OUTOFMEMORY))) << result;
             EXPECT_FALSE(TavlenPtProviderTestAccess::DataModelIsInUse(object));
             // Without memory for the namespace the count stays at 1, for the array and for its string alike.
             if (result == E_OUTOFMEMORY && count == 1)

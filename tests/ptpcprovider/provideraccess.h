@@ -25,6 +25,11 @@ struct TavlenPtProviderTestAccess
         return provider.m_driverCapabilityFlags << 16 | provider.m_secondDriverCapability;
     }
 
+    static ProductData::ValueEnum ControllerFamily(const TavlenPtProvider& provider)
+    {
+        return provider.m_controllerFamily;
+    }
+
     static ULONG OsMajorVersion(const TavlenPtProvider& provider)
     {
         return provider.m_osMajorVersion;
