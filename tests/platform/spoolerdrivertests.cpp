@@ -120,7 +120,8 @@ TEST_F(SpoolerDrivers, AreFilesWhateverTheCaseOfTheirNames)
 
     // A second driver's file of that name is the same file.
     fs::create_directories(Scratch() / "second");
-    const WideString newer = SourceFile("second/TvCased.json", "a newer model");
+    fs::path newerFile(SourceFile("second/TvCased.json", "a newer model"));
+    const WideString newer = newerFile.make_preferred().string<WCHAR>();
     ASSERT_TRUE(InstallDriver(W("Tavlen Platform Second"), newer.c_str())) << GetLastError();
     std::string content;
     int files = 0;

@@ -2,7 +2,6 @@
 
 #include <tvutil/printer.h>
 
-#include <algorithm>
 #include <cstddef>
 
 #include <tvutil/exceptions.h>
@@ -78,11 +77,9 @@ ByteBuffer AskDriverForDevmode(HANDLE printer, const CXString& name)
     if (size < LONG{sizeof(DEVMODEW)} || size > kLargest)
         return ByteBuffer();
 
+    // Zeros: some spoolers tell the driver that the room is as large as the dmSize that lies there, and nothing for 0.
     ByteBuffer devmode(static_cast<std::size_t>(size));
     auto* const fields = reinterpret_cast<DEVMODEW*>(devmode.data()); // from the heap: aligned
-    // Not every spooler tells the driver the size of the room: some take it from what lies there.
-    fields->dmSize = sizeof(DEVMODEW);
-    fields->dmDriverExtra = static_cast<WORD>(std::min(devmode.size() - sizeof(DEVMODEW), std::size_t{0xFFFF}));
     SetLastError(ERROR_SUCCESS);
     if (DocumentPropertiesW(nullptr, printer, mutableName.data(), fields, nullptr, DM_OUT_BUFFER) != IDOK)
         return ByteBuffer();
