@@ -44,7 +44,7 @@ fs::path FindModelFile(const std::string& nameOrFile)
     {
         const fs::path program = ProgramFolder();
         for (const fs::path& folder : {program / "models", program.parent_path() / "models"})
-            if (const fs::path file = folder / PathFromUtf8(nameOrFile + ".json"); IsFile(file))
+            if (fs::path file = folder / PathFromUtf8(nameOrFile + ".json"); IsFile(file))
                 return file;
     }
     Fail("finding the printer model", nameOrFile, "neither a file nor the name of a shipped model");
