@@ -26,17 +26,12 @@ std::vector<WCHAR> EnvironmentName()
     return Terminated(CXString(W("Windows x64")));
 }
 
-bool IsModule(const fs::path& module)
-{
-    std::error_code error;
-    return fs::exists(module, error) || fs::exists(fs::path(module).replace_extension(".so"), error);
-}
-
 // A module goes by its .dll name; where modules are shared objects the spooler copies the sibling of that name.
 fs::path ModuleSource(std::string_view name)
 {
     fs::path module = ProgramFolder() / PathFromUtf8(name);
-    if (!IsModule(module))
+    std::error_code error;
+    if (!fs::exists(module, error) && !fs::exists(fs::path(module).replace_extension(".so"), error))
         FailWithWin32Error(kInstalling, Utf8FromPath(module), ERROR_FILE_NOT_FOUND);
     return module;
 }
@@ -82,12 +77,11 @@ bool SameModel(const fs::path& modelFile, const CXString& installedFile)
 }
 
 // Recorded in small letters, on purpose: whoever looks for a driver's workflow module compares its name in small
-// letters with the recorded ones, and to a file system all its spellings are one. A package without that module is
-// installed too: the provider does without it.
-void AddWorkflowModule(const CXString& name, std::vector<CXString>& files)
+// letters with the recorded ones, and to a file system all its spellings are one.
+CXString WorkflowModuleSource(const CXString& name)
 {
-    if (!name.IsEmpty() && IsModule(ProgramFolder() / PathFromUtf8(name.ToUtf8())))
-        files.push_back(TextOf(ProgramFolder() / PathFromUtf8(name.ToLower().ToUtf8())));
+    fs::path module = ModuleSource(name.ToUtf8());
+    return TextOf(module.replace_filename(PathFromUtf8(name.ToLower().ToUtf8())));
 }
 
 std::vector<WCHAR> MultiString(const std::vector<CXString>& texts)
@@ -130,7 +124,8 @@ void DriverPackage::Install()
     std::vector<CXString> modules;
     for (const std::string_view each : {kProviderModule, kUtilityModule, kCoreModule})
         modules.push_back(TextOf(ModuleSource(each)));
-    AddWorkflowModule(m_workflowModule, modules);
+    if (!m_workflowModule.IsEmpty())
+        modules.push_back(WorkflowModuleSource(m_workflowModule));
     std::vector<WCHAR> dependentFiles = MultiString(modules);
     std::vector<WCHAR> dataType = Terminated(CXString(W("RAW")));
 
