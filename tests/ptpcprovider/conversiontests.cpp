@@ -282,7 +282,7 @@ TEST_F(Conversions, ReportFailuresWithTheirPlace)
 
 TEST_F(Conversions, GuardTurnsEveryExceptionIntoOneCode)
 {
-    constexpr ThrowSite kSite{W("Test::Method"), W("tests"), 12};
+    static constexpr ThrowSite kSite{W("Test::Method"), W("tests"), 12};
     const std::pair<std::function<HRESULT()>, std::string> cases[] = {
         {[]() -> HRESULT { throw std::bad_alloc(); }, "bad allocation"},
         {[]() -> HRESULT { throw std::runtime_error("told"); }, "told"},
