@@ -102,7 +102,7 @@ TEST_F(Provider, HasItsOperationsInThePublishedSlots)
 
     IPrintOemPrintTicketProvider* const object = provider.Get();
     void** slots = nullptr;
-    std::memcpy(&slots, object, sizeof(slots));
+    std::memcpy(&slots, static_cast<const void*>(object), sizeof(slots));
     using TakesPointer = HRESULT(STDMETHODCALLTYPE*)(void*, void*);
     using TakesThree = HRESULT(STDMETHODCALLTYPE*)(void*, void*, void*, void*);
     INT* versions = nullptr;
