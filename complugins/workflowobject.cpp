@@ -14,22 +14,14 @@
 #include <iterator>
 #include <utility>
 
+#include "complugins/workflowmodules.h"
 #include "utilitiesstaticlib/findfunction.h"
 
 namespace
 {
 
 constexpr WCHAR kSourceFile[] = W("complugins\\workflowobject");
-constexpr WCHAR kWorkflowValueName[] = W("XWorkflowDLL");
-constexpr DWORD kNoWorkflowModule = 0;
 constexpr DWORD kEveryDriverFile = 9;
-
-// The kind of a module is its place here, counted from 1.
-constexpr const WCHAR* kModuleNames[] = {
-    W("tvwftu_B.dll"),
-    W("tvwfwu_B.dll"),
-    W("tvwfuv_B.dll"),
-};
 
 // Of the three only the names sought are brought to lower case, not the list that the spooler returns, on purpose: a
 // driver whose files are spelled otherwise has no workflow module.
@@ -44,11 +36,11 @@ DWORD DetectKind(HANDLE printer)
             files += W("\n");
         }
         DWORD kind = 1;
-        for (const WCHAR* name : kModuleNames)
+        for (const WCHAR* name : kWorkflowModuleNames)
         {
             if (files.Find(CXString(name).ToLower()) != CXString::npos)
             {
-                Printer(printer).SetPrinterDataW(kWorkflowValueName, REG_DWORD, &kind, sizeof(kind));
+                Printer(printer).SetPrinterDataW(kWorkflowModuleValueName, REG_DWORD, &kind, sizeof(kind));
                 return kind;
             }
             ++kind;
@@ -69,7 +61,7 @@ bool ReadStoredKind(const Printer& printer, DWORD& kind)
 {
     DWORD type = REG_NONE;
     ByteBuffer data;
-    if (!printer.GetPrinterDataW(kWorkflowValueName, type, data))
+    if (!printer.GetPrinterDataW(kWorkflowModuleValueName, type, data))
         return false;
     kind = type == REG_DWORD && data.size() == sizeof(DWORD) ? data.getDword() : kNoWorkflowModule;
     return true;
@@ -135,7 +127,7 @@ void WorkflowObject::LoadModuleFor(HANDLE printerHandle)
         DetectKind(printerHandle);
         ReadStoredKind(printer, kind);
     }
-    if (!m_module && kind != kNoWorkflowModule && kind <= std::size(kModuleNames))
+    if (!m_module && kind != kNoWorkflowModule && kind <= std::size(kWorkflowModuleNames))
         LoadModuleOfKind(kind);
     if (m_module && !m_object)
         CreateObject();
@@ -144,7 +136,7 @@ void WorkflowObject::LoadModuleFor(HANDLE printerHandle)
 void WorkflowObject::LoadModuleOfKind(DWORD kind)
 {
     const CXString folder = TavlenUtilities::getPathFromFileName(TavlenUtilities::getModulePath(&OwnFolderMarker));
-    const CXString path = folder + kModuleNames[kind - 1];
+    const CXString path = folder + kWorkflowModuleNames[kind - 1];
     m_module.reset(LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
 }
 

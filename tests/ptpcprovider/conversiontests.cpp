@@ -5,6 +5,7 @@
 #include <tvutil/tavlencomexception.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -198,6 +199,36 @@ TEST_F(Conversions, OfIntentsAndValidationLeaveTheTicketAsItIs)
         ASSERT_EQ(1u, reports.size());
         reports.clear();
     }
+}
+
+// Dump points are compiled in by the build option only; a folder that is not there fails no conversion.
+TEST_F(Conversions, DumpTheirDocumentsWhereThatIsCompiledIn)
+{
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / ("tavlen-dumps-" + std::to_string(GetCurrentProcessId()));
+    std::filesystem::create_directories(folder);
+    const TestDevmode devmode;
+    for (const std::filesystem::path& target : {folder / "missing", folder})
+    {
+        SetEnvironmentVariableW(W("TVPT_DUMP_FOLDER"), CXString::FromUtf8(target.string()).c_str());
+        const ComPtr<IXMLDOMDocument2> ticket = LoadDocument(TicketAround(""));
+        EXPECT_EQ(S_OK, ToTicket(devmode, ticket.Get()));
+        EXPECT_EQ(S_OK, ToDevmode(ticket.Get(), devmode));
+    }
+    SetEnvironmentVariableW(W("TVPT_DUMP_FOLDER"), nullptr);
+
+    std::vector<std::string> labels;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+    {
+        const std::string name = entry.path().filename().string();
+        labels.push_back(name.substr(0, name.find('_', name.find('_') + 1)));
+    }
+    std::sort(labels.begin(), labels.end());
+    std::filesystem::remove_all(folder);
+    const std::vector<std::string> every = {"PrintTicket_AfterConvertDevModeToPrintTicket",
+                                            "PrintTicket_BeforeConvertDevModeToPrintTicket",
+                                            "PrintTicket_InputToConvertPrintTicketToDevMode"};
+    EXPECT_EQ(TVPT_DOCUMENT_DUMPS != 0 ? every : std::vector<std::string>(), labels);
 }
 
 TEST_F(Conversions, RefuseADevmodeThatIsNotWhole)

@@ -86,7 +86,9 @@ TEST_F(Faults, LeaveConversionsCleanAndRepeatable)
                 winport::ArmFault(kind, faults + 1);
                 const HRESULT result = conversion.convert(*provider.Get(), ticket.Get(), devmode);
                 again = winport::DisarmFault(kind);
-                EXPECT_EQ(again ? E_FAIL : S_OK, result) << faults + 1;
+                // A dump that fails is skipped: with dumps compiled in, a fault in one stops nothing.
+                EXPECT_TRUE(result == (again ? E_FAIL : S_OK) || (TVPT_DOCUMENT_DUMPS != 0 && result == S_OK))
+                    << faults + 1 << ": " << result;
                 EXPECT_EQ(references, References(ticket.Get()));
                 EXPECT_EQ(S_OK, conversion.convert(*provider.Get(), ticket.Get(), devmode)); // then works again
                 EXPECT_EQ("", CompareDocuments(expected.Get(), ticket.Get()));

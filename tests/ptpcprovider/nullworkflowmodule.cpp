@@ -1,11 +1,11 @@
 // A workflow module, for tests, that has no object for anybody.
-#include <windows.h>
+#include <tvcore/workflowmodule.h>
 
-extern "C" TVPT_TEST_EXPORT void* GetWorkflowObject(LONG /*reserved*/)
+extern "C" TVPT_TEST_EXPORT WorkflowModuleObject* GetWorkflowObject(LONG /*reserved*/)
 {
     return nullptr;
 }
 
-extern "C" TVPT_TEST_EXPORT void ReleaseWorkflowObject(void* /*object*/)
+extern "C" TVPT_TEST_EXPORT void ReleaseWorkflowObject(WorkflowModuleObject* /*object*/)
 {
 }

@@ -7,6 +7,7 @@
 
 #include <tvutil/printdriver.h>
 
+#include "complugins/workflowmodules.h"
 #include "failure.h"
 #include "spoolerquery.h"
 
@@ -105,12 +106,21 @@ DWORD PrinterHandle::StoreCapability(std::uint64_t word) const
                              bytes.data(), kCapabilitySize);
 }
 
+DWORD PrinterHandle::StoreWorkflowModule(DWORD kind) const
+{
+    return StoreDword(kWorkflowModuleValueName, kind);
+}
+
 DWORD PrinterHandle::StoreInstallationState(DWORD state) const
 {
-    std::array<BYTE, sizeof state> bytes{};
-    std::memcpy(bytes.data(), &state, sizeof state);
-    return SetPrinterDataExW(m_printer, kDriverDataKey, PrintDriver::kInstallationStateValueName, REG_DWORD,
-                             bytes.data(), sizeof state);
+    return StoreDword(PrintDriver::kInstallationStateValueName, state);
+}
+
+DWORD PrinterHandle::StoreDword(const WCHAR* valueName, DWORD value) const
+{
+    std::array<BYTE, sizeof value> bytes{};
+    std::memcpy(bytes.data(), &value, sizeof value);
+    return SetPrinterDataExW(m_printer, kDriverDataKey, valueName, REG_DWORD, bytes.data(), sizeof value);
 }
 
 PrinterSummary DescribePrinter(const PrinterHandle& printer, const std::string& name)

@@ -42,10 +42,14 @@ public:
     [[nodiscard]] std::optional<std::uint64_t> Capability() const;
     // Returns the Win32 error.
     [[nodiscard]] DWORD StoreCapability(std::uint64_t word) const;
+    // Which workflow module the driver has (complugins/workflowmodules.h). Returns the Win32 error.
+    [[nodiscard]] DWORD StoreWorkflowModule(DWORD kind) const;
     // How far the set-up has come. Returns the Win32 error.
     [[nodiscard]] DWORD StoreInstallationState(DWORD state) const;
 
 private:
+    [[nodiscard]] DWORD StoreDword(const WCHAR* valueName, DWORD value) const;
+
     HANDLE m_printer = nullptr;
 };
 

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 
 #include <tvutil/printdriver.h>
 
+#include "complugins/workflowmodules.h"
 #include "driverpackage.h"
 #include "failure.h"
 #include "modelfiles.h"
@@ -87,9 +89,22 @@ PrinterHandle CreatePrinter(const std::string& name, const PrinterModel& model)
     return PrinterHandle(printer);
 }
 
+// The module's number as the provider knows it; 0 for a driver without one.
+DWORD WorkflowModuleKind(const CXString& moduleName)
+{
+    const auto found = std::find_if(std::begin(kWorkflowModuleNames), std::end(kWorkflowModuleNames),
+                                    [&moduleName](const WCHAR* name) { return moduleName.CompareNoCase(name) == 0; });
+    return found != std::end(kWorkflowModuleNames) ? static_cast<DWORD>(found - std::begin(kWorkflowModuleNames)) + 1
+                                                   : kNoWorkflowModule;
+}
+
+// The provider could find its workflow module by itself, but could not remember it: whoever prints may not write the
+// printer's data.
 void StoreModelData(const PrinterHandle& printer, const std::string& name, const PrinterModel& model)
 {
     DWORD error = printer.StoreCapability(model.capability);
+    if (error == ERROR_SUCCESS)
+        error = printer.StoreWorkflowModule(WorkflowModuleKind(model.workflowModule));
     if (error == ERROR_SUCCESS)
         error = printer.StoreInstallationState(PrintDriver::kInstallationComplete); // last
     if (error != ERROR_SUCCESS)
