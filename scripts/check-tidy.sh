@@ -38,7 +38,7 @@ awk -v root="$root/" '
 cut -f 2 "$work/includes" | sort -u | tr '\n' '\0' | xargs -0 -r sha256sum >"$work/contents"
 
 # The key of a source; those that have no stamp yet are to do.
-base=$({ clang-tidy --version; cat .clang-tidy; } | sha256sum)
+base=$({ clang-tidy --version; git ls-files -z -- .clang-tidy "*/.clang-tidy" | xargs -0 cat; } | sha256sum)
 awk -F '\t' -v base="$base" '
     FILENAME ~ /contents$/  { split($0, part, "  "); content[part[2]] = part[1]; next }
     FILENAME ~ /includes$/  { sources[$1] = sources[$1] " " $2 "=" content[$2]; next }

@@ -74,7 +74,7 @@ HRESULT Live(const Strings& strings, CComBSTR& written)
 {
     DomDocument document;
     ComPtr<IXMLDOMElement> root;
-    VARIANT namespaces;
+    VARIANT namespaces{};
     VariantInit(&namespaces);
     namespaces.vt = VT_BSTR;
     namespaces.bstrVal = strings.namespaces.Get();

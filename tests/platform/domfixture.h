@@ -63,7 +63,7 @@ public:
     }
 
 private:
-    VARIANT m_value;
+    VARIANT m_value{};
 };
 
 std::string Narrow(WStringView text); // UTF-8

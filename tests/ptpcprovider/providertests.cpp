@@ -102,6 +102,7 @@ TEST_F(Provider, HasItsOperationsInThePublishedSlots)
 
     IPrintOemPrintTicketProvider* const object = provider.Get();
     void** slots = nullptr;
+    // NOLINTNEXTLINE(bugprone-undefined-memory-manipulation): the slots are what is looked at
     std::memcpy(&slots, static_cast<const void*>(object), sizeof(slots));
     using TakesPointer = HRESULT(STDMETHODCALLTYPE*)(void*, void*);
     using TakesThree = HRESULT(STDMETHODCALLTYPE*)(void*, void*, void*, void*);
