@@ -102,6 +102,7 @@ bool WorkflowObject::Load(HANDLE printer)
 {
     if (m_loaded)
         return true;
+    m_module.reset(); // of a load that an exception ended: another printer may have another module
     m_printerHandle = printer;
     try
     {

@@ -14,6 +14,12 @@ if [ -z "${XDG_RUNTIME_DIR:-}" ] || [ ! -w "${XDG_RUNTIME_DIR:-/}" ]; then
     export XDG_RUNTIME_DIR=$PWD/build
 fi
 
+fail()
+{
+    echo "check-windows: $*" >&2
+    exit 1
+}
+
 stop_services()
 {
     timeout 30 wineserver -k </dev/null >/dev/null 2>&1 || true
@@ -26,12 +32,12 @@ if [ ! -e "$WINEPREFIX/.ready" ]; then
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX"
     wineserver -p </dev/null >/dev/null 2>&1
-    timeout 300 wine wineboot --init </dev/null >/dev/null 2>&1
-    timeout 60 wine winecfg -v win10 </dev/null >/dev/null 2>&1
+    timeout 300 wine wineboot --init </dev/null >/dev/null 2>&1 || fail "wineboot fails"
+    timeout 60 wine winecfg -v win10 </dev/null >/dev/null 2>&1 || fail "winecfg fails"
     touch "$WINEPREFIX/.ready"
 else
     wineserver -p </dev/null >/dev/null 2>&1 || true # one may run already
 fi
-timeout 120 wine cmd /c exit </dev/null >/dev/null 2>&1
+timeout 120 wine cmd /c exit </dev/null >/dev/null 2>&1 || fail "Wine does not start a program"
 
 scripts/run-tests.sh build/windows "$@" </dev/null

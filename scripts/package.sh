@@ -14,7 +14,7 @@ fail()
 complete()
 {
     local name
-    for name in "tvutil_B.$2" "tvcore_B.$2" "tvptpc_B.$2" "$3"; do
+    for name in "tvutil_B.$2" "tvcore_B.$2" "tvwftu_B.$2" "tvui_B.$2" "tvptpc_B.$2" "$3"; do
         [ -s "$1/bin/$name" ] || fail "$1 lacks $name"
     done
     compgen -G "$1/models/*.json" >/dev/null || fail "$1 lacks the printer models"

@@ -9,11 +9,13 @@
 #include <memory>
 #include <new>
 
+#include "complugins/ptpcprovider/failureguard.h"
 #include "complugins/ptpcprovider/printschemanamespaces.h"
 
 namespace
 {
 
+constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\tavlenptprovider");
 constexpr INT kSupportedVersion = 1;
 
 // Capability numbers are masks over the printer model's capability word.
@@ -125,6 +127,12 @@ try
 catch (const std::bad_alloc&)
 {
     return E_OUTOFMEMORY;
+}
+catch (const std::exception& failure)
+{
+    // The code says nothing of a missing module or an unreadable printer model; the report does.
+    ReportFailure(&failure, {W("TavlenPtProvider::BindPrinter"), kSourceFile});
+    return E_FAIL;
 }
 catch (...)
 {

@@ -155,6 +155,18 @@ protected:
     TavlenPtProvider* m_object = nullptr;
 };
 
+TEST(Workflow, ForgetsAModuleThatALoadLeftWithoutAnObject)
+{
+    WorkflowObject workflow;
+    {
+        const TestPrinter unreadable({0xE02, "", {"tvwftu_b.dll"}});
+        EXPECT_THROW(workflow.Load(unreadable.Handle()), TavlenException);
+        EXPECT_FALSE(workflow.IsLoaded());
+    }
+    const TestPrinter without(ColorPrinter({}));
+    EXPECT_FALSE(workflow.Load(without.Handle()));
+}
+
 TEST_F(BoundProvider, AnswersForItsProduct)
 {
     const TestPrinter printer(ColorPrinter({"tvwftu_b.dll"}));
@@ -185,8 +197,13 @@ TEST_F(BoundProvider, WithoutAWorkflowModuleFailsOnlyWhereItsProductIsAsked)
 
 TEST_F(BoundProvider, DoesNotBindToAModelThatCannotBeRead)
 {
+    static std::string reported;
+    const TavlenException::Sink previous = TavlenException::SetReportSink(
+        {[](const TavlenException::Report& report, void*) { reported = report.exception->what(); }, nullptr});
     const TestPrinter printer({0xE02, "", {"tvwftu_b.dll"}}); // its data file is no model
     EXPECT_EQ(E_FAIL, Bind(printer));
+    TavlenException::SetReportSink(previous);
+    EXPECT_NE(std::string::npos, reported.find("tvtestdata")) << reported; // the code says nothing, the report names it
 }
 
 } // namespace

@@ -182,6 +182,11 @@ TEST_F(DevmodeFiles, AShortPublicPartShowsOnlyItsFields)
     EXPECT_EQ(shown["public"]["dmDitherType"], 5);
     EXPECT_FALSE(shown["public"].contains("dmReserved1"));
     EXPECT_EQ(shown["oem"]["present"], false);
+
+    WriteBytes(Folder() / "short.dm", bytes);
+    const RunResult beyond = RunHost({"devmode", "set", File("short.dm"), "--set", "dmReserved1=7"});
+    EXPECT_EQ(beyond.status, 1);
+    EXPECT_TRUE(IsOneErrorLine(beyond.errors, "dmReserved1: the devmode's public part ends before this field"));
 }
 
 // Parts as `devmode show` finds and judges them, from a driver area of our own making.

@@ -42,6 +42,11 @@ TEST_F(Outputs, ALinkStaysALink)
     WriteOutput(File("link"), "after", m_streams);
     EXPECT_TRUE(fs::is_symlink(Folder() / "link"));
     EXPECT_EQ(ReadBytes(Folder() / "target"), "after");
+
+    fs::create_symlink("later", Folder() / "dangling");
+    WriteOutput(File("dangling"), "made", m_streams);
+    EXPECT_TRUE(fs::is_symlink(Folder() / "dangling"));
+    EXPECT_EQ(ReadBytes(Folder() / "later"), "made");
 }
 
 TEST_F(Outputs, WhatCannotBeWrittenIsAnErrorAndLeavesNothing)

@@ -35,6 +35,8 @@ void ApplySetting(const std::string& setting, DEVMODEW& fields)
     const DevmodeField* const field = FindDevmodeField(key);
     if (field == nullptr)
         Fail("setting a field", key, "no field has this name");
+    if (field->offset + DevmodeFieldWidth(*field) > fields.dmSize)
+        Fail("setting a field", key, "the devmode's public part ends before this field");
     SetDevmodeField(fields, *field, std::string_view(setting).substr(equals + 1));
 }
 

@@ -108,6 +108,15 @@ void WriteToStream(std::ostream& stream, const std::string& name, std::string_vi
         Fail(kWriting, name, "the output cannot be written");
 }
 
+// A link stays a link: its target is what is replaced, or made where the link points at nothing yet.
+fs::path TargetOf(const fs::path& path)
+{
+    std::error_code error;
+    if (fs::exists(path, error))
+        return fs::canonical(path, error);
+    return fs::is_symlink(path, error) ? path.parent_path() / fs::read_symlink(path, error) : path;
+}
+
 } // namespace
 
 std::filesystem::path PathFromUtf8(std::string_view name)
@@ -148,10 +157,8 @@ void WriteOutput(const std::string& name, std::string_view bytes, const Standard
     if (name.empty() || name == kStandardStream)
         return WriteToStream(streams.out, "standard output", bytes);
 
-    // A link stays a link: its target is what is replaced.
     std::error_code error;
-    const fs::path path = PathFromUtf8(name);
-    const fs::path target = fs::exists(path, error) ? fs::canonical(path, error) : path;
+    const fs::path target = TargetOf(PathFromUtf8(name));
     const fs::file_status status = fs::status(target, error);
     if (fs::is_directory(status))
         Fail(kWriting, name, "is a folder");

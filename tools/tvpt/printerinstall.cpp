@@ -103,8 +103,9 @@ DWORD WorkflowModuleKind(const CXString& moduleName)
 void StoreModelData(const PrinterHandle& printer, const std::string& name, const PrinterModel& model)
 {
     DWORD error = printer.StoreCapability(model.capability);
-    if (error == ERROR_SUCCESS)
-        error = printer.StoreWorkflowModule(WorkflowModuleKind(model.workflowModule));
+    const DWORD workflow = WorkflowModuleKind(model.workflowModule);
+    if (error == ERROR_SUCCESS && workflow != kNoWorkflowModule) // none is not stored: it is looked for each time
+        error = printer.StoreWorkflowModule(workflow);
     if (error == ERROR_SUCCESS)
         error = printer.StoreInstallationState(PrintDriver::kInstallationComplete); // last
     if (error != ERROR_SUCCESS)

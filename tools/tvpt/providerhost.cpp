@@ -135,11 +135,19 @@ ProviderHost::ProviderHost(const PrinterHandle& printer, const std::string& prin
     QueryDefaultNamespace();
 }
 
-ProviderHost::~ProviderHost()
+ProviderHost::~ProviderHost() = default;
+
+ProviderHost::ReportRegistration::~ReportRegistration()
 {
-    m_provider.Reset();
     if (m_setReportSink != nullptr)
         m_setReportSink(nullptr, nullptr);
+}
+
+void ProviderHost::ReportRegistration::Register(HMODULE utilityLibrary, LastReport& report) noexcept
+{
+    m_setReportSink = FindFunction<decltype(m_setReportSink)>(utilityLibrary, kReportSinkEntryPoint);
+    if (m_setReportSink != nullptr)
+        m_setReportSink(&ProviderHost::KeepReport, &report);
 }
 
 const CXString& ProviderHost::DefaultNamespace() const noexcept
@@ -188,9 +196,7 @@ void ProviderHost::ReceiveReports()
     HMODULE const utility = FindUtilityModule(m_moduleFile);
     if (utility == nullptr)
         return; // reports then go where the library sends them by itself
-    m_setReportSink = FindFunction<decltype(m_setReportSink)>(utility, kReportSinkEntryPoint);
-    if (m_setReportSink != nullptr)
-        m_setReportSink(&ProviderHost::KeepReport, &m_report);
+    m_registration.Register(utility, m_report);
 }
 
 void ProviderHost::Bind(const PrinterHandle& printer)

@@ -53,6 +53,20 @@ private:
         char text[512] = {};
     };
 
+    // While it lives, the module's reports are kept.
+    class ReportRegistration
+    {
+    public:
+        ReportRegistration() noexcept = default;
+        ~ReportRegistration();
+        ReportRegistration(const ReportRegistration&) = delete;
+        ReportRegistration& operator=(const ReportRegistration&) = delete;
+        void Register(HMODULE utilityLibrary, LastReport& report) noexcept;
+
+    private:
+        void (*m_setReportSink)(TavlenException::ReportSink, void*) noexcept = nullptr;
+    };
+
     static void KeepReport(const TavlenException::Report& report, void* context);
     void ReceiveReports();
     void Bind(const PrinterHandle& printer);
@@ -62,8 +76,8 @@ private:
     std::string m_printerName;
     CXString m_moduleFile;
     Module m_module;
-    void (*m_setReportSink)(TavlenException::ReportSink, void*) noexcept = nullptr;
     LastReport m_report;
+    ReportRegistration m_registration; // goes before the report, also when the constructor fails
     ComPtr<IPrintOemPrintTicketProvider> m_provider;
     CXString m_defaultNamespace;
 };

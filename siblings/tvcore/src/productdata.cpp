@@ -57,7 +57,7 @@ ULONGLONG ProductData::GetCapability() const noexcept
     return m_content->model.capability;
 }
 
-ProductData::ValueEnum ProductData::GetControllerFamily() const noexcept
+ProductData::ValueEnum ProductData::GetControllerFamily() const
 {
     return static_cast<ValueEnum>(m_content->model.controllerFamily); // the model's reader knows them all
 }

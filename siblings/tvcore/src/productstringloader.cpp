@@ -2,8 +2,7 @@
 
 #include <tvutil/textresourceloader.h>
 
-ProductStringLoader::ProductStringLoader(ProductData::ValueEnum controllerFamily) noexcept
-    : m_controllerFamily(controllerFamily)
+ProductStringLoader::ProductStringLoader(ProductData::ValueEnum controllerFamily) : m_controllerFamily(controllerFamily)
 {
 }
 

@@ -153,11 +153,11 @@ void ByteBuffer::append(std::span<const std::byte> bytes)
 
 void ByteBuffer::appendAscii(WStringView text)
 {
-    const std::size_t start = m_bytes.size();
-    m_bytes.resize(start + text.size());
-    std::transform(text.begin(), text.end(), m_bytes.begin() + static_cast<std::ptrdiff_t>(start),
+    std::vector<std::byte> ascii(text.size()); // aside: the text may lie in this buffer
+    std::transform(text.begin(), text.end(), ascii.begin(),
                    [](WCHAR unit)
                    { return static_cast<std::byte>(unit < WCHAR(0x80) ? static_cast<unsigned char>(unit) : '?'); });
+    append(ascii);
 }
 
 void ByteBuffer::appendAscii(std::string_view text)
@@ -168,7 +168,6 @@ void ByteBuffer::appendAscii(std::string_view text)
 void ByteBuffer::appendString(WStringView text)
 {
     constexpr WCHAR kTerminator{};
-    m_bytes.reserve(m_bytes.size() + (text.size() + 1) * sizeof(WCHAR));
     append(std::as_bytes(std::span(text)));
     append(&kTerminator, sizeof(kTerminator));
 }

@@ -42,7 +42,8 @@ public:
 
     [[nodiscard]] const CXString& GetName() const noexcept;
     [[nodiscard]] ULONGLONG GetCapability() const noexcept;
-    [[nodiscard]] ValueEnum GetControllerFamily() const noexcept;
+    // Not noexcept, on purpose: it is the first call of users that load this library late, and the load can throw.
+    [[nodiscard]] ValueEnum GetControllerFamily() const;
     [[nodiscard]] const PrinterModel::CoreDriver& GetCoreDriver() const noexcept;
 
     // Product information as text; empty when the product has no such item.

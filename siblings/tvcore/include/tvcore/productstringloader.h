@@ -15,7 +15,7 @@
 class TVCORE_API ProductStringLoader
 {
 public:
-    explicit ProductStringLoader(ProductData::ValueEnum controllerFamily) noexcept;
+    explicit ProductStringLoader(ProductData::ValueEnum controllerFamily); // may load the library, which can throw
 
     // Empty when the product in force has no such text, or when none is in force.
     [[nodiscard]] CXString LoadStringW(std::int32_t number) const;
