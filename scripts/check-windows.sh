@@ -40,5 +40,4 @@ else
 fi
 timeout 120 wine cmd /c exit </dev/null >/dev/null 2>&1 || fail "Wine does not start a program"
 
-# One program after another: they share the machine's one spooler and registry.
-JOBS=1 scripts/run-tests.sh build/windows "$@" </dev/null
+scripts/run-tests.sh build/windows "$@" </dev/null
