@@ -3,7 +3,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/build.sh linux-coverage
-find build/coverage -name '*.gcda' -delete # counts of an earlier run
+find build/coverage -name '*.gcda' -delete        # counts of an earlier run
+find build/coverage/CMakeFiles -name '*.gcno' -delete # CMake's own trial compilations
 status=0
 scripts/run-tests.sh build/coverage || status=$?
 mkdir -p build/coverage/report
