@@ -45,3 +45,12 @@ inline constexpr std::size_t kUnidrvSizeOffset = 8;       // u16
 static_assert(kCheckedSize == 5896);
 
 } // namespace OemDevmodeFormat
+
+// The part as a place inside a devmode: bytes only, at any address. Fields are read and written through ByteReader and
+// ByteWriter at the offsets above.
+struct OemDevmode
+{
+    std::byte bytes[OemDevmodeFormat::kSize];
+};
+
+static_assert(sizeof(OemDevmode) == OemDevmodeFormat::kSize && alignof(OemDevmode) == 1);

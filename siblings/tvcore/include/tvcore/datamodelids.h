@@ -86,6 +86,9 @@ enum tagFeatureEnum : std::int32_t
 
     // The device's settings.
     ReplaceDriverPaperInSpreadsheets = 720,
+
+    // Of the device capabilities' namespace in a devmode (docs/devmode-format.md).
+    DevicePaperList = 30001,
 };
 } // namespace Feature
 using Feature::tagFeatureEnum;
