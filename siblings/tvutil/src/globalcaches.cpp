@@ -1,0 +1,109 @@
+#include <windows.h>
+
+#include <tvutil/globalcaches.h>
+
+#include <tvutil/attributebytesindexedlist.h>
+#include <tvutil/persistentattributes.h>
+
+#include "lrucache.h"
+
+namespace
+{
+
+using PropertyBagCache = LruCache<DWORD, GlobalCaches::PropertyBagEntries>;
+// By namespace and CRC, in one number.
+using ListCache = LruCache<ULONGLONG, AttributeBytesIndexedList>;
+
+PropertyBagCache& PropertyBags()
+{
+    static PropertyBagCache cache(GlobalCaches::kCapacity);
+    return cache;
+}
+
+ListCache& DeviceCapsLists()
+{
+    static ListCache cache(GlobalCaches::kCapacity);
+    return cache;
+}
+
+ListCache& DocPropLists()
+{
+    static ListCache cache(GlobalCaches::kCapacity);
+    return cache;
+}
+
+ListCache& ListsOf(AttributeBytesNameSpacesId id)
+{
+    return id == PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId() ? DeviceCapsLists() : DocPropLists();
+}
+
+constexpr ULONGLONG KeyOf(AttributeBytesNameSpacesId id, DWORD crc) noexcept
+{
+    return static_cast<ULONGLONG>(static_cast<DWORD>(id.GetId())) << 32 | crc;
+}
+
+} // namespace
+
+// The exporting library emits a constant of its class only where it is defined out of line.
+constexpr std::size_t GlobalCaches::kCapacity;
+constexpr const WCHAR* GlobalCaches::kDeviceCapsListCacheName;
+constexpr const WCHAR* GlobalCaches::kDocPropListCacheName;
+
+bool GlobalCaches::CheckXDevmodePropertyBagCache(DWORD crc, PropertyBagEntries& entries)
+{
+    const auto found = PropertyBags().Find(crc);
+    if (!found)
+        return false;
+    entries = *found;
+    return true;
+}
+
+void GlobalCaches::AddXDevmodePropertyBagCacheEntry(DWORD crc, const PropertyBagEntries& entries)
+{
+    PropertyBags().Add(crc, std::make_shared<PropertyBagEntries>(entries));
+}
+
+bool GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(AttributeBytesNameSpacesId id, DWORD crc,
+                                                               AttributeBytesIndexedList& list)
+{
+    const auto found = ListsOf(id).Find(KeyOf(id, crc));
+    if (!found)
+        return false;
+    list = *found;
+    return true;
+}
+
+void GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(const CXString& name, AttributeBytesNameSpacesId id,
+                                                                  DWORD crc, const AttributeBytesIndexedList& list)
+{
+    if (name == kDeviceCapsListCacheName)
+        DeviceCapsLists().Add(KeyOf(id, crc), std::make_shared<AttributeBytesIndexedList>(list));
+    else if (name == kDocPropListCacheName)
+        DocPropLists().Add(KeyOf(id, crc), std::make_shared<AttributeBytesIndexedList>(list));
+}
+
+GlobalCaches::Counters GlobalCaches::GetPropertyBagCounters() noexcept
+{
+    const PropertyBagCache::Counters counters = PropertyBags().Count();
+    return {counters.hits, counters.misses, counters.entries};
+}
+
+GlobalCaches::Counters GlobalCaches::GetListCounters() noexcept
+{
+    Counters sum;
+    for (const ListCache* const cache : {&DeviceCapsLists(), &DocPropLists()})
+    {
+        const ListCache::Counters counters = cache->Count();
+        sum.hits += counters.hits;
+        sum.misses += counters.misses;
+        sum.entries += counters.entries;
+    }
+    return sum;
+}
+
+void GlobalCaches::Clear() noexcept
+{
+    PropertyBags().Clear();
+    DeviceCapsLists().Clear();
+    DocPropLists().Clear();
+}
