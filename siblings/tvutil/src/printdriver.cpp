@@ -18,19 +18,13 @@ constexpr const WCHAR* kSourceFile = W("siblings\\tvutil\\src\\printdriver");
 constexpr std::size_t kCapabilityWordSize = 8;
 
 // A list of texts, each zero-terminated, that ends with an empty one or with the buffer in which it lies.
-void AppendMultiString(std::vector<CXString>& texts, const WCHAR* list, std::span<const std::byte> buffer)
+void AppendMultiString(std::vector<CXString>& texts, WStringView list)
 {
-    if (list == nullptr)
-        return;
-    const auto offset = static_cast<std::size_t>(reinterpret_cast<const std::byte*>(list) - buffer.data());
-    if (offset > buffer.size())
-        return;
-    const std::size_t room = (buffer.size() - offset) / sizeof(WCHAR);
-    for (WStringView rest(list, room); !rest.empty() && rest.front() != WCHAR();)
+    while (!list.empty() && list.front() != WCHAR())
     {
-        const WStringView text = rest.substr(0, rest.find(WCHAR()));
+        const WStringView text = list.substr(0, list.find(WCHAR()));
         texts.emplace_back(text);
-        rest.remove_prefix(text.size() < rest.size() ? text.size() + 1 : rest.size());
+        list.remove_prefix(text.size() < list.size() ? text.size() + 1 : list.size());
     }
 }
 
@@ -68,7 +62,7 @@ std::vector<CXString> FilesOf(const SpoolerBuffer& answer)
     for (const WCHAR* const file : {info->pDriverPath, info->pDataFile, info->pConfigFile, info->pHelpFile})
         if (file != nullptr && *file != WCHAR())
             files.emplace_back(file);
-    AppendMultiString(files, info->pDependentFiles, answer.Bytes());
+    AppendMultiString(files, answer.From(info->pDependentFiles));
     return files;
 }
 

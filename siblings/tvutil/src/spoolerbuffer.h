@@ -5,9 +5,13 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <span>
 #include <vector>
+
+#include "utilitiesstaticlib/wideliteral.h"
 
 class SpoolerBuffer
 {
@@ -36,6 +40,29 @@ public:
     [[nodiscard]] const Info* Get() const noexcept
     {
         return m_bytes.size() >= sizeof(Info) ? reinterpret_cast<const Info*>(m_bytes.data()) : nullptr;
+    }
+
+    // As many of the structures at the head of the answer as it claims and has room for.
+    template <class Info>
+    [[nodiscard]] std::span<const Info> List(std::size_t count) const noexcept
+    {
+        return {reinterpret_cast<const Info*>(m_bytes.data()), std::min(count, m_bytes.size() / sizeof(Info))};
+    }
+
+    // From a text of the answer to the answer's end; empty when it points elsewhere.
+    [[nodiscard]] WStringView From(const WCHAR* text) const noexcept
+    {
+        const std::less<const void*> before;
+        const std::byte* const end = m_bytes.data() + m_bytes.size();
+        if (text == nullptr || before(text, m_bytes.data()) || !before(text, end))
+            return {};
+        return {text, static_cast<std::size_t>(end - reinterpret_cast<const std::byte*>(text)) / sizeof(WCHAR)};
+    }
+
+    // One text of the answer, without its terminator.
+    [[nodiscard]] WStringView Text(const WCHAR* text) const noexcept
+    {
+        return From(text).substr(0, From(text).find(WCHAR()));
     }
 
     [[nodiscard]] std::span<const std::byte> Bytes() const noexcept
