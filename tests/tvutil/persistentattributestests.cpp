@@ -1,43 +1,226 @@
-// Persistent attributes, from the state's bytes to the typed values and back.
+// Persistent attributes, from the bytes of a state to typed values and back, whoever wrote them.
 #include <windows.h>
+
+#include <cctype>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include <tvutil/attributebytesindexedlist.h>
 #include <tvutil/attributebytesreader.h>
-#include <tvutil/globalcaches.h>
 #include <tvutil/persistentattributes.h>
+
+#include "tests/tvutil/attributebytessamples.h"
 
 namespace
 {
 
-TEST(PersistentAttributes, BringBackWhatWasSet)
+constexpr auto kDocProp = PersistentAttributes::GetDataModelDocPropNameSpaceId();
+constexpr auto kDeviceCaps = PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId();
+constexpr AttributeBytesNameSpacesId kUnknown(0x7A7A7A7A);
+
+AttributeBytesNameSpaces Only(AttributeBytesNameSpacesId id, const ByteBuffer& list)
 {
-    constexpr auto kDocProp = PersistentAttributes::GetDataModelDocPropNameSpaceId();
-    AttributeBytesIndexedList list;
-    list.SetAttributeBytes(8, MakeStringAttributeBytes(W("Otto")));
-    list.SetAttributeBytes(7, AttributeBytesOptionValue(AttributeBytesValueId(5420), true));
-    AttributeBytesRawList raw;
-    raw.ImportFromIndexedList(list);
     AttributeBytesNameSpaces nameSpaces;
-    nameSpaces.SetAttributeBytesList(kDocProp, raw);
-    PersistentAttributes written;
-    ASSERT_TRUE(written.SetAttributeBytesNameSpaces(nameSpaces));
+    nameSpaces.SetAttributeBytesList(id, AttributeBytesRawList(list.bytes()));
+    return nameSpaces;
+}
 
-    const PersistentAttributes read(written.GetPersistentAttributesState());
-    AttributeBytesIndexedList back;
-    back.SetIndexed(true);
-    ASSERT_TRUE(back.ImportFromRawList(read.GetAttributeBytesListForNameSpace(kDocProp)));
-    EXPECT_EQ(AttributeBytesReader::GetStringValueFromAttributeBytes(back, 8), CXString(W("Otto")));
-    EXPECT_EQ(AttributeBytesReader::GetOptionValueFromAttributeBytes(back, 7)->GetValueId(), 5420);
+ByteBuffer ListOf(const PersistentAttributes& attributes, AttributeBytesNameSpacesId id)
+{
+    return ByteBuffer(attributes.GetAttributeBytesListForNameSpace(id).GetBytes());
+}
 
-    GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(GlobalCaches::kDocPropListCacheName, kDocProp, 17,
-                                                                 back);
-    AttributeBytesIndexedList cached;
-    EXPECT_TRUE(GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(kDocProp, 17, cached));
-    cached.RemoveAttributeBytes(7);
-    EXPECT_EQ(cached.GetCount(), 1u);
-    EXPECT_EQ(back.GetCount(), 2u);
+// The hexadecimal bytes at the head of each line of the page's last block.
+ByteBuffer ExampleOfThePage()
+{
+    std::ifstream page(std::string(TVPT_TEST_DATA_FOLDER) + "/../../docs/devmode-format.md");
+    ByteBuffer bytes;
+    bool isExample = false;
+    for (std::string line; std::getline(page, line);)
+    {
+        isExample = isExample || line == "## An example";
+        std::istringstream words(isExample ? line : "");
+        for (std::string word; words >> word && word.size() == 2 && std::isxdigit(word[0]) && std::isxdigit(word[1]);)
+            bytes.append(Bytes({std::stoi(word, nullptr, 16)}).bytes());
+    }
+    return bytes;
+}
+
+TEST(PersistentAttributes, AreWhatTheirPageSays)
+{
+    AttributeBytesIndexedList media;
+    media.SetAttributeBytes(175, AttributeBytesOptionValue(AttributeBytesNewValueId(10001, W("Red")), true));
+    AttributeBytesIndexedList settings;
+    settings.SetAttributeBytes(46, AttributeBytesOptionValue(AttributeBytesValueId(5421), true));
+    settings.SetAttributeBytes(210, AttributeBytesListValue(RawListOf(media)));
+    PersistentAttributes written(DWORD{0x0100});
+    EXPECT_FALSE(written.IsReadable());
+    ASSERT_TRUE(written.SetAttributeBytesNameSpaces(Only(kDocProp, BytesOf(settings))));
+
+    const ByteBuffer& state = written.GetPersistentAttributesState();
+    EXPECT_EQ(Hex(state), Hex(ExampleOfThePage()));
+    EXPECT_EQ(state.getDword(), state.size());
+    EXPECT_TRUE(written.IsReadable());
+    EXPECT_EQ(written.GetDriverVersion(), 0x0100u);
+}
+
+// A header of a later revision, namespaces that nobody knows, and one that stands twice: all of it is kept.
+TEST(PersistentAttributes, KeepWhatTheyDoNotKnowThroughAnEdit)
+{
+    const auto state = [](BYTE driverVersion, const std::vector<int>& docProp)
+    {
+        ByteBuffer bytes = Bytes({0,
+                                  0,
+                                  0,
+                                  0,
+                                  0x37,
+                                  1,
+                                  14,
+                                  0,
+                                  driverVersion,
+                                  0,
+                                  0,
+                                  0,
+                                  0xEE,
+                                  0xEF, // header
+                                  0x7A,
+                                  0x7A,
+                                  0x7A,
+                                  0x7A,
+                                  3,
+                                  0,
+                                  0,
+                                  0,
+                                  9,
+                                  8,
+                                  7, // unknown
+                                  1,
+                                  0,
+                                  0,
+                                  0,
+                                  static_cast<int>(docProp.size()),
+                                  0,
+                                  0,
+                                  0}); // document
+        bytes.append(Bytes(docProp).bytes());
+        bytes.append(Bytes({1, 0, 0, 0, 1, 0, 0, 0, 0x55, 2, 0, 0, 0, 0, 0, 0, 0}).bytes()); // again, and an empty one
+        bytes.data()[0] = static_cast<BYTE>(bytes.size());
+        return bytes;
+    };
+    ByteBuffer stored = state(5, {1, 2});
+    const std::size_t size = stored.size();
+    stored.append("behind", 6); // does not belong to it
+
+    struct Case
+    {
+        std::optional<DWORD> driverVersion;
+        BYTE written;
+    };
+    for (const Case& test : {Case{std::nullopt, 5}, Case{DWORD{6}, 6}})
+    {
+        PersistentAttributes attributes(stored, test.driverVersion);
+        EXPECT_EQ(Hex(attributes.GetPersistentAttributesState()), Hex(state(5, {1, 2}))) << "unchanged";
+        EXPECT_EQ(attributes.GetPersistentAttributesState().size(), size);
+        EXPECT_EQ(attributes.GetDriverVersion(), 5u);
+        EXPECT_EQ(ListOf(attributes, kUnknown), Bytes({9, 8, 7}));
+        EXPECT_EQ(ListOf(attributes, kDocProp), Bytes({1, 2}));
+        EXPECT_TRUE(ListOf(attributes, kDeviceCaps).empty());
+
+        ASSERT_TRUE(attributes.SetAttributeBytesNameSpaces(Only(kDocProp, Bytes({3, 4, 5}))));
+        EXPECT_EQ(Hex(attributes.GetPersistentAttributesState()), Hex(state(test.written, {3, 4, 5})));
+        ASSERT_TRUE(attributes.SetAttributeBytesNameSpaces(Only(AttributeBytesNameSpacesId(-1), Bytes({7}))));
+        EXPECT_EQ(ListOf(attributes, AttributeBytesNameSpacesId(-1)), Bytes({7}));
+        EXPECT_EQ(attributes.GetPersistentAttributesState().size(), size + 1 + 9) << "appended";
+    }
+}
+
+TEST(PersistentAttributes, ThatCannotBeReadAreReplacedUnlessALaterDriverWroteThem)
+{
+    struct Case
+    {
+        const char* what;
+        std::vector<int> bytes;
+        bool isKept;
+    };
+    const Case cases[] = {
+        {"nothing", {}, false},
+        {"less than a header", {6, 0, 0, 0, 0, 1}, false},
+        {"a size below the header's", {11, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0}, false},
+        {"a size beyond the bytes", {13, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0}, false},
+        {"a header too short", {12, 0, 0, 0, 0, 1, 11, 0, 0, 0, 0, 0}, false},
+        {"a header beyond the state", {12, 0, 0, 0, 0, 1, 13, 0, 0, 0, 0, 0, 0}, false},
+        {"half a namespace", {16, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0, 1, 0, 0, 0}, false},
+        {"a namespace too long", {20, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 9}, false},
+        {"the greatest length", {20, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0, 1, 0, 0, 0, 255, 255, 255, 255}, false},
+        {"an earlier format", {12, 0, 0, 0, 0, 0, 12, 0, 0, 0, 0, 0}, false},
+        {"a later format", {12, 0, 0, 0, 0, 2, 12, 0, 0, 0, 0, 0}, true},
+        {"a much later format", {6, 0, 0, 0, 0, 255, 1}, true},
+        {"a later format that runs past its end", {7, 0, 0, 0, 0, 2}, false},
+    };
+    for (const Case& test : cases)
+    {
+        SCOPED_TRACE(test.what);
+        PersistentAttributes attributes(Bytes(test.bytes), DWORD{7});
+        EXPECT_FALSE(attributes.IsReadable());
+        EXPECT_EQ(attributes.GetDriverVersion(), 0u);
+        EXPECT_TRUE(ListOf(attributes, kDocProp).empty());
+        EXPECT_EQ(attributes.SetAttributeBytesNameSpaces(Only(kDocProp, Bytes({1}))), !test.isKept);
+        EXPECT_EQ(Hex(attributes.GetPersistentAttributesState()),
+                  Hex(Bytes(test.isKept ? test.bytes : std::vector<int>{21, 0, 0, 0, 0, 1, 12, 0, 7, 0, 0, 0, //
+                                                                        1,  0, 0, 0, 1, 0, 0,  0, 1})));
+    }
+}
+
+// Reads everything that bytes may hold, then edits one namespace: the others that were readable must still be there.
+void ReadAndEdit(const ByteBuffer& state)
+{
+    PersistentAttributes attributes(state);
+    const bool wasReadable = attributes.IsReadable();
+    std::vector<ByteBuffer> before;
+    for (std::int32_t id = 0; id < 256; ++id)
+    {
+        before.push_back(ListOf(attributes, AttributeBytesNameSpacesId(id)));
+        EXPECT_TRUE(wasReadable || before.back().empty()) << id;
+        ReadAll(RawListOf(before.back()), 8);
+    }
+    const AttributeBytesIndexedList edited = SampleList();
+    if (!attributes.SetAttributeBytesNameSpaces(Only(kDocProp, BytesOf(edited))))
+    {
+        EXPECT_EQ(attributes.GetPersistentAttributesState(), state);
+        return;
+    }
+    const PersistentAttributes again(attributes.GetPersistentAttributesState());
+    for (std::int32_t id = 0; id < 256; ++id)
+        EXPECT_EQ(ListOf(again, AttributeBytesNameSpacesId(id)),
+                  id == kDocProp.GetId() ? BytesOf(edited) : before[static_cast<std::size_t>(id)]);
+}
+
+TEST(PersistentAttributes, OfAnyBytesAreReadWithinThemAndKeepWhatCanBeRead)
+{
+    PersistentAttributes sample;
+    AttributeBytesNameSpaces nameSpaces = Only(kDocProp, BytesOf(SampleList()));
+    nameSpaces.SetAttributeBytesList(kDeviceCaps, AttributeBytesRawList(Bytes({1, 2, 3}).bytes()));
+    ASSERT_TRUE(sample.SetAttributeBytesNameSpaces(nameSpaces));
+    const ByteBuffer& state = sample.GetPersistentAttributesState();
+
+    for (std::size_t size = 0; size <= state.size(); ++size)
+    {
+        SCOPED_TRACE("cut to " + std::to_string(size));
+        ReadAndEdit(ByteBuffer(state.bytes().first(size)));
+    }
+    for (std::size_t position = 0; position < state.size(); ++position)
+        for (const int mask : {0x01, 0x80, 0xFF})
+        {
+            SCOPED_TRACE("byte " + std::to_string(position) + " ^ " + std::to_string(mask));
+            ByteBuffer flipped(state);
+            flipped.data()[position] ^= static_cast<BYTE>(mask);
+            ReadAndEdit(flipped);
+        }
 }
 
 } // namespace
