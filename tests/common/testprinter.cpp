@@ -62,6 +62,13 @@ WideString DataFile(const std::filesystem::path& folder, const std::string& mode
     return Wide(file.string());
 }
 
+WideString ConfigurationFile(const std::filesystem::path& folder, const std::string& module)
+{
+    if (module.empty())
+        return DriverFile(folder, "tvtestconfig");
+    return Wide(std::filesystem::absolute(std::filesystem::path(TVPT_BINARY_FOLDER) / module).string());
+}
+
 WideString DependentFiles(const std::filesystem::path& folder, const std::vector<std::string>& names)
 {
     WideString files;
@@ -75,7 +82,7 @@ void InstallDriver(const std::filesystem::path& folder, const TestPrinter::SetUp
     WideString name = Wide(OwnName("Tavlen test driver "));
     WideString driverFile = DriverFile(folder, "tvtestdriver");
     WideString dataFile = DataFile(folder, setUp.model);
-    WideString configFile = DriverFile(folder, "tvtestconfig");
+    WideString configFile = ConfigurationFile(folder, setUp.configurationModule);
     DRIVER_INFO_3W driver = {};
     driver.cVersion = 3;
     driver.pName = name.data();
@@ -123,7 +130,7 @@ CXString StoreVariable()
 
 } // namespace
 
-TestPrinter::TestPrinter(std::optional<ULONGLONG> capabilityWord) : TestPrinter(SetUp{capabilityWord, {}, {}})
+TestPrinter::TestPrinter(std::optional<ULONGLONG> capabilityWord) : TestPrinter(SetUp{capabilityWord, {}, {}, {}})
 {
 }
 

@@ -10,9 +10,12 @@
 #include <tvutil/bytebuffer.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/executioncontext.h>
+#include <tvutil/globalcaches.h>
+#include <tvutil/persistentattributes.h>
 #include <tvutil/throwexception.h>
 #include <tvutil/utilitiesdllperthreadstorage.h>
 
+#include "tests/tvutil/attributebytessamples.h"
 #include "winport/faultinjection.h"
 
 namespace
@@ -94,6 +97,67 @@ TEST_F(AllocationFaults, EveryOperationThrowsAndLeavesItsObjectAsItWas)
                       }
                   }),
               1u);
+}
+
+TEST_F(AllocationFaults, LeaveListsStatesAndCachesAsTheyWere)
+{
+    constexpr AttributeBytesNameSpacesId kId = PersistentAttributes::GetDataModelDocPropNameSpaceId();
+    const AttributeBytesIndexedList sample = SampleList();
+    const ByteBuffer bytes = BytesOf(sample);
+    for (const bool isIndexed : {false, true})
+        EXPECT_GT(FailEachAllocation(
+                      [&]()
+                      {
+                          AttributeBytesIndexedList list(sample);
+                          list.SetIndexed(isIndexed);
+                          std::size_t count = list.GetCount();
+                          try
+                          {
+                              for (const std::int32_t feature : {35, 10, 99})
+                              {
+                                  list.SetAttributeBytes(feature, MakeIntegerAttributeBytes(1));
+                                  count = list.GetCount();
+                              }
+                              list.ImportFromRawList(RawListOf(bytes));
+                              count = list.GetCount();
+                              EXPECT_NE(list.GetCollection(60), nullptr);
+                          }
+                          catch (const std::bad_alloc&)
+                          {
+                              EXPECT_EQ(list.GetCount(), count);
+                              EXPECT_NE(list.GetAttributeBytes(10), nullptr);
+                              EXPECT_EQ(Hex(BytesOf(sample)), Hex(bytes));
+                              throw;
+                          }
+                      }),
+                  10u)
+            << isIndexed;
+
+    AttributeBytesNameSpaces nameSpaces;
+    nameSpaces.SetAttributeBytesList(kId, RawListOf(sample));
+    PersistentAttributes stored;
+    ASSERT_TRUE(stored.SetAttributeBytesNameSpaces(nameSpaces));
+    const ByteBuffer state = stored.GetPersistentAttributesState();
+    nameSpaces.SetAttributeBytesList(kId, AttributeBytesRawList());
+    EXPECT_GT(FailEachAllocation(
+                  [&]()
+                  {
+                      EXPECT_EQ(stored.GetPersistentAttributesState(), state);
+                      ASSERT_TRUE(stored.SetAttributeBytesNameSpaces(nameSpaces));
+                  }),
+              1u);
+
+    GlobalCaches::Clear();
+    EXPECT_GT(FailEachAllocation(
+                  [&]()
+                  {
+                      EXPECT_EQ(GlobalCaches::GetListCounters().entries, 0u);
+                      GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(GlobalCaches::kDocPropListCacheName,
+                                                                                   kId, 1, sample);
+                  }),
+              2u);
+    EXPECT_EQ(GlobalCaches::GetListCounters().entries, 1u);
+    GlobalCaches::Clear();
 }
 
 TEST_F(AllocationFaults, AThrowThatRunsOutOfMemoryIsABadAllocation)
