@@ -14,14 +14,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
+#include <optional>
 
 #include <tvutil/attributebytesreader.h>
 #include <tvutil/bytebuffer.h>
 #include <tvutil/cxstring.h>
 
-#include "complugins/oemdevmode.h"
+#include "complugins/oemdevmodecontent.h"
 
 class XDevmode : public AttributeBytesReader
 {
@@ -73,12 +73,12 @@ public:
 private:
     friend struct XDevmodeTestAccess;
 
-    using PropertyBag = std::map<unsigned short, std::shared_ptr<const ByteBuffer>>;
-
     bool ParseIfUnparsed();
+    [[nodiscard]] std::optional<OemDevmodeContent::Entries> ReadEntries() const;
+    bool FillList(const AttributeBytesNameSpacesId& id, AttributeBytesIndexedList& list);
     void DropList() noexcept;
 
-    PropertyBag m_propertyBag;                         // buffers shared with the process-wide cache
+    OemDevmodeContent::PropertyBag m_propertyBag;      // buffers shared with the process-wide cache
     OemDevmode* m_oemDevmode = nullptr;                // inside the devmode; null when it has none
     DEVMODEW* m_devmode = nullptr;                     // not owned
     std::unique_ptr<AttributeBytesIndexedList> m_list; // the one last built
@@ -87,6 +87,10 @@ private:
     bool m_isAttached = false;                         // a devmode was attached and its data may be read
     bool m_isUnparsed = false;                         // the part holds data that is not in the bag yet
 };
+
+// The end of dmDitherType: what comes later was added to the structure afterwards, and is never read unasked.
+inline constexpr WORD kSmallestPublicDevmode = offsetof(DEVMODEW, dmDitherType) + sizeof(DEVMODEW::dmDitherType);
+static_assert(kSmallestPublicDevmode == 204);
 
 // Whether a devmode from outside lies within `size` bytes: its public part reaches the end of dmDitherType, and what
 // dmSize and dmDriverExtra declare is there. False for null.

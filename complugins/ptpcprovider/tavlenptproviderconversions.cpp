@@ -1,11 +1,10 @@
 // The five document operations. Their order of steps is part of the design: later steps rely on what earlier ones
 // wrote. The translators' results are not looked at; only exceptions stop a conversion.
-#include <cstddef>
-
 #include "complugins/ptpcprovider/documentdump.h"
 #include "complugins/ptpcprovider/failureguard.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
+#include "complugins/xdevmode.h"
 
 namespace
 {
@@ -20,19 +19,6 @@ constexpr ThrowSite kExpandIntentOptions{W("TavlenPtProvider::ExpandIntentOption
 constexpr ThrowSite kValidatePrintTicket{W("TavlenPtProvider::ValidatePrintTicket"), kSourceFile, 1392};
 
 constexpr WCHAR kTicketDumpPrefix[] = W("PrintTicket_");
-
-// The public part must reach through dmDitherType, the last field that is read.
-constexpr ULONG kSmallestPublicPart = offsetof(DEVMODEW, dmDitherType) + sizeof(DEVMODEW::dmDitherType);
-static_assert(kSmallestPublicPart == 204);
-
-// The sizes that a devmode claims must lie within the size that the caller gave: nothing beyond it is ever read.
-bool DevmodeIsWhole(ULONG devmodeSize, const DEVMODEW* devmode)
-{
-    constexpr ULONG kSizesEnd = offsetof(DEVMODEW, dmDriverExtra) + sizeof(DEVMODEW::dmDriverExtra);
-    if (devmodeSize == 0 || devmode == nullptr || devmodeSize < kSizesEnd)
-        return false;
-    return devmode->dmSize >= kSmallestPublicPart && ULONG{devmode->dmSize} + devmode->dmDriverExtra <= devmodeSize;
-}
 
 // Intents are not expanded and every well-formed ticket is valid, deliberately: the ticket is wrapped, which may
 // normalise its private prefix, and let go.
@@ -57,7 +43,7 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertPrintTicketToDevMode(IXMLDOMD
     return RunGuarded(kConvertPrintTicketToDevMode,
                       [&]
                       {
-                          if (!DevmodeIsWhole(devmodeSize, devmode) || printTicket == nullptr)
+                          if (!DevmodeFitsIn(devmode, devmodeSize) || printTicket == nullptr)
                               return E_INVALIDARG;
                           PrintTicketXmlDocument ticket(printTicket);
                           DumpDocument(printTicket, W("InputToConvertPrintTicketToDevMode"), kTicketDumpPrefix);
@@ -76,7 +62,7 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertDevModeToPrintTicket(ULONG de
     return RunGuarded(kConvertDevModeToPrintTicket,
                       [&]
                       {
-                          if (!DevmodeIsWhole(devmodeSize, devmode) || printTicket == nullptr)
+                          if (!DevmodeFitsIn(devmode, devmodeSize) || printTicket == nullptr)
                               return E_INVALIDARG;
                           PrintTicketXmlDocument ticket(printTicket);
                           DumpDocument(printTicket, W("BeforeConvertDevModeToPrintTicket"), kTicketDumpPrefix);

@@ -1,0 +1,13 @@
+#include "complugins/formsinforecord.h"
+
+#include "complugins/fixedtext.h"
+
+void FormsInfoRecord::SetName(WStringView text) noexcept
+{
+    SetFixedText(name, text);
+}
+
+WStringView FormsInfoRecord::GetName() const noexcept
+{
+    return GetFixedText(name);
+}

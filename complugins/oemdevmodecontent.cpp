@@ -1,0 +1,97 @@
+#include "complugins/oemdevmodecontent.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <tvutil/bytereader.h>
+#include <tvutil/bytewriter.h>
+#include <tvutil/crc32.h>
+
+namespace Format = OemDevmodeFormat;
+
+namespace
+{
+
+ByteReader ReaderAt(const OemDevmode& part, std::size_t offset) noexcept
+{
+    return ByteReader(std::span(part.bytes).subspan(offset));
+}
+
+DWORD ComputeCrc(const OemDevmode& part) noexcept
+{
+    return Crc32::GetCrc(part.bytes + Format::kCountOffset, Format::kCheckedSize);
+}
+
+} // namespace
+
+DWORD OemDevmodeContent::GetStoredCrc(const OemDevmode& part) noexcept
+{
+    return ReaderAt(part, Format::kCrcOffset).U32();
+}
+
+std::uint16_t OemDevmodeContent::GetCount(const OemDevmode& part) noexcept
+{
+    return ReaderAt(part, Format::kCountOffset).U16();
+}
+
+bool OemDevmodeContent::IsEmpty(const OemDevmode& part) noexcept
+{
+    return GetStoredCrc(part) == 0 && ReaderAt(part, Format::kCountOffset).U32() == 0;
+}
+
+bool OemDevmodeContent::HasRightCrc(const OemDevmode& part) noexcept
+{
+    const DWORD stored = GetStoredCrc(part);
+    return (stored == 0 && GetCount(part) == 0) || stored == ComputeCrc(part);
+}
+
+std::optional<OemDevmodeContent::Entries> OemDevmodeContent::ReadEntries(const OemDevmode& part)
+{
+    ByteReader reader = ReaderAt(part, Format::kEntriesOffset);
+    Entries entries;
+    for (std::size_t left = GetCount(part); left != 0 && reader.Ok(); --left)
+    {
+        const auto key = reader.U16();
+        const auto length = reader.U16();
+        entries.emplace_back(key, std::make_shared<const ByteBuffer>(reader.Bytes(length)));
+    }
+    return reader.Ok() ? std::optional(std::move(entries)) : std::nullopt;
+}
+
+std::size_t OemDevmodeContent::MeasureEntries(const OemDevmode& part) noexcept
+{
+    std::size_t size = Format::kEntriesOffset;
+    for (std::size_t left = GetCount(part); left != 0; --left)
+    {
+        // The length must lie within the part to be read at all.
+        if (size + Format::kEntryHeaderSize > Format::kSize)
+            break;
+        size += Format::kEntryHeaderSize + ReaderAt(part, size + sizeof(std::uint16_t)).U16();
+    }
+    return std::min(size, Format::kSize);
+}
+
+std::size_t OemDevmodeContent::MeasureEntries(const PropertyBag& bag) noexcept
+{
+    std::size_t size = Format::kEntriesOffset;
+    for (const auto& [key, value] : bag)
+        size += Format::kEntryHeaderSize + value->size();
+    return size;
+}
+
+bool OemDevmodeContent::WriteEntries(OemDevmode& part, const PropertyBag& bag) noexcept
+{
+    if (MeasureEntries(bag) > Format::kSize)
+        return false;
+    std::fill(part.bytes + Format::kCrcOffset, part.bytes + Format::kSize, std::byte{});
+    ByteWriter entries(std::span(part.bytes).subspan(Format::kCountOffset));
+    entries.U16(static_cast<std::uint16_t>(bag.size()));
+    for (const auto& [key, value] : bag)
+    {
+        entries.U16(key);
+        entries.U16(static_cast<std::uint16_t>(value->size()));
+        entries.Bytes(value->bytes());
+    }
+    ByteWriter(std::span(part.bytes).subspan(Format::kCrcOffset)).U32(ComputeCrc(part));
+    return true;
+}
