@@ -1,0 +1,40 @@
+// Devmodes with a core driver's and the maker's private part, made byte by byte: by what the formats say, not by the
+// code that is tested.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include <tvutil/bytebuffer.h>
+
+#include "complugins/formsinforecord.h"
+#include "complugins/oemdevmodelocation.h"
+
+namespace OemDevmodeBytes
+{
+
+using Bytes = std::vector<std::byte>;
+using Entries = std::vector<std::pair<std::uint16_t, ByteBuffer>>;
+
+inline constexpr std::size_t kCoreSize = 200;
+inline constexpr std::size_t kPartOffset = sizeof(DEVMODEW) + kCoreSize;
+
+// Public part (its names without a terminator), core part, maker's part with these entries and their CRC.
+[[nodiscard]] Bytes Make(CoreDriverLayout layout, const Entries& entries);
+
+[[nodiscard]] std::span<std::byte> PartOf(std::span<std::byte> devmode);
+// Makes the part's CRC that of its content.
+void StampCrc(std::span<std::byte> part);
+
+// A state with one boolean of the document's namespace and, in the device capabilities' one, the paper list.
+inline constexpr std::int32_t kFlagFeature = 59;
+[[nodiscard]] ByteBuffer MakeState(bool flag, std::span<const FormsInfoRecord> forms = {});
+
+[[nodiscard]] FormsInfoRecord MakeForm(int paperId, WStringView name, int width, int length, int formType);
+
+} // namespace OemDevmodeBytes

@@ -1,0 +1,247 @@
+// The printer's papers: the list that a devmode carries, and the devmode that is made to agree with it.
+#include <windows.h>
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <tvcore/datamodelids.h>
+#include <tvutil/bytewriter.h>
+#include <tvutil/exceptions.h>
+#include <tvutil/operatingsystem.h>
+
+#include "complugins/devicepaperlist.h"
+#include "complugins/fixedtext.h"
+#include "complugins/msdevicecapabilities.h"
+#include "complugins/papermatching.h"
+#include "tests/common/oemdevmodebytes.h"
+#include "tests/common/testdevmode.h"
+
+namespace
+{
+
+using namespace OemDevmodeBytes;
+using Forms = std::vector<FormsInfoRecord>;
+
+// --- The list
+
+bool AreSame(const FormsInfoRecord& left, const FormsInfoRecord& right)
+{
+    return memcmp(&left, &right, sizeof(left)) == 0;
+}
+
+Forms NumberedForms(int count, std::size_t nameLength)
+{
+    Forms forms;
+    for (int at = 0; at < count; ++at)
+        forms.push_back(MakeForm(at + 1, WideString(nameLength, W('x')), 0x12345 + at, -at, 25001 + at % 7));
+    return forms;
+}
+
+TEST(PaperLists, HoldWhatFitsAndAlwaysTheOwnForm)
+{
+    struct Case
+    {
+        int count;
+        std::size_t nameLength;
+        std::size_t own;
+        std::size_t kept; // in order from the first
+        bool isOwnBehind; // after those
+    };
+    // 2396 bytes behind the header: 20 and the name a form.
+    constexpr Case kCases[] = {
+        {0, 0, 0, 0, false},      {119, 0, 119, 119, false}, {120, 0, 200, 119, false}, {120, 0, 118, 119, false},
+        {120, 0, 119, 118, true}, {500, 63, 0, 16, false},   {500, 63, 15, 16, false},  {500, 63, 499, 15, true},
+    };
+    for (const Case& test : kCases)
+    {
+        SCOPED_TRACE(std::to_string(test.count) + " forms, own " + std::to_string(test.own));
+        const Forms forms = NumberedForms(test.count, test.nameLength);
+        Forms expected(forms.begin(), forms.begin() + static_cast<std::ptrdiff_t>(test.kept));
+        if (test.isOwnBehind)
+            expected.push_back(forms[test.own]);
+        const ByteBuffer bytes = DevicePaperList::Write(forms, test.own);
+        EXPECT_LE(bytes.size(), DevicePaperList::kMaxSize);
+        const auto read = DevicePaperList::Read(bytes.bytes());
+        ASSERT_TRUE(read);
+        EXPECT_TRUE(std::equal(read->begin(), read->end(), expected.begin(), expected.end(), AreSame));
+    }
+    // A record whose name nobody terminated, as the last thing in its memory.
+    Forms unterminated(1);
+    std::fill(std::begin(unterminated[0].name), std::end(unterminated[0].name), W('y'));
+    EXPECT_EQ(DevicePaperList::Read(DevicePaperList::Write(unterminated, 0).bytes())->front().GetName(),
+              WideString(63, W('y')));
+}
+
+TEST(PaperLists, ThatContradictThemselvesAreNotBelieved)
+{
+    const ByteBuffer whole = DevicePaperList::Write(NumberedForms(3, 7), 0);
+    for (std::size_t size = 0; size < whole.size(); ++size)
+    {
+        const ByteBuffer cut(whole.data(), size);
+        EXPECT_FALSE(DevicePaperList::Read(cut.bytes())) << size;
+    }
+    ByteBuffer longer = whole;
+    longer.resize(whole.size() + 1);
+    EXPECT_FALSE(DevicePaperList::Read(longer.bytes()));
+    for (const std::size_t at : {0U, 2U, 10U}) // format, count, length of the first name
+    {
+        ByteBuffer changed = whole;
+        ByteWriter(changed.bytes().subspan(at)).U16(64);
+        changed.resize(2 * whole.size());
+        EXPECT_FALSE(DevicePaperList::Read(changed.bytes())) << at;
+    }
+}
+
+TEST(PaperLists, ComeFromTheDevmodeInsideTheSpoolerOnly)
+{
+    const Forms forms = NumberedForms(2, 3);
+    const TestDevmode with{Make(CoreDriverLayout::Unidrv, {{1, MakeState(true, forms)}})};
+    const TestDevmode without{Make(CoreDriverLayout::Unidrv, {})};
+    MSDeviceCapabilities capabilities;
+    for (HANDLE const wrong : {HANDLE{}, INVALID_HANDLE_VALUE})
+        EXPECT_THROW(capabilities.Initialize(wrong), ExceptionInvalidPrinterHandle);
+    HANDLE const printer = &capabilities;
+    const auto ask = [&](MSDeviceCapabilities::Context context, const DEVMODEW* devmode)
+    {
+        Forms answer(5);
+        capabilities.Initialize(printer, context);
+        const HRESULT result = capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(
+            printer, const_cast<DEVMODEW*>(devmode), answer);
+        EXPECT_EQ(answer.size(), SUCCEEDED(result) ? forms.size() : 0U);
+        return result;
+    };
+    EXPECT_EQ(ask(MSDeviceCapabilities::Context::Spooler, with.Get()), S_OK);
+    EXPECT_EQ(ask(MSDeviceCapabilities::Context::Spooler, without.Get()), E_FAIL);
+    EXPECT_EQ(ask(MSDeviceCapabilities::Context::Spooler, nullptr), E_FAIL);
+    EXPECT_EQ(ask(MSDeviceCapabilities::Context::Application, with.Get()), E_FAIL);
+    EXPECT_EQ(ask(MSDeviceCapabilities::Context::OfThisProcess, with.Get()), E_FAIL);
+}
+
+// --- The devmode's paper
+
+constexpr const WCHAR* kUsual = nullptr; // the country's name
+
+struct Paper
+{
+    DWORD fields;
+    int number;
+    int width;
+    int length;
+    const WCHAR* name;
+};
+
+std::string TextOf(const Paper& paper)
+{
+    return std::to_string(paper.number) + ", " + std::to_string(paper.width) + " x " + std::to_string(paper.length) +
+           ", \"" + CXString(paper.name).ToUtf8() + "\", fields " + std::to_string(paper.fields);
+}
+
+const Forms& TestForms()
+{
+    static const Forms forms = {
+        MakeForm(256, W("Custom"), 2159, 3000, DataModelIds::PageSizeDriverCustom),
+        MakeForm(1, W("Letter"), 2159, 2794, DataModelIds::PageSizeStandard),
+        MakeForm(3, W("Tabloid"), 2794, 4318, DataModelIds::PageSizeDriverForm),
+        MakeForm(17, W("11x17"), 2794, 4318, DataModelIds::PageSizeStandard),
+        MakeForm(9, W("A4"), 2100, 2970, DataModelIds::PageSizeStandard),
+        MakeForm(9, W("A4 again"), 2101, 2971, DataModelIds::PageSizeStandard),
+        MakeForm(8, W("A3"), 2970, 4200, DataModelIds::PageSizeStandard),
+        MakeForm(330, W("Oficio"), 2150, 3400, DataModelIds::PageSizeDriverForm),
+        MakeForm(328, W("Driver's A4"), 2100, 2970, DataModelIds::PageSizeDriverForm),
+        MakeForm(329, W("House A3"), 2970, 4200, DataModelIds::PageSizeUserForm),
+        MakeForm(40000, W("Banner"), 2100, 50000, DataModelIds::PageSizeUnlisted),
+        MakeForm(400, W("A name of more than thirty-one characters"), 900, 1800, DataModelIds::PageSizeUserForm),
+    };
+    return forms;
+}
+
+struct MatchCase
+{
+    const char* name;
+    Paper before;
+    bool isMatched;
+    Paper after; // its fields are those before
+};
+
+constexpr DWORD kNumber = DM_PAPERSIZE;
+constexpr DWORD kName = DM_FORMNAME;
+constexpr DWORD kSize = DM_PAPERWIDTH | DM_PAPERLENGTH;
+
+const MatchCase kMatchCases[] = {
+    // By number: the first entry supplies the rest; the driver's own form of that size then supplies the number.
+    {"number", {kNumber, 8, 1, 2, W("?")}, true, {0, 8, 2970, 4200, W("A3")}},
+    {"number of a standard size with a driver's form", {kNumber, 9, 0, 0, W("?")}, true, {0, 328, 2100, 2970, W("A4")}},
+    {"long name", {kNumber, 400, 0, 0, W("?")}, true, {0, 400, 900, 1800, W("A name of more than thirty-one ")}},
+    {"number beyond 32767", {kNumber, 40000, 0, 0, W("?")}, true, {0, 40000, 2100, 50000, kUsual}},
+    {"unknown number, known size", {kNumber, 7, 2150, 3400, W("?")}, true, {0, 330, 2150, 3400, W("Oficio")}},
+    {"unknown number, size of no driver's form", {kNumber, 7, 4200, 2970, W("?")}, true, {0, 7, 2970, 4200, W("A3")}},
+    {"unknown number and size", {kNumber, 7, 30, 20, W("?")}, false, {0, 7, 20, 30, kUsual}},
+    {"Tabloid's number", {kNumber, 3, 2794, 4318, W("?")}, true, {0, 3, 2794, 4318, W("Tabloid")}},
+    {"user-defined number, driver's size",
+     {kNumber, 256, 2100, 2970, W("?")},
+     true,
+     {0, 328, 2100, 2970, W("Driver's A4")}},
+    {"user-defined number, its size", {kNumber, 256, 2159, 3000, W("?")}, true, {0, 256, 2159, 3000, kUsual}},
+    {"high number, other's size", {kNumber, 10000, 2159, 2794, W("?")}, true, {0, 10000, 2159, 2794, kUsual}},
+    {"below the high numbers", {kNumber, 9999, 2159, 2794, W("?")}, true, {0, 9999, 2159, 2794, W("Letter")}},
+    // By name, ignoring case.
+    {"name", {kName, 0, 1, 2, W("LETTER")}, true, {0, 1, 2159, 2794, W("LETTER")}},
+    {"name of a standard size with a driver's form", {kName, 0, 0, 0, W("a4")}, true, {0, 328, 2100, 2970, W("a4")}},
+    {"user-defined name, its size", {kName, 5, 3000, 2159, W("custom")}, true, {0, 5, 2159, 3000, W("custom")}},
+    {"user-defined name, driver's size", {kName, 5, 2150, 3400, W("Custom")}, true, {0, 330, 2150, 3400, W("Oficio")}},
+    {"user-defined name, other size", {kName, 5, 1, 2, W("Custom")}, false, {0, 5, 1, 2, kUsual}},
+    {"unknown name, known size", {kName, 5, 2970, 4200, W("?")}, true, {0, 5, 2970, 4200, W("A3")}},
+    // By size alone: the number follows a driver's form, the name the driver's form or else the first.
+    {"size", {kSize, 5, 2159, 2794, W("?")}, true, {0, 5, 2159, 2794, W("Letter")}},
+    {"driver's size", {kSize, 5, 2970, 2100, W("?")}, true, {0, 328, 2100, 2970, W("Driver's A4")}},
+    {"Tabloid's size", {kSize, 5, 2794, 4318, W("?")}, true, {0, 5, 2794, 4318, W("Tabloid")}},
+    {"no field at all", {0, 256, 2159, 2794, W("?")}, true, {0, 256, 2159, 2794, kUsual}},
+    // Widths are swapped as signed numbers.
+    {"length beyond 32767", {kSize, 5, 50000, 2100, W("?")}, false, {0, 5, 50000, 2100, kUsual}},
+};
+
+Paper Write(const Paper& paper, DEVMODEW& devmode)
+{
+    devmode.dmFields = paper.fields;
+    devmode.dmPaperSize = static_cast<short>(paper.number);
+    devmode.dmPaperWidth = static_cast<short>(paper.width);
+    devmode.dmPaperLength = static_cast<short>(paper.length);
+    SetFixedText(devmode.dmFormName, CXString(paper.name));
+    return paper;
+}
+
+Paper Read(const DEVMODEW& devmode)
+{
+    return {devmode.dmFields, static_cast<WORD>(devmode.dmPaperSize), static_cast<WORD>(devmode.dmPaperWidth),
+            static_cast<WORD>(devmode.dmPaperLength), devmode.dmFormName};
+}
+
+const WCHAR* UsualName()
+{
+    return OperatingSystem::UseEnglishPaperSizes() ? W("Letter") : W("A4");
+}
+
+TEST(PaperOfDevmode, AgreesWithTheFirstFormThatFits)
+{
+    for (const MatchCase& test : kMatchCases)
+    {
+        SCOPED_TRACE(test.name);
+        DEVMODEW devmode{};
+        Write(test.before, devmode);
+        EXPECT_EQ(MatchPaperWithForms(devmode, TestForms()), test.isMatched);
+        Paper expected = test.after;
+        expected.fields = test.before.fields;
+        if (expected.name == kUsual)
+            expected.name = UsualName();
+        EXPECT_EQ(TextOf(Read(devmode)), TextOf(expected));
+    }
+    DEVMODEW devmode{};
+    Write({kNumber, 9, 2970, 2100, W("?")}, devmode);
+    EXPECT_FALSE(MatchPaperWithForms(devmode, {}));
+    EXPECT_EQ(TextOf(Read(devmode)), TextOf({kNumber, 9, 2970, 2100, UsualName()})) << "no list: the size stays";
+}
+
+} // namespace

@@ -1,0 +1,360 @@
+// What the wrapper reads from a devmode and writes into it.
+#include "complugins/xdevmode.h"
+
+#include <array>
+#include <cstring>
+#include <functional>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <tvutil/bytewriter.h>
+#include <tvutil/crc32.h>
+#include <tvutil/exceptions.h>
+#include <tvutil/globalcaches.h>
+#include <tvutil/persistentattributes.h>
+
+#include "tests/common/oemdevmodebytes.h"
+#include "tests/common/testdevmode.h"
+
+struct XDevmodeTestAccess
+{
+    static bool Parse(XDevmode& devmode)
+    {
+        return devmode.ParseIfUnparsed();
+    }
+    static void MarkDirty(XDevmode& devmode)
+    {
+        devmode.m_isDirty = true;
+    }
+};
+
+namespace
+{
+
+namespace Format = OemDevmodeFormat;
+using namespace OemDevmodeBytes;
+
+constexpr CoreDriverLayout kLayouts[] = {CoreDriverLayout::PostScript, CoreDriverLayout::Unidrv};
+constexpr auto kDocument = PersistentAttributes::GetDataModelDocPropNameSpaceId();
+constexpr auto kDevice = PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId();
+
+ByteBuffer Text(WStringView text)
+{
+    ByteBuffer buffer;
+    buffer.appendString(text);
+    return buffer;
+}
+
+Entries SampleEntries()
+{
+    return {{1, MakeState(true)}, {2, Text(W("excel.exe"))}, {0xFFFE, Text(W("of somebody else"))}};
+}
+
+std::size_t CountOf(XDevmode& devmode, AttributeBytesNameSpacesId id)
+{
+    return devmode.GetAttributeBytesIndexedList(id)->GetCount();
+}
+
+class Devmodes : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        GlobalCaches::Clear();
+    }
+};
+
+// --- The place of the part
+
+TEST_F(Devmodes, HoldThePartWhereTheCoreDriversSizeLeads)
+{
+    struct Case
+    {
+        const char* name;
+        std::uint16_t postScriptSize;
+        std::uint16_t unidrvSize;
+        std::size_t partAt;
+        std::size_t areaSize;
+        std::ptrdiff_t expected; // -1: none
+        std::uint32_t size = Format::kSize;
+        std::uint32_t signature = Format::kSignature;
+    };
+    constexpr std::size_t kWhole = 300 + Format::kSize;
+    constexpr Case kCases[] = {
+        {"PostScript", 300, 0, 300, kWhole, 300},
+        {"PostScript before Unidrv", 300, 150, 300, kWhole, 300},
+        {"more behind the part", 300, 0, 300, kWhole + 7, 300},
+        {"one byte short", 300, 0, 300, kWhole - 1, -1},
+        {"Unidrv", 0, 300, 300, kWhole, 300},
+        {"Unidrv, one byte short", 0, 300, 300, kWhole - 1, -1},
+        {"PostScript's size is garbage", 60000, 300, 300, kWhole, 300},
+        {"PostScript's size leads to something else", 150, 300, 300, kWhole, 300},
+        {"no sizes", 0, 0, 300, kWhole, -1},
+        {"no room to tell PostScript's size", 0x1234, 16, 16, 116, -1},
+        {"size of another part", 300, 300, 300, kWhole, -1, Format::kSize - 1},
+        {"signature of another part", 300, 300, 300, kWhole, -1, Format::kSize, Format::kSignature + 1},
+        {"nothing", 0, 0, 0, 0, -1},
+        {"no room for any size", 9, 9, 0, 10, -1},
+    };
+    for (const Case& test : kCases)
+    {
+        SCOPED_TRACE(test.name);
+        Bytes bytes(sizeof(DEVMODEW) + test.areaSize);
+        const std::span<std::byte> driverExtra = std::span(bytes).subspan(sizeof(DEVMODEW));
+        const auto write16 = [&driverExtra](std::size_t offset, std::uint16_t value)
+        {
+            if (offset < driverExtra.size())
+                ByteWriter(driverExtra.subspan(offset)).U16(value);
+        };
+        write16(114, test.postScriptSize);
+        write16(8, test.unidrvSize);
+        ByteWriter part(driverExtra.subspan(test.partAt));
+        part.U32(test.size);
+        part.U32(test.signature);
+        const TestDevmode devmode{bytes};
+        const OemDevmode* const found = XDevmode::GetOemDevmodeFromDevmode(devmode.Get());
+        const auto* const area = reinterpret_cast<const std::byte*>(devmode.Get()) + sizeof(DEVMODEW);
+        EXPECT_EQ(found != nullptr ? found->bytes - area : -1, test.expected);
+    }
+}
+
+TEST_F(Devmodes, NullIsRefusedWhereItIsNoAnswer)
+{
+    const auto lineOf = [](const std::function<void()>& action)
+    {
+        try
+        {
+            action();
+        }
+        catch (const ExceptionInvalidArgumentNullPointer& failure)
+        {
+            return CXString(failure.GetSite().method).ToUtf8() + " " + std::to_string(failure.GetSite().line);
+        }
+        return std::string("no exception");
+    };
+    EXPECT_EQ(lineOf([] { const XDevmode devmode(nullptr); }), "XDevmode::XDevmode 78");
+    EXPECT_EQ(lineOf([] { static_cast<void>(XDevmode::GetOemDevmodeFromDevmode(nullptr)); }),
+              "XDevmode::GetOemDevmodeFromDevmode 444");
+    EXPECT_FALSE(XDevmode().SetDevmode(nullptr));
+}
+
+TEST_F(Devmodes, FitOnlyWhenTheirOwnSizesDo)
+{
+    struct Case
+    {
+        std::size_t blockSize;
+        WORD publicSize;
+        WORD driverExtra;
+        bool fits;
+    };
+    constexpr Case kCases[] = {
+        {204, 204, 0, true},   {204, 203, 0, false}, {203, 204, 0, false},      {230, 220, 10, true},
+        {229, 220, 10, false}, {72, 0, 0, false},    {71, 65535, 65535, false}, {0, 0, 0, false},
+    };
+    for (const Case& test : kCases)
+        EXPECT_EQ(DevmodeFitsIn(TestDevmode(test.publicSize, test.driverExtra, test.blockSize).Get(), test.blockSize),
+                  test.fits)
+            << test.blockSize << ' ' << test.publicSize << ' ' << test.driverExtra;
+    EXPECT_FALSE(DevmodeFitsIn(nullptr, 220));
+}
+
+// --- Attaching
+
+TEST_F(Devmodes, KeepTheWrapperAsItWasWhenTheyHaveNoPart)
+{
+    for (const WORD publicSize : {WORD{220}, WORD{219}})
+    {
+        const TestDevmode known{Make(CoreDriverLayout::Unidrv, SampleEntries())};
+        XDevmode devmode(known.Get());
+        Bytes bytes = Make(CoreDriverLayout::Unidrv, {});
+        PartOf(bytes)[4] = {};
+        const TestDevmode foreign{bytes};
+        foreign.Get()->dmSize = publicSize;
+        EXPECT_FALSE(devmode.SetDevmode(foreign.Get()));
+        EXPECT_NE(devmode.GetPropertyBagEntry(2), nullptr);
+        // Only a full public part has its names terminated.
+        EXPECT_EQ(foreign.Get()->dmFormName[31], publicSize == 220 ? WCHAR() : W('f'));
+        EXPECT_EQ(foreign.Get()->dmDeviceName[31], publicSize == 220 ? WCHAR() : W('n'));
+    }
+}
+
+TEST_F(Devmodes, WithoutDataCanStillBeWritten)
+{
+    const TestDevmode block{Make(CoreDriverLayout::PostScript, {})};
+    XDevmode devmode;
+    EXPECT_EQ(devmode.GetOemDevmodeDataSize(), 62);
+    EXPECT_FALSE(devmode.SetDevmode(block.Get()));
+    EXPECT_TRUE(devmode.HasOemDevmode());
+    EXPECT_EQ(devmode.GetPropertyBagEntry(1), nullptr);
+    EXPECT_EQ(CountOf(devmode, kDocument), 0U);
+    EXPECT_TRUE(devmode.SetPropertyBagEntry(1, MakeState(true)));
+    EXPECT_TRUE(devmode.CommitToDevmode());
+
+    XDevmode again;
+    EXPECT_TRUE(again.SetDevmode(block.Get()));
+    EXPECT_EQ(again.GetBooleanValueFromAttributeBytes(kFlagFeature), true);
+    EXPECT_EQ(again.GetOemDevmodeDataSize(), 66 + static_cast<int>(MakeState(true).size()));
+}
+
+// --- The property bag
+
+TEST_F(Devmodes, CommitEntriesInOrderAndKeepTheRest)
+{
+    for (const CoreDriverLayout layout : kLayouts)
+    {
+        const ByteBuffer replacement = Text(W("winword.exe"));
+        const TestDevmode block{Make(layout, {{0xFFFE, Text(W("of somebody else"))}, {2, Text(W("excel.exe"))}})};
+        const TestDevmode expected{Make(layout, {{2, replacement}, {7, {}}, {0xFFFE, Text(W("of somebody else"))}})};
+        XDevmode devmode(block.Get());
+        CXString application;
+        EXPECT_TRUE(devmode.GetPropertyBagString(2, application));
+        EXPECT_EQ(application, W("excel.exe"));
+        EXPECT_FALSE(devmode.GetPropertyBagString(3, application));
+        const auto before = block.Bytes();
+        EXPECT_TRUE(devmode.CommitToDevmode()); // nothing to write
+        devmode.SetPropertyBagEntry(7, {});
+        devmode.SetPropertyBagEntry(2, replacement);
+        EXPECT_EQ(block.Bytes(), before);
+        EXPECT_TRUE(devmode.CommitToDevmode());
+        XDevmode(expected.Get()); // terminates its names
+        EXPECT_EQ(block.Bytes(), expected.Bytes());
+    }
+}
+
+TEST_F(Devmodes, RefuseEntriesThatDoNotFitThePart)
+{
+    constexpr std::size_t kRoom = Format::kSize - Format::kEntriesOffset - Format::kEntryHeaderSize;
+    for (const std::size_t size : {kRoom, kRoom + 1, std::size_t{0x10000}, std::size_t{0x10004}})
+    {
+        const TestDevmode block{Make(CoreDriverLayout::Unidrv, {})};
+        XDevmode devmode(block.Get());
+        devmode.SetPropertyBagEntry(9, ByteBuffer(size));
+        const auto before = block.Bytes();
+        EXPECT_EQ(devmode.CommitToDevmode(), size == kRoom) << size;
+        EXPECT_EQ(block.Bytes() == before, size != kRoom) << size;
+        EXPECT_EQ(devmode.GetOemDevmodeDataSize(), static_cast<int>(66 + size));
+    }
+    XDevmode nowhere;
+    nowhere.SetPropertyBagEntry(9, {});
+    EXPECT_FALSE(nowhere.CommitToDevmode());
+}
+
+TEST_F(Devmodes, CommitOfAnEmptyBagWritesNoEntriesAndTheirCrc)
+{
+    const TestDevmode block{Make(CoreDriverLayout::Unidrv, {})};
+    XDevmode devmode(block.Get());
+    XDevmodeTestAccess::MarkDirty(devmode);
+    EXPECT_TRUE(devmode.CommitToDevmode());
+    const std::array<std::byte, Format::kCheckedSize> zeros{};
+    const std::size_t crcAt = kPartOffset + Format::kCrcOffset;
+    const auto part = block.Bytes();
+    EXPECT_EQ(ByteReader(std::span(part).subspan(crcAt)).U32(), Crc32::GetCrc(zeros.data(), zeros.size()));
+    EXPECT_TRUE(std::equal(zeros.begin(), zeros.end(), part.begin() + static_cast<std::ptrdiff_t>(crcAt + 4)));
+}
+
+TEST_F(Devmodes, CorruptPartsHoldNoSettings)
+{
+    struct Case
+    {
+        const char* name;
+        std::uint16_t count;
+        std::uint16_t lengthOfFirst;
+        bool hasRightCrc;
+        bool isSound;
+        int sizeBefore; // the entries are believed until they are read
+        int sizeAfter;
+    };
+    constexpr Case kCases[] = {
+        {"sound", 1, 10, true, true, 76, 76},
+        {"wrong CRC", 1, 10, false, false, 76, 62},
+        {"up to the end", 1, 5890, true, true, 5956, 5956},
+        {"past the end by one byte", 1, 5891, true, false, 5956, 62},
+        {"past the end by far", 1, 0xFFFF, true, false, 5956, 62},
+        {"no room for another header", 2, 5888, true, false, 5954, 62},
+        {"another header ends the part", 2, 5886, true, true, 5956, 5956},
+        {"more than a part can hold", 0xFFFF, 10, true, false, 5956, 62},
+        {"none", 0, 10, true, true, 62, 62},
+    };
+    for (const Case& test : kCases)
+    {
+        SCOPED_TRACE(test.name);
+        Bytes bytes = Make(CoreDriverLayout::PostScript, {{0, {}}});
+        ByteWriter content(PartOf(bytes).subspan(Format::kCountOffset));
+        content.U16(test.count);
+        content.U16(5);
+        content.U16(test.lengthOfFirst);
+        StampCrc(PartOf(bytes));
+        if (!test.hasRightCrc)
+            PartOf(bytes)[Format::kCrcOffset] ^= std::byte{1};
+        const TestDevmode block{bytes};
+        XDevmode devmode;
+        EXPECT_TRUE(devmode.SetDevmode(block.Get()));
+        EXPECT_EQ(devmode.GetOemDevmodeDataSize(), test.sizeBefore);
+        EXPECT_EQ(XDevmodeTestAccess::Parse(devmode), test.isSound);
+        EXPECT_EQ(devmode.GetOemDevmodeDataSize(), test.sizeAfter);
+        EXPECT_EQ(devmode.GetPropertyBagEntry(5) != nullptr, test.isSound && test.count != 0);
+        auto now = block.Bytes();
+        EXPECT_EQ(ByteBuffer(PartOf(now)), ByteBuffer(PartOf(bytes))) << "nothing is repaired";
+    }
+}
+
+// --- Settings
+
+TEST_F(Devmodes, GiveTheirSettingsByNamespace)
+{
+    const FormsInfoRecord form = MakeForm(9, W("A4"), 2100, 2970, 25001);
+    const TestDevmode block{Make(CoreDriverLayout::Unidrv, {{1, MakeState(true, {&form, 1})}})};
+    XDevmode devmode(block.Get());
+    AttributeBytesIndexedList* const document = devmode.GetDefaultAttributeBytesIndexedList();
+    EXPECT_EQ(document, devmode.GetAttributeBytesIndexedListOf(kDocument)); // the one that was made
+    EXPECT_EQ(devmode.GetBooleanValueFromAttributeBytes(kFlagFeature), true);
+    EXPECT_EQ(CountOf(devmode, kDevice), 1U);
+    EXPECT_EQ(CountOf(devmode, AttributeBytesNameSpacesId(77)), 0U);
+    EXPECT_EQ(CountOf(devmode, kDocument), 1U);
+}
+
+TEST_F(Devmodes, HaveNoSettingsWhileTheyAreBeingChanged)
+{
+    const TestDevmode block{Make(CoreDriverLayout::Unidrv, SampleEntries())};
+    XDevmode devmode(block.Get());
+    EXPECT_EQ(CountOf(devmode, kDocument), 1U);
+    devmode.SetPropertyBagEntry(1, MakeState(false));
+    EXPECT_EQ(CountOf(devmode, kDocument), 0U);
+    EXPECT_TRUE(devmode.CommitToDevmode());
+    EXPECT_EQ(CountOf(devmode, kDocument), 0U) << "the empty list survives the commit";
+    EXPECT_EQ(CountOf(devmode, kDevice), 1U);
+    EXPECT_EQ(devmode.GetBooleanValueFromAttributeBytes(kFlagFeature), false) << "asked for anew";
+}
+
+TEST_F(Devmodes, OfTheSameBytesAreReadOnce)
+{
+    const Bytes bytes = Make(CoreDriverLayout::PostScript, SampleEntries());
+    const auto readAll = [&bytes]
+    {
+        const TestDevmode block{bytes};
+        XDevmode devmode(block.Get());
+        EXPECT_EQ(CountOf(devmode, kDocument), 1U);
+        EXPECT_EQ(CountOf(devmode, kDevice), 1U);
+        EXPECT_NE(devmode.GetPropertyBagEntry(2), nullptr);
+    };
+    readAll();
+    EXPECT_EQ(GlobalCaches::GetPropertyBagCounters().misses, 1U);
+    EXPECT_EQ(GlobalCaches::GetListCounters().misses, 2U);
+    EXPECT_EQ(GlobalCaches::GetListCounters().hits, 0U);
+    readAll();
+    EXPECT_EQ(GlobalCaches::GetPropertyBagCounters().misses, 1U);
+    EXPECT_EQ(GlobalCaches::GetPropertyBagCounters().hits, 1U);
+    EXPECT_EQ(GlobalCaches::GetListCounters().misses, 2U);
+    EXPECT_EQ(GlobalCaches::GetListCounters().hits, 2U);
+
+    // The lists of a known CRC are those of that CRC, even where the entries no longer are.
+    Bytes changed = bytes;
+    PartOf(changed)[Format::kEntriesOffset] ^= std::byte{0x40};
+    const TestDevmode block{changed};
+    XDevmode devmode(block.Get());
+    EXPECT_EQ(CountOf(devmode, kDocument), 1U);
+    EXPECT_EQ(devmode.GetPropertyBagEntry(2), nullptr);
+}
+
+} // namespace
