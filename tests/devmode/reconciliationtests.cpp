@@ -1,0 +1,144 @@
+// The paper of a devmode, reconciled for an installed printer.
+#include "complugins/reconciledevmodepapersize.h"
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+#include <tvcore/datamodelids.h>
+#include <tvutil/devicesettingsmanager.h>
+#include <tvutil/exceptions.h>
+#include <tvutil/operatingsystem.h>
+
+#include "complugins/fixedtext.h"
+#include "complugins/msdevicecapabilities.h"
+#include "printerhandle.h"
+#include "tests/common/oemdevmodebytes.h"
+#include "tests/common/testdevmode.h"
+#include "tests/tvui/installedprinter.h"
+
+namespace
+{
+
+using namespace OemDevmodeBytes;
+
+constexpr int kDriverPaper = 320; // a paper that the driver of this model has, and the spooler has not
+constexpr int kByCountry = -1;
+
+class Reconciliation : public InstalledPrinter
+{
+protected:
+    void SetUp() override
+    {
+        InstalledPrinter::SetUp();
+        Install("tavlen-b7000-xps");
+    }
+
+    void TearDown() override
+    {
+        SetEnvironmentVariableW(W("LC_ALL"), m_formerCountry.IsEmpty() ? nullptr : m_formerCountry.c_str());
+        InstalledPrinter::TearDown();
+    }
+
+    void StoreSetting(std::optional<bool> value) const
+    {
+        AttributeBytesIndexedList settings;
+        if (value)
+            settings.SetAttributeBytes(DataModelIds::Feature::ReplaceDriverPaperInSpreadsheets,
+                                       MakeBooleanAttributeBytes(*value));
+        const PrinterHandle printer = PrinterHandle::Open(Name().ToUtf8(), PrinterHandle::Access::Administer);
+        DeviceSettingsManager::Store(Printer(printer.Get()), settings);
+    }
+
+private:
+    const char* m_former = std::getenv("LC_ALL");
+    const CXString m_formerCountry = CXString::FromUtf8(m_former != nullptr ? m_former : "");
+};
+
+TestDevmode MakeDevmode(WStringView application, int number)
+{
+    const FormsInfoRecord forms[] = {MakeForm(1, W("Letter"), 2159, 2794, DataModelIds::PageSizeStandard),
+                                     MakeForm(9, W("A4"), 2100, 2970, DataModelIds::PageSizeStandard),
+                                     MakeForm(17, W("11x17"), 2794, 4318, DataModelIds::PageSizeStandard),
+                                     MakeForm(kDriverPaper, W("SRA3"), 3200, 4500, DataModelIds::PageSizeExtended)};
+    ByteBuffer name;
+    name.appendString(application);
+    TestDevmode devmode{Make(CoreDriverLayout::Unidrv, {{1, MakeState(true, forms)}, {2, name}})};
+    devmode.Get()->dmFields = DM_PAPERSIZE | DM_FORMNAME | DM_COPIES;
+    devmode.Get()->dmPaperSize = static_cast<short>(number);
+    devmode.Get()->dmPaperWidth = 20;
+    devmode.Get()->dmPaperLength = 10;
+    return devmode;
+}
+
+TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt)
+{
+    struct Case
+    {
+        std::optional<bool> setting;
+        WStringView application;
+        int before;
+        int after;
+    };
+    constexpr Case kCases[] = {
+        {std::nullopt, W("excel.exe"), kDriverPaper, kDriverPaper},
+        {false, W("excel.exe"), kDriverPaper, kDriverPaper},
+        {true, W("excel.exe"), kDriverPaper, kByCountry},
+        {true, W("Excel.exe"), kDriverPaper, kDriverPaper},
+        {true, W("excel.exe.bak"), kDriverPaper, kDriverPaper},
+        {true, W(""), kDriverPaper, kDriverPaper},
+        {true, W("excel.exe"), 9, 9},
+        {true, W("excel.exe"), 9999, 9999},   // nobody has such a form
+        {true, W("excel.exe"), 65000, 65000}, // compared unsigned
+        {true, W("winword.exe"), DMPAPER_TABLOID, DMPAPER_11X17},
+    };
+    const Printer printer(Name());
+    MSDeviceCapabilities capabilities;
+    capabilities.Initialize(printer.GetPrinterHandle(), MSDeviceCapabilities::Context::Spooler);
+    // Where the environment tells the country, both kinds of country are asked for.
+    for (const WCHAR* const country : {W("en_US"), W("de_DE")})
+    {
+        SetEnvironmentVariableW(W("LC_ALL"), country);
+        const int byCountry = OperatingSystem::IsMetricCountry() ? DMPAPER_A4 : DMPAPER_LETTER;
+        for (const Case& test : kCases)
+        {
+            SCOPED_TRACE(CXString(country).ToUtf8() + ", row " + std::to_string(&test - kCases));
+            StoreSetting(test.setting);
+            const int expected = test.after == kByCountry ? byCountry : test.after;
+            const bool isKnown = expected < 9999;
+            const TestDevmode devmode = MakeDevmode(test.application, test.before);
+            EXPECT_EQ(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), devmode.Get(), capabilities), isKnown);
+            EXPECT_EQ(static_cast<WORD>(devmode.Get()->dmPaperSize), expected);
+            EXPECT_EQ(devmode.Get()->dmFields, DWORD{DM_PAPERSIZE | DM_COPIES}) << "a number wins over a name";
+            EXPECT_EQ(devmode.Get()->dmPaperWidth == 10, !isKnown) << "portrait, or the form's";
+            const WCHAR* const usual = OperatingSystem::UseEnglishPaperSizes() ? W("Letter") : W("A4");
+            const CXString name = expected == kDriverPaper    ? W("SRA3")
+                                  : expected == DMPAPER_11X17 ? W("11x17")
+                                  : expected == 9             ? W("A4")
+                                  : expected == 1             ? W("Letter")
+                                                              : usual;
+            EXPECT_EQ(CXString(GetFixedText(devmode.Get()->dmFormName)), name);
+        }
+    }
+}
+
+TEST_F(Reconciliation, NeedsAPrinterButNoListAndNoShortDevmode)
+{
+    const Printer printer(Name());
+    MSDeviceCapabilities capabilities;
+    capabilities.Initialize(printer.GetPrinterHandle(), MSDeviceCapabilities::Context::Application);
+    const TestDevmode devmode = MakeDevmode({}, DMPAPER_TABLOID);
+    EXPECT_FALSE(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), devmode.Get(), capabilities));
+    EXPECT_EQ(devmode.Get()->dmPaperSize, DMPAPER_11X17);
+    EXPECT_EQ(devmode.Get()->dmPaperWidth, 20) << "without a list the size stays";
+
+    const Bytes shortOne(203);
+    const TestDevmode cut{shortOne};
+    const auto before = cut.Bytes();
+    EXPECT_FALSE(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), cut.Get(), capabilities));
+    EXPECT_FALSE(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), nullptr, capabilities));
+    EXPECT_EQ(cut.Bytes(), before);
+    EXPECT_THROW(ReconcileDevmodePaperSize(nullptr, devmode.Get(), capabilities), ExceptionPrinterFailure);
+}
+
+} // namespace
