@@ -1,0 +1,154 @@
+// A devmode from outside, on its way through the devmode layer.
+//
+// The first byte of the input says what the others are: a devmode as it stands, or a part of one that otherwise is
+// whole, its CRC made right: the content of the maker's part, the settings, the paper list. Beside what the sanitizers
+// see: a commit changes nothing but the maker's part, what it stores reads back, and form names end.
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include <tvutil/bytewriter.h>
+#include <tvutil/globalcaches.h>
+
+#include "complugins/devicepaperlist.h"
+#include "complugins/msdevicecapabilities.h"
+#include "complugins/papermatching.h"
+#include "complugins/xdevmode.h"
+#include "tests/common/oemdevmodebytes.h"
+
+namespace
+{
+
+namespace Format = OemDevmodeFormat;
+using OemDevmodeBytes::Bytes;
+
+void Require(bool holds, const char* what)
+{
+    if (holds)
+        return;
+    std::fprintf(stderr, "broken: %s\n", what);
+    std::abort();
+}
+
+DEVMODEW* FieldsOf(Bytes& devmode)
+{
+    return reinterpret_cast<DEVMODEW*>(devmode.data());
+}
+
+void ReadEverything(XDevmode& devmode)
+{
+    for (const int id : {1, 2, 3, -1})
+    {
+        const AttributeBytesIndexedList& list = *devmode.GetAttributeBytesIndexedList(AttributeBytesNameSpacesId(id));
+        for (std::size_t at = 0; at < list.GetCount(); ++at)
+        {
+            const AttributeBytesFeatureId feature = list.GetFeature(at);
+            static_cast<void>(list.GetCollection(feature));
+            static_cast<void>(AttributeBytesReader::GetStringValueFromAttributeBytes(list, feature));
+            static_cast<void>(AttributeBytesReader::GetOptionValueFromAttributeBytes(list, feature));
+        }
+    }
+    CXString application;
+    devmode.GetPropertyBagString(Format::kApplicationNameKey, application);
+    Require(devmode.GetOemDevmodeDataSize() <= static_cast<int>(Format::kSize), "a used size beyond the part");
+}
+
+void EditAndCommit(Bytes& devmode)
+{
+    const ByteBuffer value("value", 5);
+    XDevmode wrapper(FieldsOf(devmode)); // terminates the names
+    ReadEverything(wrapper);
+    wrapper.SetPropertyBagEntry(0x7654, value);
+    const Bytes before = devmode;
+    const bool isWritten = wrapper.CommitToDevmode();
+    Bytes after = devmode;
+    if (isWritten)
+    {
+        const auto* const part =
+            reinterpret_cast<const std::byte*>(XDevmode::GetOemDevmodeFromDevmode(FieldsOf(devmode)));
+        const auto content = part - devmode.data() + std::ptrdiff_t{Format::kCrcOffset};
+        std::copy_n(before.begin() + content, Format::kSize - Format::kCrcOffset, after.begin() + content);
+        XDevmode again(FieldsOf(devmode));
+        const ByteBuffer* const stored = again.GetPropertyBagEntry(0x7654);
+        Require(stored != nullptr && *stored == value, "a committed entry does not read back");
+    }
+    Require(after == before, "a commit changed what is not its own");
+}
+
+void Reconcile(DEVMODEW& devmode, const std::vector<FormsInfoRecord>& forms)
+{
+    MatchPaperWithForms(devmode, forms);
+    Require(std::find(std::begin(devmode.dmFormName), std::end(devmode.dmFormName), WCHAR()) !=
+                std::end(devmode.dmFormName),
+            "a form name without its end");
+}
+
+void Use(Bytes& devmode)
+{
+    if (!DevmodeFitsIn(FieldsOf(devmode), devmode.size()))
+        return;
+    EditAndCommit(devmode);
+    MSDeviceCapabilities capabilities;
+    capabilities.Initialize(&capabilities, MSDeviceCapabilities::Context::Spooler);
+    std::vector<FormsInfoRecord> forms;
+    if (SUCCEEDED(capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(nullptr, FieldsOf(devmode), forms)))
+        Reconcile(*FieldsOf(devmode), forms);
+}
+
+Bytes WithContent(std::span<const std::byte> content)
+{
+    Bytes devmode = OemDevmodeBytes::Make(CoreDriverLayout::PostScript, {});
+    const std::span<std::byte> part = OemDevmodeBytes::PartOf(devmode);
+    ByteWriter(part.subspan(Format::kCountOffset)).Bytes(content.first(std::min(content.size(), Format::kCheckedSize)));
+    OemDevmodeBytes::StampCrc(part);
+    return devmode;
+}
+
+Bytes WithSettings(std::span<const std::byte> state)
+{
+    const ByteBuffer entry(state.first(std::min<std::size_t>(state.size(), 5400)));
+    return OemDevmodeBytes::Make(CoreDriverLayout::Unidrv, {{Format::kPersistentAttributesKey, entry}});
+}
+
+// The public part of a devmode, then its paper list.
+void UsePapers(std::span<const std::byte> input)
+{
+    DEVMODEW devmode{};
+    std::memcpy(&devmode, input.data(), std::min(input.size(), sizeof(devmode)));
+    if (const auto forms = DevicePaperList::Read(input.subspan(std::min(input.size(), sizeof(devmode)))))
+    {
+        Reconcile(devmode, *forms);
+        const auto again = DevicePaperList::Read(DevicePaperList::Write(*forms, 0).bytes());
+        Require(again && again->size() <= forms->size(), "a paper list does not read back");
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    if (size == 0)
+        return 0;
+    GlobalCaches::Clear();
+    const auto input = std::as_bytes(std::span(data, size)).subspan(1);
+    Bytes devmode; // a block of exactly its size
+    switch (data[0] % 4)
+    {
+    case 0:
+        devmode.assign(input.begin(), input.end());
+        break;
+    case 1:
+        devmode = WithContent(input);
+        break;
+    case 2:
+        devmode = WithSettings(input);
+        break;
+    default:
+        UsePapers(input);
+    }
+    Use(devmode);
+    return 0;
+}
