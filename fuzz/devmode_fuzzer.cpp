@@ -1,7 +1,7 @@
 // A devmode from outside, on its way through the devmode layer.
 //
-// The first byte of the input says what the others are: a devmode as it stands, or a part of one that otherwise is
-// whole, its CRC made right: the content of the maker's part, the settings, the paper list. Beside what the sanitizers
+// The first byte of the input says what the others are: a devmode as it stands; changes to a whole one; or what one
+// holds, with the right CRC: the content of the maker's part, the settings, the paper list. Beside what the sanitizers
 // see: a commit changes nothing but the maker's part, what it stores reads back, and form names end.
 #include <algorithm>
 #include <cstdint>
@@ -10,6 +10,7 @@
 #include <cstring>
 #include <vector>
 
+#include <tvutil/bytereader.h>
 #include <tvutil/bytewriter.h>
 #include <tvutil/globalcaches.h>
 
@@ -98,6 +99,25 @@ void Use(Bytes& devmode)
         Reconcile(*FieldsOf(devmode), forms);
 }
 
+// Cut to the size that the first word says, 0 for all of it; then, again and again, a place and what is written there.
+Bytes WithChanges(std::span<const std::byte> changes)
+{
+    static const Bytes whole = OemDevmodeBytes::Make(
+        CoreDriverLayout::PostScript, {{Format::kPersistentAttributesKey, OemDevmodeBytes::MakeState(true)}});
+    ByteReader reader(changes);
+    const std::size_t size = reader.U16();
+    const std::size_t kept = size != 0 ? std::min(size, whole.size()) : whole.size();
+    Bytes devmode(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(kept));
+    while (reader.Remaining() != 0)
+    {
+        const std::size_t place = reader.U16() % devmode.size();
+        const std::size_t count = reader.U8();
+        const auto bytes = reader.Bytes(std::min({count, reader.Remaining(), devmode.size() - place}));
+        std::copy(bytes.begin(), bytes.end(), devmode.begin() + static_cast<std::ptrdiff_t>(place));
+    }
+    return devmode;
+}
+
 Bytes WithContent(std::span<const std::byte> content)
 {
     Bytes devmode = OemDevmodeBytes::Make(CoreDriverLayout::PostScript, {});
@@ -135,15 +155,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     GlobalCaches::Clear();
     const auto input = std::as_bytes(std::span(data, size)).subspan(1);
     Bytes devmode; // a block of exactly its size
-    switch (data[0] % 4)
+    switch (data[0] % 5)
     {
     case 0:
         devmode.assign(input.begin(), input.end());
         break;
     case 1:
-        devmode = WithContent(input);
+        devmode = WithChanges(input);
         break;
     case 2:
+        devmode = WithContent(input);
+        break;
+    case 3:
         devmode = WithSettings(input);
         break;
     default:
