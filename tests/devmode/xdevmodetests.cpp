@@ -2,7 +2,6 @@
 #include "complugins/xdevmode.h"
 
 #include <array>
-#include <cstring>
 #include <functional>
 #include <string>
 
@@ -137,26 +136,6 @@ TEST_F(Devmodes, NullIsRefusedWhereItIsNoAnswer)
     EXPECT_EQ(lineOf([] { static_cast<void>(XDevmode::GetOemDevmodeFromDevmode(nullptr)); }),
               "XDevmode::GetOemDevmodeFromDevmode 444");
     EXPECT_FALSE(XDevmode().SetDevmode(nullptr));
-}
-
-TEST_F(Devmodes, FitOnlyWhenTheirOwnSizesDo)
-{
-    struct Case
-    {
-        std::size_t blockSize;
-        WORD publicSize;
-        WORD driverExtra;
-        bool fits;
-    };
-    constexpr Case kCases[] = {
-        {204, 204, 0, true},   {204, 203, 0, false}, {203, 204, 0, false},      {230, 220, 10, true},
-        {229, 220, 10, false}, {72, 0, 0, false},    {71, 65535, 65535, false}, {0, 0, 0, false},
-    };
-    for (const Case& test : kCases)
-        EXPECT_EQ(DevmodeFitsIn(TestDevmode(test.publicSize, test.driverExtra, test.blockSize).Get(), test.blockSize),
-                  test.fits)
-            << test.blockSize << ' ' << test.publicSize << ' ' << test.driverExtra;
-    EXPECT_FALSE(DevmodeFitsIn(nullptr, 220));
 }
 
 // --- Attaching
@@ -301,24 +280,13 @@ TEST_F(Devmodes, CorruptPartsHoldNoSettings)
 
 // --- Settings
 
-TEST_F(Devmodes, GiveTheirSettingsByNamespace)
-{
-    const FormsInfoRecord form = MakeForm(9, W("A4"), 2100, 2970, 25001);
-    const TestDevmode block{Make(CoreDriverLayout::Unidrv, {{1, MakeState(true, {&form, 1})}})};
-    XDevmode devmode(block.Get());
-    AttributeBytesIndexedList* const document = devmode.GetDefaultAttributeBytesIndexedList();
-    EXPECT_EQ(document, devmode.GetAttributeBytesIndexedListOf(kDocument)); // the one that was made
-    EXPECT_EQ(devmode.GetBooleanValueFromAttributeBytes(kFlagFeature), true);
-    EXPECT_EQ(CountOf(devmode, kDevice), 1U);
-    EXPECT_EQ(CountOf(devmode, AttributeBytesNameSpacesId(77)), 0U);
-    EXPECT_EQ(CountOf(devmode, kDocument), 1U);
-}
-
-TEST_F(Devmodes, HaveNoSettingsWhileTheyAreBeingChanged)
+TEST_F(Devmodes, GiveTheirSettingsByNamespaceButNoneWhileTheyAreBeingChanged)
 {
     const TestDevmode block{Make(CoreDriverLayout::Unidrv, SampleEntries())};
     XDevmode devmode(block.Get());
+    EXPECT_EQ(CountOf(devmode, AttributeBytesNameSpacesId(77)), 0U);
     EXPECT_EQ(CountOf(devmode, kDocument), 1U);
+    EXPECT_EQ(devmode.GetDefaultAttributeBytesIndexedList(), devmode.GetAttributeBytesIndexedListOf(kDocument));
     devmode.SetPropertyBagEntry(1, MakeState(false));
     EXPECT_EQ(CountOf(devmode, kDocument), 0U);
     EXPECT_TRUE(devmode.CommitToDevmode());
