@@ -145,6 +145,7 @@ const Forms& TestForms()
         MakeForm(256, W("Custom"), 2159, 3000, DataModelIds::PageSizeDriverCustom),
         MakeForm(1, W("Letter"), 2159, 2794, DataModelIds::PageSizeStandard),
         MakeForm(3, W("Tabloid"), 2794, 4318, DataModelIds::PageSizeDriverForm),
+        MakeForm(334, W("Ledger"), 2794, 4318, DataModelIds::PageSizeDriverForm),
         MakeForm(17, W("11x17"), 2794, 4318, DataModelIds::PageSizeStandard),
         MakeForm(9, W("A4"), 2100, 2970, DataModelIds::PageSizeStandard),
         MakeForm(9, W("A4 again"), 2101, 2971, DataModelIds::PageSizeStandard),
@@ -179,7 +180,7 @@ const MatchCase kMatchCases[] = {
     {"unknown number, known size", {kNumber, 7, 2150, 3400, W("?")}, true, {0, 330, 2150, 3400, W("Oficio")}},
     {"unknown number, size of no driver's form", {kNumber, 7, 4200, 2970, W("?")}, true, {0, 7, 2970, 4200, W("A3")}},
     {"unknown number and size", {kNumber, 7, 30, 20, W("?")}, false, {0, 7, 20, 30, kUsual}},
-    {"Tabloid's number", {kNumber, 3, 2794, 4318, W("?")}, true, {0, 3, 2794, 4318, W("Tabloid")}},
+    {"Tabloid's number", {kNumber, 3, 2100, 2970, W("?")}, true, {0, 328, 2100, 2970, W("Driver's A4")}},
     {"user-defined number, driver's size",
      {kNumber, 256, 2100, 2970, W("?")},
      true,
@@ -197,7 +198,7 @@ const MatchCase kMatchCases[] = {
     // By size alone: the number follows a driver's form, the name the driver's form or else the first.
     {"size", {kSize, 5, 2159, 2794, W("?")}, true, {0, 5, 2159, 2794, W("Letter")}},
     {"driver's size", {kSize, 5, 2970, 2100, W("?")}, true, {0, 328, 2100, 2970, W("Driver's A4")}},
-    {"Tabloid's size", {kSize, 5, 2794, 4318, W("?")}, true, {0, 5, 2794, 4318, W("Tabloid")}},
+    {"Tabloid's size", {kSize, 5, 2794, 4318, W("?")}, true, {0, 334, 2794, 4318, W("Tabloid")}},
     {"no field at all", {0, 256, 2159, 2794, W("?")}, true, {0, 256, 2159, 2794, kUsual}},
     // Widths are swapped as signed numbers.
     {"length beyond 32767", {kSize, 5, 50000, 2100, W("?")}, false, {0, 5, 50000, 2100, kUsual}},

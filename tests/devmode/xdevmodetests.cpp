@@ -78,11 +78,12 @@ TEST_F(Devmodes, HoldThePartWhereTheCoreDriversSizeLeads)
         std::ptrdiff_t expected; // -1: none
         std::uint32_t size = Format::kSize;
         std::uint32_t signature = Format::kSignature;
+        std::size_t anotherAt = 0; // 0: there is one part only
     };
     constexpr std::size_t kWhole = 300 + Format::kSize;
     constexpr Case kCases[] = {
         {"PostScript", 300, 0, 300, kWhole, 300},
-        {"PostScript before Unidrv", 300, 150, 300, kWhole, 300},
+        {"PostScript before Unidrv", 300, kWhole, 300, 2 * kWhole, 300, Format::kSize, Format::kSignature, kWhole},
         {"more behind the part", 300, 0, 300, kWhole + 7, 300},
         {"one byte short", 300, 0, 300, kWhole - 1, -1},
         {"Unidrv", 0, 300, 300, kWhole, 300},
@@ -108,9 +109,12 @@ TEST_F(Devmodes, HoldThePartWhereTheCoreDriversSizeLeads)
         };
         write16(114, test.postScriptSize);
         write16(8, test.unidrvSize);
-        ByteWriter part(driverExtra.subspan(test.partAt));
-        part.U32(test.size);
-        part.U32(test.signature);
+        for (const std::size_t place : {test.anotherAt, test.partAt})
+        {
+            ByteWriter part(driverExtra.subspan(place));
+            part.U32(place != 0 ? test.size : 0);
+            part.U32(place != 0 ? test.signature : 0);
+        }
         const TestDevmode devmode{bytes};
         const OemDevmode* const found = XDevmode::GetOemDevmodeFromDevmode(devmode.Get());
         const auto* const area = reinterpret_cast<const std::byte*>(devmode.Get()) + sizeof(DEVMODEW);
@@ -221,7 +225,9 @@ TEST_F(Devmodes, RefuseEntriesThatDoNotFitThePart)
 
 TEST_F(Devmodes, CommitOfAnEmptyBagWritesNoEntriesAndTheirCrc)
 {
-    const TestDevmode block{Make(CoreDriverLayout::Unidrv, {})};
+    Bytes bytes = Make(CoreDriverLayout::Unidrv, {});
+    std::fill(bytes.begin() + kPartOffset + Format::kEntriesOffset, bytes.end(), std::byte{0xEE}); // zero count and CRC
+    const TestDevmode block{bytes};
     XDevmode devmode(block.Get());
     XDevmodeTestAccess::MarkDirty(devmode);
     EXPECT_TRUE(devmode.CommitToDevmode());
