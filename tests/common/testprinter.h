@@ -23,7 +23,7 @@ public:
         std::optional<ULONGLONG> capabilityWord;
         std::string model;                       // the driver's data file, a shipped model; empty: a dummy file
         std::vector<std::string> dependentFiles; // names of dummy files
-        std::string configurationModule;         // a module beside the test program; empty: a dummy file
+        std::string configurationModule = {};    // a module beside the test program; empty: a dummy file
     };
 
     // Throws std::runtime_error when the spooler refuses.

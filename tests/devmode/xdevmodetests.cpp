@@ -70,12 +70,12 @@ TEST_F(Devmodes, HoldThePartWhereTheCoreDriversSizeLeads)
 {
     struct Case
     {
-        const char* name;
-        std::uint16_t postScriptSize;
-        std::uint16_t unidrvSize;
-        std::size_t partAt;
-        std::size_t areaSize;
-        std::ptrdiff_t expected; // -1: none
+        const char* name = nullptr;
+        std::uint16_t postScriptSize = 0;
+        std::uint16_t unidrvSize = 0;
+        std::size_t partAt = 0;
+        std::size_t areaSize = 0;
+        std::ptrdiff_t expected = -1; // -1: none
         std::uint32_t size = Format::kSize;
         std::uint32_t signature = Format::kSignature;
         std::size_t anotherAt = 0; // 0: there is one part only
@@ -200,7 +200,7 @@ TEST_F(Devmodes, CommitEntriesInOrderAndKeepTheRest)
         devmode.SetPropertyBagEntry(2, replacement);
         EXPECT_EQ(block.Bytes(), before);
         EXPECT_TRUE(devmode.CommitToDevmode());
-        XDevmode(expected.Get()); // terminates its names
+        const XDevmode terminateNames(expected.Get());
         EXPECT_EQ(block.Bytes(), expected.Bytes());
     }
 }
