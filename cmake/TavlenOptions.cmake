@@ -95,10 +95,21 @@ function(tavlen_windows_manifest name)
   endif()
 endfunction()
 
-# tavlen_fuzzer(NAME SOURCE...): a libFuzzer program, run by make fuzz with the seeds in fuzz/seeds/NAME and the
-# dictionary fuzz/NAME.dict where they exist. NAME ends in _fuzzer.
+# tavlen_fuzzer(NAME SOURCES SOURCE... [SEEDS FOLDER...] [DICTIONARY FILE]): a libFuzzer program, run by make fuzz. The
+# seeds are folders of the tree whose files are inputs as they stand; the names of both are left beside the program for
+# scripts/fuzz.sh. NAME ends in _fuzzer.
 function(tavlen_fuzzer name)
-  add_executable(${name} ${ARGN})
+  cmake_parse_arguments(PARSE_ARGV 1 fuzzer "" "DICTIONARY" "SOURCES;SEEDS")
+  add_executable(${name} ${fuzzer_SOURCES})
   target_link_libraries(${name} PRIVATE tavlen_options)
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  add_dependencies(fuzzers ${name})
+  set(inputs "")
+  foreach(folder IN LISTS fuzzer_SEEDS)
+    string(APPEND inputs "${CMAKE_SOURCE_DIR}/${folder}\n")
+  endforeach()
+  file(WRITE "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}.seeds" "${inputs}")
+  if(fuzzer_DICTIONARY)
+    configure_file("${fuzzer_DICTIONARY}" "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}.dict" COPYONLY)
+  endif()
 endfunction()

@@ -17,12 +17,6 @@ CComBSTR MakeBstr(WStringView text, ThrowSite site);
 // The finished query of a builder.
 CXString QueryOf(const PrintTicketQueryBuilder& builder);
 
-// What a check of out-parameters and nodes answers.
-constexpr HRESULT PointerResult(bool allGiven) noexcept
-{
-    return allGiven ? S_OK : E_POINTER;
-}
-
 // The string as an argument; the string stays its owner's and must outlive the call.
 VARIANT BorrowAsVariant(const CComBSTR& text) noexcept;
 

@@ -17,15 +17,15 @@ constexpr WStringView kOwnOptions = W("./%sOption");
 
 constexpr FailureCheck Check(kSourceFile);
 
+} // namespace
+
 // One property of a parameter definition, in the framework namespace.
-struct DefinitionProperty
+struct PrintCapabilitiesXmlDocument::DefinitionProperty
 {
     const WCHAR* name;
     const WCHAR* type;
     CXString value;
 };
-
-} // namespace
 
 PrintCapabilitiesXmlDocument::PrintCapabilitiesXmlDocument(IXMLDOMDocument2* document)
     : PrintSchemaXmlDocument(PrintSchema::kPrintCapabilities, document)
@@ -53,9 +53,7 @@ HRESULT PrintCapabilitiesXmlDocument::CreateFeature(const CXString& featureName,
                                                     IXMLDOMElement** feature) const
 {
     constexpr const WCHAR* kMethod = W("PrintCapabilitiesXmlDocument::CreateFeature");
-    RequireDocument(kMethod);
-    Check(PointerResult(feature != nullptr), kMethod);
-    Check(featureName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, feature != nullptr, !featureName.IsEmpty());
     ComPtr<IXMLDOMElement> created = CreateNamedElement(PrintSchema::kFeature, KeywordsPrefix() + featureName);
     AppendDisplayName(created.Get(), displayName);
     *feature = created.Detach();
@@ -66,8 +64,7 @@ HRESULT PrintCapabilitiesXmlDocument::CreatePickOneFeature(const CXString& featu
                                                            IXMLDOMElement** feature) const
 {
     constexpr const WCHAR* kMethod = W("PrintCapabilitiesXmlDocument::CreatePickOneFeature");
-    RequireDocument(kMethod);
-    Check(PointerResult(feature != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, feature != nullptr);
     ComPtr<IXMLDOMElement> created;
     CreateFeature(featureName, displayName, created.Put());
     AppendProperty(created.Get(), PrintSchema::Framework, kSelectionType, PrintSchema::kQNameType,
@@ -81,9 +78,7 @@ HRESULT PrintCapabilitiesXmlDocument::CreateOption(const CXString& namePrefix, c
                                                    IXMLDOMElement** option) const
 {
     constexpr const WCHAR* kMethod = W("PrintCapabilitiesXmlDocument::CreateOption");
-    RequireDocument(kMethod);
-    Check(PointerResult(option != nullptr), kMethod);
-    Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, option != nullptr, !localName.IsEmpty());
     ComPtr<IXMLDOMElement> created = CreateNamedElement(PrintSchema::kOption, namePrefix + localName);
     AppendDisplayName(created.Get(), displayName);
     if (!constraint.IsEmpty())
@@ -92,27 +87,33 @@ HRESULT PrintCapabilitiesXmlDocument::CreateOption(const CXString& namePrefix, c
     return S_OK;
 }
 
+ComPtr<IXMLDOMElement>
+PrintCapabilitiesXmlDocument::CreateParameterDef(const CXString& name,
+                                                 std::initializer_list<DefinitionProperty> properties) const
+{
+    ComPtr<IXMLDOMElement> created = CreateNamedElement(PrintSchema::kParameterDef, name);
+    for (const DefinitionProperty& property : properties)
+        AppendProperty(created.Get(), PrintSchema::Framework, property.name, property.type, property.value);
+    return created;
+}
+
 HRESULT PrintCapabilitiesXmlDocument::CreateIntegerParameterDef(const CXString& namePrefix, const CXString& localName,
                                                                 const IntegerParameter& parameter,
                                                                 IXMLDOMElement** parameterDef) const
 {
     constexpr const WCHAR* kMethod = W("PrintCapabilitiesXmlDocument::CreateIntegerParameterDef");
-    RequireDocument(kMethod);
-    Check(PointerResult(parameterDef != nullptr), kMethod);
-    Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
-
-    const DefinitionProperty properties[] = {
-        {W("DataType"), PrintSchema::kQNameType, XmlSchemaPrefix() + PrintSchema::kIntegerType},
-        {W("DefaultValue"), PrintSchema::kIntegerType, CXString::FromInteger(parameter.defaultValue)},
-        {W("MaxValue"), PrintSchema::kIntegerType, CXString::FromInteger(parameter.maximum)},
-        {W("MinValue"), PrintSchema::kIntegerType, CXString::FromInteger(parameter.minimum)},
-        {W("Mandatory"), PrintSchema::kQNameType, KeywordsPrefix() + parameter.mandatory},
-        {W("UnitType"), PrintSchema::kStringType, parameter.unitType},
-        {W("Multiple"), PrintSchema::kIntegerType, CXString::FromInteger(1)},
-    };
-    ComPtr<IXMLDOMElement> created = CreateNamedElement(PrintSchema::kParameterDef, namePrefix + localName);
-    for (const DefinitionProperty& property : properties)
-        AppendProperty(created.Get(), PrintSchema::Framework, property.name, property.type, property.value);
+    Require({kMethod, kSourceFile}, parameterDef != nullptr, !localName.IsEmpty());
+    ComPtr<IXMLDOMElement> created = CreateParameterDef(
+        namePrefix + localName,
+        {
+            {W("DataType"), PrintSchema::kQNameType, XmlSchemaPrefix() + PrintSchema::kIntegerType},
+            {W("DefaultValue"), PrintSchema::kIntegerType, CXString::FromInteger(parameter.defaultValue)},
+            {W("MaxValue"), PrintSchema::kIntegerType, CXString::FromInteger(parameter.maximum)},
+            {W("MinValue"), PrintSchema::kIntegerType, CXString::FromInteger(parameter.minimum)},
+            {W("Mandatory"), PrintSchema::kQNameType, KeywordsPrefix() + parameter.mandatory},
+            {W("UnitType"), PrintSchema::kStringType, parameter.unitType},
+            {W("Multiple"), PrintSchema::kIntegerType, CXString::FromInteger(1)},
+        });
     AppendDisplayName(created.Get(), parameter.displayName);
     *parameterDef = created.Detach();
     return S_OK;
@@ -123,22 +124,18 @@ HRESULT PrintCapabilitiesXmlDocument::CreateStringParameterDef(const CXString& n
                                                                IXMLDOMElement** parameterDef) const
 {
     constexpr const WCHAR* kMethod = W("PrintCapabilitiesXmlDocument::CreateStringParameterDef");
-    RequireDocument(kMethod);
-    Check(PointerResult(parameterDef != nullptr), kMethod);
-    Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
-
+    Require({kMethod, kSourceFile}, parameterDef != nullptr, !localName.IsEmpty());
     // The default stands last here, unlike among an integer's properties; and there is never a display name.
-    const DefinitionProperty properties[] = {
-        {W("DataType"), PrintSchema::kQNameType, XmlSchemaPrefix() + PrintSchema::kStringType},
-        {W("MaxLength"), PrintSchema::kIntegerType, CXString::FromInteger(parameter.maximumLength)},
-        {W("MinLength"), PrintSchema::kIntegerType, CXString::FromInteger(0)},
-        {W("Mandatory"), PrintSchema::kQNameType, KeywordsPrefix() + parameter.mandatory},
-        {W("UnitType"), PrintSchema::kStringType, parameter.unitType},
-        {W("DefaultValue"), PrintSchema::kStringType, parameter.defaultText},
-    };
-    ComPtr<IXMLDOMElement> created = CreateNamedElement(PrintSchema::kParameterDef, namePrefix + localName);
-    for (const DefinitionProperty& property : properties)
-        AppendProperty(created.Get(), PrintSchema::Framework, property.name, property.type, property.value);
+    ComPtr<IXMLDOMElement> created = CreateParameterDef(
+        namePrefix + localName,
+        {
+            {W("DataType"), PrintSchema::kQNameType, XmlSchemaPrefix() + PrintSchema::kStringType},
+            {W("MaxLength"), PrintSchema::kIntegerType, CXString::FromInteger(parameter.maximumLength)},
+            {W("MinLength"), PrintSchema::kIntegerType, CXString::FromInteger(0)},
+            {W("Mandatory"), PrintSchema::kQNameType, KeywordsPrefix() + parameter.mandatory},
+            {W("UnitType"), PrintSchema::kStringType, parameter.unitType},
+            {W("DefaultValue"), PrintSchema::kStringType, parameter.defaultText},
+        });
     *parameterDef = created.Detach();
     return S_OK;
 }
@@ -146,13 +143,8 @@ HRESULT PrintCapabilitiesXmlDocument::CreateStringParameterDef(const CXString& n
 HRESULT PrintCapabilitiesXmlDocument::GetParameterDefNodeIfExists(const CXString& namePrefix, const CXString& localName,
                                                                   IXMLDOMNode** parameterDef) const
 {
-    constexpr const WCHAR* kMethod = W("PrintCapabilitiesXmlDocument::GetParameterDefNodeIfExists");
-    RequireDocument(kMethod);
-    Check(PointerResult(parameterDef != nullptr), kMethod);
-    Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
-    PrintTicketQueryBuilder builder(FrameworkPrefix());
-    builder.AddParameterDef(namePrefix, localName);
-    return GetNode(QueryOf(builder), parameterDef);
+    return FindNamed(&PrintTicketQueryBuilder::AddParameterDef, namePrefix, localName, parameterDef,
+                     {W("PrintCapabilitiesXmlDocument::GetParameterDefNodeIfExists"), kSourceFile});
 }
 
 HRESULT PrintCapabilitiesXmlDocument::DeleteParameterDefNodeIfExists(const CXString& namePrefix,
@@ -180,8 +172,7 @@ HRESULT PrintCapabilitiesXmlDocument::ReplaceDisplayNamePropertyValue(IXMLDOMNod
                                                                       const CXString& displayName) const
 {
     constexpr const WCHAR* kMethod = W("PrintCapabilitiesXmlDocument::ReplaceDisplayNamePropertyValue");
-    RequireDocument(kMethod);
-    Check(PointerResult(featureOrOption != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, featureOrOption != nullptr);
     PrintTicketQueryBuilder builder(FrameworkPrefix(), PrintTicketQueryBuilder::Start::ContextNode);
     builder.AddChildPropertyValue(KeywordsPrefix(), kDisplayName);
     ComPtr<IXMLDOMNode> value;
@@ -204,8 +195,7 @@ HRESULT PrintCapabilitiesXmlDocument::ReplaceOptionDisplayNamePropertyValue(IXML
 HRESULT PrintCapabilitiesXmlDocument::GetChildOptionNodes(IXMLDOMNode* feature, IXMLDOMNodeList** options) const
 {
     constexpr const WCHAR* kMethod = W("PrintCapabilitiesXmlDocument::GetChildOptionNodes");
-    RequireDocument(kMethod);
-    Check(PointerResult(feature != nullptr && options != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, feature != nullptr && options != nullptr);
     const CXString query = CXString::Format(kOwnOptions, {FrameworkPrefix()});
     Check(feature->selectNodes(MakeBstr(query, {kMethod, kSourceFile}).Get(), options), kMethod);
     return S_OK;
@@ -215,9 +205,7 @@ HRESULT PrintCapabilitiesXmlDocument::GetChildOptionNodeIfExists(IXMLDOMNode* fe
                                                                  const CXString& optionName, IXMLDOMNode** option) const
 {
     constexpr const WCHAR* kMethod = W("PrintCapabilitiesXmlDocument::GetChildOptionNodeIfExists");
-    RequireDocument(kMethod);
-    Check(PointerResult(feature != nullptr && option != nullptr), kMethod);
-    Check(optionName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, feature != nullptr && option != nullptr, !optionName.IsEmpty());
     PrintTicketQueryBuilder builder(FrameworkPrefix(), PrintTicketQueryBuilder::Start::ContextNode);
     builder.AddChildOptionName(optionPrefix, optionName);
     return SelectBelow(feature, builder, option, kMethod);
@@ -228,9 +216,7 @@ HRESULT PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString(IXMLDO
                                                                           BSTR* value) const
 {
     constexpr const WCHAR* kMethod = W("PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString");
-    RequireDocument(kMethod);
-    Check(PointerResult(option != nullptr && value != nullptr), kMethod);
-    Check(scoredPropertyName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, option != nullptr && value != nullptr, !scoredPropertyName.IsEmpty());
     PrintTicketQueryBuilder builder(FrameworkPrefix(), PrintTicketQueryBuilder::Start::ContextNode);
     builder.AddScoredProperty(KeywordsPrefix(), scoredPropertyName);
     ComPtr<IXMLDOMNode> scoredProperty;

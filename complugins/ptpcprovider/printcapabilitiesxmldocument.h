@@ -7,6 +7,8 @@
 // elements are handed out detached; when a step fails, nothing is.
 #pragma once
 
+#include <initializer_list>
+
 #include "complugins/ptpcprovider/printschemaxmldocument.h"
 
 class PrintCapabilitiesXmlDocument : public PrintSchemaXmlDocument
@@ -72,6 +74,11 @@ public:
                                                 BSTR* value) const;
 
 private:
+    struct DefinitionProperty;
+
+    // Detached, with these properties in this order.
+    ComPtr<IXMLDOMElement> CreateParameterDef(const CXString& name,
+                                              std::initializer_list<DefinitionProperty> properties) const;
     void AppendProperty(IXMLDOMElement* parent, ULONG namespaceIndex, const CXString& localName,
                         const CXString& typeName, const CXString& value) const;
     void AppendDisplayName(IXMLDOMElement* parent, const CXString& displayName) const;

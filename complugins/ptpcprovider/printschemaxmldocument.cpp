@@ -195,7 +195,7 @@ HRESULT PrintSchemaXmlDocument::FindRootDeclaration(const CXString& declaration,
 CXString PrintSchemaXmlDocument::GetNsPrefix(ULONG namespaceIndex) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetNsPrefix");
-    RequireDocument(kMethod);
+    Require({kMethod, kSourceFile});
     switch (namespaceIndex)
     {
     case PrintSchema::Framework:
@@ -212,9 +212,7 @@ CXString PrintSchemaXmlDocument::GetNsPrefix(ULONG namespaceIndex) const
 HRESULT PrintSchemaXmlDocument::GetPrefixFromURI(const CXString& namespaceUri, BSTR* prefix) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetPrefixFromURI");
-    RequireDocument(kMethod);
-    Check(PointerResult(prefix != nullptr), kMethod);
-    Check(namespaceUri.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, prefix != nullptr, !namespaceUri.IsEmpty());
 
     ComPtr<IXMLDOMNamedNodeMap> attributes;
     Check(m_rootNode->get_attributes(attributes.Put()), kMethod);
@@ -240,9 +238,7 @@ HRESULT PrintSchemaXmlDocument::GetPrefixFromURI(const CXString& namespaceUri, B
 HRESULT PrintSchemaXmlDocument::GetNode(const CXString& query, IXMLDOMNode** node) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetNode");
-    RequireDocument(kMethod);
-    Check(PointerResult(node != nullptr), kMethod);
-    Check(query.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, node != nullptr, !query.IsEmpty());
     ComPtr<IXMLDOMNode> found;
     const HRESULT result = m_document->selectSingleNode(MakeBstr(query, {kMethod, kSourceFile}).Get(), found.Put());
     Check(result, kMethod);
@@ -260,22 +256,25 @@ HRESULT PrintSchemaXmlDocument::SelectNodes(const CXString& query, IXMLDOMNodeLi
 HRESULT PrintSchemaXmlDocument::GetNodes(const CXString& elementName, IXMLDOMNodeList** nodes) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetNodes");
-    RequireDocument(kMethod);
-    Check(PointerResult(nodes != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, nodes != nullptr);
     Check(elementName.IsEmpty() ? E_FAIL : S_OK, kMethod);
     return SelectNodes(CXString::Format(kEveryElementOfAName, {m_frameworkPrefix, elementName}), nodes, kMethod);
+}
+
+HRESULT PrintSchemaXmlDocument::FindNamed(NamedFragment fragment, const CXString& namePrefix, const CXString& localName,
+                                          IXMLDOMNode** node, ThrowSite site) const
+{
+    Require(site, node != nullptr, !localName.IsEmpty());
+    PrintTicketQueryBuilder builder(m_frameworkPrefix);
+    (builder.*fragment)(namePrefix, localName);
+    return GetNode(QueryOf(builder), node);
 }
 
 HRESULT PrintSchemaXmlDocument::GetFeatureNodeIfExists(const CXString& namePrefix, const CXString& localName,
                                                        IXMLDOMNode** feature) const
 {
-    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetFeatureNodeIfExists");
-    RequireDocument(kMethod);
-    Check(PointerResult(feature != nullptr), kMethod);
-    Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
-    PrintTicketQueryBuilder builder(m_frameworkPrefix);
-    builder.AddFeature(namePrefix, localName);
-    return GetNode(QueryOf(builder), feature);
+    return FindNamed(&PrintTicketQueryBuilder::AddFeature, namePrefix, localName, feature,
+                     {W("PrintSchemaXmlDocument::GetFeatureNodeIfExists"), kSourceFile});
 }
 
 HRESULT PrintSchemaXmlDocument::GetFeatureNode(const CXString& namePrefix, const CXString& localName,
@@ -289,8 +288,7 @@ HRESULT PrintSchemaXmlDocument::GetFeatureNode(const CXString& namePrefix, const
 HRESULT PrintSchemaXmlDocument::GetNodeValue(const CXString& query, BSTR* value) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetNodeValue");
-    RequireDocument(kMethod);
-    Check(PointerResult(value != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, value != nullptr);
     SysFreeString(std::exchange(*value, nullptr));
     Check(query.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
 
@@ -333,9 +331,7 @@ HRESULT PrintSchemaXmlDocument::GetInitialiserValue(IXMLDOMNode* parameterRef, C
 HRESULT PrintSchemaXmlDocument::GetAttributeValue(IXMLDOMNode* node, const CXString& attributeName, BSTR* value) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::GetAttributeValue");
-    RequireDocument(kMethod);
-    Check(PointerResult(node != nullptr && value != nullptr), kMethod);
-    Check(attributeName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, node != nullptr && value != nullptr, !attributeName.IsEmpty());
     ComPtr<IXMLDOMNode> attribute;
     if (FindAttribute(node, attributeName, attribute, {kMethod, kSourceFile}) == S_FALSE)
         return S_FALSE;
@@ -348,8 +344,7 @@ HRESULT PrintSchemaXmlDocument::GetAttributeValue(IXMLDOMNode* node, const CXStr
 HRESULT PrintSchemaXmlDocument::DeleteNode(IXMLDOMNode* node) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::DeleteNode");
-    RequireDocument(kMethod);
-    Check(PointerResult(node != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, node != nullptr);
     ComPtr<IXMLDOMNode> parent;
     const HRESULT result = node->get_parentNode(parent.Put());
     Check(result, kMethod);
@@ -372,8 +367,7 @@ HRESULT PrintSchemaXmlDocument::DeleteFeatureNodeIfADuplicateExists(const CXStri
                                                                     const CXString& localName) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::DeleteFeatureNodeIfADuplicateExists");
-    RequireDocument(kMethod);
-    Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, true, !localName.IsEmpty());
     PrintTicketQueryBuilder builder(m_frameworkPrefix);
     builder.AddFeature(namePrefix, localName);
     ComPtr<IXMLDOMNodeList> features;
@@ -391,7 +385,7 @@ HRESULT PrintSchemaXmlDocument::DeleteFeatureNodeIfADuplicateExists(const CXStri
 HRESULT PrintSchemaXmlDocument::DeletePropertyNodesIfExist(const CXString& namePrefix, const CXString& localName) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::DeletePropertyNodesIfExist");
-    RequireDocument(kMethod);
+    Require({kMethod, kSourceFile});
     Check(localName.IsEmpty() ? E_FAIL : S_OK, kMethod);
     PrintTicketQueryBuilder builder(m_frameworkPrefix);
     builder.AddProperty(namePrefix, localName);
@@ -424,10 +418,10 @@ void PrintSchemaXmlDocument::ReadTypedValue(IXMLDOMNode* node, CComBSTR& value) 
         Check(node->get_text(value.Put()), kMethod);
 }
 
-void PrintSchemaXmlDocument::RequireDocument(const WCHAR* method) const
+void PrintSchemaXmlDocument::Require(ThrowSite site, bool pointersGiven, bool textsGiven) const
 {
-    if (!m_document)
-        ThrowComException(E_POINTER, {method, kSourceFile});
+    ThrowIfFailed(m_document && pointersGiven ? S_OK : E_POINTER, site);
+    ThrowIfFailed(textsGiven ? S_OK : E_INVALIDARG, site);
 }
 
 IXMLDOMDocument2* PrintSchemaXmlDocument::GetDocument() const noexcept

@@ -17,6 +17,7 @@
 #include <windows.h>
 
 #include <tvutil/cxstring.h>
+#include <tvutil/throwsite.h>
 
 #include "complugins/ptpcprovider/printschemanamespaces.h"
 #include "complugins/ptpcprovider/printticketquerybuilder.h"
@@ -101,8 +102,16 @@ public:
     [[nodiscard]] IXMLDOMDocument2* GetDocument() const noexcept;
 
 protected:
-    // The `method` of these is the operation that asks, as failures name it.
-    void RequireDocument(const WCHAR* method) const;
+    // In these, the site and the `method` are the operation's that asks, as failures name it.
+
+    // What every operation asks first: an empty wrapper and a missing pointer are E_POINTER, an empty text that must
+    // not be is E_INVALIDARG.
+    void Require(ThrowSite site, bool pointersGiven = true, bool textsGiven = true) const;
+
+    // The first element that a fragment of the query builder finds in the document; the local name must not be empty.
+    using NamedFragment = void (PrintTicketQueryBuilder::*)(const CXString& namePrefix, const CXString& localName);
+    HRESULT FindNamed(NamedFragment fragment, const CXString& namePrefix, const CXString& localName, IXMLDOMNode** node,
+                      ThrowSite site) const;
 
     HRESULT SelectNodes(const CXString& query, IXMLDOMNodeList** nodes, const WCHAR* method) const;
     // A typed value or, failing that, the text: empty is a null string.

@@ -16,15 +16,14 @@ constexpr FailureCheck Check(kSourceFile);
 HRESULT PrintSchemaXmlDocument::AppendChildToRootNode(IXMLDOMNode* node) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildToRootNode");
-    RequireDocument(kMethod);
+    Require({kMethod, kSourceFile});
     return AppendChild(m_rootNode.Get(), node);
 }
 
 HRESULT PrintSchemaXmlDocument::AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChild");
-    RequireDocument(kMethod);
-    Check(PointerResult(parent != nullptr && child != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, parent != nullptr && child != nullptr);
     ComPtr<IXMLDOMNode> appended;
     Check(parent->appendChild(child, appended.Put()), kMethod);
     return S_OK;
@@ -45,9 +44,7 @@ void PrintSchemaXmlDocument::CreateNode(DOMNodeType type, const CXString& name, 
 HRESULT PrintSchemaXmlDocument::CreateXMLElement(const CXString& qualifiedName, IXMLDOMElement** element) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateXMLElement");
-    RequireDocument(kMethod);
-    Check(PointerResult(element != nullptr), kMethod);
-    Check(qualifiedName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, element != nullptr, !qualifiedName.IsEmpty());
     ComPtr<IXMLDOMNode> node;
     CreateNode(NODE_ELEMENT, qualifiedName, PrintSchema::kFrameworkUri, node.Put(), kMethod);
     ComPtr<IXMLDOMElement> created;
@@ -60,9 +57,7 @@ HRESULT PrintSchemaXmlDocument::AppendXMLAttribute(IXMLDOMElement* element, cons
                                                    const CXString& namespaceUri, const CXString& value) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendXMLAttribute");
-    RequireDocument(kMethod);
-    Check(PointerResult(element != nullptr), kMethod);
-    Check(qualifiedName.IsEmpty() || value.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, element != nullptr, !qualifiedName.IsEmpty() && !value.IsEmpty());
     ComPtr<IXMLDOMNode> node;
     CreateNode(NODE_ATTRIBUTE, qualifiedName, namespaceUri, node.Put(), kMethod);
     ComPtr<IXMLDOMAttribute> attribute;
@@ -100,9 +95,7 @@ HRESULT PrintSchemaXmlDocument::CreateProperty(ULONG namespaceIndex, const CXStr
                                                IXMLDOMElement** property) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateProperty");
-    RequireDocument(kMethod);
-    Check(PointerResult(property != nullptr), kMethod);
-    Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, property != nullptr, !localName.IsEmpty());
     *property = CreateNamedElement(PrintSchema::kProperty, GetNsPrefix(namespaceIndex) + localName).Detach();
     return S_OK;
 }
@@ -112,8 +105,7 @@ HRESULT PrintSchemaXmlDocument::CreateProperty(ULONG namespaceIndex, const CXStr
                                                IXMLDOMElement** property) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateProperty");
-    RequireDocument(kMethod);
-    Check(PointerResult(property != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, property != nullptr);
     ComPtr<IXMLDOMElement> created;
     CreateProperty(namespaceIndex, localName, created.Put());
     AppendTypedValue(created.Get(), typeName, value);
@@ -124,9 +116,7 @@ HRESULT PrintSchemaXmlDocument::CreateProperty(ULONG namespaceIndex, const CXStr
 HRESULT PrintSchemaXmlDocument::CreateScoredProperty(const CXString& fullName, IXMLDOMElement** scoredProperty) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateScoredProperty");
-    RequireDocument(kMethod);
-    Check(PointerResult(scoredProperty != nullptr), kMethod);
-    Check(fullName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, scoredProperty != nullptr, !fullName.IsEmpty());
     *scoredProperty = CreateNamedElement(PrintSchema::kScoredProperty, fullName).Detach();
     return S_OK;
 }
@@ -135,8 +125,7 @@ HRESULT PrintSchemaXmlDocument::CreateScoredProperty(const CXString& fullName, c
                                                      const CXString& value, IXMLDOMElement** scoredProperty) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateScoredProperty");
-    RequireDocument(kMethod);
-    Check(PointerResult(scoredProperty != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, scoredProperty != nullptr);
     ComPtr<IXMLDOMElement> created;
     CreateScoredProperty(fullName, created.Put());
     AppendTypedValue(created.Get(), typeName, value);
@@ -153,9 +142,7 @@ HRESULT PrintSchemaXmlDocument::CreateIntegerScoredProperty(const CXString& full
 HRESULT PrintSchemaXmlDocument::CreateParameterRef(const CXString& parameterName, IXMLDOMElement** parameterRef) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateParameterRef");
-    RequireDocument(kMethod);
-    Check(PointerResult(parameterRef != nullptr), kMethod);
-    Check(parameterName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, parameterRef != nullptr, !parameterName.IsEmpty());
     *parameterRef = CreateNamedElement(PrintSchema::kParameterRef, parameterName).Detach();
     return S_OK;
 }
@@ -165,8 +152,7 @@ HRESULT PrintSchemaXmlDocument::CreateParameterRefScoredProperty(const CXString&
                                                                  IXMLDOMElement** scoredProperty) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::CreateParameterRefScoredProperty");
-    RequireDocument(kMethod);
-    Check(PointerResult(scoredProperty != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, scoredProperty != nullptr);
     ComPtr<IXMLDOMElement> created;
     CreateScoredProperty(scoredPropertyName, created.Put());
     ComPtr<IXMLDOMElement> reference;
@@ -180,8 +166,7 @@ HRESULT PrintSchemaXmlDocument::AppendChildIntegerProperty(IXMLDOMNode* parent, 
                                                            const CXString& localName, LONG value) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildIntegerProperty");
-    RequireDocument(kMethod);
-    Check(PointerResult(parent != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, parent != nullptr);
     ComPtr<IXMLDOMElement> property;
     CreateProperty(PrintSchema::Keywords, localName, PrintSchema::kIntegerType, CXString::FromInteger(value),
                    property.Put());
@@ -200,8 +185,7 @@ HRESULT PrintSchemaXmlDocument::AppendChildQNameScoredProperty(IXMLDOMNode* pare
                                                                const CXString& qualifiedValue) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildQNameScoredProperty");
-    RequireDocument(kMethod);
-    Check(PointerResult(parent != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, parent != nullptr);
     ComPtr<IXMLDOMElement> scoredProperty;
     CreateScoredProperty(fullName, PrintSchema::kQNameType, qualifiedValue, scoredProperty.Put());
     return AppendChild(parent, scoredProperty.Get());
@@ -213,8 +197,7 @@ HRESULT PrintSchemaXmlDocument::AppendChildParameterRefScoredProperty(IXMLDOMNod
                                                                       IXMLDOMElement** scoredProperty) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildParameterRefScoredProperty");
-    RequireDocument(kMethod);
-    Check(PointerResult(parent != nullptr && scoredProperty != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, parent != nullptr && scoredProperty != nullptr);
     ComPtr<IXMLDOMElement> created;
     CreateParameterRefScoredProperty(scoredPropertyName, parameterName, created.Put());
     AppendChild(parent, created.Get());

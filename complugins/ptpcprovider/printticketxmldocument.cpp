@@ -34,9 +34,7 @@ HRESULT PrintTicketXmlDocument::GetFeatureOption(const CXString& featureName, BS
                                                  BSTR* optionPrefix) const
 {
     constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::GetFeatureOption");
-    RequireDocument(kMethod);
-    Check(PointerResult(optionName != nullptr && optionPrefix != nullptr), kMethod);
-    Check(featureName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, optionName != nullptr && optionPrefix != nullptr, !featureName.IsEmpty());
 
     PrintTicketQueryBuilder builder(FrameworkPrefix());
     builder.AddFeature(KeywordsPrefix(), featureName);
@@ -62,9 +60,7 @@ HRESULT PrintTicketXmlDocument::GetScoredPropertyValue(const CXString& featureNa
                                                        BSTR* value) const
 {
     constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::GetScoredPropertyValue");
-    RequireDocument(kMethod);
-    Check(PointerResult(value != nullptr), kMethod);
-    Check(featureName.IsEmpty() || scoredPropertyName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, value != nullptr, !featureName.IsEmpty() && !scoredPropertyName.IsEmpty());
     PrintTicketQueryBuilder builder(FrameworkPrefix());
     builder.AddFeature(KeywordsPrefix(), featureName);
     builder.AddScoredProperty(KeywordsPrefix(), scoredPropertyName);
@@ -76,8 +72,7 @@ HRESULT PrintTicketXmlDocument::GetScoredPropertyValue(const CXString& featureNa
                                                        ULONG* value) const
 {
     constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::GetScoredPropertyValue");
-    RequireDocument(kMethod);
-    Check(PointerResult(value != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, value != nullptr);
     CComBSTR text;
     const HRESULT result = GetScoredPropertyValue(featureName, scoredPropertyName, text.Put());
     if (result == kNotFound)
@@ -89,22 +84,15 @@ HRESULT PrintTicketXmlDocument::GetScoredPropertyValue(const CXString& featureNa
 HRESULT PrintTicketXmlDocument::GetParameterInitNodeIfExists(const CXString& namePrefix, const CXString& localName,
                                                              IXMLDOMNode** parameterInit) const
 {
-    constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::GetParameterInitNodeIfExists");
-    RequireDocument(kMethod);
-    Check(PointerResult(parameterInit != nullptr), kMethod);
-    Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
-    PrintTicketQueryBuilder builder(FrameworkPrefix());
-    builder.AddParameterInit(namePrefix, localName);
-    return GetNode(QueryOf(builder), parameterInit);
+    return FindNamed(&PrintTicketQueryBuilder::AddParameterInit, namePrefix, localName, parameterInit,
+                     {W("PrintTicketXmlDocument::GetParameterInitNodeIfExists"), kSourceFile});
 }
 
 HRESULT PrintTicketXmlDocument::GetParameterInitValueNodeIfExists(const CXString& namePrefix, const CXString& localName,
                                                                   IXMLDOMNode** value) const
 {
     constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::GetParameterInitValueNodeIfExists");
-    RequireDocument(kMethod);
-    Check(PointerResult(value != nullptr), kMethod);
-    Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, value != nullptr, !localName.IsEmpty());
     PrintTicketQueryBuilder builder(FrameworkPrefix());
     builder.AddParameterInit(namePrefix, localName);
     builder.AddValue();
@@ -115,9 +103,7 @@ HRESULT PrintTicketXmlDocument::CreateFeatureOptionPair(ULONG /*namespaceIndex*/
                                                         IXMLDOMElement** feature, IXMLDOMElement** option) const
 {
     constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::CreateFeatureOptionPair");
-    RequireDocument(kMethod);
-    Check(PointerResult(feature != nullptr && option != nullptr), kMethod);
-    Check(featureName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, feature != nullptr && option != nullptr, !featureName.IsEmpty());
     ComPtr<IXMLDOMElement> newFeature = CreateNamedElement(PrintSchema::kFeature, KeywordsPrefix() + featureName);
     ComPtr<IXMLDOMElement> newOption;
     CreateXMLElement(FrameworkPrefix() + PrintSchema::kOption, newOption.Put());
@@ -132,9 +118,8 @@ HRESULT PrintTicketXmlDocument::CreateFeatureOptionPair(ULONG namespaceIndex, co
                                                         IXMLDOMElement** feature, IXMLDOMElement** option) const
 {
     constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::CreateFeatureOptionPair");
-    RequireDocument(kMethod);
-    Check(PointerResult(feature != nullptr && option != nullptr), kMethod);
-    Check(featureName.IsEmpty() || optionName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, feature != nullptr && option != nullptr,
+            !featureName.IsEmpty() && !optionName.IsEmpty());
     ComPtr<IXMLDOMElement> newFeature;
     ComPtr<IXMLDOMElement> newOption;
     CreateFeatureOptionPair(namespaceIndex, featureName, newFeature.Put(), newOption.Put());
@@ -159,9 +144,8 @@ HRESULT PrintTicketXmlDocument::CreateStringParameterInit(const CXString& namePr
                                                           const CXString& value, IXMLDOMElement** parameterInit) const
 {
     constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::CreateStringParameterInit");
-    RequireDocument(kMethod);
-    Check(PointerResult(parameterInit != nullptr), kMethod);
-    Check(namePrefix.IsEmpty() || localName.IsEmpty() || value.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, parameterInit != nullptr,
+            !namePrefix.IsEmpty() && !localName.IsEmpty() && !value.IsEmpty());
     return CreateParameterInit(namePrefix, localName, PrintSchema::kStringType, value, parameterInit);
 }
 
@@ -169,8 +153,7 @@ HRESULT PrintTicketXmlDocument::CreateIntegerParameterInit(const CXString& nameP
                                                            ULONG value, IXMLDOMElement** parameterInit) const
 {
     constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::CreateIntegerParameterInit");
-    RequireDocument(kMethod);
-    Check(PointerResult(parameterInit != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, parameterInit != nullptr);
     // A ticket without the keywords namespace has names without a prefix: only the local name must be there.
     Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
     return CreateParameterInit(namePrefix, localName, PrintSchema::kIntegerType, CXString::FromUnsigned(value),
@@ -197,8 +180,7 @@ HRESULT PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists(con
                                                                              const CXString& localName) const
 {
     constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists");
-    RequireDocument(kMethod);
-    Check(localName.IsEmpty() ? E_INVALIDARG : S_OK, kMethod);
+    Require({kMethod, kSourceFile}, true, !localName.IsEmpty());
     ComPtr<IXMLDOMNode> feature;
     if (GetFeatureNodeIfExists(namePrefix, localName, feature.Put()) == S_FALSE)
         return S_FALSE;
@@ -214,8 +196,7 @@ HRESULT PrintTicketXmlDocument::DeleteParamInitOrphans(IXMLDOMNodeList* paramete
                                                        IXMLDOMNodeList* parameterInits) const
 {
     constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::DeleteParamInitOrphans");
-    RequireDocument(kMethod);
-    Check(PointerResult(parameterRefs != nullptr && parameterInits != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, parameterRefs != nullptr && parameterInits != nullptr);
     LONG referenceCount = 0;
     Check(parameterRefs->get_length(&referenceCount), kMethod);
     if (referenceCount == 0) // without any reference every initialiser goes
@@ -245,8 +226,7 @@ HRESULT PrintTicketXmlDocument::DeleteParamInitOrphans(IXMLDOMNodeList* paramete
 HRESULT PrintTicketXmlDocument::DeleteNodeList(IXMLDOMNodeList* nodes) const
 {
     constexpr const WCHAR* kMethod = W("PrintTicketXmlDocument::DeleteNodeList");
-    RequireDocument(kMethod);
-    Check(PointerResult(nodes != nullptr), kMethod);
+    Require({kMethod, kSourceFile}, nodes != nullptr);
     for (const ComPtr<IXMLDOMNode>& node : NodesOf(nodes, {kMethod, kSourceFile}))
         DeleteNode(node.Get());
     return S_OK;

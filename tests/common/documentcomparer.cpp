@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "complugins/ptpcprovider/domhelpers.h"
-#include "tests/common/testdocuments.h"
 #include "utilitiesstaticlib/ccombstr.h"
 
 namespace
@@ -19,7 +18,7 @@ std::string Get(IXMLDOMNode* node, Getter getter)
 {
     CComBSTR text;
     (node->*getter)(text.Put());
-    return Utf8(text.View());
+    return CXString(text).ToUtf8();
 }
 
 struct Element
