@@ -19,3 +19,9 @@ HRESULT CodeOf(const std::function<void()>& action, std::string* place)
     }
     return S_OK;
 }
+
+void ExpectCode(HRESULT code, const std::vector<std::function<void()>>& actions)
+{
+    for (std::size_t at = 0; at < actions.size(); ++at)
+        EXPECT_EQ(code, CodeOf(actions[at])) << "action " << at;
+}

@@ -183,78 +183,25 @@ TEST_F(CapabilitiesDocument, RefusesNullsAndEmptyNames)
     const ComPtr<IXMLDOMNode> feature = Feature(W("F"));
     ComPtr<IXMLDOMNode> node;
     CComBSTR text;
-    const std::pair<HRESULT, std::function<void()>> cases[] = {
-        {E_POINTER,
-         [&]
-         {
-             c.CreateFeature(W("F"), W(""), nullptr);
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             c.CreateFeature(W(""), W(""), element.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             c.CreatePickOneFeature(W(""), W(""), element.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             c.CreateOption(W("psk:"), W(""), W(""), W(""), element.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             c.CreateIntegerParameterDef(W("psk:"), W(""), {}, element.Put());
-         }},
-        {E_POINTER,
-         [&]
-         {
-             c.CreateStringParameterDef(W("psk:"), W("S"), {}, nullptr);
-         }},
-        {E_POINTER,
-         [&]
-         {
-             c.ReplaceDisplayNamePropertyValue(nullptr, W("x"));
-         }},
-        {E_POINTER,
-         [&]
-         {
-             c.ReplaceOptionDisplayNamePropertyValue(nullptr, W("psk:"), W("A"), W("x"));
-         }},
-        {E_POINTER,
-         [&]
-         {
-             c.GetChildOptionNodes(nullptr, nullptr);
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             c.GetChildOptionNodeIfExists(feature.Get(), W("psk:"), W(""), node.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             c.GetChildScoredPropertyValueAsString(feature.Get(), W(""), text.Put());
-         }},
-        {E_POINTER,
-         [&]
-         {
-             c.GetChildScoredPropertyValueAsString(nullptr, W("P"), text.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             c.DeleteParameterDefNodeIfExists(W("psk:"), W(""));
-         }},
-    };
-    for (const auto& [code, action] : cases)
-    {
-        SCOPED_TRACE(&code - &cases[0].first);
-        EXPECT_EQ(code, CodeOf(action));
-    }
+    ExpectCode(E_POINTER,
+               {
+                   [&] { c.CreateFeature(W("F"), W(""), nullptr); },
+                   [&] { c.CreateStringParameterDef(W("psk:"), W("S"), {}, nullptr); },
+                   [&] { c.ReplaceDisplayNamePropertyValue(nullptr, W("x")); },
+                   [&] { c.ReplaceOptionDisplayNamePropertyValue(nullptr, W("psk:"), W("A"), W("x")); },
+                   [&] { c.GetChildOptionNodes(nullptr, nullptr); },
+                   [&] { c.GetChildScoredPropertyValueAsString(nullptr, W("P"), text.Put()); },
+               });
+    ExpectCode(E_INVALIDARG,
+               {
+                   [&] { c.CreateFeature(W(""), W(""), element.Put()); },
+                   [&] { c.CreatePickOneFeature(W(""), W(""), element.Put()); },
+                   [&] { c.CreateOption(W("psk:"), W(""), W(""), W(""), element.Put()); },
+                   [&] { c.CreateIntegerParameterDef(W("psk:"), W(""), {}, element.Put()); },
+                   [&] { c.GetChildOptionNodeIfExists(feature.Get(), W("psk:"), W(""), node.Put()); },
+                   [&] { c.GetChildScoredPropertyValueAsString(feature.Get(), W(""), text.Put()); },
+                   [&] { c.DeleteParameterDefNodeIfExists(W("psk:"), W("")); },
+               });
     ExpectContent("<psf:Feature name=\"psk:F\"/>");
     EXPECT_EQ(S_FALSE, CodeOf([] { const PrintCapabilitiesXmlDocument ticket(LoadDocument(TicketAround("")).Get()); }));
     EXPECT_EQ(E_POINTER,

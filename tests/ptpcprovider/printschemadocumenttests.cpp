@@ -47,6 +47,15 @@ const PrefixCase kPrefixCases[] = {
      "<fw:PrintTicket xmlns:fw=\"http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework\" "
      "xmlns:kw=\"http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords\" version=\"1\"/>",
      "fw:", "kw:", "ns0000:"},
+    {"prefixes that are words of queries",
+     "<or:PrintTicket xmlns:or=\"http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework\" "
+     "xmlns:div=\"http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords\" version=\"1\"/>",
+     "or:", "div:", "ns0000:"},
+    {"prefixes with every kind of sign",
+     "<\xC3\xA9.a-1:PrintTicket "
+     "xmlns:\xC3\xA9.a-1=\"http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework\" "
+     "xmlns:_=\"http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords\" version=\"1\"/>",
+     "\xC3\xA9.a-1:", "_:", "ns0000:"},
     {"private prefix of our own", TicketAround("", Declare("xmlns:tk", kPrivateUri)), "psf:", "psk:", "tk:"},
     {"private prefix of the service", TicketAround("", Declare("xmlns:ns0000", kPrivateUri)), "psf:", "psk:", "tk:"},
     {"keywords undeclared",
@@ -80,6 +89,15 @@ TEST(WrappedDocument, FindsThePrefixesThatTheRootDeclares)
         EXPECT_EQ(test.keywords, ticket.GetNsPrefix(PrintSchema::Keywords).ToUtf8());
         EXPECT_EQ(test.privateKeywords, ticket.GetNsPrefix(PrintSchema::PrivateKeywords).ToUtf8());
         EXPECT_EQ(E_INVALIDARG, CodeOf([&] { static_cast<void>(ticket.GetNsPrefix(3)); }));
+        CComBSTR text;
+        EXPECT_EQ(*test.keywords != '\0' ? S_OK : S_FALSE,
+                  ticket.GetPrefixFromURI(PrintSchema::kKeywordsUri, text.Put()));
+
+        // Every query is written with the document's own prefix from then on.
+        ticket.AppendIntegerParameterInit(ticket.GetNsPrefix(PrintSchema::Keywords), W("P"), 7);
+        EXPECT_EQ(S_OK, ticket.GetNodeValue(W("//") + ticket.GetNsPrefix(0) + W("ParameterInit"), text.Put()));
+        EXPECT_EQ("7", Utf8(text.View()));
+        EXPECT_EQ("", CompareDocuments(document.Get(), Reparse(document.Get()).Get()));
     }
 }
 
@@ -419,88 +437,27 @@ TEST_F(Operations, RefuseNullsAndEmptyNames)
     ComPtr<IXMLDOMElement> element;
     ticket->CreateXMLElement(W("psf:X"), element.Put());
     const auto& t = *ticket;
-    const std::pair<HRESULT, std::function<void()>> cases[] = {
-        {E_INVALIDARG,
-         [&]
-         {
-             t.CreateXMLElement(W(""), out.Put());
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.CreateXMLElement(W("psf:X"), nullptr);
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.AppendXMLAttribute(nullptr, W("a"), W(""), W("v"));
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.AppendXMLAttribute(element.Get(), W(""), W(""), W("v"));
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.CreateProperty(0, W(""), out.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.CreateProperty(9, W("P"), out.Put());
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.CreateProperty(0, W("P"), W("integer"), W("1"), nullptr);
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.CreateScoredProperty(W(""), out.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.CreateParameterRef(W(""), out.Put());
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.AppendChildIntegerProperty(nullptr, 1, W("P"), 1);
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.AppendChildQNameScoredProperty(nullptr, W("psk:P"), W("psk:V"));
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.AppendChild(nullptr, element.Get());
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.AppendChildToRootNode(nullptr);
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.GetPrefixFromURI(W(""), CComBSTR().Put());
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.GetPrefixFromURI(W("urn:x"), nullptr);
-         }},
-    };
-    for (const auto& [code, action] : cases)
-    {
-        SCOPED_TRACE(&code - &cases[0].first);
-        EXPECT_EQ(code, CodeOf(action));
-    }
+    ExpectCode(E_POINTER,
+               {
+                   [&] { t.CreateXMLElement(W("psf:X"), nullptr); },
+                   [&] { t.AppendXMLAttribute(nullptr, W("a"), W(""), W("v")); },
+                   [&] { t.CreateProperty(0, W("P"), W("integer"), W("1"), nullptr); },
+                   [&] { t.AppendChildIntegerProperty(nullptr, 1, W("P"), 1); },
+                   [&] { t.AppendChildQNameScoredProperty(nullptr, W("psk:P"), W("psk:V")); },
+                   [&] { t.AppendChild(nullptr, element.Get()); },
+                   [&] { t.AppendChildToRootNode(nullptr); },
+                   [&] { t.GetPrefixFromURI(W("urn:x"), nullptr); },
+               });
+    ExpectCode(E_INVALIDARG,
+               {
+                   [&] { t.CreateXMLElement(W(""), out.Put()); },
+                   [&] { t.AppendXMLAttribute(element.Get(), W(""), W(""), W("v")); },
+                   [&] { t.CreateProperty(0, W(""), out.Put()); },
+                   [&] { t.CreateProperty(9, W("P"), out.Put()); },
+                   [&] { t.CreateScoredProperty(W(""), out.Put()); },
+                   [&] { t.CreateParameterRef(W(""), out.Put()); },
+                   [&] { t.GetPrefixFromURI(W(""), CComBSTR().Put()); },
+               });
     EXPECT_EQ(before, TextOf(document.Get()));
 }
 
@@ -524,54 +481,51 @@ TEST(EmptyWrapper, FailsEveryOperation)
     CComBSTR text;
     CComBSTR secondText;
     ULONG number = 0;
-    const std::function<void()> actions[] = {
-        [&] { static_cast<void>(empty.GetNsPrefix(0)); },
-        [&] { empty.GetPrefixFromURI(W("urn:x"), text.Put()); },
-        [&] { empty.GetNode(W("//x"), node.Put()); },
-        [&] { empty.GetNodes(W("Feature"), list.Put()); },
-        [&] { empty.GetFeatureNodeIfExists(W("psk:"), W("F"), node.Put()); },
-        [&] { empty.GetFeatureNode(W("psk:"), W("F"), node.Put()); },
-        [&] { empty.GetNodeValue(W("//x"), text.Put()); },
-        [&] { empty.GetAttributeValue(given.Get(), W("name"), text.Put()); },
-        [&] { empty.DeleteNode(given.Get()); },
-        [&] { empty.DeleteFeatureNodeIfExists(W("psk:"), W("F")); },
-        [&] { empty.DeleteFeatureNodeIfADuplicateExists(W("psk:"), W("F")); },
-        [&] { empty.DeletePropertyNodesIfExist(W("psk:"), W("F")); },
-        [&] { empty.AppendChildToRootNode(child.Get()); },
-        [&] { empty.AppendChild(given.Get(), child.Get()); },
-        [&] { empty.CreateXMLElement(W("psf:X"), element.Put()); },
-        [&] { empty.AppendXMLAttribute(child.Get(), W("a"), W(""), W("v")); },
-        [&] { empty.CreateProperty(0, W("P"), element.Put()); },
-        [&] { empty.CreateProperty(0, W("P"), W("integer"), W("1"), element.Put()); },
-        [&] { empty.CreateScoredProperty(W("psk:P"), element.Put()); },
-        [&] { empty.CreateScoredProperty(W("psk:P"), W("integer"), W("1"), element.Put()); },
-        [&] { empty.CreateIntegerScoredProperty(W("psk:P"), 1, element.Put()); },
-        [&] { empty.CreateParameterRef(W("psk:P"), element.Put()); },
-        [&] { empty.CreateParameterRefScoredProperty(W("psk:P"), W("psk:Q"), element.Put()); },
-        [&] { empty.AppendChildIntegerProperty(given.Get(), 1, W("P"), 1); },
-        [&] { empty.AppendChildIntegerScoredProperty(given.Get(), W("psk:P"), 1); },
-        [&] { empty.AppendChildQNameScoredProperty(given.Get(), W("psk:P"), W("psk:V")); },
-        [&] { empty.AppendChildParameterRefScoredProperty(given.Get(), W("psk:P"), W("psk:Q"), element.Put()); },
-        [&] { empty.GetFeatureOption(W("F"), text.Put(), secondText.Put()); },
-        [&] { empty.GetScoredPropertyValue(W("F"), W("P"), text.Put()); },
-        [&] { empty.GetScoredPropertyValue(W("F"), W("P"), &number); },
-        [&] { empty.CreateFeatureOptionPair(1, W("F"), element.Put(), second.Put()); },
-        [&] { empty.CreateFeatureOptionPair(1, W("F"), true, W("O"), element.Put(), second.Put()); },
-        [&] { empty.CreateStringParameterInit(W("psk:"), W("P"), W("v"), element.Put()); },
-        [&] { empty.CreateIntegerParameterInit(W("psk:"), W("P"), 1, element.Put()); },
-        [&] { empty.AppendIntegerParameterInit(W("psk:"), W("P"), 1); },
-        [&] { empty.GetParameterInitNodeIfExists(W("psk:"), W("P"), node.Put()); },
-        [&] { empty.GetParameterInitValueNodeIfExists(W("psk:"), W("P"), node.Put()); },
-        [&] { empty.DeleteParameterInitNodeIfExists(W("psk:"), W("P")); },
-        [&] { empty.DeleteFeatureAndOrphanParameterInitsIfExists(W("psk:"), W("F")); },
-        [&] { empty.DeleteParamInitOrphans(givenList.Get(), givenList.Get()); },
-        [&] { empty.DeleteNodeList(givenList.Get()); },
-    };
-    for (const auto& action : actions)
-    {
-        SCOPED_TRACE(&action - actions);
-        EXPECT_EQ(E_POINTER, CodeOf(action));
-    }
+    ExpectCode(E_POINTER,
+               {
+                   [&] { static_cast<void>(empty.GetNsPrefix(0)); },
+                   [&] { empty.GetPrefixFromURI(W("urn:x"), text.Put()); },
+                   [&] { empty.GetNode(W("//x"), node.Put()); },
+                   [&] { empty.GetNodes(W("Feature"), list.Put()); },
+                   [&] { empty.GetFeatureNodeIfExists(W("psk:"), W("F"), node.Put()); },
+                   [&] { empty.GetFeatureNode(W("psk:"), W("F"), node.Put()); },
+                   [&] { empty.GetNodeValue(W("//x"), text.Put()); },
+                   [&] { empty.GetAttributeValue(given.Get(), W("name"), text.Put()); },
+                   [&] { empty.DeleteNode(given.Get()); },
+                   [&] { empty.DeleteFeatureNodeIfExists(W("psk:"), W("F")); },
+                   [&] { empty.DeleteFeatureNodeIfADuplicateExists(W("psk:"), W("F")); },
+                   [&] { empty.DeletePropertyNodesIfExist(W("psk:"), W("F")); },
+                   [&] { empty.AppendChildToRootNode(child.Get()); },
+                   [&] { empty.AppendChild(given.Get(), child.Get()); },
+                   [&] { empty.CreateXMLElement(W("psf:X"), element.Put()); },
+                   [&] { empty.AppendXMLAttribute(child.Get(), W("a"), W(""), W("v")); },
+                   [&] { empty.CreateProperty(0, W("P"), element.Put()); },
+                   [&] { empty.CreateProperty(0, W("P"), W("integer"), W("1"), element.Put()); },
+                   [&] { empty.CreateScoredProperty(W("psk:P"), element.Put()); },
+                   [&] { empty.CreateScoredProperty(W("psk:P"), W("integer"), W("1"), element.Put()); },
+                   [&] { empty.CreateIntegerScoredProperty(W("psk:P"), 1, element.Put()); },
+                   [&] { empty.CreateParameterRef(W("psk:P"), element.Put()); },
+                   [&] { empty.CreateParameterRefScoredProperty(W("psk:P"), W("psk:Q"), element.Put()); },
+                   [&] { empty.AppendChildIntegerProperty(given.Get(), 1, W("P"), 1); },
+                   [&] { empty.AppendChildIntegerScoredProperty(given.Get(), W("psk:P"), 1); },
+                   [&] { empty.AppendChildQNameScoredProperty(given.Get(), W("psk:P"), W("psk:V")); },
+                   [&]
+                   { empty.AppendChildParameterRefScoredProperty(given.Get(), W("psk:P"), W("psk:Q"), element.Put()); },
+                   [&] { empty.GetFeatureOption(W("F"), text.Put(), secondText.Put()); },
+                   [&] { empty.GetScoredPropertyValue(W("F"), W("P"), text.Put()); },
+                   [&] { empty.GetScoredPropertyValue(W("F"), W("P"), &number); },
+                   [&] { empty.CreateFeatureOptionPair(1, W("F"), element.Put(), second.Put()); },
+                   [&] { empty.CreateFeatureOptionPair(1, W("F"), true, W("O"), element.Put(), second.Put()); },
+                   [&] { empty.CreateStringParameterInit(W("psk:"), W("P"), W("v"), element.Put()); },
+                   [&] { empty.CreateIntegerParameterInit(W("psk:"), W("P"), 1, element.Put()); },
+                   [&] { empty.AppendIntegerParameterInit(W("psk:"), W("P"), 1); },
+                   [&] { empty.GetParameterInitNodeIfExists(W("psk:"), W("P"), node.Put()); },
+                   [&] { empty.GetParameterInitValueNodeIfExists(W("psk:"), W("P"), node.Put()); },
+                   [&] { empty.DeleteParameterInitNodeIfExists(W("psk:"), W("P")); },
+                   [&] { empty.DeleteFeatureAndOrphanParameterInitsIfExists(W("psk:"), W("F")); },
+                   [&] { empty.DeleteParamInitOrphans(givenList.Get(), givenList.Get()); },
+                   [&] { empty.DeleteNodeList(givenList.Get()); },
+               });
 }
 
 TEST(WrappedDocument, GivesEveryReferenceBack)

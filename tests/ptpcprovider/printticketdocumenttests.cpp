@@ -245,98 +245,29 @@ TEST(PrintTicket, RefusesNullsAndEmptyNames)
     CComBSTR text;
     ULONG* const noNumber = nullptr;
     BSTR* const noText = nullptr;
-    const std::pair<HRESULT, std::function<void()>> cases[] = {
-        {E_POINTER,
-         [&]
-         {
-             t.GetFeatureOption(W("F"), nullptr, text.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.GetFeatureOption(W(""), text.Put(), CComBSTR().Put());
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.GetScoredPropertyValue(W("F"), W("P"), noText);
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.GetScoredPropertyValue(W("F"), W("P"), noNumber);
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.GetScoredPropertyValue(W("F"), W(""), text.Put());
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.CreateFeatureOptionPair(1, W("F"), out.Put(), nullptr);
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.CreateFeatureOptionPair(1, W(""), out.Put(), other.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.CreateFeatureOptionPair(1, W("F"), true, W(""), out.Put(), other.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.CreateStringParameterInit(W(""), W("P"), W("v"), out.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.CreateStringParameterInit(W("tk:"), W("P"), W(""), out.Put());
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.CreateStringParameterInit(W("tk:"), W("P"), W("v"), nullptr);
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.AppendIntegerParameterInit(W("psk:"), W(""), 1);
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.GetParameterInitNodeIfExists(W("psk:"), W("P"), nullptr);
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.GetParameterInitValueNodeIfExists(W("psk:"), W(""), node.Put());
-         }},
-        {E_INVALIDARG,
-         [&]
-         {
-             t.DeleteFeatureAndOrphanParameterInitsIfExists(W("psk:"), W(""));
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.DeleteParamInitOrphans(nullptr, nullptr);
-         }},
-        {E_POINTER,
-         [&]
-         {
-             t.DeleteNodeList(nullptr);
-         }},
-    };
-    for (const auto& [code, action] : cases)
-    {
-        SCOPED_TRACE(&code - &cases[0].first);
-        EXPECT_EQ(code, CodeOf(action));
-    }
+    ExpectCode(E_POINTER,
+               {
+                   [&] { t.GetFeatureOption(W("F"), nullptr, text.Put()); },
+                   [&] { t.GetScoredPropertyValue(W("F"), W("P"), noText); },
+                   [&] { t.GetScoredPropertyValue(W("F"), W("P"), noNumber); },
+                   [&] { t.CreateFeatureOptionPair(1, W("F"), out.Put(), nullptr); },
+                   [&] { t.CreateStringParameterInit(W("tk:"), W("P"), W("v"), nullptr); },
+                   [&] { t.GetParameterInitNodeIfExists(W("psk:"), W("P"), nullptr); },
+                   [&] { t.DeleteParamInitOrphans(nullptr, nullptr); },
+                   [&] { t.DeleteNodeList(nullptr); },
+               });
+    ExpectCode(E_INVALIDARG,
+               {
+                   [&] { t.GetFeatureOption(W(""), text.Put(), CComBSTR().Put()); },
+                   [&] { t.GetScoredPropertyValue(W("F"), W(""), text.Put()); },
+                   [&] { t.CreateFeatureOptionPair(1, W(""), out.Put(), other.Put()); },
+                   [&] { t.CreateFeatureOptionPair(1, W("F"), true, W(""), out.Put(), other.Put()); },
+                   [&] { t.CreateStringParameterInit(W(""), W("P"), W("v"), out.Put()); },
+                   [&] { t.CreateStringParameterInit(W("tk:"), W("P"), W(""), out.Put()); },
+                   [&] { t.AppendIntegerParameterInit(W("psk:"), W(""), 1); },
+                   [&] { t.GetParameterInitValueNodeIfExists(W("psk:"), W(""), node.Put()); },
+                   [&] { t.DeleteFeatureAndOrphanParameterInitsIfExists(W("psk:"), W("")); },
+               });
     EXPECT_EQ(before, TextOf(document.Get()));
 }
 
