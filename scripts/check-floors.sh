@@ -10,6 +10,7 @@ cd "${1:-$(dirname "$0")/..}"
 # room with a smaller floor; rooms of one floor do not see each other. Floor 0 stands on the platform layer.
 rooms='
 #   floor   room            paths
+   -1       limits          utilitiesstaticlib/documentlimits
     0.0     winport         winport/
     2       delayload       utilitiesstaticlib/dlldelayloader
     0.1     ground          utilitiesstaticlib/|interfaces/

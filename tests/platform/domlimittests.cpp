@@ -77,6 +77,7 @@ TEST(DomLimits, RefuseWithAReasonThatNamesTheBound)
         {"the prefix xml for something else", W("<a xmlns:xml='u'/>"), "declaration of the prefix 'xml'"},
         {"one attribute under two prefixes", W("<a xmlns:p='u' xmlns:q='u' p:b='' q:b=''/>"), "given twice"},
         {"two colons", W("<a:b:c xmlns:a='u'/>"), "qualified name"},
+        {"an end tag of another element", W("<a>\n<b></c></a>"), "end tag 'c' does not match the start tag 'b'"},
         {"a high surrogate alone", WideString(W("<a>")) + char16_t{0xD800} + W("</a>"), "surrogate"},
         {"a low surrogate alone", WideString(W("<a>")) + char16_t{0xDC00} + W("</a>"), "surrogate"},
         {"a zero character", WideString(W("<a>")) + char16_t{0} + W("</a>"), "zero character"},

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "complugins/ptpcprovider/printticketxmldocument.h"
-#include "tests/common/documentcomparer.h"
 #include "tests/common/failurecode.h"
 #include "tests/common/testdocuments.h"
 
@@ -62,7 +61,7 @@ TEST(HostileNames, AreFoundOrRefusedAndNeverBreakTheDocument)
         made.AppendChildToRootNode(feature.Get());
         made.AppendIntegerParameterInit(W("psk:"), name, 1);
         const ComPtr<IXMLDOMDocument2> again = Reparse(dom.Get());
-        EXPECT_EQ("", CompareDocuments(dom.Get(), again.Get()));
+        EXPECT_EQ(Texts(3, "psk:" + test.text), Select(again.Get(), "//@name"));
 
         const PrintTicketXmlDocument ticket(again.Get());
         EXPECT_EQ(test.makesAQuery, find(ticket) == S_OK && found == S_OK);

@@ -71,9 +71,9 @@ TEST(DocumentText, WhatMustNotReachADomIsRefused)
         {Utf16(WStringView(W("<a>\xDDA8\xD83D</a>")), true), "line 1: holds half a surrogate pair"},
         {"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><a/>", "declares the encoding \"ISO-8859-1\" but is UTF-8"},
         {"<?xml version=\"1.0\" encoding=\"UTF-16\"?><a/>", "declares the encoding \"UTF-16\" but is UTF-8"},
-        {"<!DOCTYPE a><a/>", "line 1: a document type declaration is refused"},
+        {"<!DOCTYPE a><a/>", "line 1: A document type declaration (DOCTYPE) is not allowed."},
         {"<?xml version=\"1.0\"?>\n<!-- <a> -->\n<?pi ?>\r\n <!DOCTYPE a [<!ENTITY b \"c\">]><a>&b;</a>",
-         "line 4: a document type declaration is refused"},
+         "line 4: A document type declaration (DOCTYPE) is not allowed."},
     };
     for (const Row& row : rows)
     {

@@ -238,6 +238,22 @@ bool DomTellsLines()
     return false;
 }
 
+std::string Repeated(const std::string& piece, unsigned count)
+{
+    std::string text;
+    for (; count > 0; --count)
+        text += piece;
+    return text;
+}
+
+std::string ManyAttributes(unsigned count)
+{
+    std::string text = "<a";
+    for (unsigned at = 0; at < count; ++at)
+        text += " a" + std::to_string(at) + "='1'";
+    return text + "/>";
+}
+
 TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
 {
     const bool hasLines = DomTellsLines();
@@ -254,17 +270,32 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
         {"no root", "<?xml version=\"1.0\"?><!-- nothing -->", "t.xml: "},
         {"unclosed", "<a>\n<b>\n</a>", hasLines ? "line 3: " : "t.xml: "},
         {"two roots", "<a/>\n<a/>", hasLines ? "line 2: " : "t.xml: "},
-        {"doctype", "<!DOCTYPE a [<!ENTITY b SYSTEM \"file:///etc/passwd\">]><a>&b;</a>", "line 1: a document type"},
-        {"too large", "<a>" + std::string(kMaxDocumentSize, ' ') + "</a>", "larger than 16777216 bytes"},
+        {"external entity", "<!DOCTYPE a [<!ENTITY b SYSTEM \"file:///etc/passwd\">]><a>&b;</a>",
+         "line 1: A document type declaration (DOCTYPE) is not allowed."},
+        {"entities that grow", "<?xml version='1.0'?>\n<!DOCTYPE a [<!ENTITY b 'bb'><!ENTITY c '&b;&b;'>]><a>&c;</a>",
+         "line 2: A document type declaration (DOCTYPE) is not allowed."},
+        {"100,000 levels", "<a>\n" + Repeated("<a>", 100'000) + Repeated("</a>", 100'001),
+         "line 2: The elements are nested more than 256 levels deep."},
+        {"100,000 attributes", "<r>\n\n" + ManyAttributes(100'000) + "</r>",
+         "line 3: An element has more than 1000 attributes."},
+        {"just too large", "<a>" + std::string(kMaxDocumentSize, ' ') + "</a>", "larger than 16777216 bytes"},
+        {"50 MB", "<a>" + std::string(50u << 20, 'x') + "</a>", "larger than 16777216 bytes"},
+        {"another root", "<Ticket/>", "the root element is Ticket in no namespace, expected psf:PrintTicket in http:"},
+        {"another namespace", "<psf:PrintTicket xmlns:psf='urn:x'/>",
+         "the root element is psf:PrintTicket in the namespace urn:x, expected psf:PrintTicket in http:"},
     };
     for (const Row& row : rows)
     {
         SCOPED_TRACE(row.name);
         WriteBytes(Folder() / "t.xml", row.bytes);
-        const RunResult result = FromDevmode(File("t.xml"));
-        EXPECT_EQ(result.status, 1);
-        EXPECT_TRUE(IsOneErrorLine(result.errors, row.error));
-        EXPECT_TRUE(IsOneErrorLine(result.errors, File("t.xml")));
+        for (const RunResult& result : {FromDevmode(File("t.xml")), RunHost({"ticket", "show", File("t.xml")})})
+        {
+            EXPECT_EQ(result.status, 1);
+            EXPECT_EQ(result.out, "");
+            EXPECT_TRUE(IsOneErrorLine(result.errors, row.error));
+            EXPECT_TRUE(IsOneErrorLine(result.errors, File("t.xml")));
+            EXPECT_EQ(result.errors.find("line 0"), std::string::npos);
+        }
         EXPECT_FALSE(fs::exists(Folder() / "out.xml"));
     }
 }

@@ -7,6 +7,7 @@
 #include <tvutil/cxstring.h>
 
 #include "failure.h"
+#include "utilitiesstaticlib/documentlimits.h"
 
 namespace
 {
@@ -26,10 +27,11 @@ bool IsLowSurrogate(WCHAR character)
     return (character & 0xFC00) == 0xDC00;
 }
 
-std::string LineAt(WStringView text, std::size_t position)
+template <class Text>
+std::string LineAt(Text text, std::size_t position)
 {
-    const WStringView before = text.substr(0, position);
-    return "line " + std::to_string(1 + std::count(before.begin(), before.end(), W('\n')));
+    const Text before = text.substr(0, position);
+    return "line " + std::to_string(1 + std::count(before.begin(), before.end(), '\n'));
 }
 
 void RequireText(WStringView text, std::string_view name)
@@ -103,30 +105,11 @@ void BlankDeclaredEncoding(WideString& text, bool isUtf16, std::string_view name
               text.begin() + static_cast<std::ptrdiff_t>(closing + 1), W(' '));
 }
 
-// The end of a construct that begins here, or the end of the text.
-std::size_t After(WStringView text, std::size_t position, WStringView terminator)
+// Not every DOM has bounds: Wine's follows a document type declaration, and takes its time over too many attributes.
+void RefuseExcess(std::string_view utf8, std::string_view name)
 {
-    const std::size_t found = text.find(terminator, position);
-    return found == WStringView::npos ? text.size() : found + terminator.size();
-}
-
-// A document type declaration can only stand before the root element, among comments and processing instructions.
-void RefuseDoctype(WStringView text, std::string_view name)
-{
-    std::size_t position = 0;
-    for (;;)
-    {
-        position = std::min(text.find_first_not_of(W(" \t\r\n"), position), text.size());
-        const WStringView rest = text.substr(position);
-        if (rest.starts_with(WStringView(W("<!--"))))
-            position = After(text, position + 4, W("-->"));
-        else if (rest.starts_with(WStringView(W("<?"))))
-            position = After(text, position + 2, W("?>"));
-        else if (rest.starts_with(WStringView(W("<!"))))
-            Fail(kReading, name, LineAt(text, position) + ": a document type declaration is refused");
-        else
-            return;
-    }
+    if (const auto excess = documentlimits::FindExcess(utf8))
+        Fail(kReading, name, LineAt(utf8, excess->offset) + ": " + excess->reason);
 }
 
 } // namespace
@@ -146,6 +129,6 @@ WideString DecodeDocument(std::string_view bytes, std::string_view name)
         Fail(kReading, name, "the document is empty");
     RequireText(text, name);
     BlankDeclaredEncoding(text, isUtf16, name);
-    RefuseDoctype(text, name);
+    RefuseExcess(isUtf16 ? CXString(WStringView(text)).ToUtf8() : std::string(bytes), name);
     return text;
 }

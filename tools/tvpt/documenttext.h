@@ -7,5 +7,5 @@
 
 // UTF-8 with or without a byte-order mark, or UTF-16 with one; a declared encoding must agree and is blanked out,
 // since the text has none any more. Lines stay where they are. Throws Failure for bytes that are no text of these
-// encodings and for a document type declaration.
+// encodings and for a text beyond the bounds that documents keep (documentlimits.h).
 [[nodiscard]] WideString DecodeDocument(std::string_view bytes, std::string_view name);

@@ -76,6 +76,26 @@ ComPtr<IXMLDOMDocument2> LoadDocument(std::string_view bytes, std::string_view n
     return document;
 }
 
+std::string DescribeRootFault(IXMLDOMDocument2& document, std::string_view expected)
+{
+    ComPtr<IXMLDOMElement> root;
+    Require(document.get_documentElement(root.Put()), kReading, "");
+    if (!root)
+        return "there is no root element";
+    CComBSTR name;
+    CComBSTR local;
+    CComBSTR uri;
+    Require(root->get_nodeName(name.Put()), kReading, "");
+    Require(root->get_baseName(local.Put()), kReading, "");
+    Require(root->get_namespaceURI(uri.Put()), kReading, "");
+    const std::string space = CXString(uri.View()).ToUtf8();
+    if (space == kFramework.uri && CXString(local.View()).ToUtf8() == expected)
+        return {};
+    return "the root element is " + CXString(name.View()).ToUtf8() +
+           (space.empty() ? " in no namespace" : " in the namespace " + space) + ", expected " +
+           std::string(kFramework.prefix) + ":" + std::string(expected) + " in " + std::string(kFramework.uri);
+}
+
 std::string DocumentToBytes(IXMLDOMDocument2& document)
 {
     CComBSTR text;

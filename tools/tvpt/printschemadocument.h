@@ -7,9 +7,10 @@
 #include <string_view>
 
 #include "utilitiesstaticlib/comptr.h"
+#include "utilitiesstaticlib/documentlimits.h"
 #include "utilitiesstaticlib/wideliteral.h"
 
-inline constexpr std::size_t kMaxDocumentSize = 16u << 20; // bytes
+inline constexpr std::size_t kMaxDocumentSize = documentlimits::kMaximumTextBytes;
 
 // A namespace of Print Schema documents, and the prefix that this program gives it.
 struct SchemaNamespace
@@ -38,9 +39,11 @@ public:
 };
 
 // UTF-8 with or without a byte-order mark, or UTF-16 with one. Throws Failure, which names the file, the line and the
-// reason, for anything that is no well-formed document, and for a document type declaration: not every DOM refuses to
-// follow one. White space is kept.
+// reason, for anything that is no well-formed document or exceeds a bound (documentlimits.h). White space is kept.
 [[nodiscard]] ComPtr<IXMLDOMDocument2> LoadDocument(std::string_view bytes, std::string_view name);
+
+// Empty when the root element is the framework's of that name; else what it is and what it should be.
+[[nodiscard]] std::string DescribeRootFault(IXMLDOMDocument2& document, std::string_view expected);
 
 // The document in UTF-8, with an XML declaration that says so.
 [[nodiscard]] std::string DocumentToBytes(IXMLDOMDocument2& document);

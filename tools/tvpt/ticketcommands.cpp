@@ -90,8 +90,8 @@ void Show(const TicketArguments& arguments, const StandardStreams& streams)
     const ComApartment apartment;
     const ComPtr<IXMLDOMDocument2> ticket = ReadDocument(arguments.ticket, streams);
     const SchemaElement root = ReadDocumentTree(*ticket.Get(), arguments.ticket);
-    if (!root.name.Is(kFramework.uri, "PrintTicket"))
-        Fail("reading the ticket", arguments.ticket, "its root element is not a PrintTicket");
+    if (const std::string fault = DescribeRootFault(*ticket.Get(), "PrintTicket"); !fault.empty())
+        Fail("reading the ticket", arguments.ticket, fault);
     const nlohmann::ordered_json shown = DescribeTicket(root);
     WriteOutput({}, arguments.json ? JsonText(shown) : PlainText(shown), streams);
 }

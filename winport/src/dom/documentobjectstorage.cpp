@@ -3,7 +3,6 @@
 
 #include "core/utf.h"
 #include "dom/documentobject.h"
-#include "dom/limits.h"
 #include "dom/loader.h"
 #include "dom/nodekinds.h"
 #include "dom/parseerrorobject.h"
@@ -11,12 +10,15 @@
 #include "dom/source.h"
 #include "dom/strings.h"
 #include "dom/variants.h"
+#include "utilitiesstaticlib/documentlimits.h"
 
 namespace winport::dom
 {
 
 namespace
 {
+
+using namespace documentlimits;
 
 constexpr LONG kReadyStateComplete = 4;
 

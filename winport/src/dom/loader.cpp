@@ -12,19 +12,21 @@
 #include <utility>
 #include <vector>
 
-#include "dom/limits.h"
 #include "dom/links.h"
 #include "dom/newnodes.h"
 #include "dom/nodekinds.h"
 #include "dom/prefixscope.h"
 #include "dom/qname.h"
 #include "dom/strings.h"
+#include "utilitiesstaticlib/documentlimits.h"
 
 namespace winport::dom
 {
 
 namespace
 {
+
+using namespace documentlimits;
 
 constexpr std::size_t kPieceBytes = 4096;
 constexpr std::size_t kMaximumSourceLine = 256;
@@ -176,6 +178,10 @@ private:
             return;
         if (error.code == XML_ERR_NO_MEMORY)
             throw std::bad_alloc();
+        // The parser's own text names the line of the start tag, which it does not know here: it says line 0.
+        if (error.code == XML_ERR_TAG_NAME_MISMATCH && error.str1 != nullptr && error.str2 != nullptr)
+            return Fail("The end tag '" + std::string(error.str2) + "' does not match the start tag '" +
+                        std::string(error.str1) + "'.");
         std::string reason(View(reinterpret_cast<const xmlChar*>(error.message)));
         while (!reason.empty() && IsXmlSpace(reason.back()))
             reason.pop_back();

@@ -13,14 +13,16 @@
 #include <string_view>
 
 #include "core/utf.h"
-#include "dom/limits.h"
 #include "dom/serializer.h"
+#include "utilitiesstaticlib/documentlimits.h"
 
 namespace winport::dom
 {
 
 namespace
 {
+
+using namespace documentlimits;
 
 class File
 {

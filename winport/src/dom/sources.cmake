@@ -10,7 +10,6 @@ set(WINPORT_DOM_SOURCES
   src/dom/domfactory.cpp
   src/dom/elementobject.cpp
   src/dom/insertion.cpp
-  src/dom/limits.cpp
   src/dom/links.cpp
   src/dom/loader.cpp
   src/dom/namespacepool.cpp

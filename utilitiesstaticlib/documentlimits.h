@@ -1,18 +1,47 @@
-#include "dom/limits.h"
+// The bounds that a foreign document must keep, checked before any parser sees it.
+//
+// Not every DOM has bounds of its own, and some parsers compare each attribute of an element with all others before
+// they tell anybody: 100,000 attributes on one element take libxml2 14 seconds. So counting comes first. The scan
+// follows well-formed text exactly; where the text is not well-formed the two may differ, and there a parser stops
+// anyway.
+//
+// Headers of the standard library only: the portability layer stands on this too.
+#pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string_view>
 
-namespace winport::dom
+namespace documentlimits
 {
 
-namespace
+inline constexpr std::size_t kMaximumTextBytes = 16 * 1024 * 1024; // of UTF-8
+inline constexpr unsigned kMaximumAttributes = 1000;               // of one element, declarations among them
+inline constexpr unsigned kMaximumDepth = 256;                     // the root element is level 1
+
+inline constexpr const char* kTooLarge = "The text is larger than 16 MB.";
+inline constexpr const char* kTooManyAttributes = "An element has more than 1000 attributes.";
+inline constexpr const char* kTooManyComparisons = "The elements have too many attributes in all.";
+inline constexpr const char* kTooDeep = "The elements are nested more than 256 levels deep.";
+inline constexpr const char* kDoctype = "A document type declaration (DOCTYPE) is not allowed.";
+inline constexpr const char* kLoneSurrogate = "The text has a surrogate without its partner.";
+inline constexpr const char* kZeroCharacter = "The text has a zero character.";
+
+struct Excess
+{
+    const char* reason;
+    std::size_t offset;
+};
+
+namespace detail
 {
 
 // The sum of the squares of the attribute counts: what the parser's comparisons cost in all. A 16 MB text of elements
 // with 60 attributes each, a worse one than any real document, stays below it.
-constexpr std::uint64_t kMaximumComparisons = 1ull << 28;
+inline constexpr std::uint64_t kMaximumComparisons = 1ull << 28;
 
-constexpr std::size_t kEnd = std::string_view::npos;
+inline constexpr std::size_t kEnd = std::string_view::npos;
 
 class Scanner
 {
@@ -90,16 +119,17 @@ private:
     std::uint64_t m_comparisons = 0;
 };
 
-} // namespace
+} // namespace detail
 
-std::optional<Excess> FindExcess(std::string_view utf8)
+// The first place where the text exceeds a bound; nothing for a text that keeps them. One pass.
+inline std::optional<Excess> FindExcess(std::string_view utf8)
 {
     if (utf8.size() > kMaximumTextBytes)
         return Excess{kTooLarge, 0};
     // The parser would take a zero near the start for a sign of UTF-16.
-    if (const std::size_t zero = utf8.find('\0'); zero != kEnd)
+    if (const std::size_t zero = utf8.find('\0'); zero != detail::kEnd)
         return Excess{kZeroCharacter, zero};
-    return Scanner(utf8).Scan();
+    return detail::Scanner(utf8).Scan();
 }
 
-} // namespace winport::dom
+} // namespace documentlimits
