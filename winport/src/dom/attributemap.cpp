@@ -52,26 +52,6 @@ HRESULT AttributeMap::removeNamedItem(BSTR name, IXMLDOMNode** item)
         });
 }
 
-HRESULT AttributeMap::get_item(LONG index, IXMLDOMNode** item)
-{
-    return Call([&] { return HandOutAt(index, item); });
-}
-
-HRESULT AttributeMap::get_length(LONG* length)
-{
-    return Call(
-        [&]
-        {
-            if (length == nullptr)
-                return E_INVALIDARG;
-            *length = 0;
-            for (const xmlAttr* attribute = m_element->Node()->properties; attribute != nullptr;
-                 attribute = attribute->next)
-                ++*length;
-            return S_OK;
-        });
-}
-
 HRESULT AttributeMap::getQualifiedItem(BSTR baseName, BSTR namespaceUri, IXMLDOMNode** item)
 {
     return Call(
@@ -94,54 +74,16 @@ HRESULT AttributeMap::removeQualifiedItem(BSTR baseName, BSTR namespaceUri, IXML
         });
 }
 
-HRESULT AttributeMap::nextNode(IXMLDOMNode** next)
+NodeRef AttributeMap::At(std::size_t index)
 {
-    return Call(
-        [&]
-        {
-            const HRESULT result = HandOutAt(m_next, next);
-            if (result == S_OK)
-                ++m_next;
-            return result;
-        });
-}
-
-HRESULT AttributeMap::reset()
-{
-    return Call(
-        [&]
-        {
-            m_next = 0;
-            return S_OK;
-        });
-}
-
-HRESULT AttributeMap::get__newEnum(IUnknown**)
-{
-    return Call([] { return E_NOTIMPL; });
-}
-
-HRESULT AttributeMap::HandOutAt(LONG index, IXMLDOMNode** item)
-{
-    if (index < 0)
-        return HandOutAttribute(nullptr, item);
     const TreePtr& tree = m_element->GetTree();
-    if (m_last == nullptr || !m_mark.IsPresent(tree) || index < m_lastIndex)
-    {
-        m_last = m_element->Node()->properties;
-        m_lastIndex = 0;
-        m_mark.SetPresent(tree);
-    }
-    xmlAttr* attribute = m_last;
-    LONG at = m_lastIndex;
-    for (; attribute != nullptr && at < index; ++at)
-        attribute = attribute->next;
-    if (attribute != nullptr)
-    {
-        m_last = attribute;
-        m_lastIndex = at;
-    }
-    return HandOutAttribute(attribute, item);
+    xmlAttr* const attribute = m_attributes.At(tree, m_element->Node()->properties, index);
+    return attribute != nullptr ? ObjectOf(tree, AsNode(attribute)) : NodeRef();
+}
+
+std::size_t AttributeMap::Count()
+{
+    return m_attributes.Count(m_element->Node()->properties);
 }
 
 HRESULT AttributeMap::HandOutAttribute(xmlAttr* attribute, IXMLDOMNode** item)
