@@ -1,8 +1,11 @@
 // PrintTicketQueryBuilder: composes XPath 1.0 queries over Print Schema documents, fragment by fragment.
 //
 // Element names are written with the document's own framework prefix. Names are put between double quotes as they
-// stand: a quote in a name makes a query that the DOM refuses, so names come from the code's own vocabulary or are
-// checked by the caller, never from a document.
+// stand: a lone quote in a name makes a query that the DOM refuses, two make one that asks for something else.
+//
+// So no text of a document is ever a name here. Names come from the code's own vocabulary. The prefixes come from
+// namespace declarations, and what can be declared holds no quote. Whoever looks for what a document names (a
+// reference's initialiser, orphans, private names) selects the elements by their kind and compares the attribute.
 //
 // Every failure of an operation is thrown as TavlenComException; it leaves the query as it was, except that AddOption
 // may leave part of its fragment behind.
