@@ -110,7 +110,8 @@ void UseFeature(const PrintCapabilitiesXmlDocument& capabilities, const Name& fe
     for (const ComPtr<IXMLDOMNode>& option : NodesOf(options.Get(), {W("UseFeature"), W("fuzz"), 0}))
     {
         CComBSTR text;
-        Try([&] { return capabilities.GetChildScoredPropertyValueAsString(option.Get(), W("OptionName"), text.Put()); });
+        Try([&]
+            { return capabilities.GetChildScoredPropertyValueAsString(option.Get(), W("OptionName"), text.Put()); });
     }
     for (const Name& parameter : NamesOf(capabilities, W("ParameterDef")))
         Try([&] { return capabilities.DeleteParameterDefNodeIfExists(parameter.prefix, parameter.local); });
