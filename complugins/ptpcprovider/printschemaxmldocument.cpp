@@ -418,12 +418,6 @@ void PrintSchemaXmlDocument::ReadTypedValue(IXMLDOMNode* node, CComBSTR& value) 
         Check(node->get_text(value.Put()), kMethod);
 }
 
-void PrintSchemaXmlDocument::Require(ThrowSite site, bool pointersGiven, bool textsGiven) const
-{
-    ThrowIfFailed(m_document && pointersGiven ? S_OK : E_POINTER, site);
-    ThrowIfFailed(textsGiven ? S_OK : E_INVALIDARG, site);
-}
-
 IXMLDOMDocument2* PrintSchemaXmlDocument::GetDocument() const noexcept
 {
     return m_document.Get();

@@ -17,7 +17,7 @@
 #include <windows.h>
 
 #include <tvutil/cxstring.h>
-#include <tvutil/throwsite.h>
+#include <tvutil/tavlencomexception.h>
 
 #include "complugins/ptpcprovider/printschemanamespaces.h"
 #include "complugins/ptpcprovider/printticketquerybuilder.h"
@@ -106,7 +106,13 @@ protected:
 
     // What every operation asks first: an empty wrapper and a missing pointer are E_POINTER, an empty text that must
     // not be is E_INVALIDARG.
-    void Require(ThrowSite site, bool pointersGiven = true, bool textsGiven = true) const;
+    void Require(ThrowSite site, bool pointersGiven = true, bool textsGiven = true) const
+    {
+        if (!m_document || !pointersGiven)
+            ThrowComException(E_POINTER, site);
+        if (!textsGiven)
+            ThrowComException(E_INVALIDARG, site);
+    }
 
     // The first element that a fragment of the query builder finds in the document; the local name must not be empty.
     using NamedFragment = void (PrintTicketQueryBuilder::*)(const CXString& namePrefix, const CXString& localName);
