@@ -1,6 +1,7 @@
 #include "utilitiesstaticlib/dlldelayloader.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <string_view>
 
@@ -20,6 +21,24 @@ using GetModuleHandleExAFunction = BOOL(WINAPI*)(DWORD flags, LPCSTR moduleName,
 
 constinit DllDelayLoaderPlatform systemPlatform;
 constinit DllDelayLoader instance(systemPlatform);
+
+class ListLock
+{
+public:
+    explicit ListLock(SRWLOCK& lock) noexcept : m_lock(lock)
+    {
+        AcquireSRWLockExclusive(&m_lock);
+    }
+    ~ListLock()
+    {
+        ReleaseSRWLockExclusive(&m_lock);
+    }
+    ListLock(const ListLock&) = delete;
+    ListLock& operator=(const ListLock&) = delete;
+
+private:
+    SRWLOCK& m_lock;
+};
 
 // Of A to Z only. The utility library's own comparison would have to be loaded first.
 bool EqualIgnoringCase(std::string_view left, std::string_view right)
@@ -85,20 +104,14 @@ HMODULE DllDelayLoader::LoadAsRequested(const char* name)
     // Not ours to free: no reference was taken.
     if (HMODULE const loaded = m_platform.GetModuleHandleA(name))
         return loaded;
-    HMODULE const module = m_platform.LoadLibraryA(name);
-    if (module != nullptr)
-        Remember(module);
-    return module;
+    return Keep(m_platform.LoadLibraryA(name));
 }
 
 HMODULE DllDelayLoader::LoadFile(const std::string& path)
 {
     if (path.size() > kLongestPath)
         return nullptr;
-    HMODULE const module = m_platform.LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-    if (module != nullptr)
-        Remember(module);
-    return module;
+    return Keep(m_platform.LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
 }
 
 // With the separator at its end; empty when the path is too long or not to be had.
@@ -114,23 +127,38 @@ std::string DllDelayLoader::FolderOf(HMODULE module)
     return separator != std::string_view::npos ? std::string(name.substr(0, separator + 1)) : std::string();
 }
 
-// Each module once: when threads race for the first call, the delay-load helper gives every reference but one back.
-void DllDelayLoader::Remember(HMODULE module) noexcept
+// A module that cannot be remembered would never be freed: it is given back at once.
+HMODULE DllDelayLoader::Keep(HMODULE module)
 {
-    for (std::atomic<HMODULE>& place : m_modules)
+    if (module == nullptr)
+        return nullptr;
+    try
     {
-        HMODULE known = nullptr;
-        if (place.compare_exchange_strong(known, module) || known == module)
-            return;
+        Remember(module);
     }
-    // No place is left: it stays loaded until the process ends.
+    catch (...)
+    {
+        m_platform.FreeLibrary(module);
+        throw;
+    }
+    return module;
+}
+
+// Each module once: when threads race for the first call, the delay-load helper gives every reference but one back.
+void DllDelayLoader::Remember(HMODULE module)
+{
+    const ListLock guard(m_lock);
+    if (std::find(m_modules.begin(), m_modules.end(), module) == m_modules.end())
+        m_modules.push_back(module);
 }
 
 void DllDelayLoader::FreeModules() noexcept
 {
-    for (std::atomic<HMODULE>& place : m_modules)
+    std::vector<HMODULE> modules;
     {
-        if (HMODULE const module = place.exchange(nullptr))
-            m_platform.FreeLibrary(module);
+        const ListLock guard(m_lock);
+        modules.swap(m_modules);
     }
+    for (HMODULE const module : modules)
+        m_platform.FreeLibrary(module);
 }

@@ -6,8 +6,7 @@
 //
 // What callers of a delay-loaded function must know:
 //   - a module that cannot be loaded becomes ExceptionDelayLoadDllLoadFailure out of the call, at every call until it
-//     can be loaded. A function declared noexcept must not be the first one called: the exception would end the
-//     process;
+//     can be loaded. Through a function declared noexcept it would end the process: delay-loaded ones are not;
 //   - only functions can be delay-loaded, no data: a use of the module's variables or vtables (an inline constructor of
 //     a class whose vtable is there) does not link. Type information is no obstacle, users have their own;
 //   - the first call keeps the integer arguments in registers only, so no floating-point arguments by value;
@@ -18,10 +17,10 @@
 
 #include <delayimp.h>
 
-#include <array>
 #include <atomic>
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "utilitiesstaticlib/dlldelayloaderplatform.h"
 
@@ -48,26 +47,25 @@ public:
     // Serves the notifications of the delay-load helper. Only dliNotePreLoadLibrary gets an answer, the module's
     // handle; null leaves the module to the platform's own search. Throws ExceptionDelayLoadDllLoadFailure when the
     // module is not found, unless it is "tvutil_B.dll": that one the platform may search, since without it there are
-    // no exceptions to throw. Any thread may call it.
+    // no exceptions to throw. std::bad_alloc leaves nothing loaded. Any thread may call it.
     FARPROC Notify(unsigned notification, const DelayLoadInfo& info);
 
     // Frees what was loaded. For the moment when this module goes, and only then: its imports keep their addresses.
     void FreeModules() noexcept;
 
 private:
-    // The driver's modules are fewer.
-    static constexpr std::size_t kMostModules = 8;
-
     [[nodiscard]] HMODULE Load(const char* name);
     [[nodiscard]] HMODULE LoadAsRequested(const char* name);
     [[nodiscard]] HMODULE LoadFile(const std::string& path);
     [[nodiscard]] std::string FolderOf(HMODULE module);
-    void Remember(HMODULE module) noexcept;
+    [[nodiscard]] HMODULE Keep(HMODULE module);
+    void Remember(HMODULE module);
 
     DllDelayLoaderPlatform& m_platform;
     std::atomic<bool> m_enabled = true;
-    // Each module once, from the front; the rest is null. A place is filled once, by one exchange, so the list is its
-    // own guard: no lock can be left behind by a thread that the end of the process stopped, or be waited for under the
-    // loader's lock. It needs neither memory nor destruction.
-    std::array<std::atomic<HMODULE>, kMostModules> m_modules{};
+    // Guards the list, and is held only while the list is looked at: never over a call of the platform's loader, whose
+    // own lock the module's end holds. A lock that is ready from the start, since a constructor of another file may be
+    // the first caller of a delay-loaded function.
+    SRWLOCK m_lock = SRWLOCK_INIT;
+    std::vector<HMODULE> m_modules; // each once
 };

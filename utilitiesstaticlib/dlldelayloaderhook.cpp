@@ -22,7 +22,7 @@ extern "C"
     // lead into them, and from now on there is no code of ours. The loader takes the nested call; what makes it
     // dangerous elsewhere is excluded. The modules that we delay-load import nothing of ours, so there is no circle;
     // nobody waits for another thread; and after this only destructors of statics run, which by our rule have nothing
-    // to do.
+    // to do: the list of modules is empty then.
     //
     // Not when the process ends (`reserved` is set): other modules may be gone already, and the system takes
     // everything.

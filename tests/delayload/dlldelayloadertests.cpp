@@ -318,7 +318,7 @@ TEST(DllDelayLoader, AnswersOnlyWhenEnabledAndBeforeLoading)
     EXPECT_THROW(Load(loader, "tvcore_B.dll"), ExceptionDelayLoadDllLoadFailure);
 }
 
-TEST(DllDelayLoader, FreesEachModuleOnceAndNoMoreThanItCanRemember)
+TEST(DllDelayLoader, FreesEachModuleOnceHoweverManyThereAre)
 {
     class CountingPlatform final : public DllDelayLoaderPlatform
     {
@@ -361,6 +361,6 @@ TEST(DllDelayLoader, FreesEachModuleOnceAndNoMoreThanItCanRemember)
         EXPECT_EQ(Load(loader, std::string(1, name).c_str()), Handle(static_cast<ULONG_PTR>(name)));
     loader.FreeModules();
     loader.FreeModules();
-    EXPECT_EQ(platform.freed.size(), 8u);
-    EXPECT_EQ(std::set<HMODULE>(platform.freed.begin(), platform.freed.end()).size(), 8u);
+    EXPECT_EQ(platform.freed.size(), 26u);
+    EXPECT_EQ(std::set<HMODULE>(platform.freed.begin(), platform.freed.end()).size(), 26u);
 }

@@ -1,4 +1,4 @@
-// Last error, modules, version, environment and the C runtime's wide conversions.
+// Last error, modules, locks, version, environment and the C runtime's wide conversions.
 //
 // Module names: "x.dll" names the sibling "x.so", so that callers use the product's own file names on both platforms.
 // A backslash in a module's path separates folders as a slash does; answers have slashes. The A functions take and
@@ -13,6 +13,14 @@
 inline constexpr DWORD LOAD_WITH_ALTERED_SEARCH_PATH = 0x00000008;
 inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 0x00000002;
 inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 0x00000004;
+
+// A lock of one word. Zeros, as SRWLOCK_INIT, are a free one; it needs no destruction.
+struct SRWLOCK
+{
+    PVOID Ptr;
+};
+using PSRWLOCK = SRWLOCK*;
+inline constexpr SRWLOCK SRWLOCK_INIT = {nullptr};
 
 struct OSVERSIONINFOW
 {
@@ -51,6 +59,10 @@ extern "C"
     // ERROR_INSUFFICIENT_BUFFER.
     WINPORT_API DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR fileName, DWORD size);
     WINPORT_API DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size);
+
+    // By one thread at a time, which must not hold it already.
+    WINPORT_API void WINAPI AcquireSRWLockExclusive(PSRWLOCK lock);
+    WINPORT_API void WINAPI ReleaseSRWLockExclusive(PSRWLOCK lock);
 
     // Answers 10.0 unless a test set another version (winport/versionoverride.h).
     WINPORT_API BOOL WINAPI GetVersionExW(OSVERSIONINFOW* versionInformation);

@@ -15,6 +15,7 @@ set(WINPORT_CORE_SOURCES
   src/core/modulenames.cpp
   src/core/osversion.cpp
   src/core/process.cpp
+  src/core/srwlock.cpp
   src/core/taskmemory.cpp
   src/core/utf.cpp
   src/core/utfsteps.cpp
