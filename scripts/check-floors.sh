@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Proves from the sources' own #include lines that a floor includes only what stands below it, that private folders
-# stay private, and that third-party libraries stay at the edges. Needs bash and awk only.
+# Proves from the sources' own lines that a floor includes only what stands below it, that private folders stay private,
+# that third-party libraries stay at the edges, and that no delay-loaded function is noexcept. Needs bash and awk only.
 #
 #   scripts/check-floors.sh [TREE]      default: this checkout. Every C++ file below TREE counts, build/ aside.
 set -euo pipefail
@@ -164,6 +164,12 @@ awk -v rooms="$rooms" -v libraries="$libraries" -v files="$(printf '%s\n' "${fil
     here && !isTest && !mayKnowPlatform && \
         /^[ \t]*#[ \t]*(if|ifdef|ifndef|elif)[^\/]*(_WIN32|_WIN64|__linux__|__unix__|_MSC_VER|__MINGW)/ {
         violation("asks for the platform: " $0)
+    }
+    # The first call loads the core library, and a load that fails is thrown.
+    here && /^class TVCORE_API / { isDelayLoaded = 1 }
+    here && /^};/ { isDelayLoaded = 0 }
+    here && isDelayLoaded && /noexcept( override)?;/ {
+        violation("is delay-loaded and noexcept: " $0)
     }
     END {
         if (!bad)

@@ -91,6 +91,8 @@ refuses "a header that does not exist" "there is no file" complugins/bad.cpp '#i
 refuses "a header that Windows lets nobody include alone" "stands on <windows.h>" \
     complugins/bad.cpp '#include <winspool.h>'
 refuses "a platform question" "asks for the platform" complugins/bad.cpp '#if defined(_WIN32)'
+refuses "a delay-loaded function that may not throw" "is delay-loaded and noexcept" \
+    siblings/tvcore/include/tvcore/bad.h 'class TVCORE_API Bad' '{' '    int Get() const noexcept;' '};'
 refuses "a file without a room" "stands in no room" plugins/bad.cpp '#include <string>'
 
 [ "$failed" -eq 0 ] && echo "check-floors keeps its word"

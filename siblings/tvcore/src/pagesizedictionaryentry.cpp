@@ -13,32 +13,32 @@ PageSizeDictionaryEntry::PageSizeDictionaryEntry(const PageSizeRow& row, const C
 {
 }
 
-const CXString& PageSizeDictionaryEntry::GetMsPageMediaSizeOptionName() const noexcept
+const CXString& PageSizeDictionaryEntry::GetMsPageMediaSizeOptionName() const
 {
     return m_optionName;
 }
 
-bool PageSizeDictionaryEntry::IsPredefinedMsOptionName() const noexcept
+bool PageSizeDictionaryEntry::IsPredefinedMsOptionName() const
 {
     return m_isKeyword;
 }
 
-const ValueId& PageSizeDictionaryEntry::GetValueId() const noexcept
+const ValueId& PageSizeDictionaryEntry::GetValueId() const
 {
     return m_valueId;
 }
 
-DataModelIds::PageSizeTypeEnum PageSizeDictionaryEntry::GetPageSizeType() const noexcept
+DataModelIds::PageSizeTypeEnum PageSizeDictionaryEntry::GetPageSizeType() const
 {
     return m_type;
 }
 
-const Dimension& PageSizeDictionaryEntry::GetWidth() const noexcept
+const Dimension& PageSizeDictionaryEntry::GetWidth() const
 {
     return m_width;
 }
 
-const Dimension& PageSizeDictionaryEntry::GetLength() const noexcept
+const Dimension& PageSizeDictionaryEntry::GetLength() const
 {
     return m_length;
 }

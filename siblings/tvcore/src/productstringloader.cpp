@@ -11,7 +11,7 @@ CXString ProductStringLoader::LoadStringW(std::int32_t number) const
     return TextResourceLoader::LoadStringW(number);
 }
 
-ProductData::ValueEnum ProductStringLoader::GetControllerFamily() const noexcept
+ProductData::ValueEnum ProductStringLoader::GetControllerFamily() const
 {
     return m_controllerFamily;
 }

@@ -6,12 +6,12 @@ ValueId::ValueId(DataModelIds::tagValueEnum value, CXString name) : m_value(valu
 {
 }
 
-DataModelIds::tagValueEnum ValueId::GetValueEnum() const noexcept
+DataModelIds::tagValueEnum ValueId::GetValueEnum() const
 {
     return m_value;
 }
 
-const CXString& ValueId::GetValueName() const noexcept
+const CXString& ValueId::GetValueName() const
 {
     return m_name;
 }

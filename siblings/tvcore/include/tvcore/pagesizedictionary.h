@@ -2,7 +2,7 @@
 //
 // A constant dictionary (tvcore/pagesizetable.h): every instance holds the same entries, in the same order. References
 // to entries are valid as long as the dictionary; reading is safe on every thread.
-// The library is delay-loaded: plain functions only, nothing virtual.
+// The library is delay-loaded (tvcore/tvcoreapi.h).
 #pragma once
 
 #include <tvcore/customsizenumber.h>

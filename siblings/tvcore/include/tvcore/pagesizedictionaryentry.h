@@ -1,6 +1,6 @@
 // PageSizeDictionaryEntry: one size of paper, as the page-size dictionary knows it.
 //
-// The library is delay-loaded: plain functions only, nothing virtual.
+// The library is delay-loaded (tvcore/tvcoreapi.h).
 #pragma once
 
 #include <tvcore/datamodelids.h>
@@ -18,15 +18,15 @@ public:
     PageSizeDictionaryEntry(const PageSizeRow& row, const CXString& displayName);
 
     // The option name of "PageMediaSize".
-    [[nodiscard]] const CXString& GetMsPageMediaSizeOptionName() const noexcept;
+    [[nodiscard]] const CXString& GetMsPageMediaSizeOptionName() const;
     // Whether that name is a keyword of the Print Schema; if not it belongs to the private namespace.
-    [[nodiscard]] bool IsPredefinedMsOptionName() const noexcept;
+    [[nodiscard]] bool IsPredefinedMsOptionName() const;
 
     // The value's name is the display name.
-    [[nodiscard]] const ValueId& GetValueId() const noexcept;
-    [[nodiscard]] DataModelIds::PageSizeTypeEnum GetPageSizeType() const noexcept;
-    [[nodiscard]] const Dimension& GetWidth() const noexcept;
-    [[nodiscard]] const Dimension& GetLength() const noexcept;
+    [[nodiscard]] const ValueId& GetValueId() const;
+    [[nodiscard]] DataModelIds::PageSizeTypeEnum GetPageSizeType() const;
+    [[nodiscard]] const Dimension& GetWidth() const;
+    [[nodiscard]] const Dimension& GetLength() const;
 
 private:
     DataModelIds::PageSizeTypeEnum m_type;

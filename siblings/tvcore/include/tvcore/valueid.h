@@ -1,6 +1,6 @@
 // ValueId: a value of the feature data model, with the name that goes with it.
 //
-// The library is delay-loaded: plain functions only, nothing virtual.
+// The library is delay-loaded (tvcore/tvcoreapi.h).
 #pragma once
 
 #include <tvcore/datamodelids.h>
@@ -12,9 +12,9 @@ class TVCORE_API ValueId
 public:
     explicit ValueId(DataModelIds::tagValueEnum value = DataModelIds::Value::Automatic, CXString name = CXString());
 
-    [[nodiscard]] DataModelIds::tagValueEnum GetValueEnum() const noexcept;
+    [[nodiscard]] DataModelIds::tagValueEnum GetValueEnum() const;
     // Empty when the value has no name of its own.
-    [[nodiscard]] const CXString& GetValueName() const noexcept;
+    [[nodiscard]] const CXString& GetValueName() const;
 
 private:
     DataModelIds::tagValueEnum m_value;
