@@ -4,6 +4,7 @@
 
 #include <winspool.h>
 
+#include <tvcore/workflowmodulenames.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/printdriver.h>
 #include <tvutil/printer.h>
@@ -14,7 +15,6 @@
 #include <iterator>
 #include <utility>
 
-#include "complugins/workflowmodules.h"
 #include "utilitiesstaticlib/findfunction.h"
 
 namespace

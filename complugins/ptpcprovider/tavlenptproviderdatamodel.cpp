@@ -43,14 +43,17 @@ ProductData& TavlenPtProvider::GetProductData()
     return m_workflow.GetProductDataObj();
 }
 
-// A new loader at every call, on purpose: a reference from an earlier call is dead after the next one.
+// A new loader at every call, on purpose: a reference from an earlier call is dead after the next one. It loads the
+// texts of the product data that is kept, not of the printer's name: the printer may have another name by now, or be
+// another one, whose own texts would not fit the product.
 ProductStringLoader& TavlenPtProvider::GetProductStringLoader()
 {
     if (!m_workflow.IsLoaded())
         ThrowComException(E_FAIL,
                           {W("TavlenPtProvider::GetProductStringLoader"), kSourceFile, kProductStringLoaderLine});
     m_productStringLoader = std::make_unique<ProductStringLoader>(m_controllerFamily);
-    TextResourceLoader::Initialize(m_printerHandle, false);
+    TextResourceLoader::Initialize(m_printerHandle, false); // a printer that has gone fails here
+    m_workflow.GetProductDataObj().PutTextsInForce();
     return *m_productStringLoader;
 }
 

@@ -141,6 +141,7 @@ TEST_F(Provider, PublishesThePrivateNamespaceWhereBitTenIsSet)
         {0xE02, 1, 0x600'0002},
         {0x888, 0, 0x080'0008},
         {0xC08, 1, 0x400'0008},
+        {0x1404, 1, 0x400'0004},
         {0, 0, 0},
         {0xFFFFFFFF'FFFFFBFF, 0, 0x3C0'000F},
     };

@@ -1,12 +1,15 @@
 // The workflow module: how it is found, remembered and loaded; what the provider answers with and without one.
 #include <gtest/gtest.h>
 
+#include <tvcore/datasourceproviderwithdatasources.h>
 #include <tvcore/productdata.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/printer.h>
 #include <tvutil/tavlencomexception.h>
+#include <tvutil/textresourceloader.h>
 
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -133,13 +136,80 @@ TEST(Workflow, CannotBeAskedBeforeItIsLoaded)
     EXPECT_FALSE(workflow.Load(nullptr)); // a printer that cannot be asked has none
 }
 
+// A provider in light mode that notes what it is asked for.
+class LightProvider final : public DataSourceProviderWithDataSources
+{
+public:
+    std::vector<std::string> asked;
+    const DEVMODEW* devmode = nullptr;
+
+    FeatureServices* InitializeOrReInitializeDataModel(DEVMODEW* given) override
+    {
+        asked.emplace_back("initialise");
+        devmode = given;
+        return nullptr;
+    }
+    FeatureServices* GetFeatureServicesPtr() override
+    {
+        asked.emplace_back("services");
+        return nullptr;
+    }
+    XDevmode& GetXDevmodeRef() override
+    {
+        throw std::logic_error("there is none in light mode");
+    }
+    ProductData& GetProductData() override
+    {
+        throw std::logic_error("the module has its own");
+    }
+    ProductStringLoader& GetProductStringLoader() override
+    {
+        throw std::logic_error("not asked");
+    }
+    PageSizeDictionary& GetPageSizeDictionary() override
+    {
+        throw std::logic_error("not asked");
+    }
+    bool IsColorDevice() override
+    {
+        throw std::logic_error("not asked");
+    }
+};
+
+TEST(Workflow, ForwardsToItsModuleWhichAsksTheProviderForADataModel)
+{
+    const TestPrinter printer(ColorPrinter({"tvwftu_b.dll"}));
+    WorkflowObject workflow;
+    ASSERT_TRUE(workflow.Load(printer.Handle()));
+    EXPECT_EQ(1u, workflow.GetWorkFlowType());
+    EXPECT_EQ("Tavlen C9070 PS", workflow.GetProductDataObj().GetName().ToUtf8());
+
+    LightProvider provider;
+    const TestDevmode devmode;
+    const auto moves = [&]
+    {
+        return workflow.UpdateRegistryWithDataModelData() ||
+               workflow.UpdatePublicAndPrivateDevmodeWithDataModelData() ||
+               workflow.LoadSettingsInitializeDataModelAndWriteDevmode(devmode.Get()) ||
+               workflow.ReInitializeAssociatedXDevmodeObj();
+    };
+    EXPECT_FALSE(moves()); // nobody to ask
+    workflow.SetDataSourceProviderPtr(&provider, printer.Handle(), 3);
+    EXPECT_FALSE(moves());
+    EXPECT_EQ((std::vector<std::string>{"services", "services", "initialise", "services"}), provider.asked);
+    EXPECT_EQ(devmode.Get(), provider.devmode);
+    workflow.SetDataSourceProviderPtr(nullptr, nullptr, 0);
+    EXPECT_FALSE(moves());
+    EXPECT_EQ(4u, provider.asked.size());
+}
+
 class BoundProvider : public testing::Test
 {
 protected:
     HRESULT Bind(const TestPrinter& printer)
     {
-        m_provider.Reset();
-        EXPECT_EQ(S_OK, CreateTavlenPtProvider(m_provider.Put()));
+        const HRESULT created = m_provider ? S_OK : CreateTavlenPtProvider(m_provider.Put());
+        EXPECT_EQ(S_OK, created);
         m_object = static_cast<TavlenPtProvider*>(m_provider.Get());
         OEMPTOPTS options = OEMPT_DEFAULT;
         INT count = 0;
@@ -177,7 +247,17 @@ TEST_F(BoundProvider, AnswersForItsProduct)
     // A new loader at every call: both exist at the moment of the second, so their addresses differ.
     const ProductStringLoader* const first = &m_object->GetProductStringLoader();
     EXPECT_NE(first, &m_object->GetProductStringLoader());
-    EXPECT_FALSE(m_object->GetProductStringLoader().LoadStringW(418).IsEmpty());
+    const CXString text = m_object->GetProductStringLoader().LoadStringW(418);
+    EXPECT_FALSE(text.IsEmpty());
+
+    // Bound again, the first product data stays, and its texts with it: those of the printer's name are not asked.
+    ASSERT_EQ(S_OK, Bind(printer));
+    PrinterModel exchanged;
+    exchanged.productStrings = {{418, CXString(W("another product's"))}};
+    const ProductData newer(std::move(exchanged), Printer(printer.Handle()).GetPrinterName());
+    EXPECT_EQ(text.ToUtf8(), m_object->GetProductStringLoader().LoadStringW(418).ToUtf8());
+    EXPECT_FALSE(TextResourceLoader::Initialize(printer.Handle(), true)); // forgotten: the name has no texts any more
+    EXPECT_EQ(text.ToUtf8(), m_object->GetProductStringLoader().LoadStringW(418).ToUtf8());
     EXPECT_EQ(&m_object->GetPageSizeDictionary(), &m_object->GetPageSizeDictionary());
 }
 

@@ -65,6 +65,25 @@ TEST(TextsInForce, LiveAsLongAsAProductThatHasThem)
     EXPECT_FALSE(PutInForce(W("One")));
 }
 
+// A product stays with whoever bound it first, while its printer is renamed or its name becomes another product's.
+TEST(TextsInForce, AreThoseOfAProductThatSaysSo)
+{
+    const auto first = ProductSaying(W("One"), W("first"));
+    const auto newer = ProductSaying(W("One"), W("newer"));
+    const auto nobodys = ProductSaying(W(""), W("nobody's"));
+    EXPECT_FALSE(PutInForce(W("")));
+    for (const bool forgotten : {false, true})
+    {
+        PutInForce(W("One"), forgotten);
+        first->PutTextsInForce();
+        EXPECT_EQ(Text(), W("first"));
+        nobodys->PutTextsInForce();
+        EXPECT_EQ(Text(), W("nobody's"));
+        PutInForce(W("One"));
+        EXPECT_EQ(Text(), forgotten ? W("") : W("newer"));
+    }
+}
+
 TEST(TextsInForce, AreEachThreadsOwn)
 {
     const auto first = ProductSaying(W("One"), W("first"));

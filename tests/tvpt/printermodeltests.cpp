@@ -146,7 +146,7 @@ TEST(PrinterModels, AFaultIsToldByItsJsonPointer)
          {
              m["coreDriver"]["privateSize"] = 564;
          }},
-        {"/workflowModule: must be the plain name of a .dll file",
+        {"/workflowModule: \"../x.dll\" is unknown; known are tvwftu_B.dll, tvwfwu_B.dll, tvwfuv_B.dll",
          [](json& m)
          {
              m["workflowModule"] = "../x.dll";
@@ -287,6 +287,16 @@ TEST(PrinterModels, AFaultIsToldByItsJsonPointer)
          {
              m["maxCopies"] = 0;
          }},
+        {"/printRate: must be from 1 to 32767",
+         [](json& m)
+         {
+             m["printRate"] = 0;
+         }},
+        {"/: field \"memory\" is missing",
+         [](json& m)
+         {
+             m.erase("memory");
+         }},
         {"/minExtent: greater than the maximum extent",
          [](json& m)
          {
@@ -340,6 +350,15 @@ TEST(PrinterModels, OnePaperIdMayStandForFormsOfDifferentTypes)
     own["name"] = "A4 own";
     model["forms"].push_back(own);
     EXPECT_EQ(FaultOf(model.dump()), "");
+}
+
+TEST(PrinterModels, NameTheirWorkflowModuleInAnyCaseOfLetters)
+{
+    json model = json::parse(ReadModelText("tavlen-b4400-uni"));
+    model["workflowModule"] = "TVWFTU_b.Dll";
+    EXPECT_EQ(ParsePrinterModel(model.dump(), "m.json").workflowModule, W("tvwftu_B.dll"));
+    model.erase("workflowModule");
+    EXPECT_TRUE(ParsePrinterModel(model.dump(), "m.json").workflowModule.IsEmpty());
 }
 
 TEST(PrinterModels, AFileThatCannotBeReadIsAFault)

@@ -78,10 +78,12 @@ TEST_F(Capabilities, AreTheModelsFigures)
         int color;
         int trueType;
         int privateSize;
+        int pagesPerMinute;
+        int memory;
     };
     constexpr Case kCases[] = {
-        {kPostScriptModel, 9999, {984, 1397, 3302, 4877}, 1, DCTT_DOWNLOAD | DCTT_SUBDEV, 708},
-        {kUnidrvModel, 999, {762, 1270, 2160, 3560}, 0, DCTT_BITMAP | DCTT_DOWNLOAD, 564},
+        {kPostScriptModel, 9999, {984, 1397, 3302, 4877}, 1, DCTT_DOWNLOAD | DCTT_SUBDEV, 708, 70, 2097152},
+        {kUnidrvModel, 999, {762, 1270, 2160, 3560}, 0, DCTT_BITMAP | DCTT_DOWNLOAD, 564, 44, 65536},
     };
     for (const Case& test : kCases)
     {
@@ -93,6 +95,10 @@ TEST_F(Capabilities, AreTheModelsFigures)
         EXPECT_EQ(Ask(DC_EXTRA), test.privateSize + 5956);
         EXPECT_EQ(Ask(DC_COLORDEVICE), test.color);
         EXPECT_EQ(Ask(DC_TRUETYPE), test.trueType);
+        EXPECT_EQ(Ask(DC_PRINTRATE), test.pagesPerMinute);
+        EXPECT_EQ(Ask(DC_PRINTRATEUNIT), 1);
+        EXPECT_EQ(Ask(DC_PRINTRATEPPM), test.pagesPerMinute);
+        EXPECT_EQ(Ask(DC_PRINTERMEM), test.memory);
         EXPECT_EQ(Ask(DC_DUPLEX), 1);
         EXPECT_EQ(Ask(DC_COLLATE), 1);
         EXPECT_EQ(Ask(DC_STAPLE), 0);
@@ -122,13 +128,12 @@ TEST_F(Capabilities, NamesMayFillTheirRoom)
 
 TEST_F(Capabilities, ListTheFilesOfTheDriver)
 {
-    // Any module does for a workflow module here; it is recorded in small letters.
-    Install(kPostScriptModel, [](nlohmann::json& model) { model["workflowModule"] = "tvptpc_B.dll"; });
+    Install(kPostScriptModel);
     std::set<WideString> names;
     for (const Name64& name : List<Name64>(DC_FILEDEPENDENCIES))
         names.insert(TextOf(name));
     for (const WCHAR* const name : {W("tvui_B.dll"), W("tvcore_B.dll"), W("tvutil_B.dll"), W("tvptpc_B.dll"),
-                                    W("tvptpc_b.dll"), W("tvui-tavlen-c9070-ps.json")})
+                                    W("tvwftu_b.dll"), W("tvui-tavlen-c9070-ps.json")})
         EXPECT_EQ(names.count(name), 1u) << CXString(name).ToUtf8();
 }
 
@@ -136,7 +141,7 @@ TEST_F(Capabilities, ThatAreNotAnsweredAreMinusOneAndWriteNothing)
 {
     Install(kUnidrvModel);
     std::vector<BYTE> room(64, BYTE{0xA5});
-    for (const int capability : {0, 19, 20, 21, 23, 24, 25, 26, 27, 28, 31, 33, 36, 1000, 65526, 65533, 65535})
+    for (const int capability : {0, 19, 20, 21, 23, 24, 25, 33, 36, 1000, 65526, 65533, 65535})
         EXPECT_EQ(Ask(static_cast<WORD>(capability), room.data()), -1) << capability;
     EXPECT_EQ(room, std::vector<BYTE>(64, BYTE{0xA5}));
 }

@@ -29,8 +29,8 @@ public:
     // A handle that the spooler has just handed out. Null is no printer.
     explicit PrinterHandle(HANDLE printer) noexcept;
     [[nodiscard]] static PrinterHandle Open(const std::string& name, Access access);
-    // Whether the spooler knows a printer of this name.
-    [[nodiscard]] static bool Exists(const std::string& name);
+    // For use; none when the spooler knows no printer of this name.
+    [[nodiscard]] static std::optional<PrinterHandle> OpenIfExists(const std::string& name);
 
     ~PrinterHandle();
     PrinterHandle(PrinterHandle&& other) noexcept;
@@ -42,7 +42,7 @@ public:
     [[nodiscard]] std::optional<std::uint64_t> Capability() const;
     // Returns the Win32 error.
     [[nodiscard]] DWORD StoreCapability(std::uint64_t word) const;
-    // Which workflow module the driver has (complugins/workflowmodules.h). Returns the Win32 error.
+    // Which workflow module the driver has (tvcore/workflowmodulenames.h). Returns the Win32 error.
     [[nodiscard]] DWORD StoreWorkflowModule(DWORD kind) const;
     // How far the set-up has come. Returns the Win32 error.
     [[nodiscard]] DWORD StoreInstallationState(DWORD state) const;

@@ -342,6 +342,7 @@ inline constexpr WORD DC_MODEL = 24;
 inline constexpr WORD DC_PERSONALITY = 25;
 inline constexpr WORD DC_PRINTRATE = 26;
 inline constexpr WORD DC_PRINTRATEUNIT = 27;
+inline constexpr DWORD PRINTRATEUNIT_PPM = 1; // answers DC_PRINTRATEUNIT
 inline constexpr WORD DC_PRINTERMEM = 28;
 inline constexpr WORD DC_MEDIAREADY = 29;
 inline constexpr WORD DC_STAPLE = 30;

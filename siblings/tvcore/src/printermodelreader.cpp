@@ -12,6 +12,7 @@
 
 #include <tvcore/customsizenumber.h>
 #include <tvcore/pagesizetable.h>
+#include <tvcore/workflowmodulenames.h>
 
 #include "jsoncursor.h"
 #include "jsontext.h"
@@ -95,13 +96,16 @@ PrinterModel::CoreDriver ReadCoreDriver(const JsonCursor& place)
     return driver;
 }
 
-CXString ReadModuleName(const JsonCursor& place)
+// In the table's spelling: to a file system the letters' case may matter.
+CXString ReadWorkflowModule(const JsonCursor& place)
 {
-    CXString name = place.Text(5, 63);
-    const WStringView text = name.View();
-    if (text.find_first_of(W("/\\:*?\"<>|")) != WStringView::npos || !text.ends_with(WStringView(W(".dll"))))
-        place.Fault("must be the plain name of a .dll file");
-    return name;
+    const CXString name = place.Text(1, kMaxTextLength);
+    if (const DWORD kind = WorkflowModuleKind(name); kind != kNoWorkflowModule)
+        return kWorkflowModuleNames[kind - 1];
+    std::string known;
+    for (const WCHAR* const each : kWorkflowModuleNames)
+        known += (known.empty() ? "" : ", ") + CXString(each).ToUtf8();
+    place.Fault("\"" + name.ToUtf8() + "\" is unknown; known are " + known);
 }
 
 std::map<std::int32_t, CXString> ReadNumberedTexts(const JsonCursor& place)
@@ -348,6 +352,8 @@ PrinterModel::DefaultValue ReadDefault(const JsonCursor& place)
 void ReadLimits(const JsonCursor& root, PrinterModel& model)
 {
     model.maxCopies = root.Field("maxCopies").Number<std::uint16_t>(1, 32767);
+    model.printRate = root.Field("printRate").Number<std::uint16_t>(1, 32767);
+    model.memory = root.Field("memory").Number<std::int32_t>(1, kAnyValue);
     model.minExtent = ReadExtent(root.Field("minExtent"));
     model.maxExtent = ReadExtent(root.Field("maxExtent"));
     if (model.minExtent.width > model.maxExtent.width || model.minExtent.length > model.maxExtent.length)
@@ -358,14 +364,14 @@ PrinterModel ReadModel(const JsonCursor& root)
 {
     root.OnlyFields({"$schema", "name", "capability", "controllerFamily", "coreDriver", "workflowModule",
                      "productInformation", "productStrings", "forms", "resolutions", "mediaTypes", "bins", "margins",
-                     "maxCopies", "minExtent", "maxExtent", "defaults"});
+                     "maxCopies", "printRate", "memory", "minExtent", "maxExtent", "defaults"});
     PrinterModel model;
     model.name = ReadModelName(root.Field("name"));
     model.capability = root.Field("capability").HexWord();
     model.controllerFamily = ChoiceOf(root.Field("controllerFamily"), kFamilies);
     model.coreDriver = ReadCoreDriver(root.Field("coreDriver"));
     if (const auto module = root.OptionalField("workflowModule"))
-        model.workflowModule = ReadModuleName(*module);
+        model.workflowModule = ReadWorkflowModule(*module);
     model.productInformation = ReadNumberedTexts(root.Field("productInformation"));
     model.productStrings = ReadProductStrings(root.Field("productStrings"));
     model.forms = ReadForms(root.Field("forms"));

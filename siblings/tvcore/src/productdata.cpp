@@ -26,14 +26,13 @@ NamedModel ReadInstalledModel(HANDLE printer)
 
 struct ProductData::Content
 {
-    explicit Content(NamedModel named) : model(std::move(named.model))
+    explicit Content(NamedModel named)
+        : model(std::move(named.model)), texts(TextResourceLoader::Share(named.printerName, model.productStrings))
     {
-        if (!named.printerName.IsEmpty())
-            texts = TextResourceLoader::Share(named.printerName, model.productStrings);
     }
 
     PrinterModel model;
-    std::shared_ptr<const TextResourceLoader::Texts> texts; // keeps them known
+    std::shared_ptr<const TextResourceLoader::Texts> texts; // keeps them known; the model's, so behind it
 };
 
 ProductData::ProductData(HANDLE printer) : m_content(std::make_unique<Content>(ReadInstalledModel(printer)))
@@ -47,12 +46,17 @@ ProductData::ProductData(PrinterModel model, const CXString& printerName)
 
 ProductData::~ProductData() = default;
 
-const CXString& ProductData::GetName() const noexcept
+void ProductData::PutTextsInForce() const
+{
+    TextResourceLoader::Initialize(m_content->texts);
+}
+
+const CXString& ProductData::GetName() const
 {
     return m_content->model.name;
 }
 
-ULONGLONG ProductData::GetCapability() const noexcept
+ULONGLONG ProductData::GetCapability() const
 {
     return m_content->model.capability;
 }
@@ -62,7 +66,7 @@ ProductData::ValueEnum ProductData::GetControllerFamily() const
     return static_cast<ValueEnum>(m_content->model.controllerFamily); // the model's reader knows them all
 }
 
-const PrinterModel::CoreDriver& ProductData::GetCoreDriver() const noexcept
+const PrinterModel::CoreDriver& ProductData::GetCoreDriver() const
 {
     return m_content->model.coreDriver;
 }
@@ -73,48 +77,58 @@ CXString ProductData::GetInfo(std::int32_t item) const
     return found != m_content->model.productInformation.end() ? found->second : CXString();
 }
 
-const std::vector<PrinterModel::Form>& ProductData::GetForms() const noexcept
+const std::vector<PrinterModel::Form>& ProductData::GetForms() const
 {
     return m_content->model.forms;
 }
 
-const std::vector<PrinterModel::Resolution>& ProductData::GetResolutions() const noexcept
+const std::vector<PrinterModel::Resolution>& ProductData::GetResolutions() const
 {
     return m_content->model.resolutions;
 }
 
-const std::vector<PrinterModel::MediaType>& ProductData::GetMediaTypes() const noexcept
+const std::vector<PrinterModel::MediaType>& ProductData::GetMediaTypes() const
 {
     return m_content->model.mediaTypes;
 }
 
-const std::vector<PrinterModel::Bin>& ProductData::GetBins() const noexcept
+const std::vector<PrinterModel::Bin>& ProductData::GetBins() const
 {
     return m_content->model.bins;
 }
 
-PrinterModel::Margins ProductData::GetMargins(std::uint16_t paperId) const noexcept
+PrinterModel::Margins ProductData::GetMargins(std::uint16_t paperId) const
 {
     const auto found = m_content->model.margins.find(paperId);
     return found != m_content->model.margins.end() ? found->second : PrinterModel::Margins();
 }
 
-std::uint16_t ProductData::GetMaxCopies() const noexcept
+std::uint16_t ProductData::GetMaxCopies() const
 {
     return m_content->model.maxCopies;
 }
 
-const PrinterModel::Extent& ProductData::GetMinExtent() const noexcept
+std::uint16_t ProductData::GetPrintRate() const
+{
+    return m_content->model.printRate;
+}
+
+std::int32_t ProductData::GetMemory() const
+{
+    return m_content->model.memory;
+}
+
+const PrinterModel::Extent& ProductData::GetMinExtent() const
 {
     return m_content->model.minExtent;
 }
 
-const PrinterModel::Extent& ProductData::GetMaxExtent() const noexcept
+const PrinterModel::Extent& ProductData::GetMaxExtent() const
 {
     return m_content->model.maxExtent;
 }
 
-const PrinterModel::DefaultValue* ProductData::GetDefault(std::int32_t feature) const noexcept
+const PrinterModel::DefaultValue* ProductData::GetDefault(std::int32_t feature) const
 {
     const auto found = m_content->model.defaults.find(feature);
     return found != m_content->model.defaults.end() ? &found->second : nullptr;

@@ -4,8 +4,6 @@
 #include <winspool.h>
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <iterator>
 #include <span>
 #include <vector>
@@ -14,55 +12,11 @@
 #include <tvui/defaultdevmode.h>
 #include <tvutil/printdriver.h>
 
+#include "capabilityrecords.h"
 #include "devmodemerge.h"
 
 namespace
 {
-
-// ---- Records ------------------------------------------------------------------------------------
-
-// Names have this much room in the platform's lists, and no terminator where they fill it.
-using PaperName = std::array<WCHAR, 64>;
-using BinName = std::array<WCHAR, 24>;
-using MediaTypeName = std::array<WCHAR, 64>;
-using FileName = std::array<WCHAR, 64>;
-
-struct ResolutionRecord
-{
-    LONG x;
-    LONG y;
-};
-
-template <class Record>
-Record NameRecord(WStringView name)
-{
-    Record record{};
-    std::copy_n(name.begin(), std::min(name.size(), record.size()), record.begin());
-    return record;
-}
-
-// The caller's memory is written as bytes: nobody has promised that it is aligned.
-template <class List, class MakeRecord>
-DWORD AnswerList(const List& list, void* output, MakeRecord makeRecord)
-{
-    auto* to = static_cast<std::byte*>(output);
-    for (const auto& item : list)
-    {
-        if (to == nullptr)
-            break;
-        const auto record = makeRecord(item);
-        std::memcpy(to, &record, sizeof record);
-        to += sizeof record;
-    }
-    return static_cast<DWORD>(std::size(list));
-}
-
-DWORD AnswerExtent(const PrinterModel::Extent& extent)
-{
-    return static_cast<DWORD>(extent.length) << 16 | extent.width; // dmPaperLength over dmPaperWidth
-}
-
-// ---- Capabilities -------------------------------------------------------------------------------
 
 struct Question
 {
@@ -149,6 +103,21 @@ DWORD MediaTypeNames(const Question& question)
 DWORD Copies(const Question& question)
 {
     return question.product.GetMaxCopies();
+}
+
+DWORD PagesPerMinute(const Question& question)
+{
+    return question.product.GetPrintRate();
+}
+
+DWORD PrintRateUnit(const Question&)
+{
+    return PRINTRATEUNIT_PPM;
+}
+
+DWORD Memory(const Question& question)
+{
+    return static_cast<DWORD>(question.product.GetMemory());
 }
 
 DWORD Duplex(const Question& question)
@@ -244,8 +213,12 @@ constexpr Row kRows[] = {
     {DC_ORIENTATION, Orientation},
     {DC_COPIES, Copies},
     {DC_COLLATE, Collate},
+    {DC_PRINTRATE, PagesPerMinute},
+    {DC_PRINTRATEUNIT, PrintRateUnit},
+    {DC_PRINTERMEM, Memory},
     {DC_MEDIAREADY, MediaReady},
     {DC_STAPLE, Staple},
+    {DC_PRINTRATEPPM, PagesPerMinute},
     {DC_COLORDEVICE, Color},
     {DC_MEDIATYPENAMES, MediaTypeNames},
     {DC_MEDIATYPES, MediaTypes},

@@ -27,9 +27,19 @@ public:
         if (auto known = Newest(printerName); known != nullptr && *known == texts)
             return known;
         std::shared_ptr<const Texts> shared = std::make_shared<const Texts>(texts);
-        m_entries.push_back({m_nextTicket, printerName, shared});
-        ++m_nextTicket;
+        (void)Add(printerName, shared);
         return shared;
+    }
+
+    // They may have been forgotten as their printer's, or never have been any printer's.
+    Ticket TicketOf(const std::shared_ptr<const Texts>& texts)
+    {
+        if (texts == nullptr)
+            return kNoTexts;
+        const std::lock_guard guard(m_mutex);
+        const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                        [&texts](const Entry& entry) { return entry.texts.lock() == texts; });
+        return found != m_entries.end() ? found->ticket : Add(CXString(), texts);
     }
 
     Ticket Find(const CXString& printerName, bool forget)
@@ -59,8 +69,16 @@ private:
         std::weak_ptr<const Texts> texts;
     };
 
+    Ticket Add(const CXString& printerName, const std::shared_ptr<const Texts>& texts)
+    {
+        m_entries.push_back({m_nextTicket, printerName, texts});
+        return m_nextTicket++;
+    }
+
     std::shared_ptr<const Texts> Newest(const CXString& printerName, Ticket* ticket = nullptr) const
     {
+        if (printerName.IsEmpty()) // of no printer
+            return nullptr;
         for (auto entry = m_entries.rbegin(); entry != m_entries.rend(); ++entry)
             if (entry->printerName.CompareNoCase(printerName) == 0)
                 if (auto texts = entry->texts.lock())
@@ -104,6 +122,12 @@ bool TextResourceLoader::Initialize(const CXString& printerName, bool forget)
     t_inForce = Registry().Find(printerName, forget);
     g_inForce = t_inForce;
     return t_inForce != kNoTexts;
+}
+
+void TextResourceLoader::Initialize(const std::shared_ptr<const Texts>& texts)
+{
+    t_inForce = Registry().TicketOf(texts);
+    g_inForce = t_inForce;
 }
 
 CXString TextResourceLoader::LoadStringW(std::int32_t number)

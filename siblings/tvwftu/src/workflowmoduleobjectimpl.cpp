@@ -1,5 +1,6 @@
 #include "siblings/tvwftu/src/workflowmoduleobjectimpl.h"
 
+#include <tvcore/workflowmodulenames.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/throwexception.h>
 
@@ -7,7 +8,30 @@ namespace
 {
 
 constexpr WCHAR kSourceFile[] = W("siblings\\tvwftu\\workflowmoduleobjectimpl");
-constexpr ULONG kWorkFlowType = 1; // "tvwftu_B.dll" in the printer's data
+constexpr WCHAR kOwnName[] = W("tvwftu_B.dll");
+
+// Each answers whether settings were moved. The services of a data model have no operations yet by which settings could
+// be read or written, so none of these moves any, with a data model either, and none says otherwise.
+
+bool SettingsIntoRegistry(FeatureServices& /*from*/, HANDLE /*printer*/)
+{
+    return false;
+}
+
+bool SettingsFromRegistry(HANDLE /*printer*/, FeatureServices& /*into*/)
+{
+    return false;
+}
+
+bool SettingsIntoDevmode(FeatureServices& /*from*/, DataSourceProviderWithDataSources& /*devmodeOwner*/)
+{
+    return false;
+}
+
+bool SettingsFromDevmode(DataSourceProviderWithDataSources& /*devmodeOwner*/, FeatureServices& /*into*/)
+{
+    return false;
+}
 
 } // namespace
 
@@ -33,27 +57,40 @@ void WorkflowModuleObjectImpl::SetDataSourceProviderPtr(DataSourceProviderWithDa
     m_use = use;
 }
 
+FeatureServices* WorkflowModuleObjectImpl::FindFeatureServices() const
+{
+    return m_provider != nullptr ? m_provider->GetFeatureServicesPtr() : nullptr;
+}
+
 bool WorkflowModuleObjectImpl::UpdateRegistryWithDataModelData()
 {
-    return false;
+    FeatureServices* const services = FindFeatureServices();
+    return services != nullptr && SettingsIntoRegistry(*services, m_printerHandle);
 }
 
 bool WorkflowModuleObjectImpl::UpdatePublicAndPrivateDevmodeWithDataModelData()
 {
-    return false;
+    FeatureServices* const services = FindFeatureServices();
+    return services != nullptr && SettingsIntoDevmode(*services, *m_provider);
 }
 
-bool WorkflowModuleObjectImpl::LoadSettingsInitializeDataModelAndWriteDevmode(DEVMODEW* /*devmode*/)
+bool WorkflowModuleObjectImpl::LoadSettingsInitializeDataModelAndWriteDevmode(DEVMODEW* devmode)
 {
-    return false;
+    if (m_provider == nullptr)
+        return false;
+    FeatureServices* const services = m_provider->InitializeOrReInitializeDataModel(devmode);
+    return services != nullptr && SettingsFromRegistry(m_printerHandle, *services) &&
+           SettingsIntoDevmode(*services, *m_provider);
 }
 
+// Called by the provider amid the renewal of its data model: it must not be asked to initialise that.
 bool WorkflowModuleObjectImpl::ReInitializeAssociatedXDevmodeObj()
 {
-    return false;
+    FeatureServices* const services = FindFeatureServices();
+    return services != nullptr && SettingsFromDevmode(*m_provider, *services);
 }
 
 ULONG WorkflowModuleObjectImpl::GetWorkFlowType()
 {
-    return kWorkFlowType;
+    return WorkflowModuleKind(kOwnName);
 }

@@ -1,9 +1,10 @@
 // The reference workflow module's object: owns the product data that the installed printer model describes.
 //
 // Settings are moved from the feature services of the provider's data model. In light mode there are none, so every
-// moving operation answers that nothing was moved.
+// moving operation asks the provider and answers that nothing was moved.
 #pragma once
 
+#include <tvcore/datasourceproviderwithdatasources.h>
 #include <tvcore/productdata.h>
 #include <tvcore/workflowmodule.h>
 
@@ -22,6 +23,9 @@ public:
     ULONG GetWorkFlowType() override;
 
 private:
+    // What settings are moved from; null without a provider, and while its data model is not in use.
+    [[nodiscard]] FeatureServices* FindFeatureServices() const;
+
     HANDLE m_printerHandle = nullptr;
     std::unique_ptr<ProductData> m_productData;
     DataSourceProviderWithDataSources* m_provider = nullptr;

@@ -82,7 +82,7 @@ struct PrinterModel
     std::uint64_t capability = 0;
     std::int32_t controllerFamily = 0;
     CoreDriver coreDriver;
-    CXString workflowModule; // empty: the driver has none
+    CXString workflowModule; // one of tvcore/workflowmodulenames.h, in its spelling; empty: the driver has none
     std::map<std::int32_t, CXString> productInformation;
     std::map<std::int32_t, CXString> productStrings;
     std::vector<Form> forms;
@@ -91,6 +91,8 @@ struct PrinterModel
     std::vector<Bin> bins;
     std::map<std::uint16_t, Margins> margins; // by paper id
     std::uint16_t maxCopies = 1;
+    std::uint16_t printRate = 0; // pages a minute
+    std::int32_t memory = 0;     // kilobytes, of the printer
     Extent minExtent;
     Extent maxExtent;
     std::map<std::int32_t, DefaultValue> defaults; // by feature number

@@ -5,7 +5,7 @@
 // this object lives.
 //
 // Everything returned by reference is valid as long as the object. Reading is safe on every thread. The library is
-// delay-loaded: plain functions only, nothing virtual.
+// delay-loaded (tvcore/tvcoreapi.h).
 #pragma once
 
 #include <windows.h>
@@ -40,30 +40,34 @@ public:
     ProductData(const ProductData&) = delete;
     ProductData& operator=(const ProductData&) = delete;
 
-    [[nodiscard]] const CXString& GetName() const noexcept;
-    [[nodiscard]] ULONGLONG GetCapability() const noexcept;
-    // Not noexcept, on purpose: it is the first call of users that load this library late, and the load can throw.
+    // This product's texts become those that the calling thread's ProductStringLoaders load.
+    void PutTextsInForce() const;
+
+    [[nodiscard]] const CXString& GetName() const;
+    [[nodiscard]] ULONGLONG GetCapability() const;
     [[nodiscard]] ValueEnum GetControllerFamily() const;
-    [[nodiscard]] const PrinterModel::CoreDriver& GetCoreDriver() const noexcept;
+    [[nodiscard]] const PrinterModel::CoreDriver& GetCoreDriver() const;
 
     // Product information as text; empty when the product has no such item.
     [[nodiscard]] CXString GetInfo(std::int32_t item) const;
 
     // In each list the first item is the printer's default.
-    [[nodiscard]] const std::vector<PrinterModel::Form>& GetForms() const noexcept;
-    [[nodiscard]] const std::vector<PrinterModel::Resolution>& GetResolutions() const noexcept;
-    [[nodiscard]] const std::vector<PrinterModel::MediaType>& GetMediaTypes() const noexcept;
-    [[nodiscard]] const std::vector<PrinterModel::Bin>& GetBins() const noexcept;
+    [[nodiscard]] const std::vector<PrinterModel::Form>& GetForms() const;
+    [[nodiscard]] const std::vector<PrinterModel::Resolution>& GetResolutions() const;
+    [[nodiscard]] const std::vector<PrinterModel::MediaType>& GetMediaTypes() const;
+    [[nodiscard]] const std::vector<PrinterModel::Bin>& GetBins() const;
 
     // Microns; all 0 when the product says nothing of that paper.
-    [[nodiscard]] PrinterModel::Margins GetMargins(std::uint16_t paperId) const noexcept;
+    [[nodiscard]] PrinterModel::Margins GetMargins(std::uint16_t paperId) const;
 
-    [[nodiscard]] std::uint16_t GetMaxCopies() const noexcept;
-    [[nodiscard]] const PrinterModel::Extent& GetMinExtent() const noexcept;
-    [[nodiscard]] const PrinterModel::Extent& GetMaxExtent() const noexcept;
+    [[nodiscard]] std::uint16_t GetMaxCopies() const;
+    [[nodiscard]] std::uint16_t GetPrintRate() const; // pages a minute
+    [[nodiscard]] std::int32_t GetMemory() const;     // kilobytes
+    [[nodiscard]] const PrinterModel::Extent& GetMinExtent() const;
+    [[nodiscard]] const PrinterModel::Extent& GetMaxExtent() const;
 
     // The catalogue default of a data-model feature; null when the product leaves it to the catalogue.
-    [[nodiscard]] const PrinterModel::DefaultValue* GetDefault(std::int32_t feature) const noexcept;
+    [[nodiscard]] const PrinterModel::DefaultValue* GetDefault(std::int32_t feature) const;
 
 private:
     struct Content;
