@@ -2,7 +2,10 @@
 #include <windows.h>
 #include <winspool.h>
 
+#include <atomic>
+#include <cstdlib>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -129,6 +132,69 @@ TEST_F(Printers, APrinterThatTheSpoolerRefusesTakesItsNewDriverWithIt)
     const std::string changed = ChangedModel("own.json", {{"name", "Tavlen Own"}, {"maxCopies", 5}});
     RemoveAtEnd("Own");
     EXPECT_EQ(RunHost({"printer", "add", "Own", "--model", changed}).status, 0);
+}
+
+TEST_F(Printers, OfADriverThatLacksAFileAreToldByThatFile)
+{
+    const std::string name = InstallTestPrinter();
+    ASSERT_EQ(RunHost({"devmode", "new", "--printer", name, "-o", File("d.dm")}).status, 0);
+    const json driver = json::parse(RunHost({"printer", "show", name, "--json"}).out)["driver"];
+    const auto folder = std::filesystem::path(driver["configFile"].get<std::string>()).parent_path();
+    for (const char* const sibling : {"tvcore_B.dll", "tvwftu_b.dll", "tvui_B.dll"})
+    {
+        SCOPED_TRACE(sibling);
+        std::filesystem::path file = folder / sibling;
+        if (!std::filesystem::exists(file))
+            file.replace_extension(".so");
+        const std::filesystem::path aside = file.string() + ".aside";
+        std::filesystem::rename(file, aside);
+        const RunResult result = RunHost({"ticket", "from-devmode", "--printer", name, File("d.dm"), "-o", File("t")});
+        std::filesystem::rename(aside, file);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_TRUE(IsOneErrorLine(result.errors, "loading the driver \"Tavlen C9070 PS\": "));
+        EXPECT_TRUE(IsOneErrorLine(result.errors, std::string(sibling) + ": ERROR_FILE_NOT_FOUND (2)"));
+        EXPECT_EQ(FilesLeft(), std::vector<std::string>{"d.dm"});
+    }
+    EXPECT_EQ(RunHost({"ticket", "from-devmode", "--printer", name, File("d.dm"), "-o", File("t")}).status, 0);
+}
+
+// Two, so that their driver comes and goes with each of them; it shares its modules with the steady printer's.
+TEST_F(Printers, OfTwoProcessesAtOnceDoNotTakeEachOthersDriver)
+{
+    const std::string steady = InstallTestPrinter("tavlen-c9070-ps");
+    const std::string names[] = {steady + "-1", steady + "-2"};
+    std::atomic<int> running = 2;
+    std::vector<std::thread> processes;
+    for (const std::string& name : names)
+        processes.emplace_back(
+            [&]
+            {
+                const std::string log = File(name + ".log");
+                const int status = std::system((std::string(TVPT_PRINTER_LOOP_COMMAND) + " \"" + name +
+                                                "\" tavlen-b4400-uni 25 2> \"" + log + "\"")
+                                                   .c_str());
+                EXPECT_EQ(status, 0) << ReadBytes(log);
+                --running;
+            });
+    // A printer that goes while it is listed is no failure.
+    while (running != 0)
+    {
+        const RunResult list = RunHost({"printer", "list"});
+        EXPECT_EQ(list.status, 0) << list.errors;
+        EXPECT_NE(list.out.find(steady + "\t"), std::string::npos) << list.out;
+    }
+    for (std::thread& process : processes)
+        process.join();
+
+    for (const std::string& name : names)
+    {
+        SCOPED_TRACE(name);
+        RemoveAtEnd(name);
+        EXPECT_TRUE(IsListed(name));
+        ASSERT_EQ(RunHost({"devmode", "new", "--printer", name, "-o", File("d.dm")}).status, 0);
+        const RunResult result = RunHost({"ticket", "from-devmode", "--printer", name, File("d.dm"), "-o", File("t")});
+        EXPECT_EQ(result.status, 0) << result.errors;
+    }
 }
 
 TEST_F(Printers, OfOtherDriversAreLeftAlone)

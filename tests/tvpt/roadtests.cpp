@@ -2,10 +2,12 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "coredriverticket.h"
 #include "devmode.h"
 #include "documenttree.h"
 #include "filebytes.h"
 #include "hostrun.h"
+#include "modelfiles.h"
 #include "printschemadocument.h"
 
 namespace
@@ -121,6 +123,19 @@ protected:
         return RunHost(arguments);
     }
 
+    // Out of "out.xml", into a devmode that asks for one.
+    void ExpectCopiesComeBack(int copies)
+    {
+        MakeDevmode("other.dm", {"dmCopies=1"});
+        const std::string before = ReadBytes(Folder() / "other.dm");
+        const RunResult back = RunHost({"ticket", "to-devmode", "--printer", m_printer, "--devmode", File("other.dm"),
+                                        File("out.xml"), "-o", File("back.dm")});
+        ASSERT_EQ(back.status, 0) << back.errors;
+        const json shown = json::parse(RunHost({"devmode", "show", File("back.dm"), "--json"}).out);
+        EXPECT_EQ(shown["public"]["dmCopies"], copies);
+        EXPECT_EQ(ReadBytes(Folder() / "other.dm"), before);
+    }
+
     std::string m_printer;
 };
 
@@ -180,17 +195,54 @@ TEST_F(Roads, TheCoreDriversTicketFollowsTheDevmode)
                             { return row["name"] == "psk:PageScalingScale" && row["value"] == "50"; }));
 }
 
-TEST_F(Roads, CopiesComeBackIntoTheDevmode)
+// In the raw text, which is what other readers of a ticket see.
+TEST_F(Roads, TheDriversOwnNamesAreInTheNamespaceThatItsModelHas)
 {
-    ASSERT_EQ(FromDevmode().status, 0);
-    MakeDevmode("other.dm", {"dmCopies=1"});
-    const std::string before = ReadBytes(Folder() / "other.dm");
-    const RunResult back = RunHost({"ticket", "to-devmode", "--printer", m_printer, "--devmode", File("other.dm"),
-                                    File("out.xml"), "-o", File("back.dm")});
-    ASSERT_EQ(back.status, 0) << back.errors;
-    const json shown = json::parse(RunHost({"devmode", "show", File("back.dm"), "--json"}).out);
-    EXPECT_EQ(shown["public"]["dmCopies"], 3);
-    EXPECT_EQ(ReadBytes(Folder() / "other.dm"), before);
+    struct Row
+    {
+        const char* model;
+        const char* tray; // its first, as dmDefaultSource
+        std::string uri;
+    };
+    const std::string own(kPrivateKeywords.uri);
+    const Row rows[] = {
+        {"tavlen-c9070-ps", "260", own},
+        {"tavlen-b4400-uni", "1", "http://schemas.microsoft.com/windows/printing/oemdriverpt/Tavlen B4400 Uni"},
+        {"tavlen-w3100-xps", "260", own},
+        {"tavlen-b7000-xps", "260", own},
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.model);
+        m_printer = InstallTestPrinter(row.model);
+        MakeDevmode("in.dm", {"dmCopies=3", "dmDefaultSource=" + std::string(row.tray)});
+        const PrinterModel model = ReadPrinterModel(FindModelFile(row.model));
+        const bool isOwn = row.uri == own;
+        const std::string uri = DriverNamespaceUri(isOwn ? CXString::FromUtf8(own) : CXString(), model.name);
+        const std::string base =
+            MakeCoreDriverTicket(Devmode::FromBytes(ReadBytes(Folder() / "in.dm"), "test"), model, uri);
+        EXPECT_NE(base.find(" xmlns:ns0000=\"" + row.uri + "\""), std::string::npos) << base;
+        EXPECT_NE(base.find(" name=\"ns0000:Tray1\""), std::string::npos) << base;
+
+        ASSERT_EQ(FromDevmode().status, 0);
+        const std::string ticket = ReadBytes(Folder() / "out.xml");
+        const SchemaElement tree = ReadTree(ticket);
+        EXPECT_EQ(CopiesOf(tree), "3;");
+        const auto features = tree.Children("Feature");
+        EXPECT_TRUE(std::any_of(features.begin(), features.end(),
+                                [&row](const SchemaElement* feature) {
+                                    return feature->Child("Option") != nullptr &&
+                                           feature->Child("Option")->nameAttribute.Is(row.uri, "Tray1");
+                                }))
+            << ticket;
+        if (isOwn) // of others' namespaces the provider says nothing
+        {
+            EXPECT_NE(ticket.find(" xmlns:tk=\"" + row.uri + "\""), std::string::npos) << ticket;
+            EXPECT_NE(ticket.find(" name=\"tk:Tray1\""), std::string::npos) << ticket;
+            EXPECT_EQ(ticket.find(" name=\"ns0000:"), std::string::npos) << ticket;
+        }
+        ExpectCopiesComeBack(3);
+    }
 }
 
 TEST_F(Roads, ValidatingAndExpandingLeaveTheDocument)

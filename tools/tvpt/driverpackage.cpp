@@ -26,12 +26,11 @@ std::vector<WCHAR> EnvironmentName()
     return Terminated(CXString(W("Windows x64")));
 }
 
-// A module goes by its .dll name; where modules are shared objects the spooler copies the sibling of that name.
+// The spooler copies the sibling of that name where modules are shared objects.
 fs::path ModuleSource(std::string_view name)
 {
     fs::path module = ProgramFolder() / PathFromUtf8(name);
-    std::error_code error;
-    if (!fs::exists(module, error) && !fs::exists(fs::path(module).replace_extension(".so"), error))
+    if (!DriverFileExists(module))
         FailWithWin32Error(kInstalling, Utf8FromPath(module), ERROR_FILE_NOT_FOUND);
     return module;
 }
@@ -149,6 +148,25 @@ void DriverPackage::RollBack() noexcept
 {
     if (m_installed && !m_wasInstalled)
         (void)RemoveDriver(m_name);
+}
+
+std::filesystem::path DriverFolder()
+{
+    std::vector<WCHAR> environment = EnvironmentName();
+    std::vector<BYTE> room;
+    const DWORD error =
+        QuerySpooler(room, [&](LPBYTE bytes, DWORD size, LPDWORD needed)
+                     { return GetPrinterDriverDirectoryW(nullptr, environment.data(), 1, bytes, size, needed); });
+    if (error != ERROR_SUCCESS)
+        FailWithWin32Error("finding the folder of drivers", SpoolerPlace(), error);
+    const CXString folder(reinterpret_cast<const WCHAR*>(room.data()));
+    return PathFromUtf8(folder.ToUtf8());
+}
+
+bool DriverFileExists(const std::filesystem::path& file)
+{
+    std::error_code error;
+    return fs::exists(file, error) || fs::exists(fs::path(file).replace_extension(".so"), error);
 }
 
 DWORD RemoveDriver(const CXString& driverName) noexcept

@@ -36,5 +36,12 @@ private:
     bool m_installed = false;
 };
 
+// The spooler's folder for drivers; it exists. Throws Failure.
+[[nodiscard]] std::filesystem::path DriverFolder();
+
+// Whether the file of a driver is there, as the spooler names it: a module goes by its .dll name, also where modules
+// are shared objects.
+[[nodiscard]] bool DriverFileExists(const std::filesystem::path& file);
+
 // Removes a driver that no printer uses any more. Returns the Win32 error.
 [[nodiscard]] DWORD RemoveDriver(const CXString& name) noexcept;

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "jsonoutput.h"
 #include "oempart.h"
@@ -30,11 +31,9 @@ std::vector<OurPrinter> ListOurPrinters()
     std::vector<OurPrinter> ours;
     for (PrinterSummary& summary : ListLocalPrinters())
     {
-        // A printer may go between the list and the question.
-        const std::string name = summary.name.ToUtf8();
-        if (!PrinterHandle::Exists(name))
-            continue;
-        if (const auto word = PrinterHandle::Open(name, PrinterHandle::Access::Use).Capability())
+        // A printer may go between the list and the question, or between the question and its answer.
+        const std::optional<PrinterHandle> printer = PrinterHandle::OpenIfExists(summary.name.ToUtf8());
+        if (const auto word = printer ? printer->Capability() : std::nullopt)
             ours.push_back({std::move(summary), *word});
     }
     return ours;
@@ -104,7 +103,7 @@ void AddPrinterCommands(CLI::App& program, Action& chosen)
     CLI::App& printer = *program.add_subcommand("printer", "Install, list and remove printers");
     printer.require_subcommand(1);
 
-    CLI::App& add = *printer.add_subcommand("add", "Install a printer with its driver package");
+    CLI::App& add = *printer.add_subcommand("add", "Install a printer with its driver package, on the port FILE:");
     add.add_option("NAME", arguments->name, "The printer's name")->required();
     add.add_option("--model", arguments->model, "A printer model: a file, or the name of a shipped one")->required();
     OnCommand(add, chosen, [arguments](const StandardStreams&) { InstallPrinter(arguments->name, arguments->model); });

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <utility>
 
+#include <tvcore/workflowmodulenames.h>
 #include <tvutil/printdriver.h>
 
-#include "complugins/workflowmodules.h"
 #include "failure.h"
 #include "spoolerquery.h"
 
@@ -57,10 +57,10 @@ PrinterHandle PrinterHandle::Open(const std::string& name, Access access)
     return PrinterHandle(printer);
 }
 
-bool PrinterHandle::Exists(const std::string& name)
+std::optional<PrinterHandle> PrinterHandle::OpenIfExists(const std::string& name)
 {
-    const PrinterHandle printer(TryOpen(name, 0));
-    return printer.Get() != nullptr;
+    HANDLE const printer = TryOpen(name, 0);
+    return printer != nullptr ? std::optional<PrinterHandle>(printer) : std::nullopt;
 }
 
 PrinterHandle::~PrinterHandle()
@@ -151,11 +151,15 @@ DriverSummary DescribeDriver(const PrinterHandle& printer, const std::string& na
 std::vector<PrinterSummary> ListLocalPrinters()
 {
     constexpr DWORD kLevel = 2;
+    constexpr int kAttempts = 100;
     std::vector<BYTE> room;
     DWORD count = 0;
-    const DWORD error =
-        QuerySpooler(room, [&](LPBYTE bytes, DWORD size, LPDWORD needed)
-                     { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, kLevel, bytes, size, needed, &count); });
+    DWORD error = ERROR_GEN_FAILURE;
+    // That is, no error's name: not every spooler leaves a printer out of the list that goes while the list is made.
+    for (int attempt = 0; attempt < kAttempts && error == ERROR_GEN_FAILURE; ++attempt)
+        error =
+            QuerySpooler(room, [&](LPBYTE bytes, DWORD size, LPDWORD needed)
+                         { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, kLevel, bytes, size, needed, &count); });
     if (error != ERROR_SUCCESS)
         FailWithWin32Error("listing the printers", SpoolerPlace(), error);
 

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iterator>
 
+#include <tvcore/workflowmodulenames.h>
 #include <tvutil/printdriver.h>
 
-#include "complugins/workflowmodules.h"
 #include "driverpackage.h"
 #include "failure.h"
 #include "modelfiles.h"
 #include "newdevmode.h"
+#include "setuplock.h"
 
 namespace
 {
@@ -89,15 +89,6 @@ PrinterHandle CreatePrinter(const std::string& name, const PrinterModel& model)
     return PrinterHandle(printer);
 }
 
-// The module's number as the provider knows it; 0 for a driver without one.
-DWORD WorkflowModuleKind(const CXString& moduleName)
-{
-    const auto found = std::find_if(std::begin(kWorkflowModuleNames), std::end(kWorkflowModuleNames),
-                                    [&moduleName](const WCHAR* name) { return moduleName.CompareNoCase(name) == 0; });
-    return found != std::end(kWorkflowModuleNames) ? static_cast<DWORD>(found - std::begin(kWorkflowModuleNames)) + 1
-                                                   : kNoWorkflowModule;
-}
-
 // The provider could find its workflow module by itself, but could not remember it: whoever prints may not write the
 // printer's data.
 void StoreModelData(const PrinterHandle& printer, const std::string& name, const PrinterModel& model)
@@ -126,8 +117,9 @@ void InstallPrinter(const std::string& name, const std::string& modelNameOrFile)
 {
     const std::filesystem::path modelFile = FindModelFile(modelNameOrFile);
     const PrinterModel model = ReadPrinterModel(modelFile);
+    const SetupLock lock; // until everything is done or taken back
     // Not every spooler refuses a second printer of one name.
-    if (PrinterHandle::Exists(name))
+    if (PrinterHandle::OpenIfExists(name))
         FailWithWin32Error(kAdding, name, ERROR_PRINTER_ALREADY_EXISTS);
 
     Installation installation(DriverPackage(model, modelFile));
@@ -139,6 +131,7 @@ void InstallPrinter(const std::string& name, const std::string& modelNameOrFile)
 
 void RemovePrinter(const std::string& name)
 {
+    const SetupLock lock;
     CXString driverName;
     {
         const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);

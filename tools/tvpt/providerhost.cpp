@@ -4,9 +4,11 @@
 #include <cstring>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "driverpackage.h"
 #include "failure.h"
+#include "filebytes.h"
 #include "printschemadocument.h"
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/cotaskmemptr.h"
@@ -30,9 +32,22 @@ bool HasFileName(const CXString& file, std::string_view name)
     return CXString(file.View().substr(FolderOf(file.View()).size())).CompareNoCase(CXString::FromUtf8(name)) == 0;
 }
 
+// The provider would name no missing sibling, or only at the first use of it: whoever asks for a conversion gets a
+// printer that is whole, or learns which of its files to install again.
+void RequireEveryFile(const DriverSummary& driver)
+{
+    std::vector<CXString> files = driver.dependentFiles;
+    files.insert(files.end(), {driver.driverFile, driver.configFile, driver.dataFile});
+    for (const CXString& file : files)
+        if (!DriverFileExists(PathFromUtf8(file.ToUtf8())))
+            FailWithWin32Error("loading the driver \"" + driver.name.ToUtf8() + "\"", file.ToUtf8(),
+                               ERROR_FILE_NOT_FOUND);
+}
+
 CXString FindProviderModule(const PrinterHandle& printer, const std::string& printerName)
 {
     const DriverSummary driver = DescribeDriver(printer, printerName);
+    RequireEveryFile(driver);
     const auto found = std::find_if(driver.dependentFiles.begin(), driver.dependentFiles.end(),
                                     [](const CXString& file) { return HasFileName(file, kProviderModule); });
     if (found == driver.dependentFiles.end())
