@@ -76,9 +76,9 @@ TEST_F(Caches, LoseWhatWasAskedForLongestAgo)
 
     for (DWORD crc = 0; crc < kCapacity - 2; ++crc)
         GlobalCaches::AddXDevmodePropertyBagCacheEntry(1000 + crc, BagOf(1000 + crc));
-    for (const DWORD gone : {0u, 3u, kCapacity - 1})
+    for (const DWORD gone : {DWORD{0}, DWORD{3}, kCapacity - 1})
         EXPECT_FALSE(FindBag(gone)) << gone;
-    for (const DWORD kept : {1u, 2u, 1000u, 1000 + kCapacity - 3})
+    for (const DWORD kept : {DWORD{1}, DWORD{2}, DWORD{1000}, 1000 + kCapacity - 3})
         EXPECT_TRUE(FindBag(kept)) << kept;
     GlobalCaches::Counters counters = GlobalCaches::GetPropertyBagCounters();
     EXPECT_EQ(counters.hits, 6u);
