@@ -28,9 +28,10 @@ public:
             error = call(Room(), static_cast<DWORD>(m_bytes.size()), &needed);
             if (error == ERROR_SUCCESS)
                 m_bytes.resize(needed < m_bytes.size() ? needed : m_bytes.size());
-            if ((error != ERROR_INSUFFICIENT_BUFFER && error != ERROR_MORE_DATA) || needed <= m_bytes.size())
+            const bool wantsRoom = error == ERROR_INSUFFICIENT_BUFFER || error == ERROR_MORE_DATA;
+            if (!wantsRoom || (needed <= m_bytes.size() && !m_bytes.empty()))
                 return error;
-            m_bytes.resize(needed);
+            m_bytes.resize(std::max(needed, DWORD{1})); // Wine wants some room even for an answer of no bytes
         }
         return error;
     }
