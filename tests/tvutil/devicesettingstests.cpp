@@ -67,7 +67,10 @@ TEST(DeviceSettings, ThatCannotBeReadAreNoneAndThoseOfALaterDriverStay)
         bool isKept;
     };
     const Case cases[] = {
-        {"another type", REG_DWORD, {1, 2, 3, 4}, false},
+        {"another type",
+         REG_SZ,
+         {30, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0, 3, 0, 0, 0, 10, 0, 0, 0, 1, 0, 0, 0, 7, 0, 2, 0, 0, 0},
+         false},
         {"nothing", REG_BINARY, {}, false},
         {"half a state", REG_BINARY, {20, 0, 0, 0, 0, 1, 12, 0}, false},
         {"a list that runs past its end",

@@ -2,6 +2,8 @@
 #include <windows.h>
 #include <winspool.h>
 
+#include <winddiui.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -70,4 +72,10 @@ extern "C" PAPERS_SAMPLE_API DWORD WINAPI DrvDeviceCapabilities(HANDLE, LPWSTR, 
     for (int paper = 0; paper < std::min(answer.brought, answer.announced + kWithinReason); ++paper)
         PutPaper(capability, output, paper);
     return static_cast<DWORD>(answer.brought);
+}
+
+// Wine wants it of every configuration module, even where it only asks for capabilities.
+extern "C" PAPERS_SAMPLE_API LONG WINAPI DrvDocumentPropertySheets(PVOID, LPARAM)
+{
+    return -1;
 }

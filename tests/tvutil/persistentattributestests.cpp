@@ -152,7 +152,7 @@ TEST(PersistentAttributes, ThatCannotBeReadAreReplacedUnlessALaterDriverWroteThe
         {"less than a header", {6, 0, 0, 0, 0, 1}, false},
         {"a size below the header's", {11, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0}, false},
         {"a size beyond the bytes", {13, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0}, false},
-        {"a header too short", {12, 0, 0, 0, 0, 1, 11, 0, 0, 0, 0, 0}, false},
+        {"a header too short", {12, 0, 0, 0, 0, 1, 4, 0, 0, 0, 0, 0}, false},
         {"a header beyond the state", {12, 0, 0, 0, 0, 1, 13, 0, 0, 0, 0, 0, 0}, false},
         {"half a namespace", {16, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0, 1, 0, 0, 0}, false},
         {"a namespace too long", {20, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 9}, false},

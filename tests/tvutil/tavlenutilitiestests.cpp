@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tvutil/driverloadedcontext.h>
 #include <tvutil/operatingsystem.h>
 #include <tvutil/tavlenutilities.h>
 
@@ -70,6 +71,7 @@ TEST(RegistryHive, IsTheMachinesInThePrintSystemOnly)
                   test.machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER)
             << CXString(test.executable).ToUtf8();
     EXPECT_EQ(TavlenUtilities::GetRegistryHiveByContext(), HKEY_CURRENT_USER);
+    EXPECT_FALSE(DriverLoadedContext::IsSpoolerOrFilterPipelineExeContext());
 }
 
 TEST(PortNames, BecomeKeysThatAreValidAndApart)
