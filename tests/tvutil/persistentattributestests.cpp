@@ -119,7 +119,7 @@ TEST(PersistentAttributes, KeepWhatTheyDoNotKnowThroughAnEdit)
     struct Case
     {
         std::optional<DWORD> driverVersion;
-        BYTE written;
+        BYTE written = 0;
     };
     for (const Case& test : {Case{std::nullopt, 5}, Case{DWORD{6}, 6}})
     {

@@ -42,8 +42,11 @@ public:
         return m_id;
     }
 
-    friend constexpr auto operator<=>(const AttributeBytesFeatureId&,
-                                      const AttributeBytesFeatureId&) noexcept = default;
+    friend constexpr bool operator==(const AttributeBytesFeatureId&, const AttributeBytesFeatureId&) noexcept = default;
+    friend constexpr bool operator<(const AttributeBytesFeatureId& left, const AttributeBytesFeatureId& right) noexcept
+    {
+        return left.m_id < right.m_id;
+    }
 
 private:
     std::int32_t m_id;
