@@ -5,6 +5,7 @@
 
 #include <tvcore/productdata.h>
 #include <tvcore/productstringloader.h>
+#include <tvutil/attributebytesreader.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/textresourceloader.h>
 
@@ -31,9 +32,8 @@ TEST(ProductOfAnInstalledPrinter, IsItsDriversModel)
     EXPECT_EQ(product.GetMaxExtent().length, 12000);
     EXPECT_EQ(product.GetMargins(331).bottom, 15000);
     EXPECT_EQ(product.GetMargins(2).left, 0); // a paper that the product says nothing of
-    ASSERT_NE(product.GetDefault(95), nullptr);
-    EXPECT_EQ(std::get<CXString>(*product.GetDefault(95)), W("0mm"));
-    EXPECT_EQ(product.GetDefault(1), nullptr);
+    EXPECT_EQ(product.GetDefaults().at(95), MakeDimensionAttributeBytes(Dimension()));
+    EXPECT_FALSE(product.GetDefaults().contains(1));
 
     TextResourceLoader::Initialize(installed.Handle(), false);
     const ProductStringLoader loader(product.GetControllerFamily());

@@ -8,11 +8,13 @@
 #include <iterator>
 #include <limits>
 #include <set>
+#include <stdexcept>
 #include <system_error>
 
 #include <tvcore/customsizenumber.h>
 #include <tvcore/pagesizetable.h>
 #include <tvcore/workflowmodulenames.h>
+#include <tvutil/attributebytesrawlist.h>
 
 #include "jsoncursor.h"
 #include "jsontext.h"
@@ -43,10 +45,6 @@ constexpr std::int32_t kAutomatic = 5001;
 constexpr std::int32_t kFirstMedia = 6799; // published like automatic selection
 constexpr std::int32_t kLastMedia = 6878;
 constexpr std::int32_t kLastPredefinedMedia = 9686; // values above are custom media types
-
-// Media values whose row in the provider's table has no option name that a document could hold.
-constexpr std::int32_t kReservedMedia[] = {6811, 6812, 6813, 6814, 6815, 6816, 6817, 6818,
-                                           6819, 6831, 6836, 6837, 6850, 6852, 6858};
 
 template <class Row, std::size_t Count>
 bool IsOneOf(const Row (&rows)[Count], std::int64_t value)
@@ -248,7 +246,7 @@ void CheckMediaId(const JsonCursor& place, std::int32_t givenId)
 {
     const std::int32_t id = FoldedMediaId(givenId);
     const bool isInTable = id > kFirstMedia && id <= kLastMedia;
-    if (IsOneOf(kReservedMedia, id))
+    if (isInTable && !FeatureCatalogue::Allows(*FeatureCatalogue::Find(DataModelIds::Feature::MediaType), id))
         place.Fault("media value " + std::to_string(id) + " is reserved: it has no option name");
     if (id != kAutomatic && !isInTable && id <= kLastPredefinedMedia)
         place.Fault("media value " + std::to_string(id) + " is unknown");
@@ -340,13 +338,46 @@ PrinterModel::Extent ReadExtent(const JsonCursor& place)
             place.Field("length").Number<std::uint16_t>(1, 65535)};
 }
 
-PrinterModel::DefaultValue ReadDefault(const JsonCursor& place)
+// As the catalogue's values are written.
+std::string DefaultText(const JsonCursor& place, const FeatureCatalogue::Row& row)
 {
-    if (place.IsText())
-        return place.Text(0, kMaxTextLength);
-    if (place.IsSwitch())
-        return place.Switch();
-    return place.Number<std::int32_t>(std::numeric_limits<std::int32_t>::min(), kAnyValue);
+    using FeatureCatalogue::Kind;
+    const bool isNumber = row.kind == Kind::Integer || (row.kind == Kind::Option && !place.IsText());
+    if (row.kind == Kind::Boolean)
+        return place.Switch() ? "true" : "false";
+    if (isNumber)
+        return std::to_string(place.Number<std::int32_t>(std::numeric_limits<std::int32_t>::min(), kAnyValue));
+    return place.Text(0, kMaxTextLength).ToUtf8();
+}
+
+AttributeBytesValue ReadDefault(const JsonCursor& place, std::int32_t feature)
+{
+    const FeatureCatalogue::Row* const row = FeatureCatalogue::Find(feature);
+    if (row == nullptr)
+        place.Fault("the feature catalogue has no such feature");
+    if (row->values.empty() && row->kind != FeatureCatalogue::Kind::Boolean)
+        place.Fault(FeatureCatalogue::DescribeLimit(*row));
+    try
+    {
+        return FeatureCatalogue::ParseValue(*row, DefaultText(place, *row), false);
+    }
+    catch (const std::invalid_argument& limit)
+    {
+        place.Fault(limit.what());
+    }
+}
+
+FeatureCatalogue::DefaultValues ReadDefaults(const JsonCursor& place)
+{
+    FeatureCatalogue::DefaultValues defaults;
+    place.ForEachNumberedField([&defaults](std::int32_t feature, const JsonCursor& value)
+                               { defaults.emplace(feature, ReadDefault(value, feature)); });
+    AttributeBytesRawList bytes;
+    bytes.ImportFromIndexedList(FeatureCatalogue::MakeSettings(defaults, FeatureCatalogue::Scope::Document));
+    if (bytes.GetBytes().size() > PrinterModel::kMaxDocumentDefaults)
+        place.Fault("a document's defaults take " + std::to_string(bytes.GetBytes().size()) +
+                    " bytes, a devmode has room for " + std::to_string(PrinterModel::kMaxDocumentDefaults));
+    return defaults;
 }
 
 void ReadLimits(const JsonCursor& root, PrinterModel& model)
@@ -381,8 +412,7 @@ PrinterModel ReadModel(const JsonCursor& root)
     model.margins = ReadMargins(root.Field("margins"), model);
     ReadLimits(root, model);
     if (const auto defaults = root.OptionalField("defaults"))
-        defaults->ForEachNumberedField([&model](std::int32_t feature, const JsonCursor& value)
-                                       { model.defaults.emplace(feature, ReadDefault(value)); });
+        model.defaults = ReadDefaults(*defaults);
     return model;
 }
 

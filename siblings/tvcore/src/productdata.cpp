@@ -128,8 +128,7 @@ const PrinterModel::Extent& ProductData::GetMaxExtent() const
     return m_content->model.maxExtent;
 }
 
-const PrinterModel::DefaultValue* ProductData::GetDefault(std::int32_t feature) const
+const FeatureCatalogue::DefaultValues& ProductData::GetDefaults() const
 {
-    const auto found = m_content->model.defaults.find(feature);
-    return found != m_content->model.defaults.end() ? &found->second : nullptr;
+    return m_content->model.defaults;
 }

@@ -232,7 +232,8 @@ enum tagValueEnum : std::int32_t
     MediaCardstockGlossy = 6820,
     MediaLastPredefined = 6878,
     MediaPreprinted = 6890,
-    MediaLastReserved = 9686, // values above are custom media types
+    MediaLastReserved = 9686, // values above are custom: no table has them, they bring their names with them
+    PaperUndrilled = 6920,
     PaperDrilled = 6921,
 
     // Pages per sheet.

@@ -5,6 +5,7 @@
 // first item is the printer's default.
 #pragma once
 
+#include <tvcore/featurevalues.h>
 #include <tvutil/cxstring.h>
 #include <tvutil/tavlenexception.h>
 
@@ -12,7 +13,6 @@
 #include <filesystem>
 #include <map>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 struct PrinterModel
@@ -74,9 +74,8 @@ struct PrinterModel
         std::uint16_t length = 0;
     };
 
-    // The catalogue default of a data-model feature: an option's or integer's number, a switch, or a text (a string
-    // feature's value, or a dimension such as "12.5mm").
-    using DefaultValue = std::variant<std::int32_t, bool, CXString>;
+    // Bytes that the defaults of the document's features may take: so much room has a devmode beside the paper list.
+    static constexpr std::size_t kMaxDocumentDefaults = 2900;
 
     CXString name;
     std::uint64_t capability = 0;
@@ -95,7 +94,7 @@ struct PrinterModel
     std::int32_t memory = 0;     // kilobytes, of the printer
     Extent minExtent;
     Extent maxExtent;
-    std::map<std::int32_t, DefaultValue> defaults; // by feature number
+    FeatureCatalogue::DefaultValues defaults; // checked against the catalogue; none of them is somebody's choice
 
     // Product information item 13 says "Color", whatever the case of its letters.
     [[nodiscard]] bool IsColor() const;

@@ -66,8 +66,8 @@ public:
     [[nodiscard]] const PrinterModel::Extent& GetMinExtent() const;
     [[nodiscard]] const PrinterModel::Extent& GetMaxExtent() const;
 
-    // The catalogue default of a data-model feature; null when the product leaves it to the catalogue.
-    [[nodiscard]] const PrinterModel::DefaultValue* GetDefault(std::int32_t feature) const;
+    // The defaults of data-model features, by feature number; others are left to the catalogue.
+    [[nodiscard]] const FeatureCatalogue::DefaultValues& GetDefaults() const;
 
 private:
     struct Content;
