@@ -37,6 +37,9 @@ inline constexpr std::size_t kCheckedSize = kSize - kCountOffset;
 inline constexpr std::uint16_t kPersistentAttributesKey = 1; // the data model's persistent attributes
 inline constexpr std::uint16_t kApplicationNameKey = 2;      // executable file name of the producer, wide characters
 
+// A longer state of persistent attributes is not stored: the part must keep room for the other entries.
+inline constexpr std::size_t kMaxPersistentAttributesSize = 5400;
+
 // Where the core drivers note the size of their own private part, counted from the private area's start; the maker's
 // part follows it. The PostScript place is asked first, the Unidrv place is the fallback.
 inline constexpr std::size_t kPostScriptSizeOffset = 114; // u16

@@ -28,25 +28,39 @@ std::size_t CoreSize(std::span<const std::byte> driverExtra, std::size_t sizeOff
     return ByteReader(driverExtra.subspan(sizeOffset)).U16();
 }
 
-bool PartBeginsAt(std::span<const std::byte> driverExtra, std::size_t offset) noexcept
+OemDevmodeFinding LookAt(std::span<const std::byte> driverExtra, std::size_t offset) noexcept
 {
-    if (offset == 0 || driverExtra.size() <= offset + Format::kHeaderSize)
-        return false;
+    if (offset == 0)
+        return OemDevmodeFinding::NoCoreSize;
+    if (driverExtra.size() <= offset + Format::kHeaderSize)
+        return OemDevmodeFinding::NoRoom;
     ByteReader reader(driverExtra.subspan(offset));
     const auto size = reader.U32();
     const auto signature = reader.U32();
-    return size == Format::kSize && signature == Format::kSignature && driverExtra.size() >= offset + Format::kSize;
+    if (signature != Format::kSignature)
+        return OemDevmodeFinding::WrongSignature;
+    if (size != Format::kSize)
+        return OemDevmodeFinding::WrongSize;
+    return driverExtra.size() >= offset + Format::kSize ? OemDevmodeFinding::Part : OemDevmodeFinding::CutOff;
 }
 
 } // namespace
 
-std::optional<OemDevmodeLocation> LocateOemDevmode(std::span<const std::byte> driverExtra) noexcept
+OemDevmodeSearch SearchOemDevmode(std::span<const std::byte> driverExtra) noexcept
 {
+    OemDevmodeSearch nearest{OemDevmodeFinding::NoCoreSize, {CoreDriverLayout::PostScript, 0}};
     for (const Place& place : kPlaces)
     {
         const std::size_t offset = CoreSize(driverExtra, place.sizeOffset);
-        if (PartBeginsAt(driverExtra, offset))
-            return OemDevmodeLocation{place.layout, offset};
+        const OemDevmodeFinding finding = LookAt(driverExtra, offset);
+        if (finding > nearest.finding)
+            nearest = {finding, {place.layout, offset}};
     }
-    return std::nullopt;
+    return nearest;
+}
+
+std::optional<OemDevmodeLocation> LocateOemDevmode(std::span<const std::byte> driverExtra) noexcept
+{
+    const OemDevmodeSearch search = SearchOemDevmode(driverExtra);
+    return search.finding == OemDevmodeFinding::Part ? std::optional(search.location) : std::nullopt;
 }

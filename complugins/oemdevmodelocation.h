@@ -21,3 +21,23 @@ struct OemDevmodeLocation
 // The PostScript layout is asked first, on purpose; the Unidrv layout is only the fallback. Nothing when neither leads
 // to a whole part with the right size and signature.
 [[nodiscard]] std::optional<OemDevmodeLocation> LocateOemDevmode(std::span<const std::byte> driverExtra) noexcept;
+
+// How far the search comes at one place, the furthest last.
+enum class OemDevmodeFinding
+{
+    NoCoreSize, // no core driver notes its own size there
+    NoRoom,     // the note leads to the end of the driver extra or beyond it
+    WrongSignature,
+    WrongSize, // what the part says its size is
+    CutOff,    // the driver extra ends within the part
+    Part,
+};
+
+struct OemDevmodeSearch
+{
+    OemDevmodeFinding finding;
+    OemDevmodeLocation location; // without a meaning for NoCoreSize
+};
+
+// The same for people who want to know why there is no part: the place that comes nearest to one.
+[[nodiscard]] OemDevmodeSearch SearchOemDevmode(std::span<const std::byte> driverExtra) noexcept;

@@ -1,15 +1,17 @@
-// Devmodes as files: fields by name, the parts behind the public one, and bytes that are no devmode.
+// Devmodes as files: public fields and features by name, the parts behind them, and bytes that are no devmode.
+#include <algorithm>
 #include <cstring>
+#include <functional>
 #include <nlohmann/json.hpp>
 
-#include "complugins/oemdevmode.h"
+#include "complugins/xdevmode.h"
 #include "devmode.h"
 #include "devmodefields.h"
-#include "failure.h"
 #include "hostrun.h"
-#include "oempart.h"
 
+#include <tvutil/attributebyteslistvalue.h>
 #include <tvutil/crc32.h>
+#include <tvutil/persistentattributes.h>
 
 namespace
 {
@@ -17,26 +19,94 @@ namespace
 namespace Format = OemDevmodeFormat;
 using nlohmann::json;
 
+constexpr std::size_t kOem = sizeof(DEVMODEW) + 708; // of the PostScript model
+constexpr std::uint16_t kUnknownKey = 77;
+constexpr std::int32_t kUnknownFeature = 4711;
+
+template <class Value>
+void Put(std::string& bytes, std::size_t offset, Value value)
+{
+    ASSERT_LE(offset + sizeof value, bytes.size());
+    std::memcpy(bytes.data() + offset, &value, sizeof value);
+}
+
+void StampCrc(std::string& bytes)
+{
+    Put<DWORD>(bytes, kOem + Format::kCrcOffset,
+               Crc32::GetCrc(bytes.data() + kOem + Format::kCountOffset, Format::kCheckedSize));
+}
+
+void PutEntry(std::string& bytes, std::uint16_t key, const ByteBuffer& value)
+{
+    XDevmode devmode(reinterpret_cast<DEVMODEW*>(bytes.data()));
+    devmode.SetPropertyBagEntry(key, value);
+    EXPECT_TRUE(devmode.CommitToDevmode());
+}
+
+// Adds to the features' raw list what only its bytes can say.
+void AppendToFeatures(std::string& bytes, const ByteBuffer& addition)
+{
+    constexpr auto kDocument = PersistentAttributes::GetDataModelDocPropNameSpaceId();
+    const ByteBuffer state = *XDevmode(reinterpret_cast<DEVMODEW*>(bytes.data())).GetPropertyBagEntry(1);
+    PersistentAttributes settings(state);
+    ByteBuffer list(settings.GetAttributeBytesListForNameSpace(kDocument).GetBytes());
+    list.append(addition.bytes());
+    AttributeBytesNameSpaces nameSpaces;
+    nameSpaces.SetAttributeBytesList(kDocument, AttributeBytesRawList(list.bytes()));
+    settings.SetAttributeBytesNameSpaces(nameSpaces);
+    PutEntry(bytes, 1, settings.GetPersistentAttributesState());
+}
+
+ByteBuffer Attribute(std::int32_t feature, AttributeBytesValue value)
+{
+    AttributeBytesIndexedList list;
+    list.SetAttributeBytes(feature, std::move(value));
+    AttributeBytesRawList raw;
+    raw.ImportFromIndexedList(list);
+    return ByteBuffer(raw.GetBytes());
+}
+
 class DevmodeFiles : public HostTest
 {
 protected:
     std::string NewDevmode(const std::string& model = "tavlen-c9070-ps")
     {
-        const RunResult result =
-            RunHost({"devmode", "new", "--printer", InstallTestPrinter(model), "-o", File("new.dm")});
+        m_printer = InstallTestPrinter(model);
+        const RunResult result = RunHost({"devmode", "new", "--printer", m_printer, "-o", File("new.dm")});
         EXPECT_EQ(result.status, 0) << result.errors;
         return ReadBytes(Folder() / "new.dm");
     }
 
-    json Show(const std::string& bytes)
+    static json Show(const std::string& bytes)
     {
-        const RunResult result = RunHost({"devmode", "show", "-", "--json"}, bytes);
+        return Shown({"devmode", "show", "-", "--json"}, bytes);
+    }
+
+    json Compare(const std::string& bytes) const
+    {
+        return Shown({"devmode", "show", "-", "--json", "--printer", m_printer}, bytes)["printer"];
+    }
+
+    static RunResult Set(const std::string& bytes, const std::vector<std::string>& settings)
+    {
+        std::vector<std::string> arguments = {"devmode", "set", "-"};
+        for (const std::string& setting : settings)
+            arguments.insert(arguments.end(), {"--set", setting});
+        return RunHost(arguments, bytes);
+    }
+
+private:
+    static json Shown(const std::vector<std::string>& arguments, const std::string& bytes)
+    {
+        const RunResult result = RunHost(arguments, bytes);
         EXPECT_EQ(result.status, 0) << result.errors;
         return json::parse(result.out);
     }
+
+    std::string m_printer;
 };
 
-TEST_F(DevmodeFiles, ANewDevmodeHasTheLayoutOfThePrintersDriver)
+TEST_F(DevmodeFiles, ANewDevmodeIsWholeForEveryShippedModel)
 {
     struct Row
     {
@@ -44,10 +114,14 @@ TEST_F(DevmodeFiles, ANewDevmodeHasTheLayoutOfThePrintersDriver)
         const char* kind;
         unsigned coreSize;
         int color;
+        const char* features;
     };
     constexpr Row kRows[] = {
-        {"tavlen-c9070-ps", "postscript", 708, DMCOLOR_COLOR},
-        {"tavlen-b4400-uni", "unidrv", 564, DMCOLOR_MONOCHROME},
+        {"tavlen-c9070-ps", "postscript", 708, DMCOLOR_COLOR, R"({"477":{"210":{"175":5001}}})"},
+        {"tavlen-b4400-uni", "unidrv", 564, DMCOLOR_MONOCHROME, R"({"477":{"210":{"175":5001}}})"},
+        {"tavlen-w3100-xps", "unidrv", 572, DMCOLOR_COLOR, R"({"43":1,"46":5420,"477":{"210":{"175":5001}}})"},
+        {"tavlen-b7000-xps", "postscript", 724, DMCOLOR_MONOCHROME,
+         R"({"43":1,"45":5410,"46":5421,"95":"0mm","96":"0mm","477":{"210":{"175":6800}}})"},
     };
     for (const Row& row : kRows)
     {
@@ -58,11 +132,77 @@ TEST_F(DevmodeFiles, ANewDevmodeHasTheLayoutOfThePrintersDriver)
         EXPECT_EQ(shown["core"]["kind"], row.kind);
         EXPECT_EQ(shown["core"]["size"], row.coreSize);
         EXPECT_EQ(shown["public"]["dmColor"], row.color);
-        EXPECT_EQ(shown["public"]["dmPaperSize"], 9);
         EXPECT_EQ(shown["oem"]["offset"], sizeof(DEVMODEW) + row.coreSize);
         EXPECT_EQ(shown["oem"]["crcValid"], true);
-        EXPECT_EQ(shown["oem"]["usedBytes"], Format::kEntriesOffset);
+        EXPECT_EQ(shown["oem"]["fault"], nullptr);
+        EXPECT_EQ(shown["settings"]["fault"], nullptr);
+        EXPECT_LE(shown["settings"]["size"], Format::kMaxPersistentAttributesSize);
+        EXPECT_EQ(shown["features"], json::parse(row.features));
+        EXPECT_EQ(shown["choices"], json::array());
+        EXPECT_EQ(shown["application"], nullptr);
+        EXPECT_EQ(shown["papers"][0]["name"], shown["public"]["dmFormName"]);
+        EXPECT_EQ(shown["papers"][0]["paperId"], shown["public"]["dmPaperSize"]);
+        EXPECT_EQ(Compare(bytes)["matches"], true) << Compare(bytes);
     }
+    // The last one's devmode is not for a printer of another layout, nor are its paper and media.
+    NewDevmode("tavlen-b4400-uni");
+    const std::string foreign = Set(NewDevmode("tavlen-c9070-ps"), {"dmPaperSize=999", "dmMediaType=9999"}).out;
+    EXPECT_EQ(Compare(foreign)["differences"].size(), 3u) << Compare(foreign);
+    NewDevmode("tavlen-b4400-uni");
+    EXPECT_EQ(Compare(foreign)["differences"][0],
+              "the core driver's part is postscript, 708 bytes; the printer's is unidrv, 564 bytes");
+}
+
+// Values as people write them come back as they are shown; what nobody here understands survives beside them.
+TEST_F(DevmodeFiles, SetFeaturesAreShownAndNothingElseChanges)
+{
+    std::string before = NewDevmode();
+    AppendToFeatures(
+        before, Attribute(kUnknownFeature, {static_cast<AttributeBytesKind>(99), 0x82, ByteBuffer("\x01\xAF", 2)}));
+    PutEntry(before, kUnknownKey, ByteBuffer("kept", 4));
+    struct Row
+    {
+        std::string setting;
+        const char* feature;
+        json shown;
+    };
+    const std::string name64(64, 'n');
+    const std::string text255(255, 't');
+    const Row rows[] = {
+        {"feature.46=5001", "/46", 5001},
+        {"feature.46=5421", "/46", 5421},
+        {"feature.43=32767", "/43", 32767},
+        {"feature.78=" + text255, "/78", text255},
+        {"feature.82=H\xC3\xA4\xE2\x82\xAC=\xF0\x9F\x96\xA8", "/82", "H\xC3\xA4\xE2\x82\xAC=\xF0\x9F\x96\xA8"},
+        {"feature.83=a\nb", "/83", "a b"}, // no value forges a line
+        {"feature.84=", "/84", ""},
+        {"feature.95=12.5mm", "/95", "12.5mm"},
+        {"feature.96=-0.5in", "/96", "-12.7mm"},
+        {"feature.97=1000000um", "/97", "1000mm"},
+        {"feature.98=-0.000001mm", "/98", "-0.000001mm"},
+        {"feature.146=9687:" + name64, "/146", "9687:" + name64},
+        {"feature.174=6756", "/174", 6756},
+        {"feature.175=9700:B\xC3\xBCtten: 90g", "/477/210/175", "9700:B\xC3\xBCtten: 90g"},
+    };
+    std::vector<std::string> settings = {"app=excel.exe"};
+    json expected = json::parse(R"({"4711": {"kind": 99, "flags": 130, "bytes": "01AF"}, "477": {"210": {}}})");
+    for (const Row& row : rows)
+    {
+        settings.push_back(row.setting);
+        expected[json::json_pointer(row.feature)] = row.shown;
+    }
+    const RunResult result = Set(before, settings);
+    ASSERT_EQ(result.status, 0) << result.errors;
+    const json shown = Show(result.out);
+    EXPECT_EQ(shown["features"], expected);
+    EXPECT_EQ(shown["choices"], json({175, 46, 146, 174}));
+    EXPECT_EQ(shown["application"], "excel.exe");
+    EXPECT_EQ(shown["oem"]["crcValid"], true);
+    EXPECT_EQ(shown["oem"]["entries"][2], json({{"key", kUnknownKey}, {"length", 4}, {"meaning", nullptr}}));
+    EXPECT_EQ(shown["papers"], Show(before)["papers"]);
+    EXPECT_EQ(result.out.substr(0, kOem + Format::kCrcOffset), before.substr(0, kOem + Format::kCrcOffset));
+    // Automatic takes the choice back.
+    EXPECT_EQ(Show(Set(result.out, {"feature.175=5001"}).out)["choices"], json({46, 146, 174}));
 }
 
 TEST_F(DevmodeFiles, ASetFieldIsShownAndClaimed)
@@ -120,9 +260,34 @@ TEST_F(DevmodeFiles, ABadSettingNamesTheKeyAndLeavesTheInput)
         {"dmFormName=\xFF", 1, "dmFormName: not a text in UTF-8"},
         {"dmSize=1", 1, "dmSize: is given by the devmode itself"},
         {"dmcopies=1", 1, "dmcopies: no field has this name"},
-        {"feature.5=1", 1, "feature.5: not available yet"},
         {"ms.3=1", 1, "ms.3: not available yet"},
-        {"app=excel.exe", 1, "app: not available yet"},
+        {"feature.5=1", 1, "feature.5: the feature catalogue has no such feature"},
+        {"feature.=1", 1, "feature.: the feature catalogue has no such feature"},
+        {"feature.46x=5420", 1, "feature.46x: the feature catalogue has no such feature"},
+        {"feature.720=true", 1, "feature.720: is a setting of the printer, not of a document"},
+        {"feature.30001=1", 1, "feature.30001: DevicePaperList is written by the driver only"},
+        {"feature.477=1", 1, "feature.477: PageMediaCollection has no value of its own, only features"},
+        {"feature.200=1", 1, "feature.200: PageExceptions has no value of its own, only features"},
+        {"feature.43=0", 1, "feature.43: JobCopies must be a whole number from 1 to 32767"},
+        {"feature.43=3.0", 1, "feature.43: JobCopies must be a whole number from 1 to 32767"},
+        {"feature.46=5423", 1, "feature.46: JobPlex must be one of 5001, 5420 to 5422"},
+        {"feature.46=5420:Simplex", 1, "feature.46: JobPlex must be one of 5001, 5420 to 5422"},
+        {"feature.46=", 1, "feature.46: JobPlex must be one of 5001, 5420 to 5422"},
+        {"feature.175=6811", 1, "feature.175: MediaType must be one of 5001, 6799 to 6810, 6820 to 6830"},
+        {"feature.175=9700", 1, "9687 on with a name (9687:NAME) of at most 64 characters"},
+        {"feature.175=9700:", 1, "9687 on with a name (9687:NAME) of at most 64 characters"},
+        {"feature.146=9700:12345678901234567890123456789012345678901234567890123456789012345", 1,
+         "feature.146: FinishingBypass must be"},
+        {"feature.95=12.5", 1,
+         "feature.95: ImageShiftX must be a length from -1000mm to 1000mm, such as 12.5mm or 0.5in"},
+        {"feature.95=.5mm", 1, "feature.95: ImageShiftX must be a length"},
+        {"feature.95=1.mm", 1, "feature.95: ImageShiftX must be a length"},
+        {"feature.95=1000.000001mm", 1, "feature.95: ImageShiftX must be a length"},
+        {"feature.95=1e2mm", 1, "feature.95: ImageShiftX must be a length"},
+        {"feature.95=--1mm", 1, "feature.95: ImageShiftX must be a length"},
+        {"feature.95=0.0000000001mm", 1, "feature.95: ImageShiftX must be a length"},
+        {"feature.78=\xFF", 1, "feature.78: JobTitle must be a text in UTF-8 of at most 255 characters"},
+        {"app=", 1, "app: must be a file name in UTF-8 of 1 to 255 characters"},
         {"dmCopies", 2, "\"dmCopies\" is not KEY=VALUE"},
         {"=1", 2, "\"=1\" is not KEY=VALUE"},
     };
@@ -130,8 +295,8 @@ TEST_F(DevmodeFiles, ABadSettingNamesTheKeyAndLeavesTheInput)
     {
         SCOPED_TRACE(row.setting);
         // A sound setting before the bad one must not reach the file either.
-        const RunResult result = RunHost(
-            {"devmode", "set", File("new.dm"), "--set", "dmCopies=7", "--set", row.setting, "-o", File("new.dm")});
+        const RunResult result = RunHost({"devmode", "set", File("new.dm"), "--set", "dmCopies=7", "--set",
+                                          "feature.43=7", "--set", row.setting, "-o", File("new.dm")});
         EXPECT_EQ(result.status, row.status);
         EXPECT_TRUE(IsOneErrorLine(result.errors, row.error));
         EXPECT_EQ(ReadBytes(Folder() / "new.dm"), before);
@@ -189,123 +354,149 @@ TEST_F(DevmodeFiles, AShortPublicPartShowsOnlyItsFields)
     EXPECT_TRUE(IsOneErrorLine(beyond.errors, "dmReserved1: the devmode's public part ends before this field"));
 }
 
-// Parts as `devmode show` finds and judges them, from a driver area of our own making.
-class OemParts : public testing::Test
+TEST_F(DevmodeFiles, SettingsThatDoNotFitAreRefusedWithTheFigures)
 {
-protected:
-    static constexpr std::size_t kCoreSize = 708;
-
-    OemParts() : m_area(kCoreSize + Format::kSize)
+    const std::string fresh = NewDevmode();
+    const std::size_t used = Show(fresh)["settings"]["size"];
+    const auto withFeature = [&fresh](std::size_t size)
     {
-        Put<std::uint16_t>(Format::kPostScriptSizeOffset, kCoreSize);
-        Put<std::uint32_t>(kCoreSize + Format::kSizeOffset, Format::kSize);
-        Put<std::uint32_t>(kCoreSize + Format::kSignatureOffset, Format::kSignature);
-    }
-
-    template <class Value>
-    void Put(std::size_t offset, std::size_t value)
+        std::string bytes = fresh;
+        AppendToFeatures(bytes, Attribute(kUnknownFeature, {AttributeBytesKind::Binary, 0, ByteBuffer(size)}));
+        return bytes;
+    };
+    const auto withEntry = [&fresh](std::size_t size)
     {
-        const auto narrow = static_cast<Value>(value);
-        ASSERT_LE(offset + sizeof narrow, m_area.size());
-        std::memcpy(m_area.data() + offset, &narrow, sizeof narrow);
-    }
-
-    void PutEntry(std::size_t& offset, std::uint16_t key, std::uint16_t length)
-    {
-        Put<std::uint16_t>(kCoreSize + offset, key);
-        Put<std::uint16_t>(kCoreSize + offset + 2, length);
-        offset += Format::kEntryHeaderSize + length;
-    }
-
-    void PutCrc()
-    {
-        Put<std::uint32_t>(kCoreSize + Format::kCrcOffset,
-                           Crc32::GetCrc(m_area.data() + kCoreSize + Format::kCountOffset, Format::kCheckedSize));
-    }
-
-    std::vector<std::byte> m_area;
-};
-
-TEST_F(OemParts, EntriesAreReadInOrderAndTheCrcIsChecked)
-{
-    std::size_t offset = Format::kEntriesOffset;
-    Put<std::uint16_t>(kCoreSize + Format::kCountOffset, 2);
-    PutEntry(offset, 1, 100);
-    PutEntry(offset, 2, 0);
-    PutCrc();
-    const auto parts = LocateDriverParts(m_area);
-    ASSERT_TRUE(parts);
-    OemContent content = ReadOemPart(parts->oem);
-    EXPECT_TRUE(content.crcValid);
-    ASSERT_TRUE(content.entries);
-    ASSERT_EQ(content.entries->size(), 2u);
-    EXPECT_EQ(content.entries->at(0).data.size(), 100u);
-    EXPECT_EQ(content.entries->at(1).key, 2);
-    EXPECT_EQ(content.usedBytes, Format::kEntriesOffset + 2 * Format::kEntryHeaderSize + 100);
-
-    Put<std::uint8_t>(m_area.size() - 1, 1);
-    EXPECT_FALSE(ReadOemPart(parts->oem).crcValid);
-}
-
-TEST_F(OemParts, EntriesThatRunPastThePartAreNotBelieved)
-{
-    std::size_t offset = Format::kEntriesOffset;
-    PutEntry(offset, 1, 5000);
+        std::string bytes = fresh;
+        PutEntry(bytes, kUnknownKey, ByteBuffer(size));
+        return bytes;
+    };
+    // 8 bytes for the attribute, 4 for its entry, 8 + 4 for a new integer, 4 + 4 for a new text entry of one character.
+    const std::size_t roomOfState = Format::kMaxPersistentAttributesSize - used - 8 - 12;
+    const std::size_t roomOfPart = Format::kSize - Format::kEntriesOffset - 4 - used - 4 - 8;
     struct Row
     {
-        const char* name;
-        std::uint16_t count;
-        std::uint16_t lastLength;
-        bool sound;
+        std::string devmode;
+        const char* setting;
+        const char* error; // null: it fits
     };
-    constexpr std::uint16_t kRest = Format::kSize - Format::kEntriesOffset - 5000 - 2 * Format::kEntryHeaderSize;
-    constexpr Row kRows[] = {
-        {"fills the part exactly", 2, kRest, true},
-        {"one byte too long", 2, kRest + 1, false},
-        {"as long as can be", 2, 65535, false},
-        {"more entries than fit", 65535, kRest, false},
+    const Row rows[] = {
+        {withFeature(roomOfState), "feature.43=1", nullptr},
+        {withFeature(roomOfState + 1), "feature.43=1",
+         "feature.43: the settings would take 5401 bytes, a devmode has room for 5400"},
+        {withEntry(roomOfPart), "app=x", nullptr},
+        {withEntry(roomOfPart + 1), "app=x", "app: the maker's part would take 5957 bytes, it has 5956"},
     };
-    for (const Row& row : kRows)
+    for (const Row& row : rows)
     {
-        SCOPED_TRACE(row.name);
-        Put<std::uint16_t>(kCoreSize + Format::kCountOffset, row.count);
-        Put<std::uint16_t>(kCoreSize + offset + 2, row.lastLength);
-        EXPECT_EQ(ReadOemPart(LocateDriverParts(m_area)->oem).entries.has_value(), row.sound);
+        const RunResult result = Set(row.devmode, {row.setting});
+        EXPECT_EQ(result.status, row.error != nullptr ? 1 : 0) << result.errors;
+        EXPECT_TRUE(row.error == nullptr || IsOneErrorLine(result.errors, row.error));
+        EXPECT_EQ(result.out.size(), row.error != nullptr ? 0 : row.devmode.size());
     }
 }
 
-TEST_F(OemParts, OnlyAWholePartWithSizeAndSignatureIsFound)
+// What is wrong is told in words, and what an edit would destroy is not edited.
+TEST_F(DevmodeFiles, ABadPartIsExplainedAndNotEdited)
 {
-    ASSERT_TRUE(LocateDriverParts(m_area));
+    const std::string fresh = NewDevmode();
+    constexpr std::size_t kState = kOem + Format::kEntriesOffset + Format::kEntryHeaderSize;
     struct Row
     {
-        const char* name;
-        std::size_t offset;
-        std::uint32_t value;
+        const char* fault;
+        bool isPresent;
+        std::function<void(std::string&)> spoil;
+        const char* alsoRefused = "feature.43=7";
     };
-    constexpr Row kRows[] = {
-        {"other signature", kCoreSize + Format::kSignatureOffset, 0},
-        {"size one less", kCoreSize + Format::kSizeOffset, Format::kSize - 1},
-        {"core size points beyond the area", Format::kPostScriptSizeOffset, 0xFFFF},
-        {"core size points to the last byte", Format::kPostScriptSizeOffset, kCoreSize + Format::kSize - 1},
+    const Row rows[] = {
+        {"absent: no core driver says where it would begin", false,
+         [](std::string& b)
+         {
+             Put<WORD>(b, sizeof(DEVMODEW) + Format::kPostScriptSizeOffset, 0);
+         }},
+        {"absent: the drivers' bytes end at 6664, the part would begin at 6652", false,
+         [](std::string& b)
+         {
+             Put<WORD>(b, sizeof(DEVMODEW) + Format::kPostScriptSizeOffset, 6652);
+         }},
+        {"wrong signature 0x54564E30 at offset 708 of the drivers' bytes, not 0x54564E31", false,
+         [](std::string& b)
+         {
+             Put<DWORD>(b, kOem + Format::kSignatureOffset, Format::kSignature - 1);
+         }},
+        {"wrong size 5955 at offset 708 of the drivers' bytes, not 5956", false,
+         [](std::string& b)
+         {
+             Put<DWORD>(b, kOem + Format::kSizeOffset, Format::kSize - 1);
+         }},
+        {"cut off: 5955 of 5956 bytes at offset 708", false,
+         [](std::string& b)
+         {
+             b.pop_back();
+             Put<WORD>(b, offsetof(DEVMODEW, dmDriverExtra), 708 + Format::kSize - 1);
+         }},
+        {"CRC mismatch: 0x", true, [](std::string& b) { b.back() = 1; }, "app=excel.exe"},
+        {"entry 2 of 2 runs past the part's end", true,
+         [](std::string& b)
+         {
+             Put<WORD>(b, kOem + Format::kEntriesOffset + 2, Format::kSize - Format::kEntriesOffset - 4 - 3);
+             Put<WORD>(b, kOem + Format::kCountOffset, 2);
+             StampCrc(b);
+         },
+         "app=excel.exe"},
+        {"the settings contradict themselves", true,
+         [](std::string& b)
+         {
+             Put<DWORD>(b, kState, 60000);
+             StampCrc(b);
+         }},
+        {"the settings are of a later format", true,
+         [](std::string& b)
+         {
+             Put<WORD>(b, kState + 4, 0x0200);
+             StampCrc(b);
+         }},
+        {"a feature runs past the end of the settings", true,
+         [](std::string& b)
+         {
+             AppendToFeatures(b, ByteBuffer("\x01\x02\x03", 3));
+         }},
     };
-    for (const Row& row : kRows)
+    for (const Row& row : rows)
     {
-        SCOPED_TRACE(row.name);
-        const auto kept = m_area;
-        Put<std::uint16_t>(row.offset, row.value & 0xFFFF);
-        EXPECT_FALSE(LocateDriverParts(m_area));
-        m_area = kept;
-    }
-    for (const std::size_t size : {std::size_t{0}, std::size_t{1}, std::size_t{115}, m_area.size() - 1})
-        EXPECT_FALSE(LocateDriverParts(std::span(m_area).first(size))) << size;
+        SCOPED_TRACE(row.fault);
+        std::string spoilt = fresh;
+        row.spoil(spoilt);
+        const json shown = Show(spoilt);
+        EXPECT_EQ(shown["oem"]["present"], row.isPresent);
+        const json& place = shown["oem"]["fault"].is_null() ? shown["settings"] : shown["oem"];
+        EXPECT_NE(place["fault"].get<std::string>().find(row.fault), std::string::npos) << place["fault"];
+        EXPECT_EQ(shown["features"], json::object());
 
-    // A PostScript size that leads nowhere: the Unidrv place is asked.
-    Put<std::uint16_t>(Format::kPostScriptSizeOffset, 700);
-    Put<std::uint16_t>(Format::kUnidrvSizeOffset, kCoreSize);
-    const auto parts = LocateDriverParts(m_area);
-    ASSERT_TRUE(parts);
-    EXPECT_EQ(parts->layout, CoreDriverLayout::Unidrv);
+        for (const std::string setting : {"feature.43=7", row.alsoRefused})
+        {
+            const RunResult refused = Set(spoilt, {setting});
+            EXPECT_EQ(refused.status, 1);
+            EXPECT_TRUE(IsOneErrorLine(refused.errors, row.fault));
+        }
+        const RunResult done = Set(spoilt, {"dmCopies=7"});
+        EXPECT_EQ(done.status, 0) << done.errors;
+        EXPECT_EQ(done.out.substr(sizeof(DEVMODEW)), spoilt.substr(sizeof(DEVMODEW)));
+    }
+
+    // Something else where a collection should be: what it is stays.
+    std::string odd = fresh;
+    AttributeBytesIndexedList features;
+    features.SetAttributeBytes(477, AttributeBytesOptionValue(AttributeBytesValueId(5001), true));
+    AttributeBytesNameSpaces nameSpaces;
+    AttributeBytesRawList list;
+    list.ImportFromIndexedList(features);
+    nameSpaces.SetAttributeBytesList(PersistentAttributes::GetDataModelDocPropNameSpaceId(), list);
+    PersistentAttributes settings;
+    settings.SetAttributeBytesNameSpaces(nameSpaces);
+    PutEntry(odd, 1, settings.GetPersistentAttributesState());
+    EXPECT_TRUE(IsOneErrorLine(Set(odd, {"feature.175=6800"}).errors,
+                               "feature.175: something else is stored where the features of 477 should be"));
+    EXPECT_EQ(Show(odd)["papers"], nullptr);
 }
 
 TEST(DevmodeFieldTable, RowsFollowOneAnotherInTheStructure)

@@ -307,6 +307,45 @@ TEST(PrinterModels, AFaultIsToldByItsJsonPointer)
          {
              m["defaults"]["175"] = nullptr;
          }},
+        {"/defaults/5: the feature catalogue has no such feature",
+         [](json& m)
+         {
+             m["defaults"]["5"] = 1;
+         }},
+        {"/defaults/46: JobPlex must be one of 5001, 5420 to 5422",
+         [](json& m)
+         {
+             m["defaults"]["46"] = 5423;
+         }},
+        {"/defaults/146: FinishingBypass must be one of 5001, from 9687 on with a name (9687:NAME) of at most 64 "
+         "characters",
+         [](json& m)
+         {
+             m["defaults"]["146"] = 9687;
+         }},
+        {"/defaults/95: must be a text, not number",
+         [](json& m)
+         {
+             m["defaults"]["95"] = 12;
+         }},
+        {"/defaults/720: must be true or false, not number",
+         [](json& m)
+         {
+             m["defaults"]["720"] = 1;
+         }},
+        {"/defaults/210: MediaCollection has no value of its own, only features",
+         [](json& m)
+         {
+             m["defaults"]["210"] = 6800;
+         }},
+        {"/defaults: a document's defaults take 2906 bytes, a devmode has room for 2900",
+         [](json& m)
+         {
+             for (const char* const text : {"78", "82", "83", "84", "85"})
+                 m["defaults"][text] = std::string(255, 't');
+             for (const char* const option : {"146", "174"})
+                 m["defaults"][option] = "9700:" + std::string(64, 'n');
+         }},
     };
     const json shipped = json::parse(ReadModelText("tavlen-c9070-ps"));
     for (const Row& row : rows)

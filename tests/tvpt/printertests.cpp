@@ -14,6 +14,8 @@
 #include "platform.h"
 #include "printerhandle.h"
 
+#include <tvutil/devicesettingsmanager.h>
+
 namespace
 {
 
@@ -50,6 +52,7 @@ TEST_F(Printers, AreInstalledListedShownAndRemoved)
     const json shown = json::parse(RunHost({"printer", "show", name, "--json"}).out);
     EXPECT_EQ(shown["capability"], "0x888");
     EXPECT_EQ(shown["model"]["controllerFamily"], 8431);
+    EXPECT_EQ(shown["deviceSettings"], json({{"720", true}}));
     std::vector<std::string> files;
     for (const std::string file : shown["driver"]["dependentFiles"])
         files.push_back(file.substr(file.find_last_of("/\\") + 1));
@@ -60,15 +63,17 @@ TEST_F(Printers, AreInstalledListedShownAndRemoved)
     EXPECT_TRUE(IsOneErrorLine(RunHost({"printer", "show", name}).errors, "opening the printer: " + name + ": ERROR_"));
 }
 
-TEST_F(Printers, RefreshStoresTheCapabilityAgain)
+TEST_F(Printers, RefreshStoresTheModelsDataAgain)
 {
     const std::string name = InstallTestPrinter("tavlen-b4400-uni");
     {
         const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
         ASSERT_EQ(printer.StoreCapability(0), ERROR_SUCCESS);
+        DeviceSettingsManager::Store(Printer(printer.Get()), AttributeBytesIndexedList());
     }
     EXPECT_EQ(RunHost({"printer", "refresh", name}).status, 0);
     EXPECT_EQ(PrinterHandle::Open(name, PrinterHandle::Access::Use).Capability(), 0x888u);
+    EXPECT_EQ(json::parse(RunHost({"printer", "show", name, "--json"}).out)["deviceSettings"], json({{"720", true}}));
 }
 
 TEST_F(Printers, TheDriverGoesWithItsLastPrinter)

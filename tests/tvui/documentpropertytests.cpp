@@ -2,12 +2,17 @@
 #include <algorithm>
 #include <functional>
 
-#include "complugins/oemdevmode.h"
-#include "oempart.h"
+#include "complugins/devicepaperlist.h"
+#include "complugins/oemdevmodelocation.h"
+#include "complugins/xdevmode.h"
 #include "printerhandle.h"
 #include "tests/tvui/installedprinter.h"
 
+#include <tvcore/datamodelids.h>
+#include <tvcore/productdata.h>
+#include <tvui/defaultdevmode.h>
 #include <tvutil/exceptions.h>
+#include <tvutil/persistentattributes.h>
 #include <tvutil/printdriver.h>
 
 namespace
@@ -76,11 +81,11 @@ TEST_F(DocumentProperties, AreTheModelsDefaultsWithBothPrivateParts)
         EXPECT_EQ(fields.dmColor, test.color);
         EXPECT_EQ(fields.dmFields & ~static_cast<DWORD>(Ask(DC_FIELDS)), 0u);
 
-        const auto parts = LocateDriverParts(devmode.bytes().subspan(fields.dmSize));
-        ASSERT_TRUE(parts.has_value());
-        EXPECT_EQ(parts->layout, test.layout);
-        EXPECT_EQ(parts->core.size(), test.coreSize);
-        EXPECT_TRUE(ReadOemPart(parts->oem).crcValid);
+        const auto location = LocateOemDevmode(devmode.bytes().subspan(fields.dmSize));
+        ASSERT_TRUE(location.has_value());
+        EXPECT_EQ(location->layout, test.layout);
+        EXPECT_EQ(location->offset, test.coreSize);
+        EXPECT_EQ(devmode, MakeDefaultDevmode(ProductData(Model()), Name()));
     }
 }
 
@@ -234,16 +239,133 @@ TEST_F(DocumentProperties, TakeOverWhatThePrinterCanDo)
         EXPECT_TRUE(test.isRight(Merged(test.fields, test.fill))) << test.name;
 }
 
+// What an application's devmode holds in its maker's part: the features, the paper list, and an entry that only the
+// application knows.
+struct Settings
+{
+    explicit Settings(const ByteBuffer& devmode)
+    {
+        ByteBuffer copy = devmode;
+        XDevmode wrapper(reinterpret_cast<DEVMODEW*>(copy.data()));
+        if (const ByteBuffer* const entry = wrapper.GetPropertyBagEntry(kUnknownKey))
+            unknown = *entry;
+        if (const ByteBuffer* const entry = wrapper.GetPropertyBagEntry(Format::kPersistentAttributesKey))
+            state = *entry;
+        copies = wrapper.GetIntegerValueFromAttributeBytes(DataModelIds::Feature::JobCopies);
+        auto& capabilities =
+            *wrapper.GetAttributeBytesIndexedListOf(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId());
+        if (const auto* const list = capabilities.GetAttributeBytes(DataModelIds::Feature::DevicePaperList))
+            papers = DevicePaperList::Read(list->data.bytes()).value_or(std::vector<FormsInfoRecord>());
+    }
+
+    // The devmode with another state and the unknown entry.
+    static ByteBuffer Store(ByteBuffer devmode, const ByteBuffer& state, std::size_t unknownSize)
+    {
+        XDevmode wrapper(reinterpret_cast<DEVMODEW*>(devmode.data()));
+        wrapper.SetPropertyBagEntry(Format::kPersistentAttributesKey, state);
+        wrapper.SetPropertyBagEntry(kUnknownKey, ByteBuffer(unknownSize));
+        EXPECT_TRUE(wrapper.CommitToDevmode());
+        return devmode;
+    }
+
+    // The state with twelve copies as its only feature.
+    static ByteBuffer TwelveCopies(const ByteBuffer& state = ByteBuffer())
+    {
+        AttributeBytesIndexedList features;
+        features.SetAttributeBytes(DataModelIds::Feature::JobCopies, MakeIntegerAttributeBytes(12));
+        AttributeBytesRawList list;
+        list.ImportFromIndexedList(features);
+        AttributeBytesNameSpaces nameSpaces;
+        nameSpaces.SetAttributeBytesList(PersistentAttributes::GetDataModelDocPropNameSpaceId(), list);
+        PersistentAttributes settings(state);
+        settings.SetAttributeBytesNameSpaces(nameSpaces);
+        return settings.GetPersistentAttributesState();
+    }
+
+    [[nodiscard]] bool HasPaper(int paperId) const
+    {
+        return std::any_of(papers.begin(), papers.end(),
+                           [paperId](const FormsInfoRecord& form) { return form.paperId == paperId; });
+    }
+
+    static constexpr std::uint16_t kUnknownKey = 77;
+
+    ByteBuffer unknown;
+    ByteBuffer state;
+    std::optional<std::int32_t> copies;
+    std::vector<FormsInfoRecord> papers;
+};
+
+// The list of papers is longer than a devmode carries: the merged paper is on it all the same.
+TEST_F(DocumentProperties, KeepTheSettingsWhenThePaperChanges)
+{
+    constexpr int kLastPaper = 1099;
+    const auto addForms = [](nlohmann::json& model)
+    {
+        for (int paper = 1000; paper <= kLastPaper; ++paper)
+            model["forms"].push_back({{"paperId", paper},
+                                      {"name", "A form with a name of some length " + std::to_string(paper)},
+                                      {"width", 1000},
+                                      {"length", paper},
+                                      {"units", 7491},
+                                      {"type", 25003},
+                                      {"valueId", 0}});
+    };
+    Install(kPostScriptModel, addForms);
+    const ByteBuffer fresh = Properties();
+    const Settings before(fresh);
+    ASSERT_FALSE(before.HasPaper(kLastPaper));
+    ByteBuffer later(before.state.bytes());
+    later.data()[5] = 2;
+    ByteBuffer contradiction(before.state.bytes());
+    contradiction.data()[2] = 1; // 65,536 bytes more than there are
+    const ByteBuffer twelve = Settings::TwelveCopies();
+    ByteBuffer spoilt = Settings::Store(fresh, twelve, 9);
+    spoilt.data()[spoilt.size() - 1] = 1;
+    struct Case
+    {
+        const char* name;
+        ByteBuffer input;
+        std::optional<std::int32_t> copies;
+        std::size_t unknownSize;
+        std::size_t papers;
+    };
+    const std::size_t all = before.papers.size();
+    const Case cases[] = {
+        {"sound settings", Settings::Store(fresh, Settings::TwelveCopies(before.state), 9), 12, 9, all},
+        {"no list yet", Settings::Store(fresh, twelve, 9), 12, 9, all},
+        {"room for a list of one form", Settings::Store(fresh, twelve, 5700), 12, 5700, 1},
+        {"no room", Settings::Store(fresh, twelve, 5800), 12, 5800, 0},
+        {"unreadable settings", Settings::Store(fresh, contradiction, 9), std::nullopt, 9, all},
+        {"settings of a later format", Settings::Store(fresh, later, 9), std::nullopt, 9, 0},
+        {"a wrong CRC", spoilt, std::nullopt, 0, all},
+    };
+    for (const Case& test : cases)
+    {
+        SCOPED_TRACE(test.name);
+        ByteBuffer input = test.input;
+        input.data()[sizeof(DEVMODEW) + 136] = 3; // a core setting
+        auto* const devmode = reinterpret_cast<DEVMODEW*>(input.data());
+        devmode->dmPaperSize = kLastPaper;
+        const ByteBuffer merged = Properties(devmode);
+        EXPECT_EQ(PublicPart(merged).dmPaperSize, kLastPaper);
+        EXPECT_EQ(merged.data()[sizeof(DEVMODEW) + 136], 3);
+        const Settings after(merged);
+        EXPECT_EQ(after.copies, test.copies);
+        EXPECT_EQ(after.unknown.size(), test.unknownSize);
+        EXPECT_EQ(after.papers.size(), test.papers);
+        EXPECT_EQ(after.HasPaper(kLastPaper), test.papers != 0);
+        EXPECT_EQ(test.papers == 0, after.state == Settings(test.input).state);
+    }
+}
+
 TEST_F(DocumentProperties, KeepThePrivatePartsOfTheSameDriverOnly)
 {
     Install(kPostScriptModel);
-    ByteBuffer own = Properties();
-    const std::size_t core = sizeof(DEVMODEW);
-    const std::size_t oem = core + 708;
-    own.data()[core + 136] = 3;                      // a core setting
-    own.data()[oem + Format::kEntriesOffset] = 0x5A; // a maker's setting
-    const auto* const asDevmode = reinterpret_cast<const DEVMODEW*>(own.data());
-    EXPECT_EQ(Properties(asDevmode), own);
+    const ByteBuffer fresh = Properties();
+    ByteBuffer own = Settings::Store(fresh, Settings::TwelveCopies(Settings(fresh).state), 9);
+    own.data()[sizeof(DEVMODEW) + 136] = 3; // a core setting
+    EXPECT_EQ(Properties(reinterpret_cast<const DEVMODEW*>(own.data())), own);
 
     struct Change
     {

@@ -3,12 +3,10 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
-#include "devmodefields.h"
 #include "devmodereport.h"
-#include "failure.h"
+#include "devmodesettings.h"
 #include "jsonoutput.h"
 #include "newdevmode.h"
-#include "oempart.h"
 #include "printerinstall.h"
 
 namespace
@@ -22,31 +20,6 @@ struct DevmodeArguments
     std::vector<std::string> settings;
     bool json = false;
 };
-
-// "dmCopies=3"
-void ApplySetting(const std::string& setting, DEVMODEW& fields)
-{
-    const std::size_t equals = setting.find('=');
-    if (equals == std::string::npos || equals == 0)
-        throw UsageFailure("--set: \"" + setting + "\" is not KEY=VALUE");
-    const std::string key = setting.substr(0, equals);
-    if (key.starts_with("feature.") || key.starts_with("ms.") || key == "app")
-        Fail("setting a field", key, "not available yet");
-    const DevmodeField* const field = FindDevmodeField(key);
-    if (field == nullptr)
-        Fail("setting a field", key, "no field has this name");
-    if (field->offset + DevmodeFieldWidth(*field) > fields.dmSize)
-        Fail("setting a field", key, "the devmode's public part ends before this field");
-    SetDevmodeField(fields, *field, std::string_view(setting).substr(equals + 1));
-}
-
-void ApplySettings(const std::vector<std::string>& settings, Devmode& devmode)
-{
-    DEVMODEW fields = devmode.Public();
-    for (const std::string& setting : settings)
-        ApplySetting(setting, fields);
-    devmode.SetPublic(fields);
-}
 
 Devmode ReadDevmode(const std::string& file, const StandardStreams& streams)
 {
@@ -69,31 +42,25 @@ void Set(const DevmodeArguments& arguments, const StandardStreams& streams)
     WriteOutput(arguments.output, devmode.Bytes(), streams);
 }
 
-// Whether the devmode's driver parts are laid out as the printer's driver makes them.
-nlohmann::ordered_json CompareWithPrinter(const Devmode& devmode, const std::string& name)
-{
-    const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Use);
-    const PrinterModel model = ReadInstalledModel(printer, name);
-    const bool isPostScript = model.coreDriver.kind == PrinterModel::CoreDriverKind::PostScript;
-    const auto parts = LocateDriverParts(devmode.DriverExtra());
-    const bool matches = parts && parts->core.size() == model.coreDriver.privateSize &&
-                         (parts->layout == CoreDriverLayout::PostScript) == isPostScript;
-    return {{"name", name}, {"driver", model.name.ToUtf8()}, {"matches", matches}};
-}
-
 void Show(const DevmodeArguments& arguments, const StandardStreams& streams)
 {
     const Devmode devmode = ReadDevmode(arguments.file, streams);
     nlohmann::ordered_json shown = DescribeDevmode(devmode);
     if (!arguments.printer.empty())
-        shown["printer"] = CompareWithPrinter(devmode, arguments.printer);
+    {
+        const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
+        shown["printer"] =
+            CompareWithPrinter(devmode, arguments.printer, ReadInstalledModel(printer, arguments.printer));
+    }
     WriteOutput({}, arguments.json ? JsonText(shown) : PlainText(shown), streams);
 }
 
 void AddSettings(CLI::App& command, DevmodeArguments& arguments, bool required)
 {
     command
-        .add_option("--set", arguments.settings, "A public field and its value, such as dmCopies=3; may be repeated")
+        .add_option("--set", arguments.settings,
+                    "A public field (dmCopies=3), a feature of the document (feature.46=5421), or the application that "
+                    "the devmode comes from (app=excel.exe); may be repeated")
         ->type_name("KEY=VALUE")
         ->allow_extra_args(false)
         ->required(required);

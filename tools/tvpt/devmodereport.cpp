@@ -1,55 +1,174 @@
 #include "devmodereport.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "coredevmode.h"
 #include "devmodefields.h"
+#include "featurereport.h"
 #include "oempart.h"
 
 namespace
 {
 
+namespace Format = OemDevmodeFormat;
 using nlohmann::ordered_json;
+
+template <class Value>
+ordered_json OrNull(const std::optional<Value>& value)
+{
+    return value ? ordered_json(*value) : ordered_json(nullptr);
+}
+
+ordered_json FaultJson(const std::string& fault)
+{
+    return fault.empty() ? ordered_json(nullptr) : ordered_json(fault);
+}
 
 ordered_json DescribeCore(const std::optional<DriverParts>& parts)
 {
     if (!parts)
         return {{"kind", nullptr}, {"size", 0}};
     const CoreSettings settings = ReadCoreSettings(parts->layout, parts->core);
-    return {{"kind", LayoutName(parts->layout)},
-            {"size", parts->core.size()},
-            {"pagesPerSheet", settings.pagesPerSheet},
-            {"booklet", settings.booklet}};
+    ordered_json core = {{"kind", LayoutName(parts->layout)},
+                         {"size", parts->core.size()},
+                         {"pagesPerSheet", settings.pagesPerSheet},
+                         {"booklet", settings.booklet},
+                         {"reversePageOrder", settings.reversePageOrder}};
+    if (parts->layout == CoreDriverLayout::PostScript)
+    {
+        core["rotatedLandscape"] = settings.rotatedLandscape;
+        core["trueTypeDownload"] = OrNull(settings.trueTypeDownload);
+    }
+    return core;
 }
 
-ordered_json DescribeOem(const Devmode& devmode, const std::optional<DriverParts>& parts)
+ordered_json EntryMeaning(std::uint16_t key)
 {
-    if (!parts)
-        return {{"present", false}};
-    const OemContent content = ReadOemPart(parts->oem);
+    switch (key)
+    {
+    case Format::kPersistentAttributesKey:
+        return "settings";
+    case Format::kApplicationNameKey:
+        return "application";
+    default:
+        return nullptr;
+    }
+}
+
+ordered_json DescribeOem(const Devmode& devmode, const DriverParts& parts, const OemContent& content)
+{
     ordered_json entries = ordered_json::array();
-    if (content.entries)
-        for (const OemEntry& entry : *content.entries)
-            entries.push_back({{"key", entry.key}, {"length", entry.data.size()}});
+    for (const auto& [key, value] : content.entries)
+        entries.push_back({{"key", key}, {"length", value->size()}, {"meaning", EntryMeaning(key)}});
     return {{"present", true},
-            {"offset", devmode.Public().dmSize + parts->core.size()},
-            {"size", parts->oem.size()},
+            {"fault", FaultJson(content.fault)},
+            {"offset", devmode.Public().dmSize + parts.core.size()},
+            {"size", Format::kSize},
             {"version", content.version},
             {"crc", content.crc},
             {"crcValid", content.crcValid},
-            {"corrupt", !content.entries.has_value()},
             {"usedBytes", content.usedBytes},
             {"entries", entries}};
 }
 
+ordered_json DescribeSettings(const StoredSettings& settings)
+{
+    return {{"present", settings.isPresent},
+            {"fault", FaultJson(settings.fault)},
+            {"size", settings.size},
+            {"driverVersion", settings.driverVersion}};
+}
+
+ordered_json DescribePapers(const StoredSettings& settings)
+{
+    if (!settings.papers)
+        return nullptr;
+    ordered_json papers = ordered_json::array();
+    for (const FormsInfoRecord& form : *settings.papers)
+        papers.push_back({{"paperId", form.paperId},
+                          {"name", CXString(form.GetName()).ToUtf8()},
+                          {"width", form.width},
+                          {"length", form.length},
+                          {"units", form.units},
+                          {"type", form.formType},
+                          {"valueId", form.valueId}});
+    return papers;
+}
+
+ordered_json DescribeApplication(const OemContent& content)
+{
+    const ByteBuffer* const name = content.Find(Format::kApplicationNameKey);
+    return name != nullptr ? ordered_json(name->getAsStringValue().ToUtf8()) : ordered_json(nullptr);
+}
+
+std::string CoreText(CoreDriverLayout layout, std::size_t size)
+{
+    return std::string(LayoutName(layout)) + ", " + std::to_string(size) + " bytes";
+}
+
+template <class Item, class Number>
+bool HasItem(const std::vector<Item>& list, Number Item::*number, unsigned long value)
+{
+    return std::any_of(list.begin(), list.end(),
+                       [number, value](const Item& item) { return static_cast<unsigned long>(item.*number) == value; });
+}
+
+// Empty when the field names an item of the printer's list.
+template <class Item, class Number>
+std::string UnknownItem(const char* field, unsigned long value, const std::vector<Item>& list, Number Item::*number)
+{
+    return HasItem(list, number, value) ? "" : "the printer has no " + std::string(field) + " " + std::to_string(value);
+}
+
 } // namespace
 
-nlohmann::ordered_json DescribeDevmode(const Devmode& devmode)
+ordered_json DescribeDevmode(const Devmode& devmode)
 {
     const DEVMODEW fields = devmode.Public();
     const auto parts = LocateDriverParts(devmode.DriverExtra());
+    const OemContent content = parts ? ReadOemPart(*parts->oem) : OemContent();
+    const StoredSettings settings = ReadStoredSettings(content);
+    const ordered_json absent = {{"present", false}, {"fault", ExplainNoOemPart(devmode.DriverExtra())}};
     return {{"public", DevmodeFieldsToJson(fields, fields.dmSize)},
             {"core", DescribeCore(parts)},
-            {"oem", DescribeOem(devmode, parts)},
-            {"features", ordered_json::object()}};
+            {"oem", parts ? DescribeOem(devmode, *parts, content) : absent},
+            {"settings", DescribeSettings(settings)},
+            {"features", DescribeFeatures(settings.features)},
+            {"choices", DescribeChoices(settings.features)},
+            {"application", DescribeApplication(content)},
+            {"papers", DescribePapers(settings)}};
+}
+
+ordered_json CompareWithPrinter(const Devmode& devmode, const std::string& printerName, const PrinterModel& model)
+{
+    const DEVMODEW fields = devmode.Public();
+    const bool isPostScript = model.coreDriver.kind == PrinterModel::CoreDriverKind::PostScript;
+    const std::string own =
+        CoreText(isPostScript ? CoreDriverLayout::PostScript : CoreDriverLayout::Unidrv, model.coreDriver.privateSize);
+    const auto parts = LocateDriverParts(devmode.DriverExtra());
+    const std::string core = parts ? CoreText(parts->layout, parts->core.size()) : "unknown";
+
+    ordered_json differences = ordered_json::array();
+    const auto add = [&differences](const std::string& difference)
+    {
+        if (!difference.empty())
+            differences.push_back(difference);
+    };
+    const auto paper = static_cast<WORD>(fields.dmPaperSize);
+    const auto bin = static_cast<WORD>(fields.dmDefaultSource);
+    add(core == own ? "" : "the core driver's part is " + core + "; the printer's is " + own);
+    if ((fields.dmFields & DM_PAPERSIZE) != 0)
+        add(UnknownItem("dmPaperSize", paper, model.forms, &PrinterModel::Form::paperId));
+    if ((fields.dmFields & DM_DEFAULTSOURCE) != 0)
+        add(UnknownItem("dmDefaultSource", bin, model.bins, &PrinterModel::Bin::id));
+    if ((fields.dmFields & DM_MEDIATYPE) != 0)
+        add(UnknownItem("dmMediaType", fields.dmMediaType, model.mediaTypes, &PrinterModel::MediaType::id));
+    const StoredSettings settings = parts ? ReadStoredSettings(ReadOemPart(*parts->oem)) : StoredSettings();
+    if (settings.papers && !HasItem(*settings.papers, &FormsInfoRecord::paperId, paper))
+        add("the paper list lacks dmPaperSize " + std::to_string(paper));
+    return {{"name", printerName},
+            {"driver", model.name.ToUtf8()},
+            {"matches", differences.empty()},
+            {"differences", differences}};
 }

@@ -1,9 +1,16 @@
-// What `devmode show` says about a devmode.
+// What `devmode show` says about a devmode. docs/command-line.md describes it; scripts read it.
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
+#include <string>
 
 #include "devmode.h"
 
-// "public", "core", "oem" and "features".
+#include <tvcore/printermodel.h>
+
+// "public", "core", "oem", "settings", "features", "choices", "application" and "papers".
 [[nodiscard]] nlohmann::ordered_json DescribeDevmode(const Devmode& devmode);
+
+// "name", "driver", "matches" and "differences": where the devmode is not one that the printer's driver would make.
+[[nodiscard]] nlohmann::ordered_json CompareWithPrinter(const Devmode& devmode, const std::string& printerName,
+                                                        const PrinterModel& model);

@@ -1,46 +1,53 @@
 #include "oempart.h"
 
+#include <tvcore/datamodelids.h>
 #include <tvutil/bytereader.h>
 #include <tvutil/crc32.h>
+#include <tvutil/persistentattributes.h>
 
-#include "complugins/oemdevmode.h"
+#include <algorithm>
+
+#include "complugins/devicepaperlist.h"
+#include "jsonoutput.h"
 
 namespace
 {
 
 namespace Format = OemDevmodeFormat;
 
-std::size_t SizeFieldAt(std::span<const std::byte> area, std::size_t offset)
+// The first entry that does not end within the part, from 1; 0 when all do.
+std::size_t EntryPastTheEnd(const OemDevmode& part)
 {
-    ByteReader reader(area);
-    reader.Skip(offset);
-    return reader.U16();
-}
-
-// The maker's part when it begins at this offset of the area.
-std::optional<std::span<const std::byte>> PartAt(std::span<const std::byte> area, std::size_t offset)
-{
-    if (offset == 0 || offset > area.size())
-        return std::nullopt;
-    ByteReader reader(area.subspan(offset));
-    const auto size = reader.U32();
-    const auto signature = reader.U32();
-    if (!reader.Ok() || size != Format::kSize || signature != Format::kSignature ||
-        area.size() - offset < Format::kSize)
-        return std::nullopt;
-    return area.subspan(offset, Format::kSize);
-}
-
-std::optional<std::vector<OemEntry>> ReadEntries(ByteReader& reader, std::size_t count)
-{
-    std::vector<OemEntry> entries;
-    for (std::size_t index = 0; index < count && reader.Ok(); ++index)
+    ByteReader reader(std::span(part.bytes).subspan(Format::kEntriesOffset));
+    for (std::size_t entry = 1; entry <= OemDevmodeContent::GetCount(part); ++entry)
     {
-        const auto key = reader.U16();
-        const auto length = reader.U16();
-        entries.push_back({key, reader.Bytes(length)});
+        reader.Skip(sizeof(std::uint16_t));
+        reader.Skip(reader.U16());
+        if (!reader.Ok())
+            return entry;
     }
-    return reader.Ok() ? std::optional(std::move(entries)) : std::nullopt;
+    return 0;
+}
+
+std::string ExplainContent(const OemDevmode& part, const OemContent& content)
+{
+    std::string fault;
+    if (!content.crcValid)
+        fault = "CRC mismatch: " + HexText(content.crc) + " is stored, the content makes " +
+                HexText(Crc32::GetCrc(part.bytes + Format::kCountOffset, Format::kCheckedSize));
+    if (const std::size_t entry = EntryPastTheEnd(part); entry != 0)
+        fault += (fault.empty() ? "entry " : "; entry ") + std::to_string(entry) + " of " +
+                 std::to_string(OemDevmodeContent::GetCount(part)) + " runs past the part's end";
+    return fault;
+}
+
+std::optional<std::vector<FormsInfoRecord>> ReadPapers(const PersistentAttributes& settings)
+{
+    AttributeBytesIndexedList capabilities;
+    capabilities.ImportFromRawList(
+        settings.GetAttributeBytesListForNameSpace(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId()));
+    const AttributeBytesValue* const list = capabilities.GetAttributeBytes(DataModelIds::Feature::DevicePaperList);
+    return list != nullptr ? DevicePaperList::Read(list->data.bytes()) : std::nullopt;
 }
 
 } // namespace
@@ -52,40 +59,81 @@ std::string_view LayoutName(CoreDriverLayout layout) noexcept
 
 std::optional<DriverParts> LocateDriverParts(std::span<const std::byte> driverExtra)
 {
-    struct Place
-    {
-        CoreDriverLayout layout;
-        std::size_t sizeOffset;
-    };
-    constexpr Place kPlaces[] = {
-        {CoreDriverLayout::PostScript, Format::kPostScriptSizeOffset},
-        {CoreDriverLayout::Unidrv, Format::kUnidrvSizeOffset},
-    };
-    for (const Place& place : kPlaces)
-    {
-        const std::size_t coreSize = SizeFieldAt(driverExtra, place.sizeOffset);
-        if (const auto part = PartAt(driverExtra, coreSize))
-            return DriverParts{place.layout, driverExtra.first(coreSize), *part};
-    }
-    return std::nullopt;
+    const auto location = LocateOemDevmode(driverExtra);
+    if (!location)
+        return std::nullopt;
+    return DriverParts{location->layout, driverExtra.first(location->offset),
+                       reinterpret_cast<const OemDevmode*>(driverExtra.data() + location->offset)};
 }
 
-OemContent ReadOemPart(std::span<const std::byte> part)
+std::string ExplainNoOemPart(std::span<const std::byte> driverExtra)
+{
+    const OemDevmodeSearch search = SearchOemDevmode(driverExtra);
+    const std::size_t offset = search.location.offset;
+    const std::string place = " at offset " + std::to_string(offset) + " of the drivers' bytes";
+    ByteReader part(driverExtra.subspan(std::min(offset, driverExtra.size())));
+    const auto size = part.U32();
+    const auto signature = part.U32();
+    switch (search.finding)
+    {
+    case OemDevmodeFinding::NoCoreSize:
+        return "absent: no core driver says where it would begin";
+    case OemDevmodeFinding::NoRoom:
+        return "absent: the drivers' bytes end at " + std::to_string(driverExtra.size()) +
+               ", the part would begin at " + std::to_string(offset);
+    case OemDevmodeFinding::WrongSignature:
+        return "wrong signature " + HexText(signature) + place + ", not " + HexText(Format::kSignature);
+    case OemDevmodeFinding::WrongSize:
+        return "wrong size " + std::to_string(size) + place + ", not " + std::to_string(Format::kSize);
+    case OemDevmodeFinding::CutOff:
+        return "cut off: " + std::to_string(driverExtra.size() - offset) + " of " + std::to_string(Format::kSize) +
+               " bytes" + place;
+    case OemDevmodeFinding::Part:
+        break;
+    }
+    return {};
+}
+
+const ByteBuffer* OemContent::Find(std::uint16_t key) const noexcept
+{
+    const auto found =
+        std::find_if(entries.begin(), entries.end(), [key](const auto& entry) { return entry.first == key; });
+    return fault.empty() && found != entries.end() ? found->second.get() : nullptr;
+}
+
+OemContent ReadOemPart(const OemDevmode& part)
 {
     OemContent content;
-    ByteReader reader(part);
-    reader.Skip(Format::kVersionOffset);
-    content.version = reader.U32();
-    reader.Skip(Format::kCrcOffset - Format::kHeaderSize);
-    content.crc = reader.U32();
-    const auto count = reader.U16();
-    content.entries = ReadEntries(reader, count);
-
-    const bool holdsNothing = content.crc == 0 && count == 0;
-    const auto checked = part.subspan(Format::kCountOffset);
-    content.crcValid = holdsNothing || Crc32::GetCrc(checked.data(), checked.size()) == content.crc;
-    content.usedBytes = Format::kEntriesOffset;
-    for (const OemEntry& entry : content.entries.value_or(std::vector<OemEntry>()))
-        content.usedBytes += Format::kEntryHeaderSize + entry.data.size();
+    ByteReader header(std::span(part.bytes).subspan(Format::kVersionOffset));
+    content.version = header.U32();
+    content.crc = OemDevmodeContent::GetStoredCrc(part);
+    content.crcValid = OemDevmodeContent::HasRightCrc(part);
+    content.usedBytes = OemDevmodeContent::MeasureEntries(part);
+    content.entries = OemDevmodeContent::ReadEntries(part).value_or(OemDevmodeContent::Entries());
+    content.fault = ExplainContent(part, content);
     return content;
+}
+
+StoredSettings ReadStoredSettings(const OemContent& content)
+{
+    StoredSettings stored;
+    const ByteBuffer* const state = content.Find(Format::kPersistentAttributesKey);
+    if (state == nullptr)
+        return stored;
+    stored.isPresent = true;
+    stored.size = state->size();
+    const PersistentAttributes settings(*state);
+    if (!settings.IsReadable())
+    {
+        PersistentAttributes rewritten(*state);
+        const bool isOurs = rewritten.SetAttributeBytesNameSpaces(AttributeBytesNameSpaces());
+        stored.fault = isOurs ? "the settings contradict themselves" : "the settings are of a later format";
+        return stored;
+    }
+    stored.driverVersion = settings.GetDriverVersion();
+    stored.papers = ReadPapers(settings);
+    if (!stored.features.ImportFromRawList(
+            settings.GetAttributeBytesListForNameSpace(PersistentAttributes::GetDataModelDocPropNameSpaceId())))
+        stored.fault = "a feature runs past the end of the settings";
+    return stored;
 }

@@ -1,19 +1,22 @@
-// The maker's part of a devmode, as a reader from outside sees it: where it is, whether it is sound, what it holds.
-// Format: complugins/oemdevmode.h.
+// The drivers' parts of a devmode as a reader from outside sees them: where they are, what they hold, and in words what
+// is wrong with them. Format: complugins/oemdevmode.h, docs/devmode-format.md.
 #pragma once
+
+#include <windows.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
-enum class CoreDriverLayout
-{
-    PostScript,
-    Unidrv,
-};
+#include <tvutil/attributebytesindexedlist.h>
+
+#include "complugins/formsinforecord.h"
+#include "complugins/oemdevmodecontent.h"
+#include "complugins/oemdevmodelocation.h"
 
 [[nodiscard]] std::string_view LayoutName(CoreDriverLayout layout) noexcept;
 
@@ -22,14 +25,14 @@ struct DriverParts
 {
     CoreDriverLayout layout = CoreDriverLayout::Unidrv;
     std::span<const std::byte> core; // the core driver's private part
-    std::span<const std::byte> oem;  // the maker's part, OemDevmodeFormat::kSize bytes
+    const OemDevmode* oem = nullptr; // the maker's part; never null
 };
 
-struct OemEntry
-{
-    std::uint16_t key = 0;
-    std::span<const std::byte> data;
-};
+// Nothing when there is no maker's part with the right size and signature: then nobody can tell the parts apart. The
+// result refers to the area that was given.
+[[nodiscard]] std::optional<DriverParts> LocateDriverParts(std::span<const std::byte> driverExtra);
+// "wrong signature 0x12345678 at offset 708, not 0x54564E31"
+[[nodiscard]] std::string ExplainNoOemPart(std::span<const std::byte> driverExtra);
 
 struct OemContent
 {
@@ -37,11 +40,24 @@ struct OemContent
     std::uint32_t crc = 0;
     bool crcValid = false; // also for a part that holds no data
     std::size_t usedBytes = 0;
-    // No value: entries run past the part, so none of them is believed.
-    std::optional<std::vector<OemEntry>> entries;
+    OemDevmodeContent::Entries entries; // as they stand; empty when one of them runs past the part
+    std::string fault;                  // empty for a sound part; else the driver believes none of it
+
+    // Null when the part has no such entry, or is not sound.
+    [[nodiscard]] const ByteBuffer* Find(std::uint16_t key) const noexcept;
 };
 
-// The PostScript place is asked first, the Unidrv place is the fallback; nothing when neither leads to a part with the
-// right size and signature. The spans refer to the area that was given.
-[[nodiscard]] std::optional<DriverParts> LocateDriverParts(std::span<const std::byte> driverExtra);
-[[nodiscard]] OemContent ReadOemPart(std::span<const std::byte> part);
+[[nodiscard]] OemContent ReadOemPart(const OemDevmode& part);
+
+// The persistent attributes of a sound part.
+struct StoredSettings
+{
+    bool isPresent = false;
+    std::size_t size = 0;
+    DWORD driverVersion = 0;
+    AttributeBytesIndexedList features;
+    std::optional<std::vector<FormsInfoRecord>> papers; // none when it carries none, or none that can be read
+    std::string fault;                                  // empty when all of it can be read
+};
+
+[[nodiscard]] StoredSettings ReadStoredSettings(const OemContent& content);

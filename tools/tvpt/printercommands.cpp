@@ -4,6 +4,9 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include <tvutil/devicesettingsmanager.h>
+
+#include "featurereport.h"
 #include "jsonoutput.h"
 #include "oempart.h"
 #include "printerinstall.h"
@@ -87,9 +90,11 @@ std::string ShowPrinter(const std::string& name, bool asJson)
     const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Use);
     const PrinterModel model = ReadInstalledModel(printer, name);
     const PrinterSummary summary = DescribePrinter(printer, name);
+    DeviceSettingsManager settings{Printer(printer.Get())};
     const ordered_json shown = {{"name", summary.name.ToUtf8()},
                                 {"port", summary.portName.ToUtf8()},
                                 {"capability", HexText(printer.Capability().value_or(0))},
+                                {"deviceSettings", DescribeFeatures(*settings.GetDefaultAttributeBytesIndexedList())},
                                 {"driver", DriverToJson(DescribeDriver(printer, name))},
                                 {"model", ModelToJson(model)}};
     return asJson ? JsonText(shown) : PlainText(shown);

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 
+#include <tvcore/featurevalues.h>
 #include <tvcore/workflowmodulenames.h>
+#include <tvutil/devicesettingsmanager.h>
 #include <tvutil/printdriver.h>
 
 #include "driverpackage.h"
@@ -98,7 +100,11 @@ void StoreModelData(const PrinterHandle& printer, const std::string& name, const
     if (error == ERROR_SUCCESS && workflow != kNoWorkflowModule) // none is not stored: it is looked for each time
         error = printer.StoreWorkflowModule(workflow);
     if (error == ERROR_SUCCESS)
+    {
+        DeviceSettingsManager::Store(Printer(printer.Get()),
+                                     FeatureCatalogue::MakeSettings(model.defaults, FeatureCatalogue::Scope::Device));
         error = printer.StoreInstallationState(PrintDriver::kInstallationComplete); // last
+    }
     if (error != ERROR_SUCCESS)
         FailWithWin32Error("storing the printer's data", name, error);
 }

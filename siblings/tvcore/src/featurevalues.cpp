@@ -40,6 +40,30 @@ std::string OptionLimit(const Row& row)
     return text;
 }
 
+std::string LimitText(const Row& row)
+{
+    switch (row.kind)
+    {
+    case Kind::Boolean:
+        return "must be true or false";
+    case Kind::Integer:
+        return "must be a whole number from " + RangeText(row.values.front());
+    case Kind::String:
+        return "must be a text in UTF-8 of at most " + std::to_string(row.values.front().last) + " characters";
+    case Kind::Option:
+        return OptionLimit(row);
+    case Kind::Dimension:
+        return "must be a length from " + std::to_string(row.values.front().first / kMicronsPerMillimeter) + "mm to " +
+               std::to_string(row.values.front().last / kMicronsPerMillimeter) + "mm, such as 12.5mm or 0.5in";
+    case Kind::Collection:
+    case Kind::List:
+        return "has no value of its own, only features";
+    case Kind::Binary:
+        break;
+    }
+    return "is written by the driver only";
+}
+
 // ---- Text to value -------------------------------------------------------------------------------
 
 template <class Number_>
@@ -231,26 +255,7 @@ void StoreWithin(AttributeBytesIndexedList& settings, std::span<const std::int32
 
 std::string DescribeLimit(const Row& row)
 {
-    switch (row.kind)
-    {
-    case Kind::Boolean:
-        return "must be true or false";
-    case Kind::Integer:
-        return "must be a whole number from " + RangeText(row.values.front());
-    case Kind::String:
-        return "must be a text in UTF-8 of at most " + std::to_string(row.values.front().last) + " characters";
-    case Kind::Option:
-        return OptionLimit(row);
-    case Kind::Dimension:
-        return "must be a length from " + std::to_string(row.values.front().first / kMicronsPerMillimeter) + "mm to " +
-               std::to_string(row.values.front().last / kMicronsPerMillimeter) + "mm, such as 12.5mm or 0.5in";
-    case Kind::Collection:
-    case Kind::List:
-        return "has no value of its own, only features";
-    case Kind::Binary:
-        break;
-    }
-    return "is written by the driver only";
+    return std::string(row.name) + " " + LimitText(row);
 }
 
 AttributeBytesValue ParseValue(const Row& row, std::string_view text, bool isChosen)

@@ -7,6 +7,7 @@
 #include <tvutil/bytewriter.h>
 
 #include "complugins/oemdevmode.h"
+#include "driversettings.h"
 
 namespace
 {
@@ -100,5 +101,6 @@ ByteBuffer MakeDefaultDevmode(const ProductData& product, const CXString& printe
     const std::size_t coreSize = product.GetCoreDriver().privateSize;
     WriteCorePart(product.GetCoreDriver(), driverExtra.first(coreSize));
     WriteEmptyOemPart(driverExtra.subspan(coreSize));
+    CompleteDriverSettings(product, devmode);
     return devmode;
 }

@@ -7,7 +7,9 @@
 #include <tvui/defaultdevmode.h>
 #include <tvutil/bytereader.h>
 
-#include "complugins/oemdevmode.h"
+#include "complugins/oemdevmodecontent.h"
+#include "complugins/oemdevmodelocation.h"
+#include "driversettings.h"
 
 namespace
 {
@@ -192,20 +194,24 @@ bool HasOwnLayout(const PrinterModel::CoreDriver& driver, std::span<const std::b
     core.Skip(driver.kind == PrinterModel::CoreDriverKind::PostScript ? Format::kPostScriptSizeOffset
                                                                       : Format::kUnidrvSizeOffset);
     const auto coreSize = core.U16();
-    ByteReader oem(driverExtra);
-    oem.Skip(driver.privateSize);
-    const auto oemSize = oem.U32();
-    const auto signature = oem.U32();
-    return driverExtra.size() == driver.privateSize + Format::kSize && coreSize == driver.privateSize &&
-           oemSize == Format::kSize && signature == Format::kSignature;
+    const auto oem = LocateOemDevmode(driverExtra);
+    return driverExtra.size() == driver.privateSize + Format::kSize && coreSize == driver.privateSize && oem &&
+           oem->offset == driver.privateSize;
 }
 
+// A maker's part that is not sound holds no settings for anybody, and none could ever be stored in it: the default
+// takes its place. The core driver's settings beside it are not lost with it.
 void TakeOverDriverParts(const ProductData& product, const DEVMODEW& claims, std::span<const std::byte> input,
                          ByteBuffer& devmode)
 {
     const auto extra = input.subspan(std::min<std::size_t>(claims.dmSize, input.size()));
-    if (HasOwnLayout(product.GetCoreDriver(), extra))
-        std::copy(extra.begin(), extra.end(), devmode.bytes().begin() + sizeof(DEVMODEW));
+    if (!HasOwnLayout(product.GetCoreDriver(), extra))
+        return;
+    const std::size_t coreSize = product.GetCoreDriver().privateSize;
+    const auto& oem = *reinterpret_cast<const OemDevmode*>(extra.data() + coreSize);
+    const bool isSound = OemDevmodeContent::HasRightCrc(oem) && OemDevmodeContent::ReadEntries(oem);
+    const auto taken = extra.first(isSound ? extra.size() : coreSize);
+    std::copy(taken.begin(), taken.end(), devmode.bytes().begin() + sizeof(DEVMODEW));
 }
 
 } // namespace
@@ -225,4 +231,5 @@ void MergeDevmode(const ProductData& product, std::span<const std::byte> input, 
             each.merge(product, claims, fields);
     std::memcpy(devmode.data(), &fields, sizeof fields);
     TakeOverDriverParts(product, claims, input, devmode);
+    CompleteDriverSettings(product, devmode); // the paper may be another one now
 }

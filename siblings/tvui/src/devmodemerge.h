@@ -16,8 +16,8 @@ inline constexpr std::size_t kSmallestInput = offsetof(DEVMODEW, dmFields) + siz
 [[nodiscard]] DWORD SupportedFields(const ProductData& product);
 
 // The fields that `input` claims and the product can do replace those of `devmode`, which is the product's default
-// (MakeDefaultDevmode); others stay. The driver's own parts are taken over, whole, when they are laid out as the
-// default's are.
+// (MakeDefaultDevmode); others stay. The drivers' parts are taken over, whole, when they are laid out as the default's
+// are; a maker's part that is not sound is left behind. The paper list becomes the product's, with the merged paper.
 //
 // `input` is a devmode of the platform's shape: dmSize, kSmallestInput at least, + dmDriverExtra bytes.
 void MergeDevmode(const ProductData& product, std::span<const std::byte> input, ByteBuffer& devmode);

@@ -48,9 +48,9 @@ struct Row
     std::int32_t feature;
     Kind kind;
     Scope scope;
-    std::int32_t parent;           // the collection whose features hold the setting; 0: it stands by itself
     std::string_view name;         // for people
     std::span<const Range> values; // ascending; empty for kinds that have no values to choose from
+    std::int32_t parent = 0;       // the collection whose features hold the setting; 0: it stands by itself
 };
 
 inline constexpr std::int32_t kLastValue = 2147483647;
@@ -60,79 +60,84 @@ inline constexpr std::int32_t kMaxValueNameLength = 64; // characters
 
 namespace Values
 {
-using namespace DataModelIds::Value;
+namespace Value = DataModelIds::Value;
 
 // clang-format off
 inline constexpr Range kCustom           = {kFirstCustomValue, kLastValue};
-inline constexpr Range kAutomatic        = {Automatic, Automatic};
+inline constexpr Range kAutomatic        = {Value::Automatic, Value::Automatic};
 
 inline constexpr Range kCopies[]         = {{1, 32767}};
 inline constexpr Range kCount[]          = {{0, 32767}};
 inline constexpr Range kText[]           = {{0, 255}};
 inline constexpr Range kShift[]          = {{-1'000'000, 1'000'000}}; // a metre
-inline constexpr Range kAnyOfTheTables[] = {{1, DataModelIds::Value::MediaLastReserved}};
-inline constexpr Range kCollation[]      = {kAutomatic, {Collated, Uncollated}};
-inline constexpr Range kPlex[]           = {kAutomatic, {Simplex, DuplexShortEdge}};
-inline constexpr Range kSignature[]      = {kAutomatic, {SignatureOff, SignatureOn}};
-inline constexpr Range kDisposition[]    = {kAutomatic, {DispositionPrint, DispositionPrintAndSave}};
-inline constexpr Range kRotation[]       = {kAutomatic, {Rotation0, Rotation270}};
-inline constexpr Range kPrintingColor[]  = {kAutomatic, {HighlightPrintingRed, HighlightPrintingOther}};
-inline constexpr Range kMappingColor[]   = {kAutomatic, {HighlightMappingRed, HighlightMappingOther}};
-inline constexpr Range kAlgorithm[]      = {kAutomatic, {HighlightAlgorithmAutomatic, HighlightAlgorithmMonochrome}};
-inline constexpr Range kMismatch[]       = {kAutomatic, {HighlightMismatchSelectCurrent, HighlightMismatchAbort}};
+inline constexpr Range kAnyOfTheTables[] = {{1, Value::MediaLastReserved}};
+inline constexpr Range kCollation[]      = {kAutomatic, {Value::Collated, Value::Uncollated}};
+inline constexpr Range kPlex[]           = {kAutomatic, {Value::Simplex, Value::DuplexShortEdge}};
+inline constexpr Range kSignature[]      = {kAutomatic, {Value::SignatureOff, Value::SignatureOn}};
+inline constexpr Range kDisposition[]    = {kAutomatic, {Value::DispositionPrint, Value::DispositionPrintAndSave}};
+inline constexpr Range kRotation[]       = {kAutomatic, {Value::Rotation0, Value::Rotation270}};
+inline constexpr Range kPrintingColor[]  = {kAutomatic, {Value::HighlightPrintingRed, Value::HighlightPrintingOther}};
+inline constexpr Range kMappingColor[]   = {kAutomatic, {Value::HighlightMappingRed, Value::HighlightMappingOther}};
+inline constexpr Range kAlgorithm[]      = {kAutomatic,
+                                            {Value::HighlightAlgorithmAutomatic, Value::HighlightAlgorithmMonochrome}};
+inline constexpr Range kMismatch[]       = {kAutomatic,
+                                            {Value::HighlightMismatchSelectCurrent, Value::HighlightMismatchAbort}};
 inline constexpr Range kBypass[]         = {kAutomatic, kCustom};
-inline constexpr Range kFinishing[]      = {kAutomatic, {FinishingBooklet, FinishingBooklet},
-                                            {StitchingSinglePortrait, StitchingRightDualPortrait},
-                                            {BindingLeft, BindingRight}};
-inline constexpr Range kPaperColor[]     = {kAutomatic, {PaperColorNone, PaperColorOrange}, kCustom};
-inline constexpr Range kDrilling[]       = {kAutomatic, {PaperUndrilled, PaperDrilled}};
+inline constexpr Range kFinishing[]      = {kAutomatic, {Value::FinishingBooklet, Value::FinishingBooklet},
+                                            {Value::StitchingSinglePortrait, Value::StitchingRightDualPortrait},
+                                            {Value::BindingLeft, Value::BindingRight}};
+inline constexpr Range kPaperColor[]     = {kAutomatic, {Value::PaperColorNone, Value::PaperColorOrange}, kCustom};
+inline constexpr Range kDrilling[]       = {kAutomatic, {Value::PaperUndrilled, Value::PaperDrilled}};
 // The gaps are reserved: values that no document could name.
-inline constexpr Range kMedia[]          = {kAutomatic, {MediaAutoSelect, 6810}, {MediaCardstockGlossy, 6830},
-                                            {6832, 6835}, {6838, 6849}, {6851, 6851}, {6853, 6857},
-                                            {6859, MediaLastPredefined}, {MediaPreprinted, MediaPreprinted}, kCustom};
+inline constexpr Range kMedia[]          = {kAutomatic, {Value::MediaAutoSelect, 6810},
+                                            {Value::MediaCardstockGlossy, 6830}, {6832, 6835}, {6838, 6849}, {6851, 6851}, {6853, 6857},
+                                            {6859, Value::MediaLastPredefined},
+                                            {Value::MediaPreprinted, Value::MediaPreprinted}, kCustom};
 // clang-format on
 } // namespace Values
 
 namespace Rows
 {
-using namespace DataModelIds::Feature;
+namespace Feature = DataModelIds::Feature;
+using enum Kind;
+using enum Scope;
 
 // clang-format off
 inline constexpr Row kRows[] = {
-    {JobCopies,                 Kind::Integer,    Scope::Document, 0, "JobCopies",                 Values::kCopies},
-    {JobCollation,              Kind::Option,     Scope::Document, 0, "JobCollation",              Values::kCollation},
-    {JobPlex,                   Kind::Option,     Scope::Document, 0, "JobPlex",                   Values::kPlex},
-    {JobSignature,              Kind::Option,     Scope::Document, 0, "JobSignature",              Values::kSignature},
-    {JobDisposition,            Kind::Option,     Scope::Document, 0, "JobDisposition",            Values::kDisposition},
-    {JobTitle,                  Kind::String,     Scope::Document, 0, "JobTitle",                  Values::kText},
-    {JobSenderName,             Kind::String,     Scope::Document, 0, "JobSenderName",             Values::kText},
-    {JobRecipientName,          Kind::String,     Scope::Document, 0, "JobRecipientName",          Values::kText},
-    {JobMessage,                Kind::String,     Scope::Document, 0, "JobMessage",                Values::kText},
-    {JobStartMessage,           Kind::String,     Scope::Document, 0, "JobStartMessage",           Values::kText},
-    {JobRotation,               Kind::Option,     Scope::Document, 0, "JobRotation",               Values::kRotation},
-    {ImageShiftX,               Kind::Dimension,  Scope::Document, 0, "ImageShiftX",               Values::kShift},
-    {ImageShiftY,               Kind::Dimension,  Scope::Document, 0, "ImageShiftY",               Values::kShift},
-    {ImageShiftX2,              Kind::Dimension,  Scope::Document, 0, "ImageShiftX2",              Values::kShift},
-    {ImageShiftY2,              Kind::Dimension,  Scope::Document, 0, "ImageShiftY2",              Values::kShift},
-    {HighlightPrintingColor,    Kind::Option,     Scope::Document, 0, "HighlightPrintingColor",    Values::kPrintingColor},
-    {HighlightMappingColor,     Kind::Option,     Scope::Document, 0, "HighlightMappingColor",     Values::kMappingColor},
-    {HighlightMappingAlgorithm, Kind::Option,     Scope::Document, 0, "HighlightMappingAlgorithm", Values::kAlgorithm},
-    {MismatchedHighlightColor,  Kind::Option,     Scope::Document, 0, "MismatchedHighlightColor",  Values::kMismatch},
+    {Feature::JobCopies,                  Integer,    Document, "JobCopies",                 Values::kCopies},
+    {Feature::JobCollation,               Option,     Document, "JobCollation",              Values::kCollation},
+    {Feature::JobPlex,                    Option,     Document, "JobPlex",                   Values::kPlex},
+    {Feature::JobSignature,               Option,     Document, "JobSignature",              Values::kSignature},
+    {Feature::JobDisposition,             Option,     Document, "JobDisposition",            Values::kDisposition},
+    {Feature::JobTitle,                   String,     Document, "JobTitle",                  Values::kText},
+    {Feature::JobSenderName,              String,     Document, "JobSenderName",             Values::kText},
+    {Feature::JobRecipientName,           String,     Document, "JobRecipientName",          Values::kText},
+    {Feature::JobMessage,                 String,     Document, "JobMessage",                Values::kText},
+    {Feature::JobStartMessage,            String,     Document, "JobStartMessage",           Values::kText},
+    {Feature::JobRotation,                Option,     Document, "JobRotation",               Values::kRotation},
+    {Feature::ImageShiftX,                Dimension,  Document, "ImageShiftX",               Values::kShift},
+    {Feature::ImageShiftY,                Dimension,  Document, "ImageShiftY",               Values::kShift},
+    {Feature::ImageShiftX2,               Dimension,  Document, "ImageShiftX2",              Values::kShift},
+    {Feature::ImageShiftY2,               Dimension,  Document, "ImageShiftY2",              Values::kShift},
+    {Feature::HighlightPrintingColor,     Option,     Document, "HighlightPrintingColor",    Values::kPrintingColor},
+    {Feature::HighlightMappingColor,      Option,     Document, "HighlightMappingColor",     Values::kMappingColor},
+    {Feature::HighlightMappingAlgorithm,  Option,     Document, "HighlightMappingAlgorithm", Values::kAlgorithm},
+    {Feature::MismatchedHighlightColor,   Option,     Document, "MismatchedHighlightColor",  Values::kMismatch},
     // Looked up in the context of Finishing, but stored by itself: Finishing is an option, which holds no features.
-    {SlipSheeting,              Kind::Option,     Scope::Document, 0, "SlipSheeting",              Values::kAnyOfTheTables},
-    {FinishingBypass,           Kind::Option,     Scope::Document, 0, "FinishingBypass",           Values::kBypass},
-    {PaperColor,                Kind::Option,     Scope::Document, 0, "PaperColor",                Values::kPaperColor},
-    {MediaType,                 Kind::Option,     Scope::Document, MediaCollection, "MediaType",   Values::kMedia},
-    {TabCount,                  Kind::Integer,    Scope::Document, 0, "TabCount",                  Values::kCount},
-    {PaperDrilling,             Kind::Option,     Scope::Document, 0, "PaperDrilling",             Values::kDrilling},
-    {PaperWeight,               Kind::Integer,    Scope::Document, 0, "PaperWeight",               Values::kCount},
-    {PageExceptionsPlex,        Kind::List,       Scope::Document, 0, "PageExceptionsPlex",        {}},
-    {PageExceptions,            Kind::List,       Scope::Document, 0, "PageExceptions",            {}},
-    {Finishing,                 Kind::Option,     Scope::Document, 0, "Finishing",                 Values::kFinishing},
-    {MediaCollection,           Kind::Collection, Scope::Document, PageMediaCollection, "MediaCollection", {}},
-    {PageMediaCollection,       Kind::Collection, Scope::Document, 0, "PageMediaCollection",       {}},
-    {ReplaceDriverPaperInSpreadsheets, Kind::Boolean, Scope::Device, 0, "ReplaceDriverPaperInSpreadsheets", {}},
-    {DevicePaperList,           Kind::Binary,     Scope::Capabilities, 0, "DevicePaperList",       {}},
+    {Feature::SlipSheeting,               Option,     Document, "SlipSheeting",              Values::kAnyOfTheTables},
+    {Feature::FinishingBypass,            Option,     Document, "FinishingBypass",           Values::kBypass},
+    {Feature::PaperColor,                 Option,     Document, "PaperColor",                Values::kPaperColor},
+    {Feature::MediaType,                  Option,     Document, "MediaType",                 Values::kMedia, Feature::MediaCollection},
+    {Feature::TabCount,                   Integer,    Document, "TabCount",                  Values::kCount},
+    {Feature::PaperDrilling,              Option,     Document, "PaperDrilling",             Values::kDrilling},
+    {Feature::PaperWeight,                Integer,    Document, "PaperWeight",               Values::kCount},
+    {Feature::PageExceptionsPlex,         List,       Document, "PageExceptionsPlex",        {}},
+    {Feature::PageExceptions,             List,       Document, "PageExceptions",            {}},
+    {Feature::Finishing,                  Option,     Document, "Finishing",                 Values::kFinishing},
+    {Feature::MediaCollection,            Collection, Document, "MediaCollection",           {}, Feature::PageMediaCollection},
+    {Feature::PageMediaCollection,        Collection, Document, "PageMediaCollection",       {}},
+    {Feature::ReplaceDriverPaperInSpreadsheets, Boolean, Device, "ReplaceDriverPaperInSpreadsheets", {}},
+    {Feature::DevicePaperList,            Binary,     Capabilities, "DevicePaperList",           {}},
 };
 // clang-format on
 } // namespace Rows

@@ -16,7 +16,7 @@
 namespace FeatureCatalogue
 {
 
-// Which values the feature takes, as the end of a complaint: "must be a whole number from 1 to 32767".
+// Which values the feature takes, as a complaint: "JobCopies must be a whole number from 1 to 32767".
 [[nodiscard]] std::string DescribeLimit(const Row& row);
 
 // The text in UTF-8: true or false; a whole number; an option's number, for one that no table has with its name

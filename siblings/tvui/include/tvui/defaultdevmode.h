@@ -1,7 +1,9 @@
 // The devmode that the driver makes of nothing: the product's defaults. The only maker of new devmodes.
 //
 // Behind the public part lies the core driver's private part, all of it at its defaults but the driver's own size
-// field, and behind that the maker's part (complugins/oemdevmode.h), which holds no data yet.
+// field, and behind that the maker's part (complugins/oemdevmode.h). Its property bag holds the persistent attributes
+// from the beginning, since whoever changes settings later changes them in there: the model's defaults of the
+// document's features, and the printer's paper list.
 #pragma once
 
 #include <windows.h>
