@@ -33,31 +33,21 @@ TEST(CComBstr, CopiesMovesAndHandsOver)
     EXPECT_NE(copy.Get(), original.Get());
 
     BSTR const place = copy.Get();
-    CComBSTR moved(std::move(copy));
-    EXPECT_EQ(moved.Get(), place);
-
     CComBSTR target(W("freed by what follows"));
-    target = std::move(moved);
-    EXPECT_EQ(target.Length(), 3u);
+    target = CComBSTR(std::move(copy));
+    EXPECT_EQ(target.Get(), place);
     CComBSTR& same = target;
     target = same;
     EXPECT_EQ(target.View(), original.View());
-
     CComBSTR receiver(W("freed by Put"));
     *receiver.Put() = target.Detach();
     EXPECT_EQ(receiver.View(), original.View());
     EXPECT_EQ(target.Get(), nullptr);
-}
 
-TEST(CComBstr, TellsNullFromEmptyByItsPointerOnly)
-{
+    // Null and empty differ by the pointer only, and copies keep that.
     const CComBSTR null(static_cast<const WCHAR*>(nullptr));
     const CComBSTR empty(W(""));
-    EXPECT_EQ(null.Get(), nullptr);
-    EXPECT_NE(empty.Get(), nullptr);
-    EXPECT_TRUE(null.IsEmpty());
-    EXPECT_TRUE(empty.IsEmpty());
-    EXPECT_EQ(null.View(), empty.View());
+    EXPECT_TRUE(null.IsEmpty() && empty.IsEmpty() && null.View() == empty.View());
     EXPECT_EQ(CComBSTR(null).Get(), nullptr);
     EXPECT_NE(CComBSTR(empty).Get(), nullptr);
 }
@@ -67,15 +57,12 @@ TEST(ComPtr, GivesBackEveryReferenceItTook)
     CountingUnknown object;
     {
         const ComPtr<IUnknown> first(&object);
-        EXPECT_EQ(object.References(), 2u);
         ComPtr<IUnknown> second = first;
         EXPECT_EQ(object.References(), 3u);
         ComPtr<IUnknown> third = std::move(second);
-        EXPECT_EQ(object.References(), 3u);
         ComPtr<IUnknown>& same = third;
         third = same;
         EXPECT_EQ(object.References(), 3u);
-        EXPECT_EQ(third.Get(), &object);
 
         IUnknown* handedOut = nullptr;
         EXPECT_EQ(third.CopyTo(&handedOut), S_OK);
@@ -87,21 +74,12 @@ TEST(ComPtr, GivesBackEveryReferenceItTook)
         EXPECT_FALSE(third);
         *fourth.Put() = nullptr;
         EXPECT_EQ(object.References(), 2u);
-    }
-    EXPECT_EQ(object.References(), 1u);
-}
 
-TEST(ComPtr, AsksForAnotherInterface)
-{
-    CountingUnknown object;
-    {
-        const ComPtr<IUnknown> pointer(&object);
         ComPtr<IUnknown> found;
-        EXPECT_EQ(pointer.As(found), S_OK);
-        EXPECT_EQ(object.References(), 3u);
-
         ComPtr<UnknownToTheObject> missing;
-        EXPECT_EQ(pointer.As(missing), E_NOINTERFACE);
+        EXPECT_EQ(first.As(found), S_OK);
+        EXPECT_EQ(object.References(), 3u);
+        EXPECT_EQ(first.As(missing), E_NOINTERFACE);
         EXPECT_FALSE(missing);
         EXPECT_EQ(ComPtr<IUnknown>().As(found), E_POINTER);
         EXPECT_FALSE(found);
@@ -119,8 +97,7 @@ TEST(CoTaskMemPtr, TakesOverWhatACallHandsOut)
     };
     CoTaskMemPtr<WCHAR[]> text;
     handOut(TaskMemoryOut(text));
-    ASSERT_NE(text, nullptr);
-    EXPECT_EQ(text[0], W('x'));
     handOut(TaskMemoryOut(text)); // the first memory is freed: the address sanitizer would tell
+    ASSERT_NE(text, nullptr);
     EXPECT_EQ(text[0], W('x'));
 }

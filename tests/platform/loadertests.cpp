@@ -34,7 +34,9 @@ WideString BesideProgram(WStringView name)
 
 HMODULE LoadSample()
 {
-    return LoadLibraryExW(BesideProgram(kSample).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    HMODULE const sample = LoadLibraryExW(BesideProgram(kSample).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    EXPECT_NE(sample, nullptr);
+    return sample;
 }
 
 template <class Function>
@@ -43,29 +45,20 @@ Function FunctionOf(HMODULE module, const char* name)
     return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
 }
 
-LPCWSTR AsName(const void* address)
-{
-    return static_cast<LPCWSTR>(address);
-}
-
 } // namespace
 
 TEST(Loader, KeepsAModuleUntilItsLastReferenceIsGivenBack)
 {
     ASSERT_EQ(GetModuleHandleW(kSample), nullptr) << "left behind by another test";
     HMODULE const first = LoadSample();
-    ASSERT_NE(first, nullptr);
     EXPECT_EQ(LoadSample(), first);                    // 2
     EXPECT_EQ(LoadLibraryW(kSample), first);           // 3, by its bare name
     EXPECT_EQ(LoadLibraryA("PLATFORM_SAMPLE"), first); // 4, without extension
-    HMODULE counted = nullptr;
-    EXPECT_TRUE(GetModuleHandleExW(0, kSample, &counted)); // 5
-    EXPECT_EQ(counted, first);
-    HMODULE uncounted = nullptr;
-    EXPECT_TRUE(GetModuleHandleExW(kUnchanged, kSample, &uncounted));
-    EXPECT_EQ(uncounted, first);
+    HMODULE found = nullptr;
+    EXPECT_TRUE(GetModuleHandleExW(0, kSample, &found)); // 5
+    EXPECT_EQ(found, first);
+    EXPECT_TRUE(GetModuleHandleExW(kUnchanged, kSample, &found));
     EXPECT_EQ(GetModuleHandleW(BesideProgram(kSample).c_str()), first);
-
     for (int left = 5; left > 0; --left)
     {
         const auto answer = FunctionOf<int (*)()>(first, "SampleAnswer");
@@ -77,53 +70,43 @@ TEST(Loader, KeepsAModuleUntilItsLastReferenceIsGivenBack)
     const auto [freed, error] = WithLastError([first] { return FreeLibrary(first); });
     EXPECT_FALSE(freed);
     EXPECT_EQ(error, DWORD{ERROR_MOD_NOT_FOUND});
-    EXPECT_FALSE(FreeLibrary(nullptr));
-
-    HMODULE const again = LoadSample();
-    EXPECT_NE(again, nullptr);
-    EXPECT_TRUE(FreeLibrary(again));
+    EXPECT_TRUE(FreeLibrary(LoadSample()));
 }
 
 TEST(Loader, FindsAModuleWhateverTheCaseOfItsName)
 {
     // A module that nobody has loaded yet: the file is found, not a module of this name in the process.
-    for (const WCHAR* const name : {W("Platform_SAMPLE.dll"), W("PLATFORM_SAMPLE.DLL")})
+    for (const WideString& file : {BesideProgram(W("Platform_SAMPLE.dll")), WideString(W("PLATFORM_SAMPLE.DLL"))})
     {
-        for (const WideString& file : {BesideProgram(name), WideString(name)})
-        {
-            SCOPED_TRACE(std::filesystem::path(file).string());
-            ASSERT_EQ(GetModuleHandleW(kSample), nullptr);
-            HMODULE const module = LoadLibraryExW(file.c_str(), nullptr, 0);
-            ASSERT_NE(module, nullptr);
-            EXPECT_EQ(GetModuleHandleW(BesideProgram(name).c_str()), module);
-            EXPECT_EQ(GetModuleHandleW(BesideProgram(kSample).c_str()), module);
-            EXPECT_TRUE(FreeLibrary(module));
-        }
+        SCOPED_TRACE(std::filesystem::path(file).string());
+        ASSERT_EQ(GetModuleHandleW(kSample), nullptr);
+        HMODULE const module = LoadLibraryExW(file.c_str(), nullptr, 0);
+        ASSERT_NE(module, nullptr);
+        EXPECT_EQ(GetModuleHandleW(BesideProgram(W("platform_SAMPLE.DLL")).c_str()), module);
+        EXPECT_TRUE(FreeLibrary(module));
     }
 }
 
 TEST(Loader, FindsAModuleByAnAddressWithinIt)
 {
     HMODULE const sample = LoadSample();
-    ASSERT_NE(sample, nullptr);
-    const void* const inside = FunctionOf<void*>(sample, "SampleAnswer");
     HMODULE found = nullptr;
-    EXPECT_TRUE(GetModuleHandleExW(kByAddress | kUnchanged, AsName(inside), &found));
-    EXPECT_EQ(found, sample);
-    EXPECT_TRUE(GetModuleHandleExA(kByAddress, static_cast<LPCSTR>(inside), &found));
+    const auto find = [&found](DWORD flags, const void* address)
+    {
+        return GetModuleHandleExW(kByAddress | flags, static_cast<LPCWSTR>(address), &found);
+    };
+    EXPECT_TRUE(find(0, FunctionOf<void*>(sample, "SampleAnswer")));
     EXPECT_EQ(found, sample);
     EXPECT_TRUE(FreeLibrary(sample));
-    EXPECT_NE(GetModuleHandleW(kSample), nullptr); // the address form took a reference
+    EXPECT_NE(GetModuleHandleW(kSample), nullptr) << "the address form took a reference";
     EXPECT_TRUE(FreeLibrary(sample));
     EXPECT_EQ(GetModuleHandleW(kSample), nullptr);
 
     static const int ours = 0;
-    EXPECT_TRUE(GetModuleHandleExW(kByAddress | kUnchanged, AsName(&ours), &found));
+    EXPECT_TRUE(find(kUnchanged, &ours));
     EXPECT_EQ(found, GetModuleHandleW(nullptr));
-
     const std::vector<int> heap(100);
-    const auto [belongs, error] =
-        WithLastError([&] { return GetModuleHandleExW(kByAddress | kUnchanged, AsName(heap.data()), &found); });
+    const auto [belongs, error] = WithLastError([&] { return find(kUnchanged, heap.data()); });
     EXPECT_FALSE(belongs);
     EXPECT_EQ(found, nullptr);
     EXPECT_EQ(error, DWORD{ERROR_MOD_NOT_FOUND});
@@ -133,7 +116,6 @@ TEST(Loader, WhatCannotBeLoadedSaysWhy)
 {
     const std::filesystem::path notAModule(BesideProgram(W("platform_notamodule.dll")));
     std::ofstream(notAModule) << "This is a text, and not a short one, that somebody gave the name of a module.\n";
-
     struct Case
     {
         const char* name;
@@ -158,26 +140,21 @@ TEST(Loader, WhatCannotBeLoadedSaysWhy)
     std::filesystem::remove(notAModule);
 }
 
-TEST(Loader, AModuleAnswersForItsOwnFunctionsOnly)
+TEST(Loader, ModulesAnswerForTheirOwnFunctionsOnly)
 {
     HMODULE const sample = LoadSample();
-    ASSERT_NE(sample, nullptr);
     // Names are exact, and what the module imports is not its own.
-    for (const char* const name : {"SampleAbsent", "sampleanswer", "", "CoTaskMemAlloc", "malloc"})
+    for (const char* const name : {"sampleanswer", "", "CoTaskMemAlloc", "malloc"})
     {
         const auto [function, error] = WithLastError([&] { return GetProcAddress(sample, name); });
         EXPECT_EQ(function, nullptr) << name;
         EXPECT_EQ(error, DWORD{ERROR_PROC_NOT_FOUND}) << name;
     }
     EXPECT_TRUE(FreeLibrary(sample));
-}
 
-TEST(Loader, SystemFunctionsAreFoundInTheSystemsModule)
-{
     HMODULE const kernel = GetModuleHandleA("kernel32.dll");
     ASSERT_NE(kernel, nullptr);
-    using Finder = BOOL(WINAPI*)(DWORD, LPCSTR, HMODULE*);
-    const auto find = FunctionOf<Finder>(kernel, "GetModuleHandleExA");
+    const auto find = FunctionOf<BOOL(WINAPI*)(DWORD, LPCSTR, HMODULE*)>(kernel, "GetModuleHandleExA");
     ASSERT_NE(find, nullptr);
     HMODULE program = nullptr;
     EXPECT_TRUE(find(kUnchanged, nullptr, &program));
@@ -187,13 +164,11 @@ TEST(Loader, SystemFunctionsAreFoundInTheSystemsModule)
 TEST(Loader, FileNamesThatDoNotFitAreCutAndTerminated)
 {
     HMODULE const sample = LoadSample();
-    ASSERT_NE(sample, nullptr);
     for (HMODULE const module : {sample, HMODULE{nullptr}})
     {
         const WideString whole = FileNameOf(module);
         ASSERT_TRUE(std::filesystem::exists(std::filesystem::path(whole)));
         const auto length = static_cast<DWORD>(whole.size());
-
         std::vector<WCHAR> room(length + 2, W('~'));
         EXPECT_EQ(GetModuleFileNameW(module, room.data(), length + 1), length);
         EXPECT_EQ(WStringView(room.data()), whole);
@@ -203,13 +178,10 @@ TEST(Loader, FileNamesThatDoNotFitAreCutAndTerminated)
         EXPECT_EQ(size, length);
         EXPECT_EQ(error, DWORD{ERROR_INSUFFICIENT_BUFFER});
         EXPECT_EQ(room[length], W('~'));
-
         char narrow[] = "~~~~~";
         EXPECT_EQ(GetModuleFileNameA(module, narrow, 4), 4u);
         EXPECT_EQ(narrow[4], '~');
-
-        // Wine leaves a name that was cut without its terminator, as Windows XP did.
-        if (IsWine())
+        if (IsWine()) // which leaves a name that was cut without its terminator, as Windows XP did
             continue;
         EXPECT_EQ(WStringView(room.data()), whole.substr(0, length - 1));
         EXPECT_EQ(narrow[3], 0);

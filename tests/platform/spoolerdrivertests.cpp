@@ -20,14 +20,16 @@ namespace
 
 namespace fs = std::filesystem;
 
-fs::path DriverDirectory()
+const WCHAR* const kSecond = W("Tavlen Platform Second");
+
+fs::path DriverFolder()
 {
     std::array<WCHAR, 1024> directory = {};
     DWORD needed = 0;
     EXPECT_TRUE(GetPrinterDriverDirectoryW(nullptr, Mutable(kEnvironment), 1, reinterpret_cast<BYTE*>(directory.data()),
                                            sizeof(directory), &needed));
     EXPECT_EQ(needed, (WideString(directory.data()).size() + 1) * sizeof(WCHAR));
-    return directory.data();
+    return fs::path(directory.data()) / "3";
 }
 
 std::string Content(const fs::path& file)
@@ -52,8 +54,7 @@ bool IsKnownDriver(WStringView name)
 
 DWORD DeleteDriver(const WCHAR* name, DWORD flags = 0)
 {
-    return DeletePrinterDriverExW(nullptr, Mutable(kEnvironment), Mutable(name), flags, 0) ? ERROR_SUCCESS
-                                                                                           : GetLastError();
+    return ErrorOf(DeletePrinterDriverExW(nullptr, Mutable(kEnvironment), Mutable(name), flags, 0));
 }
 
 } // namespace
@@ -62,23 +63,22 @@ class SpoolerDrivers : public SpoolerTest
 {
 };
 
-TEST_F(SpoolerDrivers, LieInTheDriverDirectory)
+TEST_F(SpoolerDrivers, LieInTheDriverDirectoryAndAreUpdatedByAddingThemAgain)
 {
     const PrinterOwner printer = InstallPrinter();
-    const auto driver = DriverAnswer<DRIVER_INFO_3W>(printer.Get(), 3);
+    const auto driver = DriverAnswer<DRIVER_INFO_3W>(printer.get(), 3);
     ASSERT_TRUE(driver.IsGood());
-    const fs::path folder = DriverDirectory() / "3";
+    const fs::path folder = DriverFolder();
     EXPECT_EQ(driver->cVersion, 3u);
     EXPECT_EQ(WideString(driver->pName), kDriver);
     EXPECT_EQ(WideString(driver->pEnvironment), kEnvironment);
+    EXPECT_EQ(WideString(driver->pDefaultDataType), W("RAW"));
     EXPECT_EQ(fs::path(driver->pDriverPath), folder / "tvplatform.drv");
     EXPECT_EQ(fs::path(driver->pDataFile), folder / "tvplatform.json");
     EXPECT_EQ(fs::path(driver->pConfigFile), folder / "spooler_sample.dll"); // whatever the module's file is called
-    EXPECT_EQ(WideString(driver->pDefaultDataType), W("RAW"));
     EXPECT_EQ(Content(driver->pDriverPath), "the driver");
     EXPECT_EQ(Content(driver->pDataFile), "the model");
-
-    ASSERT_NE(driver->pDependentFiles, nullptr);
+    ASSERT_TRUE(driver.Holds(driver->pDependentFiles));
     const WCHAR* file = driver->pDependentFiles;
     for (const char* const name : {"tvone.txt", "tvtwo.txt"})
     {
@@ -86,24 +86,13 @@ TEST_F(SpoolerDrivers, LieInTheDriverDirectory)
         file += WideString(file).size() + 1;
     }
     EXPECT_EQ(*file, 0);
-
-    const auto largest = DriverAnswer<DRIVER_INFO_6W>(printer.Get(), 6);
-    ASSERT_TRUE(largest.IsGood());
-    EXPECT_EQ(fs::path(largest->pConfigFile), folder / "spooler_sample.dll");
-    const auto smallest = DriverAnswer<DRIVER_INFO_1W>(printer.Get(), 1);
-    ASSERT_TRUE(smallest.IsGood());
-    EXPECT_EQ(WideString(smallest->pName), kDriver);
+    EXPECT_EQ(fs::path(DriverAnswer<DRIVER_INFO_6W>(printer.get(), 6)->pDataFile), folder / "tvplatform.json");
+    EXPECT_EQ(WideString(DriverAnswer<DRIVER_INFO_1W>(printer.get(), 1)->pName), kDriver);
     EXPECT_TRUE(IsKnownDriver(kDriver));
-}
 
-TEST_F(SpoolerDrivers, AreUpdatedByAddingThemAgain)
-{
-    const PrinterOwner printer = InstallPrinter();
     const WideString newer = SourceFile("tvnewer.json", "a newer model");
     ASSERT_TRUE(InstallDriver(W("TAVLEN platform driver"), newer.c_str())) << GetLastError();
-    const auto driver = DriverAnswer<DRIVER_INFO_3W>(printer.Get(), 3);
-    ASSERT_TRUE(driver.IsGood());
-    EXPECT_EQ(Content(driver->pDataFile), "a newer model");
+    EXPECT_EQ(Content(DriverAnswer<DRIVER_INFO_3W>(printer.get(), 3)->pDataFile), "a newer model");
     ASSERT_TRUE(InstallDriver());
 }
 
@@ -113,33 +102,27 @@ TEST_F(SpoolerDrivers, AreFilesWhateverTheCaseOfTheirNames)
     SourceFile("tvCased.json", "a model");
     const WideString named = (Scratch() / "TVcased.json").string<WCHAR>();
     ASSERT_TRUE(InstallDriver(kDriver, named.c_str())) << GetLastError();
-    const auto driver = DriverAnswer<DRIVER_INFO_3W>(printer.Get(), 3);
-    ASSERT_TRUE(driver.IsGood());
-    EXPECT_EQ(fs::path(driver->pDataFile).filename(), "TVcased.json"); // as the installer named it
-    EXPECT_EQ(Content(driver->pDataFile), "a model");
+    const fs::path installed = DriverAnswer<DRIVER_INFO_3W>(printer.get(), 3)->pDataFile;
+    EXPECT_EQ(installed.filename(), "TVcased.json"); // as the installer named it
+    EXPECT_EQ(Content(installed), "a model");
 
     // A second driver's file of that name is the same file.
     fs::create_directories(Scratch() / "second");
     fs::path newerFile(SourceFile("second/TvCased.json", "a newer model"));
     const WideString newer = newerFile.make_preferred().string<WCHAR>();
-    ASSERT_TRUE(InstallDriver(W("Tavlen Platform Second"), newer.c_str())) << GetLastError();
-    std::string content;
-    int files = 0;
-    for (const fs::directory_entry& entry : fs::directory_iterator(DriverDirectory() / "3"))
+    ASSERT_TRUE(InstallDriver(kSecond, newer.c_str())) << GetLastError();
+    std::string contents;
+    for (const fs::directory_entry& entry : fs::directory_iterator(DriverFolder()))
     {
         std::string name = entry.path().filename().string();
         std::transform(name.begin(), name.end(), name.begin(), [](char c) { return static_cast<char>(c | 0x20); });
         if (name == "tvcased.json")
-        {
-            content = Content(entry.path());
-            ++files;
-        }
+            contents += Content(entry.path());
     }
-    EXPECT_EQ(files, 1);
-    EXPECT_EQ(content, "a newer model");
-    EXPECT_EQ(DeleteDriver(W("Tavlen Platform Second"), IsWine() ? 0 : DPD_DELETE_UNUSED_FILES), ERROR_SUCCESS);
+    EXPECT_EQ(contents, "a newer model");
+    EXPECT_EQ(DeleteDriver(kSecond, IsWine() ? 0 : DPD_DELETE_UNUSED_FILES), ERROR_SUCCESS);
     fs::remove(Scratch() / "tvCased.json");
-    EXPECT_TRUE(InstallDriver(kDriver, nullptr)) << GetLastError();
+    EXPECT_TRUE(InstallDriver()) << GetLastError();
 }
 
 TEST_F(SpoolerDrivers, AreRefusedWithTheReason)
@@ -147,21 +130,17 @@ TEST_F(SpoolerDrivers, AreRefusedWithTheReason)
     DRIVER_INFO_3W info = {};
     const auto add = [&](DWORD level)
     {
-        return AddPrinterDriverExW(nullptr, level, reinterpret_cast<BYTE*>(&info),
-                                   APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY)
-                   ? ERROR_SUCCESS
-                   : GetLastError();
+        return ErrorOf(AddPrinterDriverExW(nullptr, level, reinterpret_cast<BYTE*>(&info),
+                                           APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY));
     };
     const WideString file = SourceFile("tvother.json", "x");
     info.cVersion = 3;
-    info.pName = Mutable(W("Tavlen Platform Other"));
+    info.pName = Mutable(kSecond);
     info.pEnvironment = Mutable(W("Windows PDP-11"));
     info.pDriverPath = info.pDataFile = info.pConfigFile = Mutable(file.c_str());
     EXPECT_EQ(add(3), ERROR_INVALID_ENVIRONMENT);
     EXPECT_EQ(add(1), ERROR_INVALID_LEVEL);
-    EXPECT_FALSE(AddPrinterDriverExW(nullptr, 3, nullptr, APD_COPY_ALL_FILES));
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
-
+    EXPECT_EQ(ErrorOf(AddPrinterDriverExW(nullptr, 3, nullptr, APD_COPY_ALL_FILES)), ERROR_INVALID_PARAMETER);
     if (!IsWine()) // which does not look at files, nor at names
     {
         info.pEnvironment = Mutable(kEnvironment);
@@ -169,26 +148,24 @@ TEST_F(SpoolerDrivers, AreRefusedWithTheReason)
         EXPECT_EQ(add(3), ERROR_FILE_NOT_FOUND);
         info.pConfigFile = nullptr;
         EXPECT_EQ(add(3), ERROR_INVALID_PARAMETER);
-        EXPECT_FALSE(fs::exists(DriverDirectory() / "3" / "tvother.json"));
+        EXPECT_FALSE(fs::exists(DriverFolder() / "tvother.json"));
     }
-    EXPECT_FALSE(IsKnownDriver(W("Tavlen Platform Other")));
+    EXPECT_FALSE(IsKnownDriver(kSecond));
 }
 
 TEST_F(SpoolerDrivers, StayWhileAPrinterUsesThem)
 {
     if (IsWine())
         GTEST_SKIP() << "Wine deletes drivers in use, and never their files";
-    {
-        const PrinterOwner printer = InstallPrinter();
-        EXPECT_EQ(DeleteDriver(kDriver), ERROR_PRINTER_DRIVER_IN_USE);
-        EXPECT_TRUE(IsKnownDriver(kDriver));
-        ASSERT_TRUE(DeletePrinter(printer.Get()));
-    }
+    const PrinterOwner printer = InstallPrinter();
+    EXPECT_EQ(DeleteDriver(kDriver), ERROR_PRINTER_DRIVER_IN_USE);
+    EXPECT_TRUE(IsKnownDriver(kDriver));
+    ASSERT_TRUE(DeletePrinter(printer.get()));
     const WideString other = SourceFile("tvother.json", "other");
-    ASSERT_TRUE(InstallDriver(W("Tavlen Platform Second"), other.c_str()));
-    const fs::path folder = DriverDirectory() / "3";
-    EXPECT_EQ(DeleteDriver(W("Tavlen Platform Second"), DPD_DELETE_ALL_FILES), ERROR_PRINTER_DRIVER_IN_USE);
-    EXPECT_EQ(DeleteDriver(W("Tavlen Platform Second"), DPD_DELETE_UNUSED_FILES), ERROR_SUCCESS);
+    ASSERT_TRUE(InstallDriver(kSecond, other.c_str()));
+    const fs::path folder = DriverFolder();
+    EXPECT_EQ(DeleteDriver(kSecond, DPD_DELETE_ALL_FILES), ERROR_PRINTER_DRIVER_IN_USE);
+    EXPECT_EQ(DeleteDriver(kSecond, DPD_DELETE_UNUSED_FILES), ERROR_SUCCESS);
     EXPECT_FALSE(fs::exists(folder / "tvother.json"));
     EXPECT_TRUE(fs::exists(folder / "tvplatform.drv")); // the first driver's too
     EXPECT_EQ(DeleteDriver(kDriver), ERROR_SUCCESS);
@@ -204,10 +181,9 @@ TEST_F(SpoolerDrivers, AnswerCapabilities)
         return DeviceCapabilitiesW(kPrinter, W("FILE:"), capability, static_cast<LPWSTR>(output), nullptr);
     };
     EXPECT_EQ(ask(DC_COPIES), spoolersample::kCopies);
-    ASSERT_EQ(ask(DC_PAPERS), 3);
-    std::array<WORD, 3> papers = {};
+    std::array<WORD, 4> papers = {0, 0, 0, 0xEE};
     EXPECT_EQ(ask(DC_PAPERS, papers.data()), 3);
-    EXPECT_EQ(papers, (std::array<WORD, 3>{1, 9, 256}));
+    EXPECT_EQ(papers, (std::array<WORD, 4>{1, 9, 256, 0xEE}));
     EXPECT_EQ(ask(DC_TRUETYPE), -1);
     if (!IsWine()) // which lends no handle, and answers 0 for an unknown printer
     {
@@ -220,26 +196,26 @@ TEST_F(SpoolerDrivers, AnswerCapabilities)
 TEST_F(SpoolerDrivers, MakeDevModes)
 {
     const PrinterOwner printer = InstallPrinter();
-    constexpr LONG size = sizeof(DEVMODEW) + spoolersample::kPrivateSize;
-    const auto added = PrinterAnswer<PRINTER_INFO_2W>(printer.Get(), 2);
+    const auto added = PrinterAnswer<PRINTER_INFO_2W>(printer.get(), 2);
     ASSERT_TRUE(added.IsGood());
     ASSERT_NE(added->pDevMode, nullptr) << "the printer was added without a devmode and should have its driver's";
     EXPECT_EQ(added->pDevMode->dmDriverExtra, spoolersample::kPrivateSize);
 
-    EXPECT_EQ(DocumentPropertiesW(nullptr, printer.Get(), Mutable(kPrinter), nullptr, nullptr, 0), size);
     DEVMODEW input = {};
     input.dmSize = sizeof(input);
     input.dmCopies = 12;
     std::vector<DEVMODEW> output(2); // more room than the driver needs
-    ASSERT_EQ(DocumentPropertiesW(nullptr, printer.Get(), Mutable(kPrinter), output.data(), &input,
-                                  DM_IN_BUFFER | DM_OUT_BUFFER),
-              IDOK);
+    const auto ask = [&](HANDLE handle, DEVMODEW* in, DWORD mode)
+    {
+        return DocumentPropertiesW(nullptr, handle, Mutable(kPrinter), output.data(), in, mode);
+    };
+    EXPECT_EQ(ask(printer.get(), nullptr, 0), LONG{sizeof(DEVMODEW) + spoolersample::kPrivateSize});
+    ASSERT_EQ(ask(printer.get(), &input, DM_IN_BUFFER | DM_OUT_BUFFER), IDOK);
     EXPECT_EQ(output[0].dmCopies, 12);
     EXPECT_EQ(*reinterpret_cast<const BYTE*>(&output[1]), spoolersample::kPrivateByte);
-    EXPECT_EQ(DocumentPropertiesW(nullptr, printer.Get(), Mutable(kPrinter), output.data(), nullptr, DM_OUT_BUFFER),
-              IDOK);
+    EXPECT_EQ(ask(printer.get(), nullptr, DM_OUT_BUFFER), IDOK);
     EXPECT_EQ(output[0].dmCopies, 1);
-    EXPECT_LT(DocumentPropertiesW(nullptr, reinterpret_cast<HANDLE>(0x5555), nullptr, nullptr, nullptr, 0), 0);
+    EXPECT_LT(ask(reinterpret_cast<HANDLE>(0x5555), nullptr, 0), 0);
 }
 
 TEST_F(SpoolerDrivers, HearOfEvents)
@@ -251,12 +227,12 @@ TEST_F(SpoolerDrivers, HearOfEvents)
     {
         DWORD event = 0;
         DWORD needed = 0;
-        GetPrinterDataExW(printer.Get(), spoolersample::kKey, spoolersample::kEvent, nullptr,
+        GetPrinterDataExW(printer.get(), spoolersample::kKey, spoolersample::kEvent, nullptr,
                           reinterpret_cast<BYTE*>(&event), sizeof(event), &needed);
         return event;
     };
     EXPECT_EQ(lastEvent(), DWORD{PRINTER_EVENT_INITIALIZE});
     PRINTER_INFO_2W info = PrinterInfo();
-    ASSERT_TRUE(SetPrinterW(printer.Get(), 2, reinterpret_cast<BYTE*>(&info), 0));
+    ASSERT_TRUE(SetPrinterW(printer.get(), 2, reinterpret_cast<BYTE*>(&info), 0));
     EXPECT_EQ(lastEvent(), DWORD{PRINTER_EVENT_ATTRIBUTES_CHANGED});
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <fstream>
 #include <string>
-#include <utility>
 
 namespace spoolertests
 {
@@ -38,37 +37,18 @@ PRINTER_INFO_2W PrinterInfo(const WCHAR* name)
     return info;
 }
 
-PrinterOwner::PrinterOwner(PrinterOwner&& other) noexcept : m_printer(std::exchange(other.m_printer, nullptr))
-{
-}
-
-PrinterOwner& PrinterOwner::operator=(PrinterOwner&& other) noexcept
-{
-    std::swap(m_printer, other.m_printer);
-    return *this;
-}
-
-PrinterOwner::~PrinterOwner()
-{
-    Close();
-}
-
-PrinterOwner PrinterOwner::Open(const WCHAR* name, ACCESS_MASK access)
+PrinterOwner Open(const WCHAR* name, ACCESS_MASK access)
 {
     PRINTER_DEFAULTSW defaults = {nullptr, nullptr, access};
     HANDLE printer = nullptr;
     return PrinterOwner(OpenPrinterW(Mutable(name), &printer, &defaults) ? printer : nullptr);
 }
 
-void PrinterOwner::Close()
-{
-    if (m_printer != nullptr)
-        ClosePrinter(std::exchange(m_printer, nullptr));
-}
-
 std::vector<WideString> PrinterNames()
 {
-    const auto printers = PrintersAnswer<PRINTER_INFO_4W>(4);
+    const Answer<PRINTER_INFO_4W> printers(
+        [](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD count)
+        { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 4, bytes, size, needed, count); });
     std::vector<WideString> names;
     for (DWORD index = 0; printers.IsGood() && index < printers.Count(); ++index)
         names.emplace_back(printers[index].pPrinterName);
@@ -89,8 +69,8 @@ void SpoolerTest::TearDown()
 {
     for (const WideString& name : m_printers)
     {
-        const PrinterOwner printer = PrinterOwner::Open(name.c_str(), PRINTER_ALL_ACCESS);
-        EXPECT_TRUE(printer.Get() == nullptr || DeletePrinter(printer.Get())) << GetLastError();
+        const PrinterOwner printer = Open(name.c_str(), PRINTER_ALL_ACCESS);
+        EXPECT_TRUE(printer == nullptr || DeletePrinter(printer.get())) << GetLastError();
     }
     // Wine knows no flags. Some tests have deleted the driver themselves.
     if (!DeletePrinterDriverExW(nullptr, Mutable(kEnvironment), Mutable(kDriver), DPD_DELETE_UNUSED_FILES, 0))
@@ -131,7 +111,7 @@ PrinterOwner SpoolerTest::InstallPrinter(const WCHAR* name)
 {
     PRINTER_INFO_2W info = PrinterInfo(name);
     PrinterOwner printer(AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&info)));
-    EXPECT_NE(printer.Get(), nullptr) << GetLastError();
+    EXPECT_NE(printer, nullptr) << GetLastError();
     m_printers.emplace_back(name);
     return printer;
 }

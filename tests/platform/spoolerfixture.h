@@ -9,6 +9,8 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -31,29 +33,23 @@ inline const WCHAR* const kPrinter = W("Tavlen Platform Printer");
 // A printer of the sample driver, before it is added.
 PRINTER_INFO_2W PrinterInfo(const WCHAR* name = kPrinter);
 
-// An open printer handle.
-class PrinterOwner
+struct PrinterCloser
 {
-public:
-    PrinterOwner() = default;
-    explicit PrinterOwner(HANDLE printer) noexcept : m_printer(printer)
+    void operator()(HANDLE printer) const
     {
+        ClosePrinter(printer);
     }
-    PrinterOwner(PrinterOwner&& other) noexcept;
-    PrinterOwner& operator=(PrinterOwner&& other) noexcept;
-    ~PrinterOwner();
-
-    static PrinterOwner Open(const WCHAR* name, ACCESS_MASK access = 0);
-
-    void Close();
-    [[nodiscard]] HANDLE Get() const noexcept
-    {
-        return m_printer;
-    }
-
-private:
-    HANDLE m_printer = nullptr;
 };
+// An open printer handle.
+using PrinterOwner = std::unique_ptr<std::remove_pointer_t<HANDLE>, PrinterCloser>;
+
+// Null when it does not open.
+PrinterOwner Open(const WCHAR* name, ACCESS_MASK access = 0);
+
+inline DWORD ErrorOf(BOOL done)
+{
+    return done ? ERROR_SUCCESS : GetLastError();
+}
 
 // The whole of an answer, asked for with the size that a first call reports.
 template <class Record>
@@ -112,13 +108,6 @@ Answer<Record> DriverAnswer(HANDLE printer, DWORD level)
 {
     return Answer<Record>([&](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD)
                           { return GetPrinterDriverW(printer, nullptr, level, bytes, size, needed); });
-}
-
-template <class Record>
-Answer<Record> PrintersAnswer(DWORD level)
-{
-    return Answer<Record>([&](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD count)
-                          { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, level, bytes, size, needed, count); });
 }
 
 // The names of all printers of the store, sorted.

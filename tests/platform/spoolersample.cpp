@@ -8,23 +8,11 @@
 #include <algorithm>
 #include <array>
 
+#include "interfaces/documentpropertyheader.h"
 #include "tests/platform/spoolersample.h"
 
 namespace
 {
-
-// What DrvDocumentPropertySheets gets; not every SDK declares it.
-struct DocumentPropertyHeader
-{
-    WORD cbSize;
-    WORD Reserved;
-    HANDLE hPrinter;
-    LPWSTR pszPrinterName;
-    PDEVMODEW pdmIn;
-    PDEVMODEW pdmOut;
-    DWORD cbOut;
-    DWORD fMode;
-};
 
 constexpr std::array<WORD, 3> kPapers = {1, 9, 256};
 constexpr LONG kDevModeSize = sizeof(DEVMODEW) + spoolersample::kPrivateSize;
@@ -62,7 +50,7 @@ extern "C"
 
     SPOOLER_SAMPLE_API LONG WINAPI DrvDocumentPropertySheets(PVOID, LPARAM param)
     {
-        const auto& header = *reinterpret_cast<const DocumentPropertyHeader*>(param);
+        const auto& header = *reinterpret_cast<const DOCUMENTPROPERTYHEADER*>(param);
         if (header.cbSize < sizeof(header))
             return -1;
         if (header.fMode == 0 || header.pdmOut == nullptr)

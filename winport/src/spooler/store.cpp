@@ -60,8 +60,15 @@ private:
 // The absolute path that an environment variable holds; empty when it holds none.
 std::filesystem::path FolderIn(LPCWSTR variable)
 {
-    std::u16string value(GetEnvironmentVariableW(variable, nullptr, 0), u'\0');
-    value.resize(GetEnvironmentVariableW(variable, value.data(), static_cast<DWORD>(value.size())));
+    const auto read = [variable](LPWSTR room, DWORD size)
+    {
+        const DWORD length = GetEnvironmentVariableW(variable, room, size);
+        // A variable that cannot be read is not an absent one: the call would go to another store.
+        Require(length != 0 || GetLastError() != ERROR_NOT_ENOUGH_MEMORY, ERROR_NOT_ENOUGH_MEMORY);
+        return length;
+    };
+    std::u16string value(read(nullptr, 0), u'\0');
+    value.resize(read(value.data(), static_cast<DWORD>(value.size())));
     return value.empty() ? std::filesystem::path() : std::filesystem::absolute(ToUtf8(value));
 }
 
