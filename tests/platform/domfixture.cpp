@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <set>
 
 #include <gtest/gtest.h>
 
@@ -37,19 +39,16 @@ std::string ExpandedName(IXMLDOMNode* node)
 
 std::string AttributesMeaning(IXMLDOMNode* element)
 {
-    ComPtr<IXMLDOMNamedNodeMap> map;
+    const ComPtr<IXMLDOMNamedNodeMap> map = MapOf(element);
     LONG length = 0;
-    std::vector<std::string> parts;
-    if (element->get_attributes(map.Put()) != S_OK)
-        return {};
     map->get_length(&length);
+    std::set<std::string> parts;
     for (LONG at = 0; at < length; ++at)
     {
         DomNode attribute;
         if (map->get_item(at, attribute.Put()) == S_OK && !IsDeclaration(NameOf(attribute.Get())))
-            parts.push_back("@" + ExpandedName(attribute.Get()) + "=" + TextOf(attribute.Get()));
+            parts.insert("@" + ExpandedName(attribute.Get()) + "=" + TextOf(attribute.Get()));
     }
-    std::sort(parts.begin(), parts.end());
     std::string meaning;
     for (const std::string& part : parts)
         meaning += (meaning.empty() ? "" : " ") + part;
@@ -127,6 +126,16 @@ HRESULT LoadFile(const DomDocument& document, const std::string& path)
     return result;
 }
 
+HRESULT LoadBytes(const DomDocument& document, std::string_view bytes)
+{
+    const std::filesystem::path path =
+        std::filesystem::temp_directory_path() / ("domtests-" + std::to_string(GetCurrentProcessId()) + ".xml");
+    std::ofstream(path, std::ios::binary) << bytes;
+    const HRESULT result = LoadFile(document, path.generic_string());
+    std::filesystem::remove(path);
+    return result;
+}
+
 DomNode RootOf(const DomDocument& document)
 {
     ComPtr<IXMLDOMElement> root;
@@ -157,17 +166,38 @@ DomNode Created(const DomDocument& document, DOMNodeType kind, const WCHAR* name
     return node;
 }
 
+HRESULT Append(IXMLDOMNode* parent, IXMLDOMNode* child)
+{
+    DomNode appended;
+    return parent->appendChild(child, appended.Put());
+}
+
+HRESULT Remove(IXMLDOMNode* parent, IXMLDOMNode* child)
+{
+    DomNode removed;
+    return parent->removeChild(child, removed.Put());
+}
+
+ComPtr<IXMLDOMNamedNodeMap> MapOf(IXMLDOMNode* element)
+{
+    ComPtr<IXMLDOMNamedNodeMap> map;
+    EXPECT_EQ(S_OK, element->get_attributes(map.Put()));
+    return map;
+}
+
 void AddAttribute(const DomDocument& document, IXMLDOMNode* element, const WCHAR* name, const WCHAR* uri,
                   const WCHAR* value)
 {
-    const DomNode node = Created(document, NODE_ATTRIBUTE, name, uri);
-    ComPtr<IXMLDOMAttribute> attribute;
-    ComPtr<IXMLDOMElement> target;
-    ASSERT_EQ(S_OK, node.As(attribute));
-    ASSERT_EQ(S_OK, DomNode(element).As(target));
+    const DomNode attribute = Created(document, NODE_ATTRIBUTE, name, uri);
+    DomNode set;
     ASSERT_EQ(S_OK, attribute->put_text(CComBSTR(value).Get()));
-    ComPtr<IXMLDOMAttribute> replaced;
-    ASSERT_EQ(S_OK, target->setAttributeNode(attribute.Get(), replaced.Put())) << Narrow(name);
+    ASSERT_EQ(S_OK, MapOf(element)->setNamedItem(attribute.Get(), set.Put())) << Narrow(name);
+}
+
+HRESULT RemoveAttribute(IXMLDOMNode* element, const WCHAR* name)
+{
+    DomNode removed;
+    return MapOf(element)->removeNamedItem(CComBSTR(name).Get(), removed.Put());
 }
 
 std::string NameOf(IXMLDOMNode* node)
@@ -198,6 +228,12 @@ std::string ReasonOf(const DomDocument& document)
     if (document->get_parseError(error.Put()) == S_OK)
         error->get_reason(reason.Put());
     return Narrow(reason.View());
+}
+
+std::string OwnerOf(IXMLDOMNode* node)
+{
+    ComPtr<IXMLDOMDocument> owner;
+    return node->get_ownerDocument(owner.Put()) == S_OK ? XmlOf(owner.Get()) : std::string();
 }
 
 std::string Meaning(IXMLDOMNode* node)

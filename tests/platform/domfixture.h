@@ -4,6 +4,7 @@
 #include <msxml2.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "utilitiesstaticlib/ccombstr.h"
@@ -74,6 +75,7 @@ HRESULT LoadText(const DomDocument& document, WStringView text);
 // Fails the running test when the text is refused.
 DomDocument Loaded(WStringView text);
 HRESULT LoadFile(const DomDocument& document, const std::string& path);
+HRESULT LoadBytes(const DomDocument& document, std::string_view bytes); // by a file
 
 DomNode RootOf(const DomDocument& document);
 DomNode Select(IXMLDOMNode* context, const WCHAR* query); // null when nothing is found
@@ -81,14 +83,19 @@ HRESULT SetProperty(const DomDocument& document, const WCHAR* name, WStringView 
 
 // createNode's node; fails the running test when it is refused.
 DomNode Created(const DomDocument& document, DOMNodeType kind, const WCHAR* name, const WCHAR* uri = W(""));
+HRESULT Append(IXMLDOMNode* parent, IXMLDOMNode* child);
+HRESULT Remove(IXMLDOMNode* parent, IXMLDOMNode* child);
+ComPtr<IXMLDOMNamedNodeMap> MapOf(IXMLDOMNode* element);
 // An attribute with a value, put on the element.
 void AddAttribute(const DomDocument& document, IXMLDOMNode* element, const WCHAR* name, const WCHAR* uri,
                   const WCHAR* value);
+HRESULT RemoveAttribute(IXMLDOMNode* element, const WCHAR* name);
 
 std::string NameOf(IXMLDOMNode* node);
 std::string TextOf(IXMLDOMNode* node);
 std::string XmlOf(IXMLDOMNode* node);
 std::string ReasonOf(const DomDocument& document); // of the last load
+std::string OwnerOf(IXMLDOMNode* node);            // its document's text
 
 // The subtree by meaning: {uri}local(@{uri}name=value ...)[children]. Attributes are sorted, neighbouring texts are
 // one, prefixes and declarations do not count, nor do comments and instructions.

@@ -7,27 +7,21 @@
 namespace
 {
 
-std::string Or(const CComBSTR& text)
+// A text that a node answers: "-" for none, which is S_FALSE.
+using Getter = HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*)(BSTR*);
+
+std::string Ask(const DomNode& node, Getter getter)
 {
+    CComBSTR text;
+    const HRESULT result = (node.Get()->*getter)(text.Put());
+    EXPECT_EQ(text.Get() != nullptr ? S_OK : S_FALSE, result);
     return text.Get() != nullptr ? Narrow(text.View()) : "-";
 }
 
-HRESULT InsertBefore(IXMLDOMNode* parent, const DomNode& child, const DomNode& reference)
+HRESULT InsertBefore(const DomNode& parent, const DomNode& child, const DomNode& reference)
 {
     DomNode inserted;
     return parent->insertBefore(child.Get(), Variant(reference).Get(), inserted.Put());
-}
-
-HRESULT Remove(IXMLDOMNode* parent, const DomNode& child)
-{
-    DomNode removed;
-    return parent->removeChild(child.Get(), removed.Put());
-}
-
-HRESULT Append(IXMLDOMNode* parent, const DomNode& child)
-{
-    DomNode appended;
-    return parent->appendChild(child.Get(), appended.Put());
 }
 
 } // namespace
@@ -40,24 +34,18 @@ TEST(DomNode, TellsItsNamesAndValue)
     {
         const WCHAR* query;
         DOMNodeType kind;
-        const char* kindName;
-        const char* name;
-        const char* baseName;
-        const char* prefix;
-        const char* uri;
-        const char* value;
+        const char* answers; // kind, name, base name, prefix, namespace, value
     };
     const Case cases[] = {
-        {W("/x:e"), NODE_ELEMENT, "element", "p:e", "e", "p", "u", "-"},
-        {W("/x:e/n"), NODE_ELEMENT, "element", "n", "n", "-", "-", "-"},
-        {W("/x:e/@q"), NODE_ATTRIBUTE, "attribute", "q", "q", "-", "-", "v"},
-        {W("/x:e/@x:r"), NODE_ATTRIBUTE, "attribute", "p:r", "r", "p", "u", "w"},
-        {W("/x:e/text()[1]"), NODE_TEXT, "text", "#text", "-", "-", "-", "t"},
-        {W("/x:e/text()[2]"), NODE_CDATA_SECTION, "cdatasection", "#cdata-section", "-", "-", "-", "c"},
-        {W("/x:e/comment()"), NODE_COMMENT, "comment", "#comment", "-", "-", "-", "m"},
-        {W("//processing-instruction()"), NODE_PROCESSING_INSTRUCTION, "processinginstruction", "i", "i", "-", "-",
-         "d"},
-        {W("/"), NODE_DOCUMENT, "document", "#document", "-", "-", "-", "-"},
+        {W("/x:e"), NODE_ELEMENT, "element p:e e p u -"},
+        {W("/x:e/n"), NODE_ELEMENT, "element n n - - -"},
+        {W("/x:e/@q"), NODE_ATTRIBUTE, "attribute q q - - v"},
+        {W("/x:e/@x:r"), NODE_ATTRIBUTE, "attribute p:r r p u w"},
+        {W("/x:e/text()[1]"), NODE_TEXT, "text #text - - - t"},
+        {W("/x:e/text()[2]"), NODE_CDATA_SECTION, "cdatasection #cdata-section - - - c"},
+        {W("/x:e/comment()"), NODE_COMMENT, "comment #comment - - - m"},
+        {W("//processing-instruction()"), NODE_PROCESSING_INSTRUCTION, "processinginstruction i i - - d"},
+        {W("/"), NODE_DOCUMENT, "document #document - - - -"},
     };
     for (const Case& test : cases)
     {
@@ -65,22 +53,14 @@ TEST(DomNode, TellsItsNamesAndValue)
         const DomNode node = Select(document.Get(), test.query);
         ASSERT_TRUE(node);
         DOMNodeType kind = NODE_INVALID;
-        CComBSTR kindName, name, baseName, prefix, uri;
-        Variant value;
         EXPECT_EQ(S_OK, node->get_nodeType(&kind));
         EXPECT_EQ(test.kind, kind);
-        EXPECT_EQ(S_OK, node->get_nodeTypeString(kindName.Put()));
-        EXPECT_EQ(test.kindName, Or(kindName));
-        EXPECT_EQ(S_OK, node->get_nodeName(name.Put()));
-        EXPECT_EQ(test.name, Or(name));
-        EXPECT_EQ(test.baseName == std::string("-") ? S_FALSE : S_OK, node->get_baseName(baseName.Put()));
-        EXPECT_EQ(test.baseName, Or(baseName));
-        EXPECT_EQ(test.prefix == std::string("-") ? S_FALSE : S_OK, node->get_prefix(prefix.Put()));
-        EXPECT_EQ(test.prefix, Or(prefix));
-        EXPECT_EQ(test.uri == std::string("-") ? S_FALSE : S_OK, node->get_namespaceURI(uri.Put()));
-        EXPECT_EQ(test.uri, Or(uri));
-        EXPECT_EQ(test.value == std::string("-") ? S_FALSE : S_OK, node->get_nodeValue(value.Put()));
-        EXPECT_EQ(test.value, value.Get().vt == VT_BSTR ? Narrow(value.Get().bstrVal) : "-");
+        Variant value;
+        const bool hasValue = node->get_nodeValue(value.Put()) == S_OK;
+        EXPECT_EQ(test.answers,
+                  Ask(node, &IXMLDOMNode::get_nodeTypeString) + " " + Ask(node, &IXMLDOMNode::get_nodeName) + " " +
+                      Ask(node, &IXMLDOMNode::get_baseName) + " " + Ask(node, &IXMLDOMNode::get_prefix) + " " +
+                      Ask(node, &IXMLDOMNode::get_namespaceURI) + " " + (hasValue ? Narrow(value.Get().bstrVal) : "-"));
     }
 }
 
@@ -94,7 +74,6 @@ TEST(DomNode, TextIsTrimmedUnlessWhiteSpaceIsKept)
     };
     const Case cases[] = {
         {W("<a> x </a>"), "x", " x "},
-        {W("<a>x <b>y</b> z</a>"), "x y z", "x y z"},
         {W("<a>\n <b>5</b>\n</a>"), "5", "\n 5\n"},
         {W("<a><b>1</b> <b>2</b></a>"), "1 2", "1 2"},
         {W("<a> <b> y </b> <b> z </b> </a>"), "y   z", "  y   z  "},
@@ -110,8 +89,7 @@ TEST(DomNode, TextIsTrimmedUnlessWhiteSpaceIsKept)
     for (const Case& test : cases)
     {
         SCOPED_TRACE(Narrow(test.text));
-        const DomDocument document = Loaded(test.text);
-        const DomNode root = RootOf(document);
+        const DomNode root = RootOf(Loaded(test.text));
         EXPECT_EQ(test.trimmed, TextOf(root.Get()));
         Variant typed; // no data type is declared, so the typed value is the text
         EXPECT_EQ(S_OK, root->get_nodeTypedValue(typed.Put()));
@@ -127,8 +105,7 @@ TEST(DomNode, TextIsTrimmedUnlessWhiteSpaceIsKept)
 
 TEST(DomNode, TextThatIsPutComesBack)
 {
-    for (const WCHAR* const text :
-         {W("plain"), W("<b>&amp;\"'"), W("]]>"), W("a\tb"), W("a\n\r\nb"), W("\u00E9\u4E2D"), W("")})
+    for (const WCHAR* const text : {W("<b>&amp;\"'"), W("]]>"), W("a\tb\n\r\nc"), W("\u00E9\u4E2D"), W("")})
     {
         SCOPED_TRACE(Narrow(text));
         const DomDocument document = Loaded(W("<a b='old'><c/>old</a>"));
@@ -143,11 +120,9 @@ TEST(DomNode, TextThatIsPutComesBack)
 TEST(DomNode, WalksAmongItsRelatives)
 {
     const DomDocument document = Loaded(W("<a><b/><c/><d/></a>"));
-    const DomNode root = RootOf(document);
-    const DomNode middle = Select(root.Get(), W("c"));
+    const DomNode middle = Select(document.Get(), W("a/c"));
     DomNode parent, first, last, previous, next, none;
     EXPECT_EQ(S_OK, middle->get_parentNode(parent.Put()));
-    EXPECT_EQ("a", NameOf(parent.Get()));
     EXPECT_EQ(S_OK, parent->get_firstChild(first.Put()));
     EXPECT_EQ(S_OK, parent->get_lastChild(last.Put()));
     EXPECT_EQ(S_OK, middle->get_previousSibling(previous.Put()));
@@ -158,9 +133,7 @@ TEST(DomNode, WalksAmongItsRelatives)
     EXPECT_EQ(S_FALSE, middle->get_firstChild(none.Put()));
     EXPECT_EQ(S_FALSE, document->get_parentNode(none.Put()));
     EXPECT_FALSE(none);
-    ComPtr<IXMLDOMDocument> owner;
-    EXPECT_EQ(S_OK, middle->get_ownerDocument(owner.Put()));
-    EXPECT_EQ(XmlOf(document.Get()), XmlOf(owner.Get()));
+    EXPECT_EQ(XmlOf(document.Get()), OwnerOf(middle.Get()));
 }
 
 TEST(DomNode, ChildrenAreInsertedReplacedAndRemoved)
@@ -171,43 +144,40 @@ TEST(DomNode, ChildrenAreInsertedReplacedAndRemoved)
     const DomNode second = Select(root.Get(), W("c"));
     const DomNode deeper = Select(root.Get(), W("c/d"));
     const DomNode created = Created(document, NODE_ELEMENT, W("n"));
-
-    ASSERT_EQ(S_OK, InsertBefore(root.Get(), created, second));
+    ASSERT_EQ(S_OK, InsertBefore(root, created, second));
     EXPECT_EQ("{}a()[{}b()[]{}n()[]{}c()[{}d()[]]]", Meaning(root.Get()));
-    ASSERT_EQ(S_OK, Append(root.Get(), created)); // it moves
+    ASSERT_EQ(S_OK, Append(root.Get(), created.Get())); // it moves
     EXPECT_EQ("{}a()[{}b()[]{}c()[{}d()[]]{}n()[]]", Meaning(root.Get()));
     DomNode replaced;
     ASSERT_EQ(S_OK, root->replaceChild(deeper.Get(), first.Get(), replaced.Put()));
     EXPECT_EQ("b", NameOf(replaced.Get()));
-    EXPECT_EQ("{}a()[{}d()[]{}c()[]{}n()[]]", Meaning(root.Get()));
-    ASSERT_EQ(S_OK, Remove(root.Get(), second));
+    ASSERT_EQ(S_OK, Remove(root.Get(), second.Get()));
     EXPECT_EQ("{}a()[{}d()[]{}n()[]]", Meaning(root.Get()));
     DomNode none;
     EXPECT_EQ(S_FALSE, second->get_parentNode(none.Put()));
 
-    EXPECT_EQ(E_INVALIDARG, Remove(root.Get(), second)) << "no longer a child";
-    EXPECT_EQ(E_INVALIDARG, Remove(root.Get(), DomNode()));
+    EXPECT_EQ(E_INVALIDARG, Remove(root.Get(), second.Get())) << "no longer a child";
+    EXPECT_EQ(E_INVALIDARG, Remove(root.Get(), nullptr));
     EXPECT_EQ(E_INVALIDARG, root->replaceChild(created.Get(), second.Get(), replaced.Put()));
     EXPECT_EQ(E_INVALIDARG, root->replaceChild(nullptr, created.Get(), replaced.Put()));
-    EXPECT_TRUE(FAILED(Append(root.Get(), Created(document, NODE_ATTRIBUTE, W("q")))));
+    EXPECT_TRUE(FAILED(Append(root.Get(), Created(document, NODE_ATTRIBUTE, W("q")).Get())));
     EXPECT_EQ("{}a()[{}d()[]{}n()[]]", Meaning(root.Get()));
 }
 
 TEST(DomNode, ANodeOfAnotherDocumentMoves)
 {
-    const DomDocument source = Loaded(W("<s xmlns:p='u'><p:x p:q='v'>t<p:y/></p:x></s>"));
+    DomDocument source = Loaded(W("<s xmlns:p='u'><p:x p:q='v'>t<p:y/></p:x></s>"));
     const DomDocument target = Loaded(W("<t/>"));
     const DomNode moving = Select(source.Get(), W("/s/*"));
-    ASSERT_EQ(S_OK, Append(RootOf(target).Get(), moving));
+    ASSERT_EQ(S_OK, Append(RootOf(target).Get(), moving.Get()));
     EXPECT_EQ("{}s()[]", Meaning(source.Get()));
-    EXPECT_EQ("x", NameOf(moving.Get()).substr(2));
+    source.Reset(); // nothing of it is needed
+    EXPECT_EQ("p:x", NameOf(moving.Get()));
     if (!IsWine()) // Wine's moved names lose their namespace
     {
         EXPECT_EQ("{}t()[{u}x(@{u}q=v)[t{u}y()[]]]", MeaningOfText(XmlOf(target.Get())));
     }
-    ComPtr<IXMLDOMDocument> owner;
-    ASSERT_EQ(S_OK, moving->get_ownerDocument(owner.Put()));
-    EXPECT_EQ(XmlOf(target.Get()), XmlOf(owner.Get()));
+    EXPECT_EQ(XmlOf(target.Get()), OwnerOf(moving.Get()));
 }
 
 TEST(DomNode, ClonesAreDetachedCopies)
@@ -226,7 +196,7 @@ TEST(DomNode, ClonesAreDetachedCopies)
 
 TEST(DomNode, CreateNodeMakesTheKindsThatAreAskedFor)
 {
-    const DomDocument document = Loaded(W("<a/>"));
+    const DomDocument document = Loaded(W("<p:a xmlns:p='u'/>"));
     struct Case
     {
         LONG kind;
@@ -236,7 +206,6 @@ TEST(DomNode, CreateNodeMakesTheKindsThatAreAskedFor)
         const char* createdName;
     };
     const Case cases[] = {
-        {NODE_ELEMENT, W("p:e"), W("u"), S_OK, "p:e"},
         {NODE_ELEMENT, W("e"), W(""), S_OK, "e"},
         {NODE_ATTRIBUTE, W("p:q"), W("u"), S_OK, "p:q"},
         {NODE_ATTRIBUTE, W("type"), kInstanceUri, S_OK, "type"},
@@ -260,28 +229,12 @@ TEST(DomNode, CreateNodeMakesTheKindsThatAreAskedFor)
                                                     CComBSTR(test.uri).Get(), node.Put()));
         EXPECT_EQ(test.createdName, node ? NameOf(node.Get()) : "");
     }
-}
 
-TEST(DomNode, CreatedElementsAreInTheirNamespaceInTheText)
-{
-    const DomDocument document = Loaded(W("<p:a xmlns:p='u'/>"));
-    const DomNode root = RootOf(document);
+    // In the text created elements are in their namespace, and a part is complete by itself.
     const DomNode outer = Created(document, NODE_ELEMENT, W("p:b"), W("u"));
-    ASSERT_EQ(S_OK, Append(root.Get(), outer));
-    ASSERT_EQ(S_OK, Append(outer.Get(), Created(document, NODE_ELEMENT, W("q:c"), W("v"))));
-    ASSERT_EQ(S_OK, Append(outer.Get(), Created(document, NODE_ELEMENT, W("d"), W("w"))));
-    ASSERT_EQ(S_OK, Append(outer.Get(), Created(document, NODE_ELEMENT, W("e"))));
+    ASSERT_EQ(S_OK, Append(RootOf(document).Get(), outer.Get()));
+    for (const auto& [name, uri] : {std::pair(W("q:c"), W("v")), std::pair(W("d"), W("w")), std::pair(W("e"), W(""))})
+        ASSERT_EQ(S_OK, Append(outer.Get(), Created(document, NODE_ELEMENT, name, uri).Get()));
     EXPECT_EQ("{u}a()[{u}b()[{v}c()[]{w}d()[]{}e()[]]]", MeaningOfText(XmlOf(document.Get())));
-    EXPECT_EQ("{u}b()[{v}c()[]{w}d()[]{}e()[]]", MeaningOfText(XmlOf(outer.Get()))) << "a part is complete by itself";
-}
-
-TEST(DomNode, OutlivesTheDocumentObject)
-{
-    DomDocument document = Loaded(W("<a><b>text</b></a>"));
-    const DomNode node = Select(document.Get(), W("//b"));
-    document.Reset();
-    EXPECT_EQ("text", TextOf(node.Get()));
-    DomNode parent;
-    ASSERT_EQ(S_OK, node->get_parentNode(parent.Put()));
-    EXPECT_EQ("{}a()[{}b()[text]]", Meaning(parent.Get()));
+    EXPECT_EQ("{u}b()[{v}c()[]{w}d()[]{}e()[]]", MeaningOfText(XmlOf(outer.Get())));
 }

@@ -23,6 +23,13 @@ std::string Ids(IXMLDOMNode* context, const WCHAR* query)
     return ids;
 }
 
+LONG LengthOf(const ComPtr<IXMLDOMNodeList>& list)
+{
+    LONG length = -1;
+    EXPECT_EQ(S_OK, list->get_length(&length));
+    return length;
+}
+
 DomDocument Ticket()
 {
     const DomDocument document = Loaded(W("<p:t xmlns:p='u' id='0'><p:f id='1' name='k:A'><p:o id='2'/>"
@@ -49,31 +56,25 @@ TEST(DomSelection, FindsNodesInDocumentOrder)
         {W("//other:f"), ""},
         {W("//x:f[@name = \"k:B\"]"), "5"},
         {W("//x:f[@name = \"k:A\"]/x:o | //x:f[@name = \"k:A\"]/x:s[@name = \"k:N\"]/x:v"), "24"},
-        {W("//x:v | //x:o"), "246"},
         {W("//x:o | //x:f | //x:o | //other:f"), "1256"},
         {W("//x:f[@name = '|' or @name = \"k:B\"] | (//f | //x:v)"), "457"},
         {W("//*[x:o | x:v]"), "135"},
-        {W("//*[@name]"), "135"},
         {W("/x:t"), "0"},
         {W("//x:f[2]"), "5"},
     };
     for (const Case& test : cases)
         EXPECT_EQ(test.ids, Ids(document.Get(), test.query)) << Narrow(test.query);
-
     const DomNode feature = Select(document.Get(), W("//x:f"));
     EXPECT_EQ("2", Ids(feature.Get(), W("./x:o"))) << "relative to the node";
     EXPECT_EQ("4", Ids(feature.Get(), W(".//x:v")));
     EXPECT_EQ("15", Ids(feature.Get(), W("//x:f"))) << "// is the document's";
-}
 
-TEST(DomSelection, AbsenceAndBadQueriesDiffer)
-{
-    const DomDocument document = Ticket();
+    // What is not there differs from what cannot be asked.
     DomNode node;
     EXPECT_EQ(S_FALSE, document->selectSingleNode(CComBSTR(W("//x:none")).Get(), node.Put()));
     EXPECT_FALSE(node);
-    for (const WCHAR* const query : {W("//x:f["), W(""), W("count(//x:f)"), W("//unbound:f"), W("//p:f"), W("]"),
-                                     W("//x:f |"), W("| //x:f"), W("//x:f | 1"), W("//x:f || //x:o")})
+    for (const WCHAR* const query : {W("//x:f["), W(""), W("count(//x:f)"), W("//unbound:f"), W("//p:f"), W("//x:f |"),
+                                     W("| //x:f"), W("//x:f | 1"), W("//x:f || //x:o")})
     {
         SCOPED_TRACE(Narrow(query));
         ComPtr<IXMLDOMNodeList> list;
@@ -84,53 +85,41 @@ TEST(DomSelection, AbsenceAndBadQueriesDiffer)
     EXPECT_EQ("15", Ids(document.Get(), W("//x:f"))) << "works again";
 }
 
-TEST(DomSelection, ListsStayAsTheyWereFound)
+TEST(DomSelection, ListsStayAsTheyWereFoundAndChildListsFollowTheTree)
 {
     const DomDocument document = Ticket();
     const ComPtr<IXMLDOMNodeList> list = SelectAll(document.Get(), W("//x:f | //f"));
-    LONG length = 0;
-    EXPECT_EQ(S_OK, list->get_length(&length));
-    EXPECT_EQ(3, length);
-    for (LONG at = 0; at < length; ++at)
-    {
-        DomNode node, parent, removed;
-        ASSERT_EQ(S_OK, list->get_item(at, node.Put()));
-        ASSERT_EQ(S_OK, node->get_parentNode(parent.Put()));
-        ASSERT_EQ(S_OK, parent->removeChild(node.Get(), removed.Put()));
-    }
-    EXPECT_EQ(S_OK, list->get_length(&length));
-    EXPECT_EQ(3, length);
-    EXPECT_EQ("", Ids(document.Get(), W("//x:f")));
+    const DomNode root = RootOf(document);
+    ComPtr<IXMLDOMNodeList> children;
+    ASSERT_EQ(S_OK, root->get_childNodes(children.Put()));
     DomNode node;
+    ASSERT_EQ(S_OK, children->get_item(1, node.Put()));
+    EXPECT_EQ("k:B", TextOf(Select(node.Get(), W("@name")).Get()));
+    ASSERT_EQ(3, LengthOf(list));
+    for (LONG at = 0; at < 3; ++at)
+    {
+        ASSERT_EQ(S_OK, list->get_item(at, node.Put()));
+        ASSERT_EQ(S_OK, Remove(root.Get(), node.Get()));
+    }
+    EXPECT_EQ(3, LengthOf(list));
+    EXPECT_EQ("", Ids(document.Get(), W("//x:f")));
+    EXPECT_EQ(1, LengthOf(children)) << "the comment";
+    EXPECT_EQ(S_FALSE, children->get_item(1, node.Put()));
+    ASSERT_EQ(S_OK, Append(root.Get(), Created(document, NODE_ELEMENT, W("d")).Get()));
+    ASSERT_EQ(S_OK, children->get_item(1, node.Put()));
+    EXPECT_EQ("d", NameOf(node.Get()));
+
     EXPECT_EQ(S_OK, list->get_item(1, node.Put()));
     EXPECT_EQ("k:B", TextOf(Select(node.Get(), W("@name")).Get()));
     EXPECT_EQ(S_FALSE, list->get_item(3, node.Put()));
     EXPECT_EQ(S_FALSE, list->get_item(-1, node.Put()));
-    EXPECT_EQ(S_OK, list->reset());
-    for (LONG at = 0; at < length; ++at)
-        EXPECT_EQ(S_OK, list->nextNode(node.Put()));
-    EXPECT_EQ(S_FALSE, list->nextNode(node.Put()));
-    EXPECT_EQ(S_OK, list->reset());
-    EXPECT_EQ(S_OK, list->nextNode(node.Put()));
-}
-
-TEST(DomSelection, ChildListsFollowTheTree)
-{
-    const DomDocument document = Loaded(W("<a><b/><c/></a>"));
-    const DomNode root = RootOf(document);
-    ComPtr<IXMLDOMNodeList> children;
-    ASSERT_EQ(S_OK, root->get_childNodes(children.Put()));
-    DomNode node, out;
-    ASSERT_EQ(S_OK, children->get_item(1, node.Put()));
-    EXPECT_EQ("c", NameOf(node.Get()));
-    ASSERT_EQ(S_OK, root->appendChild(Created(document, NODE_ELEMENT, W("d")).Get(), out.Put()));
-    LONG length = 0;
-    EXPECT_EQ(S_OK, children->get_length(&length));
-    EXPECT_EQ(3, length);
-    ASSERT_EQ(S_OK, root->removeChild(Select(root.Get(), W("b")).Get(), out.Put()));
-    ASSERT_EQ(S_OK, children->get_item(1, node.Put()));
-    EXPECT_EQ("d", NameOf(node.Get()));
-    EXPECT_EQ(S_FALSE, children->get_item(2, node.Put()));
+    for (int turn = 0; turn < 2; ++turn)
+    {
+        EXPECT_EQ(S_OK, list->reset());
+        for (LONG at = 0; at < 3; ++at)
+            EXPECT_EQ(S_OK, list->nextNode(node.Put()));
+        EXPECT_EQ(S_FALSE, list->nextNode(node.Put()));
+    }
 }
 
 TEST(DomSelection, PropertiesTakeWhatTheyCanUse)
@@ -142,9 +131,7 @@ TEST(DomSelection, PropertiesTakeWhatTheyCanUse)
         HRESULT result;
     };
     const Case cases[] = {
-        {W("SelectionLanguage"), W("XPath"), S_OK},
         {W("SelectionLanguage"), W("Prolog"), E_FAIL},
-        {W("SelectionNamespaces"), W("xmlns:a='u'"), S_OK},
         {W("SelectionNamespaces"), W("xmlns:a=\"u\" xmlns:b='v'"), S_OK},
         {W("SelectionNamespaces"), W(""), S_OK},
         {W("SelectionNamespaces"), W("a='u'"), E_FAIL},
