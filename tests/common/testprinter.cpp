@@ -4,6 +4,7 @@
 
 #include <array>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -32,10 +33,11 @@ WideString Wide(const std::string& text)
     return WideString(CXString::FromUtf8(text).View());
 }
 
-WideString DummyFile(const std::filesystem::path& folder, const std::string& name)
+WideString DummyFile(const std::filesystem::path& folder, const std::string& name,
+                     const std::string& content = "a driver file of the tests\n")
 {
     const std::filesystem::path path = folder / name;
-    std::ofstream(path) << "a driver file of the tests\n";
+    std::ofstream(path, std::ios::binary) << content;
     return Wide(path.string());
 }
 
@@ -52,14 +54,14 @@ WideString DriverFile(const std::filesystem::path& folder, const char* name)
 }
 
 // The drivers of a machine share one folder: each process brings the model under a name of its own.
-WideString DataFile(const std::filesystem::path& folder, const std::string& model)
+WideString DataFile(const std::filesystem::path& folder, const TestPrinter::SetUp& setUp)
 {
-    if (model.empty())
+    if (setUp.model.empty() && setUp.dataText.empty())
         return DriverFile(folder, "tvtestdata");
-    const std::filesystem::path file = folder / (OwnName("tvtestmodel") + ".json");
-    std::filesystem::copy_file(std::filesystem::path(TVPT_MODELS_FOLDER) / model, file,
-                               std::filesystem::copy_options::overwrite_existing);
-    return Wide(file.string());
+    std::ifstream model(std::filesystem::path(TVPT_MODELS_FOLDER) / setUp.model, std::ios::binary);
+    const std::string text =
+        setUp.dataText.empty() ? std::string(std::istreambuf_iterator<char>(model), {}) : setUp.dataText;
+    return DummyFile(folder, OwnName("tvtestmodel") + ".json", text);
 }
 
 WideString ConfigurationFile(const std::filesystem::path& folder, const std::string& module)
@@ -79,10 +81,11 @@ WideString DependentFiles(const std::filesystem::path& folder, const std::vector
 
 void InstallDriver(const std::filesystem::path& folder, const TestPrinter::SetUp& setUp)
 {
-    WideString name = Wide(OwnName("Tavlen test driver "));
+    WideString name(TestPrinter::DriverName().View());
     WideString driverFile = DriverFile(folder, "tvtestdriver");
-    WideString dataFile = DataFile(folder, setUp.model);
+    WideString dataFile = DataFile(folder, setUp);
     WideString configFile = ConfigurationFile(folder, setUp.configurationModule);
+    WideString helpFile = DriverFile(folder, "tvtesthelp");
     DRIVER_INFO_3W driver = {};
     driver.cVersion = 3;
     driver.pName = name.data();
@@ -90,6 +93,7 @@ void InstallDriver(const std::filesystem::path& folder, const TestPrinter::SetUp
     driver.pDriverPath = driverFile.data();
     driver.pDataFile = dataFile.data();
     driver.pConfigFile = configFile.data();
+    driver.pHelpFile = helpFile.data();
     WideString dependentFiles = DependentFiles(folder, setUp.dependentFiles);
     driver.pDependentFiles = setUp.dependentFiles.empty() ? nullptr : dependentFiles.data();
     driver.pDefaultDataType = g_dataType;
@@ -100,8 +104,8 @@ void InstallDriver(const std::filesystem::path& folder, const TestPrinter::SetUp
 
 HANDLE AddTestPrinter()
 {
-    WideString name = Wide(OwnName("Tavlen test printer "));
-    WideString driver = Wide(OwnName("Tavlen test driver "));
+    WideString name(TestPrinter::Name().View());
+    WideString driver(TestPrinter::DriverName().View());
     PRINTER_INFO_2W printer = {};
     printer.pPrinterName = name.data();
     printer.pPortName = g_port;
@@ -151,7 +155,7 @@ TestPrinter::TestPrinter(const SetUp& setUp)
 
 TestPrinter::~TestPrinter()
 {
-    WideString driver = Wide(OwnName("Tavlen test driver "));
+    WideString driver(TestPrinter::DriverName().View());
     EXPECT_TRUE(DeletePrinter(m_printer)) << GetLastError();
     ClosePrinter(m_printer);
     EXPECT_TRUE(DeletePrinterDriverExW(nullptr, g_environment, driver.data(), 0, 0)) << GetLastError();
@@ -163,4 +167,14 @@ TestPrinter::~TestPrinter()
 HANDLE TestPrinter::Handle() const noexcept
 {
     return m_printer;
+}
+
+CXString TestPrinter::Name()
+{
+    return CXString::FromUtf8(OwnName("Tavlen t\xC3\xA9st printer "));
+}
+
+CXString TestPrinter::DriverName()
+{
+    return CXString::FromUtf8(OwnName("Tavlen test driver "));
 }

@@ -24,16 +24,19 @@ public:
         std::string model;                       // the driver's data file, a shipped model; empty: a dummy file
         std::vector<std::string> dependentFiles; // names of dummy files
         std::string configurationModule = {};    // a module beside the test program; empty: a dummy file
+        std::string dataText = {};               // the data file's content, in place of a shipped model's
     };
 
     // Throws std::runtime_error when the spooler refuses.
     explicit TestPrinter(const SetUp& setUp);
-    explicit TestPrinter(std::optional<ULONGLONG> capabilityWord);
+    explicit TestPrinter(std::optional<ULONGLONG> capabilityWord = std::nullopt);
     ~TestPrinter();
     TestPrinter(const TestPrinter&) = delete;
     TestPrinter& operator=(const TestPrinter&) = delete;
 
     [[nodiscard]] HANDLE Handle() const noexcept;
+    [[nodiscard]] static CXString Name(); // not all of it ASCII
+    [[nodiscard]] static CXString DriverName();
 
 private:
     HANDLE m_printer = nullptr;

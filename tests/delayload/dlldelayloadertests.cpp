@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <bit>
 #include <set>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -113,159 +114,75 @@ enum class Outcome
     Failure,
 };
 
+// Several files or calls stand in one text, with semicolons between.
 struct Case
 {
     const char* title;
-    std::string module;
-    FARPROC findOwn;
-    std::string ownFile;
-    std::set<std::string> files;
-    std::set<std::string> loadedNames;
-    Calls calls;
     Outcome outcome;
+    std::string module;
+    std::string ownFile;
+    std::string files;
+    std::string calls;
+    FARPROC findOwn = kPresent;
+    std::string loadedNames = {};
 };
+
+Calls Parts(const std::string& text)
+{
+    Calls parts;
+    std::istringstream stream(text);
+    for (std::string part; std::getline(stream, part, ';');)
+        parts.push_back(part);
+    return parts;
+}
+
+std::set<std::string> Names(const std::string& text)
+{
+    const Calls parts = Parts(text);
+    return {parts.begin(), parts.end()};
+}
 
 const std::string kCore = "tvcore_B.dll"; // 12 characters
 const std::string kOurs = "tvptpc_B.dll";
+const std::string kBoth = "file C:\\d\\tvcore_B.dll;file C:\\d\\3\\tvcore_B.dll";
 
 const Case kCases[] = {
-    {"beside our file",
-     kCore,
-     kPresent,
-     "C:\\d\\x.dll",
-     {"C:\\d\\tvcore_B.dll", "C:\\d\\3\\tvcore_B.dll"},
-     {},
-     {"file C:\\d\\tvcore_B.dll"},
-     Outcome::Loaded},
-    {"in the folder 3",
-     kCore,
-     kPresent,
-     "C:\\d\\x.dll",
-     {"C:\\d\\3\\tvcore_B.dll"},
-     {},
-     {"file C:\\d\\tvcore_B.dll", "file C:\\d\\3\\tvcore_B.dll"},
-     Outcome::Loaded},
-    {"nowhere, though the platform knows it",
-     kCore,
-     kPresent,
-     "C:\\d\\x.dll",
-     {kCore},
-     {kCore},
-     {"file C:\\d\\tvcore_B.dll", "file C:\\d\\3\\tvcore_B.dll"},
-     Outcome::Failure},
-    {"slashes",
-     kCore,
-     kPresent,
-     "/opt/d.d/x.so",
-     {"/opt/d.d/tvcore_B.dll"},
-     {},
-     {"file /opt/d.d/tvcore_B.dll"},
-     Outcome::Loaded},
-    {"the later kind of separator counts",
-     kCore,
-     kPresent,
-     "C:\\d/e\\x.dll",
-     {"C:\\d/e\\tvcore_B.dll"},
-     {},
-     {"file C:\\d/e\\tvcore_B.dll"},
-     Outcome::Loaded},
-    {"the utility library beside our file",
-     "TVUTIL_b.DLL",
-     kPresent,
-     "C:\\d\\x.dll",
-     {"C:\\d\\TVUTIL_b.DLL"},
-     {},
-     {"file C:\\d\\TVUTIL_b.DLL"},
-     Outcome::Loaded},
-    {"the utility library nowhere",
-     "TVUTIL_b.DLL",
-     kPresent,
-     "C:\\d\\x.dll",
-     {},
-     {},
-     {"file C:\\d\\TVUTIL_b.DLL", "file C:\\d\\3\\TVUTIL_b.DLL"},
-     Outcome::Platform},
-    {"almost the utility library's name",
-     "tvutil_B.dl",
-     kPresent,
-     "C:\\d\\x.dll",
-     {},
-     {},
-     {"file C:\\d\\tvutil_B.dl", "file C:\\d\\3\\tvutil_B.dl"},
-     Outcome::Failure},
+    {"beside our file", Outcome::Loaded, kCore, "C:\\d\\x.dll", "C:\\d\\tvcore_B.dll;C:\\d\\3\\tvcore_B.dll",
+     "file C:\\d\\tvcore_B.dll"},
+    {"in the folder 3", Outcome::Loaded, kCore, "C:\\d\\x.dll", "C:\\d\\3\\tvcore_B.dll", kBoth},
+    {"nowhere, though the platform knows it", Outcome::Failure, kCore, "C:\\d\\x.dll", kCore, kBoth, kPresent, kCore},
+    {"slashes", Outcome::Loaded, kCore, "/opt/d.d/x.so", "/opt/d.d/tvcore_B.dll", "file /opt/d.d/tvcore_B.dll"},
+    {"the later kind of separator counts", Outcome::Loaded, kCore, "C:\\d/e\\x.dll", "C:\\d/e\\tvcore_B.dll",
+     "file C:\\d/e\\tvcore_B.dll"},
+    {"the utility library beside our file", Outcome::Loaded, "TVUTIL_b.DLL", "C:\\d\\x.dll", "C:\\d\\TVUTIL_b.DLL",
+     "file C:\\d\\TVUTIL_b.DLL"},
+    {"the utility library nowhere", Outcome::Platform, "TVUTIL_b.DLL", "C:\\d\\x.dll", "",
+     "file C:\\d\\TVUTIL_b.DLL;file C:\\d\\3\\TVUTIL_b.DLL"},
+    {"almost the utility library's name", Outcome::Failure, "tvutil_B.dl", "C:\\d\\x.dll", "",
+     "file C:\\d\\tvutil_B.dl;file C:\\d\\3\\tvutil_B.dl"},
 
-    {"the longest path",
-     kCore,
-     kPresent,
-     Folder(249) + "x.dll",
-     {Folder(249) + kCore},
-     {},
-     {"file " + Folder(249) + kCore},
-     Outcome::Loaded},
-    {"only the second path is too long",
-     kCore,
-     kPresent,
-     Folder(249) + "x.dll",
-     {},
-     {},
-     {"file " + Folder(249) + kCore},
-     Outcome::Failure},
-    {"both paths fit",
-     kCore,
-     kPresent,
-     Folder(247) + "x.dll",
-     {},
-     {},
-     {"file " + Folder(247) + kCore, "file " + Folder(247) + "3\\" + kCore},
-     Outcome::Failure},
-    {"both paths are too long", kCore, kPresent, Folder(250) + "x.dll", {}, {}, {}, Outcome::Failure},
-    {"our longest path",
-     kCore,
-     kPresent,
-     Folder(249) + kOurs,
-     {Folder(249) + kCore},
-     {},
-     {"file " + Folder(249) + kCore},
-     Outcome::Loaded},
-    {"our path is too long", "t.dll", kPresent, Folder(250) + kOurs, {}, {}, {}, Outcome::Failure},
-    {"our path is much too long", "t.dll", kPresent, Folder(200) + Folder(200) + kOurs, {}, {}, {}, Outcome::Failure},
+    {"the longest path", Outcome::Loaded, kCore, Folder(249) + "x.dll", Folder(249) + kCore,
+     "file " + Folder(249) + kCore},
+    {"only the second path is too long", Outcome::Failure, kCore, Folder(249) + "x.dll", "",
+     "file " + Folder(249) + kCore},
+    {"both paths fit", Outcome::Failure, kCore, Folder(247) + "x.dll", "",
+     "file " + Folder(247) + kCore + ";file " + Folder(247) + "3\\" + kCore},
+    {"both paths are too long", Outcome::Failure, kCore, Folder(250) + "x.dll", "", ""},
+    {"our longest path", Outcome::Loaded, kCore, Folder(249) + kOurs, Folder(249) + kCore,
+     "file " + Folder(249) + kCore},
+    {"our path is too long", Outcome::Failure, "t.dll", Folder(250) + kOurs, "", ""},
+    {"our path is much too long", Outcome::Failure, "t.dll", Folder(200) + Folder(200) + kOurs, "", ""},
 
-    {"our path cannot be had", kCore, kPresent, "", {}, {}, {}, Outcome::Failure},
-    {"our path has no folder", kCore, kPresent, "x.dll", {kCore}, {}, {}, Outcome::Failure},
-    {"our handle cannot be had", kCore, kFailing, "C:\\d\\x.dll", {kCore}, {kCore}, {}, Outcome::Failure},
-    {"our handle cannot be had for the utility library",
-     "tvutil_B.dll",
-     kFailing,
-     "C:\\d\\x.dll",
-     {},
-     {},
-     {},
-     Outcome::Platform},
+    {"our path cannot be had", Outcome::Failure, kCore, "", "", ""},
+    {"our path has no folder", Outcome::Failure, kCore, "x.dll", kCore, ""},
+    {"our handle cannot be had", Outcome::Failure, kCore, "C:\\d\\x.dll", kCore, "", kFailing, kCore},
+    {"our handle cannot be had for the utility library", Outcome::Platform, "tvutil_B.dll", "C:\\d\\x.dll", "", "",
+     kFailing},
 
-    {"an old system, loaded already",
-     kCore,
-     kMissing,
-     "",
-     {kCore},
-     {kCore},
-     {"loaded tvcore_B.dll"},
-     Outcome::Borrowed},
-    {"an old system, to be found",
-     kCore,
-     kMissing,
-     "",
-     {kCore},
-     {},
-     {"loaded tvcore_B.dll", "search tvcore_B.dll"},
-     Outcome::Loaded},
-    {"an old system, nowhere",
-     kCore,
-     kMissing,
-     "",
-     {},
-     {},
-     {"loaded tvcore_B.dll", "search tvcore_B.dll"},
-     Outcome::Failure},
+    {"an old system, loaded already", Outcome::Borrowed, kCore, "", kCore, "loaded tvcore_B.dll", kMissing, kCore},
+    {"an old system, to be found", Outcome::Loaded, kCore, "", kCore, "loaded tvcore_B.dll;search tvcore_B.dll",
+     kMissing},
+    {"an old system, nowhere", Outcome::Failure, kCore, "", "", "loaded tvcore_B.dll;search tvcore_B.dll", kMissing},
 };
 
 } // namespace
@@ -278,8 +195,8 @@ TEST(DllDelayLoader, TriesOnePlaceAfterTheOther)
         AnsweringPlatform platform;
         platform.findOwn = test.findOwn;
         platform.ownFile = test.ownFile;
-        platform.files = test.files;
-        platform.loadedNames = test.loadedNames;
+        platform.files = Names(test.files);
+        platform.loadedNames = Names(test.loadedNames);
         DllDelayLoader loader(platform);
 
         HMODULE module = nullptr;
@@ -296,7 +213,7 @@ TEST(DllDelayLoader, TriesOnePlaceAfterTheOther)
         }
         EXPECT_EQ(failed, test.outcome == Outcome::Failure);
         EXPECT_EQ(module != nullptr, test.outcome == Outcome::Loaded || test.outcome == Outcome::Borrowed);
-        EXPECT_EQ(platform.calls, test.calls);
+        EXPECT_EQ(platform.calls, Parts(test.calls));
 
         loader.FreeModules();
         EXPECT_EQ(platform.freed, std::vector<HMODULE>(test.outcome == Outcome::Loaded ? 1 : 0, kFound));

@@ -9,7 +9,7 @@
 #include <tvutil/exceptions.h>
 #include <tvutil/textresourceloader.h>
 
-#include "tests/tvcore/installedmodel.h"
+#include "tests/common/testprinter.h"
 #include "tests/tvcore/modeltext.h"
 
 namespace
@@ -17,7 +17,7 @@ namespace
 
 TEST(ProductOfAnInstalledPrinter, IsItsDriversModel)
 {
-    const InstalledModel installed(ShippedModel("tavlen-b7000-xps").dump());
+    const TestPrinter installed({{}, "tavlen-b7000-xps.json", {}});
     const ProductData product(installed.Handle());
 
     EXPECT_EQ(product.GetName(), W("Tavlen B7000 XPS"));
@@ -45,7 +45,7 @@ TEST(ProductOfAnInstalledPrinter, TellsTheFileAndThePlaceOfAFault)
 {
     auto model = ShippedModel("tavlen-w3100-xps");
     model["forms"][3]["valueId"] = 6699;
-    const InstalledModel installed(model.dump());
+    const TestPrinter installed({{}, {}, {}, model.dump()});
     try
     {
         const ProductData product(installed.Handle());
@@ -54,20 +54,16 @@ TEST(ProductOfAnInstalledPrinter, TellsTheFileAndThePlaceOfAFault)
     catch (const ExceptionInvalidPrinterModel& fault)
     {
         const std::string text = fault.what();
-        const std::string end = installed.FileName() + ": /forms/3/valueId: the page-size dictionary has no value 6699";
-        EXPECT_TRUE(text.ends_with(end)) << text;
+        EXPECT_TRUE(text.ends_with(".json: /forms/3/valueId: the page-size dictionary has no value 6699")) << text;
+        EXPECT_NE(text.find("tvtestmodel"), std::string::npos) << text;
     }
 }
 
 // As the module sees it, which does not know the reader's exception.
-TEST(ProductOfAnInstalledPrinter, FailsAsOneOfTheFamilyWhenTheDataFileIsNoModel)
+TEST(ProductOfAnInstalledPrinter, FailsAsOneOfTheFamilyWithoutAModelOrAPrinter)
 {
-    const InstalledModel installed("*GPDSpecVersion: \"1.0\"");
+    const TestPrinter installed({{}, {}, {}, "*GPDSpecVersion: \"1.0\""});
     EXPECT_THROW(ProductData{installed.Handle()}, TavlenException);
-}
-
-TEST(ProductOfAnInstalledPrinter, NeedsAPrinter)
-{
     EXPECT_THROW(ProductData{static_cast<HANDLE>(nullptr)}, ExceptionPrinterFailure);
 }
 

@@ -18,53 +18,44 @@ WideString TextOf(const std::array<WCHAR, Length>& name)
 using Name24 = std::array<WCHAR, 24>;
 using Name64 = std::array<WCHAR, 64>;
 
+// One value of each row of a list.
+template <class Rows, class Projection>
+auto Each(const Rows& rows, Projection projection)
+{
+    std::vector<std::decay_t<decltype(projection(rows.front()))>> values;
+    for (const auto& row : rows)
+        values.push_back(projection(row));
+    return values;
+}
+
 class Capabilities : public InstalledPrinter
 {
 protected:
     void ExpectListsOfModel() const
     {
-        const auto papers = List<WORD>(DC_PAPERS);
-        const auto sizes = List<POINTL>(DC_PAPERSIZE);
-        const auto paperNames = List<Name64>(DC_PAPERNAMES);
-        ASSERT_EQ(papers.size(), Model().forms.size());
-        ASSERT_EQ(sizes.size(), Model().forms.size());
-        ASSERT_EQ(paperNames.size(), Model().forms.size());
-        for (std::size_t index = 0; index < papers.size(); ++index)
+        const auto nameOf = [](const auto& row)
         {
-            const PrinterModel::Form& form = Model().forms[index];
-            EXPECT_EQ(papers[index], form.paperId);
-            EXPECT_EQ(sizes[index].x, form.width);
-            EXPECT_EQ(sizes[index].y, form.length);
-            EXPECT_EQ(TextOf(paperNames[index]), form.name.View());
-        }
-        const auto bins = List<WORD>(DC_BINS);
-        const auto binNames = List<Name24>(DC_BINNAMES);
-        ASSERT_EQ(bins.size(), Model().bins.size());
-        ASSERT_EQ(binNames.size(), Model().bins.size());
-        for (std::size_t index = 0; index < bins.size(); ++index)
+            return WideString(row.name.View());
+        };
+        const auto textOf = [](const auto& name)
         {
-            EXPECT_EQ(bins[index], Model().bins[index].id);
-            EXPECT_EQ(TextOf(binNames[index]), Model().bins[index].name.View());
-        }
-        const auto types = List<DWORD>(DC_MEDIATYPES);
-        const auto typeNames = List<Name64>(DC_MEDIATYPENAMES);
-        ASSERT_EQ(types.size(), Model().mediaTypes.size());
-        ASSERT_EQ(typeNames.size(), Model().mediaTypes.size());
-        for (std::size_t index = 0; index < types.size(); ++index)
-        {
-            EXPECT_EQ(types[index], static_cast<DWORD>(Model().mediaTypes[index].id));
-            EXPECT_EQ(TextOf(typeNames[index]), Model().mediaTypes[index].name.View());
-        }
-        const auto resolutions = List<std::array<LONG, 2>>(DC_ENUMRESOLUTIONS);
-        ASSERT_EQ(resolutions.size(), Model().resolutions.size());
-        for (std::size_t index = 0; index < resolutions.size(); ++index)
-        {
-            EXPECT_EQ(resolutions[index][0], Model().resolutions[index].x);
-            EXPECT_EQ(resolutions[index][1], Model().resolutions[index].y);
-        }
-        const auto ready = List<Name64>(DC_MEDIAREADY);
-        ASSERT_EQ(ready.size(), 1u);
-        EXPECT_EQ(TextOf(ready[0]), Model().forms.front().name.View());
+            return TextOf(name);
+        };
+        const auto& forms = Model().forms;
+        EXPECT_EQ(List<WORD>(DC_PAPERS), Each(forms, [](const auto& form) { return static_cast<WORD>(form.paperId); }));
+        EXPECT_EQ(Each(List<POINTL>(DC_PAPERSIZE), [](const POINTL& size) { return std::pair(size.x, size.y); }),
+                  Each(forms, [](const auto& form) { return std::pair(LONG{form.width}, LONG{form.length}); }));
+        EXPECT_EQ(Each(List<Name64>(DC_PAPERNAMES), textOf), Each(forms, nameOf));
+        EXPECT_EQ(List<WORD>(DC_BINS), Each(Model().bins, [](const auto& bin) { return static_cast<WORD>(bin.id); }));
+        EXPECT_EQ(Each(List<Name24>(DC_BINNAMES), textOf), Each(Model().bins, nameOf));
+        EXPECT_EQ(List<DWORD>(DC_MEDIATYPES),
+                  Each(Model().mediaTypes, [](const auto& type) { return static_cast<DWORD>(type.id); }));
+        EXPECT_EQ(Each(List<Name64>(DC_MEDIATYPENAMES), textOf), Each(Model().mediaTypes, nameOf));
+        EXPECT_EQ((List<std::array<LONG, 2>>(DC_ENUMRESOLUTIONS)), Each(Model().resolutions,
+                                                                        [](const auto& row) {
+                                                                            return std::array<LONG, 2>{row.x, row.y};
+                                                                        }));
+        EXPECT_EQ(Each(List<Name64>(DC_MEDIAREADY), textOf), std::vector{nameOf(forms.front())});
     }
 };
 

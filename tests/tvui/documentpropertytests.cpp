@@ -1,6 +1,5 @@
 // DocumentPropertiesW: the driver's devmode, and what it takes over from an application's.
 #include <algorithm>
-#include <functional>
 
 #include "complugins/devicepaperlist.h"
 #include "complugins/oemdevmodelocation.h"
@@ -22,22 +21,7 @@ namespace Format = OemDevmodeFormat;
 
 class DocumentProperties : public InstalledPrinter
 {
-protected:
-    // What the printer's driver makes of these fields of an application.
-    DEVMODEW Merged(DWORD fields, const std::function<void(DEVMODEW&)>& fill) const
-    {
-        DEVMODEW input{};
-        input.dmSize = sizeof input;
-        input.dmFields = fields;
-        fill(input);
-        return PublicPart(Properties(&input));
-    }
 };
-
-void SetFormName(DEVMODEW& devmode, WStringView name)
-{
-    std::copy(name.begin(), name.end(), devmode.dmFormName);
-}
 
 DOCUMENTPROPERTYHEADER Header(LPWSTR name, DEVMODEW* input, std::vector<BYTE>& output, DWORD mode)
 {
@@ -91,152 +75,106 @@ TEST_F(DocumentProperties, AreTheModelsDefaultsWithBothPrivateParts)
 
 TEST_F(DocumentProperties, TakeOverWhatThePrinterCanDo)
 {
+    constexpr std::size_t kOrientation = offsetof(DEVMODEW, dmOrientation);
+    constexpr std::size_t kPaper = offsetof(DEVMODEW, dmPaperSize);
+    constexpr std::size_t kLength = offsetof(DEVMODEW, dmPaperLength);
+    constexpr std::size_t kWidth = offsetof(DEVMODEW, dmPaperWidth);
+    constexpr std::size_t kCopies = offsetof(DEVMODEW, dmCopies);
+    constexpr std::size_t kBin = offsetof(DEVMODEW, dmDefaultSource);
+    constexpr std::size_t kXResolution = offsetof(DEVMODEW, dmPrintQuality);
+    constexpr std::size_t kColor = offsetof(DEVMODEW, dmColor);
+    constexpr std::size_t kDuplex = offsetof(DEVMODEW, dmDuplex);
+    constexpr std::size_t kYResolution = offsetof(DEVMODEW, dmYResolution);
+    constexpr std::size_t kCollate = offsetof(DEVMODEW, dmCollate);
+    constexpr std::size_t kMedia = offsetof(DEVMODEW, dmMediaType);
+    constexpr DWORD kCustom = DM_PAPERWIDTH | DM_PAPERLENGTH;
+    struct Word
+    {
+        std::size_t place; // of the devmode; 0 for none
+        WORD value;
+    };
     struct Case
     {
         const char* name;
         DWORD fields;
-        void (*fill)(DEVMODEW& input);
-        bool (*isRight)(const DEVMODEW& result);
+        Word input[3];
+        Word result[3];
+        const WCHAR* form = W("");
+        const WCHAR* formOfResult = W("A4");
     };
-    constexpr DWORD kCustom = DM_PAPERWIDTH | DM_PAPERLENGTH;
     const Case cases[] = {
-        {"an unclaimed field", 0, [](DEVMODEW& in) { in.dmCopies = 7; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmCopies == 1;
-         }},
-        {"copies", DM_COPIES, [](DEVMODEW& in) { in.dmCopies = 7; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmCopies == 7;
-         }},
-        {"too many copies", DM_COPIES, [](DEVMODEW& in) { in.dmCopies = 32767; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmCopies == 999;
-         }},
-        {"no copies", DM_COPIES, [](DEVMODEW& in) { in.dmCopies = -3; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmCopies == 1;
-         }},
-        {"landscape", DM_ORIENTATION, [](DEVMODEW& in) { in.dmOrientation = 2; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmOrientation == 2;
-         }},
-        {"no orientation", DM_ORIENTATION, [](DEVMODEW& in) { in.dmOrientation = 3; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmOrientation == 1;
-         }},
-        {"a known paper", DM_PAPERSIZE, [](DEVMODEW& in) { in.dmPaperSize = 11; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmPaperSize == 11 && out.dmPaperWidth == 1480 && out.dmPaperLength == 2100 &&
-                    CXString(out.dmFormName) == W("A5");
-         }},
-        {"an unknown paper", DM_PAPERSIZE, [](DEVMODEW& in) { in.dmPaperSize = 8; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmPaperSize == 9 && CXString(out.dmFormName) == W("A4");
-         }},
-        {"a form by name", DM_FORMNAME, [](DEVMODEW& in) { SetFormName(in, W("letter")); },
-         [](const DEVMODEW& out)
-         {
-             return out.dmPaperSize == 1 && CXString(out.dmFormName) == W("Letter");
-         }},
-        {"the number before the name", DM_PAPERSIZE | DM_FORMNAME,
-         [](DEVMODEW& in)
-         {
-             in.dmPaperSize = 11;
-             SetFormName(in, W("Letter"));
-         },
-         [](const DEVMODEW& out)
-         {
-             return out.dmPaperSize == 11 && CXString(out.dmFormName) == W("A5");
-         }},
-        {"a name without its end", DM_FORMNAME, [](DEVMODEW& in) { std::fill_n(in.dmFormName, 32, W('x')); },
-         [](const DEVMODEW& out)
-         {
-             return out.dmPaperSize == 9;
-         }},
-        {"a custom size", kCustom,
-         [](DEVMODEW& in)
-         {
-             in.dmPaperWidth = 1000;
-             in.dmPaperLength = 2000;
-         },
-         [](const DEVMODEW& out)
-         {
-             return out.dmPaperSize == DMPAPER_USER && out.dmPaperWidth == 1000 && out.dmPaperLength == 2000 &&
-                    (out.dmFields & kCustom) == kCustom;
-         }},
-        {"a custom size that is too wide", kCustom | DM_PAPERSIZE,
-         [](DEVMODEW& in)
-         {
-             in.dmPaperSize = DMPAPER_USER;
-             in.dmPaperWidth = 3000;
-             in.dmPaperLength = 2000;
-         },
-         [](const DEVMODEW& out)
-         {
-             return out.dmPaperWidth == 2100 && (out.dmFields & kCustom) == 0;
-         }},
-        {"a resolution", DM_PRINTQUALITY, [](DEVMODEW& in) { in.dmPrintQuality = 1200; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmPrintQuality == 1200 && out.dmYResolution == 1200;
-         }},
-        {"half a resolution", DM_PRINTQUALITY | DM_YRESOLUTION,
-         [](DEVMODEW& in)
-         {
-             in.dmPrintQuality = 1200;
-             in.dmYResolution = 600;
-         },
-         [](const DEVMODEW& out)
-         {
-             return out.dmPrintQuality == 600 && out.dmYResolution == 600;
-         }},
-        {"a bin", DM_DEFAULTSOURCE, [](DEVMODEW& in) { in.dmDefaultSource = 3; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmDefaultSource == 3;
-         }},
-        {"an unknown bin", DM_DEFAULTSOURCE, [](DEVMODEW& in) { in.dmDefaultSource = 260; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmDefaultSource == 7;
-         }},
-        {"a media type", DM_MEDIATYPE, [](DEVMODEW& in) { in.dmMediaType = 6800; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmMediaType == 6800;
-         }},
-        {"an unknown media type", DM_MEDIATYPE, [](DEVMODEW& in) { in.dmMediaType = 3; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmMediaType == 5001;
-         }},
-        {"colour on a monochrome printer", DM_COLOR, [](DEVMODEW& in) { in.dmColor = DMCOLOR_COLOR; },
-         [](const DEVMODEW& out)
-         {
-             return out.dmColor == DMCOLOR_MONOCHROME;
-         }},
-        {"duplex and collation", DM_DUPLEX | DM_COLLATE,
-         [](DEVMODEW& in)
-         {
-             in.dmDuplex = DMDUP_HORIZONTAL;
-             in.dmCollate = DMCOLLATE_FALSE;
-         },
-         [](const DEVMODEW& out)
-         {
-             return out.dmDuplex == DMDUP_HORIZONTAL && out.dmCollate == DMCOLLATE_FALSE;
-         }},
+        {"an unclaimed field", 0, {{kCopies, 7}}, {{kCopies, 1}}},
+        {"copies", DM_COPIES, {{kCopies, 7}}, {{kCopies, 7}}},
+        {"too many copies", DM_COPIES, {{kCopies, 32767}}, {{kCopies, 999}}},
+        {"no copies", DM_COPIES, {{kCopies, 0xFFFD}}, {{kCopies, 1}}},
+        {"landscape", DM_ORIENTATION, {{kOrientation, 2}}, {{kOrientation, 2}}},
+        {"no orientation", DM_ORIENTATION, {{kOrientation, 3}}, {{kOrientation, 1}}},
+        {"a known paper",
+         DM_PAPERSIZE,
+         {{kPaper, 11}},
+         {{kPaper, 11}, {kWidth, 1480}, {kLength, 2100}},
+         W(""),
+         W("A5")},
+        {"an unknown paper", DM_PAPERSIZE, {{kPaper, 8}}, {{kPaper, 9}}},
+        {"a form by name", DM_FORMNAME, {}, {{kPaper, 1}}, W("letter"), W("Letter")},
+        {"the number before the name",
+         DM_PAPERSIZE | DM_FORMNAME,
+         {{kPaper, 11}},
+         {{kPaper, 11}},
+         W("Letter"),
+         W("A5")},
+        {"a name without its end", DM_FORMNAME, {}, {{kPaper, 9}}, W("xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx")},
+        {"a custom size",
+         kCustom,
+         {{kWidth, 1000}, {kLength, 2000}},
+         {{kPaper, DMPAPER_USER}, {kWidth, 1000}, {kLength, 2000}},
+         W(""),
+         W("Custom")},
+        {"a custom size that is too wide",
+         kCustom | DM_PAPERSIZE,
+         {{kPaper, DMPAPER_USER}, {kWidth, 3000}, {kLength, 2000}},
+         {{kWidth, 2100}},
+         W(""),
+         W("Custom")},
+        {"a resolution", DM_PRINTQUALITY, {{kXResolution, 1200}}, {{kXResolution, 1200}, {kYResolution, 1200}}},
+        {"half a resolution",
+         DM_PRINTQUALITY | DM_YRESOLUTION,
+         {{kXResolution, 1200}, {kYResolution, 600}},
+         {{kXResolution, 600}, {kYResolution, 600}}},
+        {"a bin", DM_DEFAULTSOURCE, {{kBin, 3}}, {{kBin, 3}}},
+        {"an unknown bin", DM_DEFAULTSOURCE, {{kBin, 260}}, {{kBin, 7}}},
+        {"a media type", DM_MEDIATYPE, {{kMedia, 6800}}, {{kMedia, 6800}}},
+        {"an unknown media type", DM_MEDIATYPE, {{kMedia, 3}}, {{kMedia, 5001}}},
+        {"colour on a monochrome printer", DM_COLOR, {{kColor, DMCOLOR_COLOR}}, {{kColor, DMCOLOR_MONOCHROME}}},
+        {"duplex and collation",
+         DM_DUPLEX | DM_COLLATE,
+         {{kDuplex, DMDUP_HORIZONTAL}, {kCollate, DMCOLLATE_FALSE}},
+         {{kDuplex, DMDUP_HORIZONTAL}, {kCollate, DMCOLLATE_FALSE}}},
     };
     Install(kUnidrvModel);
     for (const Case& test : cases)
-        EXPECT_TRUE(test.isRight(Merged(test.fields, test.fill))) << test.name;
+    {
+        SCOPED_TRACE(test.name);
+        DEVMODEW input{};
+        for (const Word& word : test.input)
+            if (word.place != 0)
+                memcpy(reinterpret_cast<BYTE*>(&input) + word.place, &word.value, sizeof word.value);
+        const WStringView form = test.form;
+        std::copy(form.begin(), form.end(), input.dmFormName);
+        input.dmSize = sizeof input;
+        input.dmFields = test.fields;
+        const ByteBuffer result = Properties(&input);
+        for (const Word& word : test.result)
+            if (word.place != 0)
+            {
+                WORD value = 0;
+                memcpy(&value, result.data() + word.place, sizeof value);
+                EXPECT_EQ(value, word.value) << "at " << word.place;
+            }
+        const DEVMODEW fields = PublicPart(result);
+        EXPECT_EQ(CXString(fields.dmFormName), test.formOfResult);
+        EXPECT_EQ(fields.dmFields & kCustom, test.fields == kCustom ? kCustom : 0u);
+    }
 }
 
 // What an application's devmode holds in its maker's part: the features, the paper list, and an entry that only the
@@ -367,24 +305,14 @@ TEST_F(DocumentProperties, KeepThePrivatePartsOfTheSameDriverOnly)
     own.data()[sizeof(DEVMODEW) + 136] = 3; // a core setting
     EXPECT_EQ(Properties(reinterpret_cast<const DEVMODEW*>(own.data())), own);
 
-    struct Change
+    // What tells another driver's parts: its core size, the maker's size and signature, the extra size.
+    for (const std::size_t offset : {core + Format::kPostScriptSizeOffset, oem + Format::kSizeOffset,
+                                     oem + Format::kSignatureOffset, offsetof(DEVMODEW, dmDriverExtra)})
     {
-        const char* name;
-        std::size_t offset;
-    };
-    constexpr Change kChanges[] = {
-        {"core size", sizeof(DEVMODEW) + Format::kPostScriptSizeOffset},
-        {"maker's size", sizeof(DEVMODEW) + 708 + Format::kSizeOffset},
-        {"signature", sizeof(DEVMODEW) + 708 + Format::kSignatureOffset},
-        {"extra size", offsetof(DEVMODEW, dmDriverExtra)},
-    };
-    for (const Change& change : kChanges)
-    {
-        SCOPED_TRACE(change.name);
         ByteBuffer foreign = own;
-        foreign.data()[change.offset] ^= 4;
+        foreign.data()[offset] ^= 4;
         foreign.resize(foreign.size() + 4); // the extra size has become greater by this
-        EXPECT_EQ(Properties(reinterpret_cast<const DEVMODEW*>(foreign.data())), Properties());
+        EXPECT_EQ(Properties(reinterpret_cast<const DEVMODEW*>(foreign.data())), Properties()) << offset;
     }
 }
 

@@ -1,11 +1,9 @@
-// Linux only: a printer is installed into a scratch store. On Windows that would change the machine.
+// Linux only: Wine keeps no access rights, and has no fault injection.
 #include <windows.h>
 
 #include <winspool.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,85 +14,19 @@
 #include <tvutil/printdriver.h>
 #include <tvutil/printer.h>
 
+#include "tests/common/testprinter.h"
 #include "winport/faultinjection.h"
 
 namespace
 {
 
-constexpr const WCHAR* kPrinterName = W("Sch\u00f6ner Drucker");
-constexpr const WCHAR* kDriverName = W("Tavlen Test Driver");
-
-LPWSTR Mutable(const WCHAR* text)
-{
-    return const_cast<LPWSTR>(text);
-}
-
-// A printer of a driver that has files but no code, in a store of its own.
+// Its handle may change the printer.
 class InstalledPrinter : public testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        std::string folder = (std::filesystem::temp_directory_path() / "tvutil_tests.XXXXXX").string();
-        ASSERT_NE(mkdtemp(folder.data()), nullptr) << folder;
-        m_folder = folder;
-        setenv("TVPT_STORE", folder.c_str(), 1);
-        InstallDriver();
-
-        PRINTER_INFO_2W info{};
-        info.pPrinterName = Mutable(kPrinterName);
-        info.pPortName = Mutable(W("LPT1:"));
-        info.pDriverName = Mutable(kDriverName);
-        info.pPrintProcessor = Mutable(W("winprint"));
-        info.pDatatype = Mutable(W("RAW"));
-        m_handle = AddPrinterW(nullptr, 2, reinterpret_cast<LPBYTE>(&info));
-        ASSERT_NE(m_handle, nullptr) << GetLastError();
-    }
-
-    void TearDown() override
-    {
-        if (m_handle != nullptr)
-            ClosePrinter(m_handle);
-        unsetenv("TVPT_STORE");
-        std::error_code ignored;
-        std::filesystem::remove_all(m_folder, ignored);
-    }
-
-    HANDLE m_handle = nullptr; // may change the printer
-
-private:
-    void InstallDriver()
-    {
-        const std::filesystem::path source = m_folder / "package";
-        std::filesystem::create_directories(source);
-        const auto file = [&source](const char* name)
-        {
-            std::ofstream(source / name) << name;
-            return CXString::FromUtf8((source / name).string());
-        };
-        const CXString driver = file("unidrv.dll");
-        const CXString data = file("tavlen.gpd");
-        const CXString configuration = file("tvui_B.dll");
-        const CXString help = file("tavlen.chm");
-        ByteBuffer dependent;
-        for (const char* const name : {"tvptpc_B.dll", "tvwftu_B.dll"})
-            dependent.appendString(file(name));
-        dependent.appendString(W(""));
-
-        DRIVER_INFO_3W info{};
-        info.cVersion = 3;
-        info.pName = Mutable(kDriverName);
-        info.pDriverPath = Mutable(driver.c_str());
-        info.pDataFile = Mutable(data.c_str());
-        info.pConfigFile = Mutable(configuration.c_str());
-        info.pHelpFile = Mutable(help.c_str());
-        info.pDependentFiles = reinterpret_cast<LPWSTR>(dependent.data());
-        EXPECT_TRUE(AddPrinterDriverExW(nullptr, 3, reinterpret_cast<LPBYTE>(&info),
-                                        APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY))
-            << GetLastError();
-    }
-
-    std::filesystem::path m_folder;
+    const TestPrinter m_test{{std::nullopt, {}, {"tvptpc_B.dll", "tvwftu_B.dll"}}};
+    HANDLE const m_handle = m_test.Handle();
+    const CXString m_name = TestPrinter::Name();
 };
 
 // The message of the failure that a call throws; empty when it throws none.
@@ -123,12 +55,12 @@ bool Mentions(const std::string& message, std::initializer_list<const char*> par
 TEST_F(InstalledPrinter, TellsItsNamesByHandleAndByName)
 {
     const Printer byHandle(m_handle);
-    const Printer byName{CXString(kPrinterName)};
+    const Printer byName{m_name};
     for (const Printer* const printer : {&byHandle, &byName})
     {
-        EXPECT_EQ(printer->GetPrinterName(), kPrinterName);
-        EXPECT_EQ(printer->GetPortName(), W("LPT1:"));
-        EXPECT_EQ(printer->GetDriverName(), kDriverName);
+        EXPECT_EQ(printer->GetPrinterName(), m_name);
+        EXPECT_EQ(printer->GetPortName(), W("FILE:"));
+        EXPECT_EQ(printer->GetDriverName(), TestPrinter::DriverName());
     }
 }
 
@@ -138,10 +70,11 @@ TEST_F(InstalledPrinter, FailuresNameTheOperationThePrinterAndTheError)
         FailureOf<ExceptionPrinterFailure>([]() { const Printer printer{CXString(W("none"))}; });
     EXPECT_TRUE(Mentions(unknown, {"OpenPrinterW", "\"none\"", "1801"})) << unknown;
 
-    const Printer reader{CXString(kPrinterName)}; // its handle may not change the printer
+    const Printer reader{m_name}; // its handle may not change the printer
     const std::string refused = FailureOf<ExceptionPrinterFailure>(
         [&reader]() { reader.SetPrinterDataW(W("XWorkflowDLL"), REG_DWORD, "1234", 4); });
-    EXPECT_TRUE(Mentions(refused, {"writing the printer data \"XWorkflowDLL\"", "Sch\xC3\xB6ner Drucker", "error 5"}))
+    EXPECT_TRUE(
+        Mentions(refused, {"writing the printer data \"XWorkflowDLL\"", "Tavlen t\xC3\xA9st printer", "error 5"}))
         << refused;
 
     for (HANDLE const handle : {HANDLE{nullptr}, INVALID_HANDLE_VALUE})
@@ -178,7 +111,7 @@ TEST_F(InstalledPrinter, OwnedHandlesAreClosedOnceAndOthersNever)
         return GetPrinterW(handle, 4, nullptr, 0, &needed) || GetLastError() == ERROR_INSUFFICIENT_BUFFER;
     };
     HANDLE owned = nullptr;
-    ASSERT_TRUE(OpenPrinterW(Mutable(kPrinterName), &owned, nullptr));
+    ASSERT_TRUE(OpenPrinterW(WideString(m_name.View()).data(), &owned, nullptr));
     {
         Printer printer;
         printer.SetPrinterHandle(owned, true);
@@ -231,8 +164,8 @@ TEST_F(InstalledPrinter, AnswersTheCapabilityWordMasked)
 TEST_F(InstalledPrinter, ListsEveryFileOfItsDriver)
 {
     const PrintDriver driver;
-    const char* const names[] = {"unidrv.dll", "tavlen.gpd",   "tvui_B.dll",
-                                 "tavlen.chm", "tvptpc_B.dll", "tvwftu_B.dll"};
+    const char* const names[] = {"tvtestdriver", "tvtestdata",   "tvtestconfig",
+                                 "tvtesthelp",   "tvptpc_B.dll", "tvwftu_B.dll"};
     for (const DWORD level : {3u, 6u, 9u})
     {
         const std::vector<CXString> files = driver.GetDriverFiles(m_handle, level, CXString());
@@ -257,9 +190,9 @@ TEST_F(InstalledPrinter, EveryFailingSpoolerCallIsAFailureAndNothingMore)
     {
         winport::ArmFault(winport::FaultKind::PlatformCall, nth);
         const std::string failure = FailureOf<ExceptionPrinterFailure>(
-            [&printer]()
+            [&]()
             {
-                EXPECT_EQ(Printer(CXString(kPrinterName)).GetDriverName(), kDriverName);
+                EXPECT_EQ(Printer(m_name).GetDriverName(), TestPrinter::DriverName());
                 DWORD type = 0;
                 ByteBuffer data;
                 EXPECT_TRUE(printer.GetPrinterDataW(W("Value"), type, data));
