@@ -106,19 +106,6 @@ TEST(DomAttributes, AreSetAndRemoved)
     EXPECT_EQ("{}a(@{u}c=<3>)[]", MeaningOfText(XmlOf(document.Get())));
 }
 
-TEST(DomAttributes, AnAttributeStandsOnOneElement)
-{
-    const DomDocument document = Loaded(W("<a><b/></a>"));
-    ComPtr<IXMLDOMAttribute> attribute, replaced;
-    ASSERT_EQ(S_OK, document->createAttribute(CComBSTR(W("c")).Get(), attribute.Put()));
-    EXPECT_EQ(S_OK, ElementOf(RootOf(document))->setAttributeNode(attribute.Get(), replaced.Put()));
-    EXPECT_FALSE(replaced);
-    EXPECT_EQ(E_FAIL, ElementOf(Select(document.Get(), W("//b")))->setAttributeNode(attribute.Get(), replaced.Put()));
-    DomNode none;
-    EXPECT_EQ(S_FALSE, attribute->get_parentNode(none.Put())) << "an element is no parent of its attributes";
-    EXPECT_EQ(S_FALSE, attribute->get_nextSibling(none.Put()));
-}
-
 TEST(DomAttributes, ADeclarationCanBeAddedAsAnAttribute)
 {
     const DomDocument document = Loaded(W("<a xmlns:ns1='u' name='ns1:x'/>"));

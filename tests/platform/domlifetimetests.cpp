@@ -125,24 +125,6 @@ TEST(DomLifetime, TreesOfAnyDepthAreWrittenCopiedAndFreed)
     EXPECT_EQ("", TextOf(inner.Get()));
 }
 
-TEST(DomLifetime, CharacterDataIsEditedInUtf16AndNeverHalved)
-{
-    const DomDocument document = Loaded(W("<a>\U0001F600bc</a>"));
-    ComPtr<IXMLDOMText> text, right;
-    ASSERT_EQ(S_OK, Select(document.Get(), W("a/text()")).As(text));
-    EXPECT_EQ(E_INVALIDARG, text->deleteData(1, 1)) << "half a character";
-    EXPECT_EQ(E_INVALIDARG, text->insertData(5, CComBSTR(W("x")).Get()));
-    EXPECT_EQ(E_INVALIDARG, text->deleteData(-1, 1));
-    EXPECT_EQ(S_OK, text->insertData(2, CComBSTR(W("-")).Get()));
-    EXPECT_EQ(S_OK, text->replaceData(3, 99, CComBSTR(W("yz")).Get()));
-    ASSERT_EQ(S_OK, text->splitText(3, right.Put()));
-    ComPtr<IXMLDOMElement> root;
-    ASSERT_EQ(S_OK, document->get_documentElement(root.Put()));
-    EXPECT_EQ(S_OK, root->normalize());
-    EXPECT_EQ("\xF0\x9F\x98\x80-yz", TextOf(root.Get()));
-    EXPECT_EQ("yz", TextOf(right.Get())) << "held, so still there";
-}
-
 TEST(DomLifetime, ThreadsWorkOnDocumentsOfTheirOwn)
 {
     std::vector<std::thread> threads;

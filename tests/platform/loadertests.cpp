@@ -70,20 +70,15 @@ TEST(Loader, KeepsAModuleUntilItsLastReferenceIsGivenBack)
     const auto [freed, error] = WithLastError([first] { return FreeLibrary(first); });
     EXPECT_FALSE(freed);
     EXPECT_EQ(error, DWORD{ERROR_MOD_NOT_FOUND});
-    EXPECT_TRUE(FreeLibrary(LoadSample()));
-}
 
-TEST(Loader, FindsAModuleWhateverTheCaseOfItsName)
-{
-    // A module that nobody has loaded yet: the file is found, not a module of this name in the process.
+    // The file is found, not a module of this name in the process, whatever the case.
     for (const WideString& file : {BesideProgram(W("Platform_SAMPLE.dll")), WideString(W("PLATFORM_SAMPLE.DLL"))})
     {
-        SCOPED_TRACE(std::filesystem::path(file).string());
-        ASSERT_EQ(GetModuleHandleW(kSample), nullptr);
         HMODULE const module = LoadLibraryExW(file.c_str(), nullptr, 0);
-        ASSERT_NE(module, nullptr);
+        ASSERT_NE(module, nullptr) << std::filesystem::path(file);
         EXPECT_EQ(GetModuleHandleW(BesideProgram(W("platform_SAMPLE.DLL")).c_str()), module);
         EXPECT_TRUE(FreeLibrary(module));
+        ASSERT_EQ(GetModuleHandleW(kSample), nullptr);
     }
 }
 

@@ -100,21 +100,6 @@ TEST(Variant, CopiesOwnWhatTheyHoldUnlessItIsAReference)
     }
 }
 
-TEST(TaskMemory, GrowsKeepingItsContentAndFreesAtSizeNought)
-{
-    auto* memory = static_cast<char*>(CoTaskMemRealloc(nullptr, 4));
-    ASSERT_NE(memory, nullptr);
-    std::memcpy(memory, "abc", 4);
-    memory = static_cast<char*>(CoTaskMemRealloc(memory, 100000));
-    ASSERT_NE(memory, nullptr);
-    EXPECT_STREQ(memory, "abc");
-    EXPECT_EQ(CoTaskMemRealloc(memory, 0), nullptr);
-    void* const nothing = CoTaskMemAlloc(0);
-    EXPECT_NE(nothing, nullptr);
-    CoTaskMemFree(nothing);
-    CoTaskMemFree(nullptr);
-}
-
 TEST(ComThread, CountsItsInitialisationsAndKeepsItsModel)
 {
     std::thread(

@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <set>
 #include <type_traits>
 #include <vector>
 
@@ -144,45 +143,6 @@ TEST_F(Registry, GivesValuesAsTheyWereSetIntoARoomThatIsLargeEnough)
     EXPECT_EQ(RegDeleteValueW(reader.get(), W("list")), LSTATUS{ERROR_ACCESS_DENIED});
     EXPECT_EQ(RegDeleteValueW(root, W("list")), 0);
     EXPECT_EQ(RegDeleteValueW(root, W("list")), LSTATUS{ERROR_FILE_NOT_FOUND});
-}
-
-TEST_F(Registry, ListsKeysAndValues)
-{
-    HKEY const root = m_root.get();
-    const std::set<WideString> names = {W("alpha"), W("Beta"), W("c")};
-    for (const WideString& name : names)
-    {
-        Create(root, name.c_str());
-        ASSERT_EQ(Set(root, name.c_str(), REG_BINARY, std::vector<BYTE>(name.size())), ERROR_SUCCESS);
-    }
-    std::set<WideString> keys;
-    std::set<WideString> values;
-    WCHAR name[16] = {};
-    DWORD size = 0;
-    for (DWORD index = 0; index < 3; ++index)
-    {
-        size = 16;
-        ASSERT_EQ(RegEnumKeyExW(root, index, name, &size, nullptr, nullptr, nullptr, nullptr), 0);
-        keys.emplace(name, size);
-        size = 16;
-        DWORD bytes = 0;
-        ASSERT_EQ(RegEnumValueW(root, index, name, &size, nullptr, nullptr, nullptr, &bytes), 0);
-        EXPECT_EQ(bytes, size);
-        values.emplace(name, size);
-    }
-    EXPECT_EQ(keys, names);
-    EXPECT_EQ(values, names);
-    size = 16;
-    EXPECT_EQ(RegEnumKeyExW(root, 3, name, &size, nullptr, nullptr, nullptr, nullptr), LSTATUS{ERROR_NO_MORE_ITEMS});
-    EXPECT_EQ(RegEnumValueW(root, 3, name, &size, nullptr, nullptr, nullptr, nullptr), LSTATUS{ERROR_NO_MORE_ITEMS});
-    size = 5; // one short of "alpha" with its terminator
-    EXPECT_EQ(RegEnumKeyExW(root, 0, name, &size, nullptr, nullptr, nullptr, nullptr), LSTATUS{ERROR_MORE_DATA});
-
-    DWORD info[5] = {};
-    ASSERT_EQ(RegQueryInfoKeyW(root, nullptr, nullptr, nullptr, &info[0], &info[1], nullptr, &info[2], &info[3],
-                               &info[4], nullptr, nullptr),
-              0);
-    EXPECT_EQ(std::vector<DWORD>(info, info + 5), (std::vector<DWORD>{3, 5, 3, 5, 5})) << "counts and longest";
 }
 
 TEST_F(Registry, FindsOutWhatIsNoKey)

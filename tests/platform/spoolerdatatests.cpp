@@ -1,6 +1,5 @@
 // Printer data and forms.
 #include <cstring>
-#include <map>
 
 #include "tests/platform/spoolerfixture.h"
 #include "tests/platform/wine.h"
@@ -89,33 +88,6 @@ TEST_F(SpoolerPrinterData, ComesBackAsItWasSet)
     EXPECT_EQ(DeletePrinterDataExW(printer.get(), W("PrinterDriverData"), W("SHORT")), ERROR_SUCCESS);
     EXPECT_EQ(DeletePrinterDataExW(printer.get(), W("PrinterDriverData"), W("SHORT")), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(Get(printer.get(), W("PrinterDriverData"), W("Value")), values[4]);
-}
-
-TEST_F(SpoolerPrinterData, IsListedByKey)
-{
-    const PrinterOwner printer = InstallPrinter();
-    const std::map<WideString, Data> set = {
-        {W("one"), {REG_BINARY, {1}}},
-        {W("two"), {REG_DWORD, {1, 2, 3, 4}}},
-        {W("three"), {REG_SZ, {'x', 0, 0, 0}}},
-    };
-    for (const auto& [name, data] : set)
-        ASSERT_EQ(Set(printer.get(), W("Listed"), name.c_str(), data), ERROR_SUCCESS);
-    ASSERT_EQ(Set(printer.get(), W("Listed\\Below"), W("four"), {REG_BINARY, {4}}), ERROR_SUCCESS);
-
-    const Answer<PRINTER_ENUM_VALUESW> values(
-        [&](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD count)
-        { return EnumPrinterDataExW(printer.get(), W("Listed"), bytes, size, needed, count) == ERROR_SUCCESS; });
-    ASSERT_TRUE(values.IsGood());
-    std::map<WideString, Data> listed;
-    for (DWORD index = 0; index < values.Count(); ++index)
-    {
-        const PRINTER_ENUM_VALUESW& value = values[index];
-        EXPECT_EQ(value.cbValueName, (WideString(value.pValueName).size() + 1) * sizeof(WCHAR));
-        ASSERT_TRUE(values.Holds(value.pData) && values.Holds(value.pData + value.cbData - 1));
-        listed[value.pValueName] = {value.dwType, {value.pData, value.pData + value.cbData}};
-    }
-    EXPECT_EQ(listed, set);
 }
 
 class SpoolerForms : public SpoolerTest

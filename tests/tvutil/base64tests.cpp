@@ -127,29 +127,6 @@ TEST(Base64, RefusesMalformedText)
     EXPECT_EQ(Decode(W(" Zm\t9\r\nv ")), ToBytes("foo")) << "blanks are no fault";
 }
 
-// A cut yields a part of the bytes or nothing, a changed digit never the same bytes.
-TEST(Base64, EveryTruncationAndEveryChangedDigitShows)
-{
-    const Bytes bytes = ToBytes("0123456789abcdefghijklmnopqrstuvwxyz_");
-    const CXString text = Encode(bytes, kOneLine);
-    for (std::size_t length = 0; length + 2 < text.Length(); ++length)
-    {
-        const auto decoded = Decode(text.View().substr(0, length));
-        EXPECT_TRUE(decoded.has_value() || length % 4 != 0) << length;
-        if (decoded)
-        {
-            EXPECT_EQ(decoded->size(), length * 3 / 4);
-            EXPECT_TRUE(std::equal(decoded->begin(), decoded->end(), bytes.begin())) << length;
-        }
-    }
-    for (std::size_t place = 0; place + 2 < text.Length(); ++place)
-    {
-        WideString changed(text.View());
-        changed[place] = changed[place] == W('A') ? W('B') : W('A');
-        EXPECT_NE(Decode(changed), bytes) << place;
-    }
-}
-
 TEST(Base64, WritesNothingIntoARoomThatIsTooSmall)
 {
     const Bytes bytes = ToBytes("foobar");

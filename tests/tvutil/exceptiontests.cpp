@@ -157,16 +157,6 @@ TYPED_TEST(ExceptionFamily, IsCaughtAsItselfAndNamesItself)
     }
 }
 
-TEST(ExceptionBorder, WhatTheLibraryThrowsIsCaughtHereByType)
-{
-    EXPECT_THROW(ThrowComException(E_FAIL, kSite), TavlenComException);
-    EXPECT_THROW(ThrowComException(E_FAIL, kSite), TavlenException);
-    EXPECT_THROW(ThrowComException(E_FAIL, kSite), std::exception);
-    EXPECT_THROW(CXString::Format(W("%i"), {}), std::invalid_argument);
-    EXPECT_THROW(static_cast<void>(Printer().GetPrinterName()), ExceptionPrinterFailure);
-    EXPECT_THROW(static_cast<void>(PrintDriver().GetDriverCapability(nullptr, 0xF)), ExceptionPrintDriverFailure);
-}
-
 struct Reported
 {
     const void* exception = nullptr;
