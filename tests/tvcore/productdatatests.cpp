@@ -45,7 +45,7 @@ TEST(ProductOfAnInstalledPrinter, TellsTheFileAndThePlaceOfAFault)
 {
     auto model = ShippedModel("tavlen-w3100-xps");
     model["forms"][3]["valueId"] = 6699;
-    const TestPrinter installed({{}, {}, {}, model.dump()});
+    const TestPrinter installed({.capabilityWord = {}, .model = {}, .dependentFiles = {}, .dataText = model.dump()});
     try
     {
         const ProductData product(installed.Handle());
@@ -62,7 +62,8 @@ TEST(ProductOfAnInstalledPrinter, TellsTheFileAndThePlaceOfAFault)
 // As the module sees it, which does not know the reader's exception.
 TEST(ProductOfAnInstalledPrinter, FailsAsOneOfTheFamilyWithoutAModelOrAPrinter)
 {
-    const TestPrinter installed({{}, {}, {}, "*GPDSpecVersion: \"1.0\""});
+    const TestPrinter installed(
+        {.capabilityWord = {}, .model = {}, .dependentFiles = {}, .dataText = "*GPDSpecVersion: \"1.0\""});
     EXPECT_THROW(ProductData{installed.Handle()}, TavlenException);
     EXPECT_THROW(ProductData{static_cast<HANDLE>(nullptr)}, ExceptionPrinterFailure);
 }

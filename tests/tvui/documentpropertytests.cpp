@@ -305,6 +305,8 @@ TEST_F(DocumentProperties, KeepThePrivatePartsOfTheSameDriverOnly)
     own.data()[sizeof(DEVMODEW) + 136] = 3; // a core setting
     EXPECT_EQ(Properties(reinterpret_cast<const DEVMODEW*>(own.data())), own);
 
+    constexpr std::size_t core = sizeof(DEVMODEW);
+    constexpr std::size_t oem = core + 708;
     // What tells another driver's parts: its core size, the maker's size and signature, the extra size.
     for (const std::size_t offset : {core + Format::kPostScriptSizeOffset, oem + Format::kSizeOffset,
                                      oem + Format::kSignatureOffset, offsetof(DEVMODEW, dmDriverExtra)})
