@@ -170,7 +170,10 @@ TEST_F(SpoolerPrinters, KeepWhatIsSet)
     EXPECT_EQ(WideString(set->pComment), W("another comment"));
     EXPECT_EQ(WideString(set->pPortName), W("LPT1:"));
     ASSERT_TRUE(set.Holds(set->pDevMode) && set.Holds(reinterpret_cast<BYTE*>(set->pDevMode) + bytes.size() - 1));
-    EXPECT_EQ(std::memcmp(set->pDevMode, bytes.data(), bytes.size()), 0);
+    EXPECT_EQ(set->pDevMode->dmCopies, 5);
+    ASSERT_EQ(set->pDevMode->dmDriverExtra, 10);
+    // Wine writes the printer's name into the public part.
+    EXPECT_EQ(std::memcmp(set->pDevMode + 1, bytes.data() + sizeof(DEVMODEW), 10), 0);
 }
 
 // Whether a printer is still found while it is deleted but open differs between the platforms.
