@@ -57,7 +57,9 @@ TEST(PersistentAttributes, AreWhatTheirPageSays)
     media.SetAttributeBytes(175, AttributeBytesOptionValue(AttributeBytesNewValueId(10001, W("Red")), true));
     AttributeBytesIndexedList settings;
     settings.SetAttributeBytes(46, AttributeBytesOptionValue(AttributeBytesValueId(5421), true));
-    settings.SetAttributeBytes(210, AttributeBytesListValue(RawListOf(media)));
+    AttributeBytesIndexedList page;
+    page.SetAttributeBytes(210, AttributeBytesListValue(RawListOf(media)));
+    settings.SetAttributeBytes(477, AttributeBytesListValue(RawListOf(page)));
     PersistentAttributes written(DWORD{0x0100});
     EXPECT_FALSE(written.IsReadable());
     ASSERT_TRUE(written.SetAttributeBytesNameSpaces(Only(kDocProp, BytesOf(settings))));
@@ -74,39 +76,10 @@ TEST(PersistentAttributes, KeepWhatTheyDoNotKnowThroughAnEdit)
 {
     const auto state = [](BYTE driverVersion, const std::vector<int>& docProp)
     {
-        ByteBuffer bytes = Bytes({0,
-                                  0,
-                                  0,
-                                  0,
-                                  0x37,
-                                  1,
-                                  14,
-                                  0,
-                                  driverVersion,
-                                  0,
-                                  0,
-                                  0,
-                                  0xEE,
-                                  0xEF, // header
-                                  0x7A,
-                                  0x7A,
-                                  0x7A,
-                                  0x7A,
-                                  3,
-                                  0,
-                                  0,
-                                  0,
-                                  9,
-                                  8,
-                                  7, // unknown
-                                  1,
-                                  0,
-                                  0,
-                                  0,
-                                  static_cast<int>(docProp.size()),
-                                  0,
-                                  0,
-                                  0}); // document
+        const std::vector<int> header = {0, 0, 0, 0, 0x37, 1, 14, 0, driverVersion, 0, 0, 0, 0xEE, 0xEF};
+        const std::vector<int> unknown = {0x7A, 0x7A, 0x7A, 0x7A, 3, 0, 0, 0, 9, 8, 7};
+        const std::vector<int> document = {1, 0, 0, 0, static_cast<int>(docProp.size()), 0, 0, 0};
+        ByteBuffer bytes = Join({Bytes(header), Bytes(unknown), Bytes(document)});
         bytes.append(Bytes(docProp).bytes());
         bytes.append(Bytes({1, 0, 0, 0, 1, 0, 0, 0, 0x55, 2, 0, 0, 0, 0, 0, 0, 0}).bytes()); // again, and an empty one
         bytes.data()[0] = static_cast<BYTE>(bytes.size());
