@@ -30,10 +30,20 @@ awk -v root="$root/" '
     database="$work/compile_commands.json" "$build/compile_commands.json" >"$work/entries"
 [ -s "$work/entries" ] || { echo "check-tidy: no sources in $build/compile_commands.json" >&2; exit 1; }
 
-# What each object was built from, as the compiler told Ninja: OBJECT <tab> FILE, ours only.
+# What each object was built from, as the compiler told Ninja: OBJECT <tab> FILE, ours only. A compiler cache with a base
+# folder tells the files from the build folder on.
 (cd "$build" && ninja -t deps) | awk -v root="$root/" -v build="$build" '
+    function absolute(path)
+    {
+        if (path !~ /^\//)
+            path = build "/" path
+        while (sub(/\/[^\/]+\/\.\.\//, "/", path))
+            ;
+        return path
+    }
     /^[^ ].*: #deps/    { object = $0; sub(/: #deps.*/, "", object); next }
-    /^ /                { sub(/^ +/, ""); if (index($0, root) == 1 && index($0, build) != 1) print object "\t" $0 }' \
+    /^ /                { sub(/^ +/, ""); $0 = absolute($0)
+                          if (index($0, root) == 1 && index($0, build) != 1) print object "\t" $0 }' \
     >"$work/includes"
 cut -f 2 "$work/includes" | sort -u | tr '\n' '\0' | xargs -0 -r sha256sum >"$work/contents"
 
