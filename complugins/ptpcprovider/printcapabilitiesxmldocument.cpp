@@ -222,7 +222,7 @@ HRESULT PrintCapabilitiesXmlDocument::GetChildScoredPropertyValueAsString(IXMLDO
     ComPtr<IXMLDOMNode> scoredProperty;
     Check(SelectBelow(option, builder, scoredProperty.Put(), kMethod) == S_FALSE ? E_FAIL : S_OK, kMethod);
     CComBSTR text;
-    ReadTypedValue(scoredProperty.Get(), text);
+    ReadContentValue(scoredProperty.Get(), text);
     Check(text.IsEmpty() ? E_FAIL : S_OK, kMethod);
     *value = text.Detach();
     return S_OK;

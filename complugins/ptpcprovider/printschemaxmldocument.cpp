@@ -321,7 +321,7 @@ HRESULT PrintSchemaXmlDocument::GetInitialiserValue(IXMLDOMNode* parameterRef, C
         if (GetAttributeValue(initialiser.Get(), PrintSchema::kNameAttribute, name.Put()) == S_OK &&
             name.View() == wanted.View())
         {
-            ReadTypedValue(initialiser.Get(), value);
+            ReadContentValue(initialiser.Get(), value);
             return S_OK;
         }
     }
@@ -416,6 +416,14 @@ void PrintSchemaXmlDocument::ReadTypedValue(IXMLDOMNode* node, CComBSTR& value) 
         value.Attach(typed.DetachString());
     else
         Check(node->get_text(value.Put()), kMethod);
+}
+
+void PrintSchemaXmlDocument::ReadContentValue(IXMLDOMNode* element, CComBSTR& value) const
+{
+    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::ReadContentValue");
+    ComPtr<IXMLDOMNode> child;
+    const HRESULT found = SelectChild(element, PrintSchema::kValue, child.Put(), kMethod);
+    ReadTypedValue(found == S_OK ? child.Get() : element, value);
 }
 
 IXMLDOMDocument2* PrintSchemaXmlDocument::GetDocument() const noexcept

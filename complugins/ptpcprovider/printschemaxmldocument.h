@@ -122,6 +122,9 @@ protected:
     HRESULT SelectNodes(const CXString& query, IXMLDOMNodeList** nodes, const WCHAR* method) const;
     // A typed value or, failing that, the text: empty is a null string.
     void ReadTypedValue(IXMLDOMNode* node, CComBSTR& value) const;
+    // That of the element's Value child or, failing that, its own: a document that keeps its blanks has some around the
+    // child.
+    void ReadContentValue(IXMLDOMNode* element, CComBSTR& value) const;
     // An element of the framework namespace with its name attribute.
     ComPtr<IXMLDOMElement> CreateNamedElement(const CXString& elementName, const CXString& name) const;
     // Adds a Value child with its xsi:type.

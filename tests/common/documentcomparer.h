@@ -1,8 +1,9 @@
 // The comparison of documents that all tests use: as namespace-aware trees, never as text.
 //
 // Equal are documents with the same elements (namespace URI and local name) in the same order, with the same
-// attributes in any order and the same text. Prefixes, namespace declarations, comments, processing instructions and
-// blanks between elements do not count. A name in an attribute or a text ("psk:ISOA4") is compared as it stands.
+// attributes in any order and the same text. Prefixes, namespace declarations, comments, processing instructions,
+// blanks between elements and those at either end of a text do not count, nor does where a text stands among child
+// elements. A name in an attribute or a text ("psk:ISOA4") is compared as it stands.
 #pragma once
 
 #include <msxml2.h>

@@ -55,7 +55,7 @@ std::string ReasonOf(IXMLDOMDocument2* document)
 
 } // namespace
 
-ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text)
+ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text, bool keepBlanks)
 {
     ComPtr<IXMLDOMDocument2> document;
     const HRESULT created = CoCreateInstance(kDomDocumentClassId, nullptr, CLSCTX_INPROC_SERVER,
@@ -63,6 +63,7 @@ ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text)
     if (FAILED(created))
         throw std::runtime_error("there is no DOM: " + std::to_string(created));
     document->put_async(VARIANT_FALSE);
+    document->put_preserveWhiteSpace(keepBlanks ? VARIANT_TRUE : VARIANT_FALSE);
     VARIANT_BOOL loaded = VARIANT_FALSE;
     document->loadXML(CComBSTR(WithoutXmlDeclaration(text)).Get(), &loaded);
     if (loaded != VARIANT_TRUE)
@@ -70,9 +71,9 @@ ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text)
     return document;
 }
 
-ComPtr<IXMLDOMDocument2> LoadDocument(const std::string& utf8)
+ComPtr<IXMLDOMDocument2> LoadDocument(const std::string& utf8, bool keepBlanks)
 {
-    return LoadDocument(CXString::FromUtf8(utf8).View());
+    return LoadDocument(CXString::FromUtf8(utf8).View(), keepBlanks);
 }
 
 ComPtr<IXMLDOMDocument2> LoadTestDocument(const std::string& name)

@@ -10,8 +10,9 @@
 #include "utilitiesstaticlib/wideliteral.h"
 
 // A text that is no document is thrown as std::runtime_error with the DOM's reason.
-ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text);
-ComPtr<IXMLDOMDocument2> LoadDocument(const std::string& utf8);
+// With `keepBlanks` the blanks between elements stay, as the host has it; the DOM drops them by default.
+ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text, bool keepBlanks = false);
+ComPtr<IXMLDOMDocument2> LoadDocument(const std::string& utf8, bool keepBlanks = false);
 // By the name below tests/data; reads UTF-8 and UTF-16LE, with and without a byte-order mark.
 ComPtr<IXMLDOMDocument2> LoadTestDocument(const std::string& name);
 

@@ -176,6 +176,22 @@ TEST_F(CapabilitiesDocument, ListsAFeaturesOwnOptionsAndReadsTheirProperties)
                   CodeOf([&] { capabilities->GetChildScoredPropertyValueAsString(option.Get(), name, value.Put()); }));
 }
 
+TEST_F(CapabilitiesDocument, ReadsNoBlanksAroundAScoredValue)
+{
+    const PrintCapabilitiesXmlDocument indented(
+        LoadDocument(Capabilities("<psf:Option>\n <psf:ScoredProperty name=\"psk:X\">\n  <psf:Value>600"
+                                  "</psf:Value>\n </psf:ScoredProperty>\n <psf:ScoredProperty name=\"psk:E\">"
+                                  "\n  <psf:Value/>\n </psf:ScoredProperty>\n</psf:Option>"),
+                     true)
+            .Get());
+    ComPtr<IXMLDOMNode> option;
+    indented.GetNode(W("//psf:Option"), option.Put());
+    CComBSTR value;
+    EXPECT_EQ(S_OK, indented.GetChildScoredPropertyValueAsString(option.Get(), W("X"), value.Put()));
+    EXPECT_EQ("600", Utf8(value.View()));
+    EXPECT_EQ(E_FAIL, CodeOf([&] { indented.GetChildScoredPropertyValueAsString(option.Get(), W("E"), value.Put()); }));
+}
+
 TEST_F(CapabilitiesDocument, RefusesNullsAndEmptyNames)
 {
     Wrap("<psf:Feature name=\"psk:F\"/>");

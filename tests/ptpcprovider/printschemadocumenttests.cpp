@@ -358,7 +358,8 @@ TEST_F(Operations, ReadValuesAndFollowReferences)
     {
         SCOPED_TRACE(test.name);
         Wrap("<psf:Feature name=\"psk:F\">" + std::string(test.content) +
-             "</psf:Feature><psf:ParameterInit name=\"psk:P\"><psf:Value>11</psf:Value></psf:ParameterInit>"
+             "</psf:Feature><psf:ParameterInit name=\"psk:P2\"><psf:Value>10</psf:Value></psf:ParameterInit>"
+             "<psf:ParameterInit name=\"psk:P\"><psf:Value>11</psf:Value></psf:ParameterInit>"
              "<psf:ParameterInit name=\"psk:P\"><psf:Value>12</psf:Value></psf:ParameterInit>");
         CComBSTR value(W("earlier"));
         BSTR raw = value.Detach();
@@ -371,6 +372,19 @@ TEST_F(Operations, ReadValuesAndFollowReferences)
     EXPECT_EQ(S_FALSE, ticket->GetNodeValue(W("//psf:Nothing"), value.Put()));
     EXPECT_EQ(E_POINTER, CodeOf([&] { ticket->GetNodeValue(W("//psf:Feature"), nullptr); }));
     EXPECT_EQ(E_INVALIDARG, CodeOf([&] { ticket->GetNodeValue(W(""), value.Put()); }));
+}
+
+TEST_F(Operations, ReadNoBlanksAroundTheValueOfAnInitialiser)
+{
+    const PrintTicketXmlDocument indented(
+        LoadDocument(TicketAround("<psf:Feature name=\"psk:F\">\n <psf:ParameterRef name=\"psk:P\"/>\n</psf:Feature>\n"
+                                  "<psf:ParameterInit name=\"psk:P\">\n <psf:Value> 11 </psf:Value>\n"
+                                  "</psf:ParameterInit>"),
+                     true)
+            .Get());
+    CComBSTR value;
+    EXPECT_EQ(S_OK, indented.GetNodeValue(W("//psf:Feature"), value.Put()));
+    EXPECT_EQ(" 11 ", Utf8(value.View()));
 }
 
 TEST_F(Operations, ReadAttributes)

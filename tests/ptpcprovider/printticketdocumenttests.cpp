@@ -220,6 +220,7 @@ TEST(PrintTicket, DeletesOrphanedInitialisersWithTheFeature)
         EXPECT_EQ(test.result,
                   ticket.DeleteFeatureAndOrphanParameterInitsIfExists(W("psk:"), CXString::FromUtf8(test.deleted)));
         EXPECT_EQ(test.initialisers, Select(document.Get(), "//psf:ParameterInit/@name"));
+        EXPECT_EQ(test.initialisers.size(), Select(document.Get(), "//psf:ParameterInit").size()); // nameless ones too
         EXPECT_TRUE(Select(document.Get(), "//psf:Feature[@name='psk:F']").empty());
     }
 }

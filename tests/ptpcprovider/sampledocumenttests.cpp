@@ -320,24 +320,34 @@ TEST(SampleCapabilities, TellTheirContentAndTakeNewDisplayNames)
     }
 }
 
-TEST(SampleCapabilities, LoseADefinitionAndNothingElse)
+// Deletes one element of a sample after the other, each from a fresh copy.
+template <class Delete>
+void ExpectOneLess(const ComPtr<IXMLDOMDocument2>& whole, const char* element, Delete deleteNode)
+{
+    for (const std::string& name : PlainTree(whole.Get()).Names(element))
+    {
+        SCOPED_TRACE(name);
+        const ComPtr<IXMLDOMDocument2> expected = Reparse(whole.Get());
+        const PlainTree tree(expected.Get());
+        tree.Remove(tree.First([&](std::size_t at) { return tree.Is(at, element, name); }));
+        const ComPtr<IXMLDOMDocument2> dom = Reparse(whole.Get());
+        EXPECT_EQ(S_OK, deleteNode(PrintCapabilitiesXmlDocument(dom.Get()), SplitName(name)));
+        EXPECT_EQ("", CompareDocuments(expected.Get(), Reparse(dom.Get()).Get()));
+    }
+}
+
+TEST(SampleCapabilities, LoseAFeatureOrADefinitionAndNothingElse)
 {
     for (const std::string& file : TakenSamples<PrintCapabilitiesXmlDocument>("capabilities"))
     {
         SCOPED_TRACE(file);
         const ComPtr<IXMLDOMDocument2> whole = WrappedSample<PrintCapabilitiesXmlDocument>(file);
-        for (const std::string& name : PlainTree(whole.Get()).Names("ParameterDef"))
-        {
-            SCOPED_TRACE(name);
-            const ComPtr<IXMLDOMDocument2> expected = Reparse(whole.Get());
-            const PlainTree tree(expected.Get());
-            tree.Remove(tree.First([&](std::size_t at) { return tree.Is(at, "ParameterDef", name); }));
-            const ComPtr<IXMLDOMDocument2> dom = Reparse(whole.Get());
-            const PrintCapabilitiesXmlDocument capabilities(dom.Get());
-            const SplitName split(name);
-            EXPECT_EQ(S_OK, capabilities.DeleteParameterDefNodeIfExists(split.prefix, split.local));
-            EXPECT_EQ("", CompareDocuments(expected.Get(), Reparse(dom.Get()).Get()));
-        }
+        ExpectOneLess(whole, "ParameterDef",
+                      [](const PrintCapabilitiesXmlDocument& capabilities, const SplitName& name)
+                      { return capabilities.DeleteParameterDefNodeIfExists(name.prefix, name.local); });
+        ExpectOneLess(whole, "Feature",
+                      [](const PrintCapabilitiesXmlDocument& capabilities, const SplitName& name)
+                      { return capabilities.DeleteFeatureNodeIfExists(name.prefix, name.local); });
     }
 }
 
