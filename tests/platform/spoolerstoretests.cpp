@@ -272,6 +272,24 @@ TEST_F(SpoolerStore, IsUnchangedByAWriteThatFails)
     EXPECT_TRUE(SetNumber(printer.get(), W("n"), 2));
 }
 
+// A package whose last file finds a folder in its place: the files before it go back to what they were.
+TEST_F(SpoolerStore, KeepsADriversFilesWholeWhenOneCannotBeReplaced)
+{
+    const fs::path folder = Store() / "drivers/x64/3";
+    fs::remove(folder / "tvtwo.txt");
+    fs::create_directories(folder / "tvtwo.txt" / "below");
+    fs::remove(folder / "tvone.txt");
+    fs::create_directories(Scratch() / "newer");
+    const WideString newer = SourceFile("newer/tvplatform.json", "a newer model");
+    EXPECT_FALSE(InstallDriver(kDriver, newer.c_str()));
+    std::set<std::string> files;
+    for (const auto& entry : fs::directory_iterator(folder))
+        files.insert(entry.path().filename());
+    EXPECT_EQ(files, (std::set<std::string>{"spooler_sample.so", "tvplatform.drv", "tvplatform.json", "tvtwo.txt"}));
+    std::ifstream model(folder / "tvplatform.json");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(model), {}), "the model");
+}
+
 TEST_F(SpoolerStore, ThatIsDamagedIsRefusedOrReadAndNeverWorse)
 {
     ASSERT_TRUE(SetNumber(InstallPrinter().get(), W("n"), 1));

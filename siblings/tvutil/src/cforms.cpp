@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <optional>
 #include <vector>
 
 #include <tvutil/exceptions.h>
@@ -30,15 +31,22 @@ bool FindSpoolerForm(HANDLE printer, DWORD paperNumber, CFormRecord& form)
     DWORD count = 0;
     const DWORD error = answer.Fill([printer, &count](LPBYTE room, DWORD size, LPDWORD needed)
                                     { return ErrorOf(EnumFormsW(printer, 1, room, size, needed, &count)); });
-    if (error != ERROR_SUCCESS)
+    const auto fail = [printer](DWORD reason)
+    {
         ThrowException<ExceptionPrinterFailure>({W("CForms::GetFormW"), kSourceFile},
                                                 W("EnumFormsW failed for the printer \"%s\": Win32 error %u"),
-                                                {Printer(printer).GetPrinterName(), error});
+                                                {Printer(printer).GetPrinterName(), reason});
+    };
+    if (error != ERROR_SUCCESS)
+        fail(error);
     const auto forms = answer.List<FORM_INFO_1W>(count);
     if (paperNumber == 0 || paperNumber > forms.size())
         return false;
     const FORM_INFO_1W& found = forms[paperNumber - 1];
-    form = {paperNumber, found.Flags, found.Size.cx, found.Size.cy, answer.Text(found.pName)};
+    const std::optional<WStringView> name = answer.Text(found.pName);
+    if (!name)
+        fail(ERROR_INVALID_DATA);
+    form = {paperNumber, found.Flags, found.Size.cx, found.Size.cy, *name};
     return true;
 }
 

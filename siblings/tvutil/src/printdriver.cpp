@@ -17,17 +17,6 @@ namespace
 constexpr const WCHAR* kSourceFile = W("siblings\\tvutil\\src\\printdriver");
 constexpr std::size_t kCapabilityWordSize = 8;
 
-// A list of texts, each zero-terminated, that ends with an empty one or with the buffer in which it lies.
-void AppendMultiString(std::vector<CXString>& texts, WStringView list)
-{
-    while (!list.empty() && list.front() != WCHAR())
-    {
-        const WStringView text = list.substr(0, list.find(WCHAR()));
-        texts.emplace_back(text);
-        list.remove_prefix(text.size() < list.size() ? text.size() + 1 : list.size());
-    }
-}
-
 // Printer data that the driver's set-up leaves.
 struct SetupValue
 {
@@ -51,18 +40,27 @@ std::optional<SetupValue> ReadSetupValue(ThrowSite site, HANDLE printer, const W
     return value;
 }
 
-// The levels begin with the same members; which of them is asked decides what a spooler must know.
+// The levels begin with the same members; which of them is asked decides what a spooler must know. Nothing when a
+// text does not lie in the answer.
 template <class Info>
-std::vector<CXString> FilesOf(const SpoolerBuffer& answer)
+std::optional<std::vector<CXString>> FilesOf(const SpoolerBuffer& answer)
 {
-    std::vector<CXString> files;
     const Info* const info = answer.Get<Info>();
     if (info == nullptr)
-        return files;
+        return std::nullopt;
+    std::vector<CXString> files;
     for (const WCHAR* const file : {info->pDriverPath, info->pDataFile, info->pConfigFile, info->pHelpFile})
-        if (file != nullptr && *file != WCHAR())
-            files.emplace_back(file);
-    AppendMultiString(files, answer.From(info->pDependentFiles));
+    {
+        const std::optional<WStringView> text = answer.Text(file);
+        if (!text)
+            return std::nullopt;
+        if (!text->empty())
+            files.emplace_back(*text);
+    }
+    const std::optional<std::vector<WStringView>> dependent = answer.Texts(info->pDependentFiles);
+    if (!dependent)
+        return std::nullopt;
+    files.insert(files.end(), dependent->begin(), dependent->end());
     return files;
 }
 
@@ -111,5 +109,11 @@ std::vector<CXString> PrintDriver::GetDriverFiles(HANDLE printer, DWORD level, c
         ThrowException<ExceptionPrintDriverFailure>(
             site, W("GetPrinterDriverW failed for level %u, environment \"%s\": Win32 error %u"),
             {spoolerLevel, environment, error});
-    return spoolerLevel == 3 ? FilesOf<DRIVER_INFO_3W>(answer) : FilesOf<DRIVER_INFO_6W>(answer);
+    std::optional<std::vector<CXString>> files =
+        spoolerLevel == 3 ? FilesOf<DRIVER_INFO_3W>(answer) : FilesOf<DRIVER_INFO_6W>(answer);
+    if (!files)
+        ThrowException<ExceptionPrintDriverFailure>(
+            site, W("GetPrinterDriverW answered for level %u with texts that do not lie in its answer"),
+            {spoolerLevel});
+    return *std::move(files);
 }

@@ -3,6 +3,7 @@
 #include <tvutil/printer.h>
 
 #include <cstddef>
+#include <optional>
 
 #include <tvutil/exceptions.h>
 #include <tvutil/throwexception.h>
@@ -35,7 +36,7 @@ CXString NameForMessages(HANDLE printer)
     SpoolerBuffer answer;
     if (AskPrinter(printer, 4, answer) != ERROR_SUCCESS || answer.Get<PRINTER_INFO_4W>() == nullptr)
         return W("(unknown)");
-    return answer.Get<PRINTER_INFO_4W>()->pPrinterName;
+    return answer.Text(answer.Get<PRINTER_INFO_4W>()->pPrinterName).value_or(W("(unknown)"));
 }
 
 [[noreturn]] void ThrowFailure(ThrowSite site, WStringView operation, HANDLE printer, DWORD error)
@@ -59,9 +60,10 @@ CXString TextOf(HANDLE printer, DWORD level, LPWSTR Info::*text, ThrowSite site)
     if (const DWORD error = AskPrinter(printer, level, answer); error != ERROR_SUCCESS)
         ThrowFailure(site, W("GetPrinterW"), printer, error);
     const Info* const info = answer.Get<Info>();
-    if (info == nullptr)
+    const std::optional<WStringView> found = info != nullptr ? answer.Text(info->*text) : std::nullopt;
+    if (!found)
         ThrowFailure(site, W("GetPrinterW"), printer, ERROR_INVALID_DATA);
-    return info->*text;
+    return *found;
 }
 
 // What the driver makes; empty, with the last error, when it makes nothing or something that is no devmode.

@@ -7,7 +7,8 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <functional>
+#include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -36,7 +37,8 @@ public:
         return error;
     }
 
-    // The structure at the head of the answer; null when the answer is too short for it. Its texts lie in the buffer.
+    // The structure at the head of the answer; null when the answer is too short for it. Its texts are read by Text and
+    // Texts.
     template <class Info>
     [[nodiscard]] const Info* Get() const noexcept
     {
@@ -50,20 +52,28 @@ public:
         return {reinterpret_cast<const Info*>(m_bytes.data()), std::min(count, m_bytes.size() / sizeof(Info))};
     }
 
-    // From a text of the answer to the answer's end; empty when it points elsewhere.
-    [[nodiscard]] WStringView From(const WCHAR* text) const noexcept
+    // A text to which the answer points, empty for a null pointer; nothing when it does not lie in the answer from its
+    // first character to its terminator. Valid as long as the answer.
+    [[nodiscard]] std::optional<WStringView> Text(const WCHAR* text) const noexcept
     {
-        const std::less<const void*> before;
-        const std::byte* const end = m_bytes.data() + m_bytes.size();
-        if (text == nullptr || before(text, m_bytes.data()) || !before(text, end))
-            return {};
-        return {text, static_cast<std::size_t>(end - reinterpret_cast<const std::byte*>(text)) / sizeof(WCHAR)};
+        if (text == nullptr)
+            return WStringView();
+        const std::optional<WStringView> rest = RestFrom(text);
+        const std::size_t length = rest ? rest->find(WCHAR()) : WStringView::npos;
+        return length != WStringView::npos ? std::optional(rest->substr(0, length)) : std::nullopt;
     }
 
-    // One text of the answer, without its terminator.
-    [[nodiscard]] WStringView Text(const WCHAR* text) const noexcept
+    // A list of such texts, one behind the other, that ends with an empty one.
+    [[nodiscard]] std::optional<std::vector<WStringView>> Texts(const WCHAR* list) const
     {
-        return From(text).substr(0, From(text).find(WCHAR()));
+        std::vector<WStringView> texts;
+        for (std::optional<WStringView> text = Text(list); text; text = Text(text->data() + text->size() + 1))
+        {
+            if (text->empty())
+                return texts;
+            texts.push_back(*text);
+        }
+        return std::nullopt;
     }
 
     [[nodiscard]] std::span<const std::byte> Bytes() const noexcept
@@ -72,6 +82,15 @@ public:
     }
 
 private:
+    // As whole characters; nothing for a pointer to elsewhere or into the middle of one.
+    [[nodiscard]] std::optional<WStringView> RestFrom(const WCHAR* text) const noexcept
+    {
+        const auto offset = reinterpret_cast<std::uintptr_t>(text) - reinterpret_cast<std::uintptr_t>(m_bytes.data());
+        if (offset >= m_bytes.size() || offset % sizeof(WCHAR) != 0)
+            return std::nullopt;
+        return WStringView(text, (m_bytes.size() - offset) / sizeof(WCHAR));
+    }
+
     LPBYTE Room() noexcept
     {
         return m_bytes.empty() ? nullptr : reinterpret_cast<LPBYTE>(m_bytes.data());

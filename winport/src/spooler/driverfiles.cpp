@@ -45,6 +45,20 @@ bool IsNotOlder(const fs::path& target, const fs::path& source)
     return !error && targetTime >= sourceTime;
 }
 
+// A second name for a file that is about to be replaced, or a copy where the file system knows no second names. False
+// when there is no file.
+bool KeepFormer(const fs::path& target, const fs::path& former)
+{
+    std::error_code error;
+    fs::create_hard_link(target, former, error);
+    if (error == std::errc::no_such_file_or_directory)
+        return false;
+    if (error)
+        fs::copy_file(target, former, error);
+    RequireNoError(error);
+    return true;
+}
+
 } // namespace
 
 fs::path ExistingFile(const fs::path& named)
@@ -67,8 +81,19 @@ DriverFileCopy::DriverFileCopy(fs::path targetFolder) : m_folder(std::move(targe
 DriverFileCopy::~DriverFileCopy()
 {
     std::error_code ignored; // what cannot be removed now is a file that nobody names
-    for (const Staged& staged : m_staged)
-        fs::remove(staged.copy, ignored);
+    // The last first: a file that was staged twice goes back through both of its states.
+    for (auto staged = m_staged.rbegin(); staged != m_staged.rend(); ++staged)
+    {
+        if (staged->isInPlace && !m_isKept)
+        {
+            if (staged->hasFormer)
+                fs::rename(staged->former, staged->target, ignored);
+            else
+                fs::remove(staged->target, ignored);
+        }
+        fs::remove(staged->copy, ignored);
+        fs::remove(staged->former, ignored);
+    }
 }
 
 void DriverFileCopy::Stage(const fs::path& named, const fs::path& source, bool onlyNewer)
@@ -83,20 +108,27 @@ void DriverFileCopy::Stage(const fs::path& named, const fs::path& source, bool o
     if (fs::equivalent(source, target, error) || (onlyNewer && IsNotOlder(target, source)))
         return;
     const fs::path copy = m_folder / (name.native() + TemporarySuffix());
-    m_staged.push_back({copy, target}); // before the copy, so that half of one is removed too
+    const fs::path former = m_folder / (name.native() + TemporarySuffix());
+    m_staged.push_back({copy, target, former, false, false}); // before the copy, so that half of one is removed too
     fs::copy_file(source, copy, error);
     RequireNoError(error);
 }
 
 void DriverFileCopy::PutInPlace()
 {
-    while (!m_staged.empty())
+    for (Staged& staged : m_staged)
     {
+        staged.hasFormer = KeepFormer(staged.target, staged.former);
         std::error_code error;
-        fs::rename(m_staged.back().copy, m_staged.back().target, error);
+        fs::rename(staged.copy, staged.target, error);
         RequireNoError(error);
-        m_staged.pop_back();
+        staged.isInPlace = true;
     }
+}
+
+void DriverFileCopy::Keep() noexcept
+{
+    m_isKept = true;
 }
 
 } // namespace winport::spooler

@@ -73,9 +73,9 @@ public:
         return ToUtf16(file.filename().native());
     }
 
-    void PutInPlace()
+    DriverFileCopy& Files()
     {
-        m_copy.PutInPlace();
+        return m_copy;
     }
 
 private:
@@ -211,8 +211,9 @@ BOOL WINAPI AddPrinterDriverExW(LPWSTR server, DWORD level, LPBYTE info, DWORD f
             const DriverRow driver = TakePackage(given, package);
             Transaction transaction(store, Transaction::Kind::Write);
             WriteDriver(store, driver);
-            package.PutInPlace();
+            package.Files().PutInPlace();
             transaction.Commit();
+            package.Files().Keep();
         });
 }
 
