@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "commandline.h"
 #include "errornames.h"
 #include "failure.h"
 #include "filebytes.h"
@@ -88,6 +89,29 @@ TEST_F(Outputs, WhatCannotBeReadIsAnErrorOfOneLine)
         EXPECT_EQ(result.status, 1);
         EXPECT_TRUE(IsOneErrorLine(result.errors, row.error));
     }
+}
+
+TEST(CommandLine, SaysWhatIsWrongWithIt)
+{
+    const std::pair<std::vector<std::string>, const char*> rows[] = {
+        {{"frob"}, "\"frob\" is no command; known are printer, devmode, ticket"},
+        {{"printer", "frob"}, "\"frob\" is no command; known are add"},
+        {{"printer"}, "A subcommand is required"},
+        {{"ticket", "expand", "t.xml", "--printer", "p", "-o", ""}, "-o: no file is named"},
+        {{"ticket", "from-devmode", "d.dm", "--printer", "p", "--base", ""}, "--base: no file is named"},
+    };
+    for (const auto& [arguments, error] : rows)
+    {
+        const RunResult result = RunHost(arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_TRUE(IsOneErrorLine(result.errors, error));
+    }
+    std::istringstream in;
+    std::ostringstream out;
+    std::ostringstream errors;
+    out.setstate(std::ios::badbit);
+    EXPECT_EQ(RunTvpt({"--help"}, {in, out}, errors), ExitStatus::Failed);
+    EXPECT_TRUE(IsOneErrorLine(errors.str(), "standard output"));
 }
 
 TEST(ErrorNames, GiveNameAndNumber)

@@ -6,11 +6,13 @@
 #include <algorithm>
 #include <exception>
 #include <new>
+#include <sstream>
 
 #include <tvutil/cxstring.h>
 
 #include "devmodecommands.h"
 #include "failure.h"
+#include "filebytes.h"
 #include "platform.h"
 #include "printercommands.h"
 #include "printerhandle.h"
@@ -29,6 +31,32 @@ void ChooseStore(const std::string& folder)
         FailWithWin32Error("choosing the store", folder, GetLastError());
 }
 
+// The parser tells only that a command is missing, not which word stood in its place. Empty when none did.
+std::string UnknownCommand(const CLI::App& program)
+{
+    const CLI::App* last = &program;
+    while (!last->get_subcommands().empty())
+        last = last->get_subcommands().front();
+    const std::vector<const CLI::App*> known = last->get_subcommands([](const CLI::App*) { return true; });
+    const std::vector<std::string> words = program.remaining(true);
+    if (known.empty() || words.empty())
+        return {};
+    std::string message = "\"" + words.front() + "\" is no command; known are ";
+    for (const CLI::App* const command : known)
+        message += (command == known.front() ? "" : ", ") + command->get_name();
+    return message;
+}
+
+// An empty value would look like an option that was not given, and so be the standard stream.
+void RefuseEmptyFileNames(CLI::App& command)
+{
+    for (const char* const name : {"-o", "--base"})
+        if (CLI::Option* const option = command.get_option_no_throw(name))
+            option->check([](const std::string& file) { return file.empty() ? "no file is named" : std::string(); });
+    for (CLI::App* const below : command.get_subcommands(nullptr))
+        RefuseEmptyFileNames(*below);
+}
+
 ExitStatus Parse(CLI::App& program, const std::vector<std::string>& arguments, const StandardStreams& streams,
                  std::ostream& errors)
 {
@@ -40,12 +68,15 @@ ExitStatus Parse(CLI::App& program, const std::vector<std::string>& arguments, c
     }
     catch (const CLI::Success& help)
     {
-        program.exit(help, streams.out, errors);
+        std::ostringstream text;
+        program.exit(help, text, errors);
+        WriteOutput({}, text.str(), streams);
         return ExitStatus::Done;
     }
     catch (const CLI::ParseError& error)
     {
-        errors << "tvpt: " << OneLine(error.what()) << '\n';
+        const std::string unknown = UnknownCommand(program);
+        errors << "tvpt: " << OneLine(unknown.empty() ? error.what() : unknown) << '\n';
         return ExitStatus::WrongUsage;
     }
 }
@@ -63,6 +94,7 @@ ExitStatus Run(const std::vector<std::string>& arguments, const StandardStreams&
     AddPrinterCommands(program, chosen);
     AddDevmodeCommands(program, chosen);
     AddTicketCommands(program, chosen);
+    RefuseEmptyFileNames(program);
 
     const ExitStatus parsed = Parse(program, arguments, streams, errors);
     if (parsed != ExitStatus::Done || !chosen)
