@@ -21,7 +21,8 @@ class DriverFileCopy
 public:
     // The folder is made when it is missing.
     explicit DriverFileCopy(std::filesystem::path targetFolder);
-    // Removes the copies that were not put in place, and brings back what the others replaced unless they are to be kept.
+    // Removes the copies that were not put in place, and brings back what the others replaced unless they are to be
+    // kept.
     ~DriverFileCopy();
     DriverFileCopy(const DriverFileCopy&) = delete;
     DriverFileCopy& operator=(const DriverFileCopy&) = delete;
