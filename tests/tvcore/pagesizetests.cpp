@@ -71,50 +71,6 @@ TEST(PageSizes, AreListedByType)
         EXPECT_TRUE(dictionary.GetPageSizeEntryRefs(type).empty()) << type;
 }
 
-// Keywords of the Print Schema begin with a capital letter, our own names do not: a row with the wrong mark is seen.
-TEST(PageSizes, NamesOutsideThePrintSchemaAreMarked)
-{
-    const PageSizeDictionary dictionary;
-    int own = 0;
-    for (const auto type : {DataModelIds::PageSizeStandard, DataModelIds::PageSizeExtended})
-        for (const PageSizeDictionaryEntry& entry : dictionary.GetPageSizeEntryRefs(type))
-        {
-            const std::string name = entry.GetMsPageMediaSizeOptionName().ToUtf8();
-            EXPECT_EQ(entry.IsPredefinedMsOptionName(), name.front() >= 'A' && name.front() <= 'Z') << name;
-            own += entry.IsPredefinedMsOptionName() ? 0 : 1;
-        }
-    EXPECT_GT(own, 0);
-}
-
-// "ISOA4Rotated" is "ISOA4" turned: a row whose lengths were mistyped is seen.
-TEST(PageSizes, TurnedSheetsHaveTheLengthsOfTheirOriginals)
-{
-    const PageSizeDictionary dictionary;
-    const auto find = [&dictionary](WStringView name) -> const PageSizeDictionaryEntry*
-    {
-        for (const auto type : {DataModelIds::PageSizeStandard, DataModelIds::PageSizeExtended})
-            for (const PageSizeDictionaryEntry& entry : dictionary.GetPageSizeEntryRefs(type))
-                if (entry.GetMsPageMediaSizeOptionName() == name)
-                    return &entry;
-        return nullptr;
-    };
-    int turned = 0;
-    for (const PageSizeDictionaryEntry& entry : dictionary.GetPageSizeEntryRefs(DataModelIds::PageSizeExtended))
-    {
-        constexpr WStringView kSuffix = W("Rotated");
-        const WStringView name = entry.GetMsPageMediaSizeOptionName();
-        if (!name.ends_with(kSuffix))
-            continue;
-        SCOPED_TRACE(CXString(name).ToUtf8());
-        const PageSizeDictionaryEntry* const original = find(name.substr(0, name.size() - kSuffix.size()));
-        ASSERT_NE(original, nullptr);
-        EXPECT_EQ(original->GetWidth(), entry.GetLength());
-        EXPECT_EQ(original->GetLength(), entry.GetWidth());
-        ++turned;
-    }
-    EXPECT_GT(turned, 20);
-}
-
 TEST(PageSizes, ALoaderAddsDisplayNamesOnly)
 {
     const auto kept = TextResourceLoader::Share(W("dictionary's printer"), {{6436, CXString(W("DIN A4"))}});

@@ -21,7 +21,8 @@ constexpr bool EveryValueAndNameOnce()
 }
 
 // Value ids lie in their range, which other values do not enter; sizes fit a form's 16-bit tenths of a millimetre and
-// are no smaller than a stamp; every row has a name; the standard sizes stand first.
+// are no smaller than a stamp; every row has a name, which begins with a capital letter where it is a keyword of the
+// Print Schema; the standard sizes stand first.
 constexpr bool EveryRowIsSane()
 {
     constexpr std::int32_t kMinimum = 20'000;
@@ -35,7 +36,27 @@ constexpr bool EveryRowIsSane()
             return false;
         if (row.optionName.empty() || (isExtended && row.type == PageSizeTable::kStandard))
             return false;
+        if (row.isKeyword != (row.optionName.front() >= W('A') && row.optionName.front() <= W('Z')))
+            return false;
         isExtended = row.type == PageSizeTable::kExtended;
+    }
+    return true;
+}
+
+// "ISOA4Rotated" is "ISOA4" turned.
+constexpr bool EveryRotatedSheetIsItsOriginalTurned()
+{
+    constexpr WStringView kSuffix = W("Rotated");
+    for (const PageSizeRow& row : kRows)
+    {
+        if (!row.optionName.ends_with(kSuffix))
+            continue;
+        const WStringView name = row.optionName.substr(0, row.optionName.size() - kSuffix.size());
+        bool isTurned = false;
+        for (const PageSizeRow& original : kRows)
+            isTurned |= original.optionName == name && original.width == row.length && original.length == row.width;
+        if (!isTurned)
+            return false;
     }
     return true;
 }
@@ -48,6 +69,7 @@ constexpr bool IsCalled(DataModelIds::tagValueEnum value, WStringView optionName
 
 static_assert(EveryValueAndNameOnce());
 static_assert(EveryRowIsSane());
+static_assert(EveryRotatedSheetIsItsOriginalTurned());
 static_assert(IsCalled(DataModelIds::Value::PageSizeLetter, W("NorthAmericaLetter")));
 static_assert(IsCalled(DataModelIds::Value::PageSizeA4, W("ISOA4")));
 
