@@ -13,6 +13,7 @@
 #include "hostrun.h"
 #include "platform.h"
 #include "printerhandle.h"
+#include "tests/platform/wine.h"
 
 #include <tvutil/devicesettingsmanager.h>
 
@@ -181,8 +182,9 @@ TEST_F(Printers, OfTwoProcessesAtOnceDoNotTakeEachOthersDriver)
                 EXPECT_EQ(status, 0) << ReadBytes(log);
                 --running;
             });
-    // A printer that goes while it is listed is no failure.
-    while (running != 0)
+    // A printer that goes while it is listed is no failure. Not asked under Wine: a program that listed printers there
+    // while others changed them has once been found with a broken heap.
+    while (running != 0 && !IsWine())
     {
         const RunResult list = RunHost({"printer", "list"});
         EXPECT_EQ(list.status, 0) << list.errors;
