@@ -90,13 +90,13 @@ TEST_F(DocumentProperties, TakeOverWhatThePrinterCanDo)
     constexpr DWORD kCustom = DM_PAPERWIDTH | DM_PAPERLENGTH;
     struct Word
     {
-        std::size_t place; // of the devmode; 0 for none
-        WORD value;
+        std::size_t place = 0; // of the devmode; 0 for none
+        WORD value = 0;
     };
     struct Case
     {
-        const char* name;
-        DWORD fields;
+        const char* name = "";
+        DWORD fields = 0;
         Word input[3];
         Word result[3];
         const WCHAR* form = W("");
