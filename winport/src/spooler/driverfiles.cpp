@@ -84,13 +84,15 @@ DriverFileCopy::~DriverFileCopy()
     // The last first: a file that was staged twice goes back through both of its states.
     for (auto staged = m_staged.rbegin(); staged != m_staged.rend(); ++staged)
     {
-        if (staged->isInPlace && !m_isKept)
+        const bool goesBack = staged->isInPlace && !m_isKept;
+        if (goesBack && staged->hasFormer)
         {
-            if (staged->hasFormer)
-                fs::rename(staged->former, staged->target, ignored);
-            else
-                fs::remove(staged->target, ignored);
+            // The only file of the former package: where it cannot go back it stays under its second name.
+            fs::rename(staged->former, staged->target, ignored);
+            continue;
         }
+        if (goesBack)
+            fs::remove(staged->target, ignored);
         fs::remove(staged->copy, ignored);
         fs::remove(staged->former, ignored);
     }
