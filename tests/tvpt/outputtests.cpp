@@ -96,6 +96,7 @@ TEST(CommandLine, SaysWhatIsWrongWithIt)
     const std::pair<std::vector<std::string>, const char*> rows[] = {
         {{"frob"}, "\"frob\" is no command; known are printer, devmode, ticket"},
         {{"printer", "frob"}, "\"frob\" is no command; known are add"},
+        {{"printer", "--frob"}, "\"--frob\" is no option"},
         {{"printer"}, "A subcommand is required"},
         {{"ticket", "expand", "t.xml", "--printer", "p", "-o", ""}, "-o: no file is named"},
         {{"ticket", "from-devmode", "d.dm", "--printer", "p", "--base", ""}, "--base: no file is named"},

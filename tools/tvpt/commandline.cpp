@@ -31,8 +31,9 @@ void ChooseStore(const std::string& folder)
         FailWithWin32Error("choosing the store", folder, GetLastError());
 }
 
-// The parser tells only that a command is missing, not which word stood in its place. Empty when none did.
-std::string UnknownCommand(const CLI::App& program)
+// The parser tells only that a command is missing, not which word stood in its place or was an option that nobody
+// knows. Empty when there is no such word.
+std::string UnknownWord(const CLI::App& program)
 {
     const CLI::App* last = &program;
     while (!last->get_subcommands().empty())
@@ -41,7 +42,10 @@ std::string UnknownCommand(const CLI::App& program)
     const std::vector<std::string> words = program.remaining(true);
     if (known.empty() || words.empty())
         return {};
-    std::string message = "\"" + words.front() + "\" is no command; known are ";
+    const std::string quoted = "\"" + words.front() + "\"";
+    if (words.front().starts_with('-'))
+        return quoted + " is no option";
+    std::string message = quoted + " is no command; known are ";
     for (const CLI::App* const command : known)
         message += (command == known.front() ? "" : ", ") + command->get_name();
     return message;
@@ -75,7 +79,7 @@ ExitStatus Parse(CLI::App& program, const std::vector<std::string>& arguments, c
     }
     catch (const CLI::ParseError& error)
     {
-        const std::string unknown = UnknownCommand(program);
+        const std::string unknown = UnknownWord(program);
         errors << "tvpt: " << OneLine(unknown.empty() ? error.what() : unknown) << '\n';
         return ExitStatus::WrongUsage;
     }
