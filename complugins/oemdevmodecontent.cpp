@@ -39,10 +39,14 @@ bool OemDevmodeContent::IsEmpty(const OemDevmode& part) noexcept
     return GetStoredCrc(part) == 0 && ReaderAt(part, Format::kCountOffset).U32() == 0;
 }
 
+bool OemDevmodeContent::IsUnchecked(const OemDevmode& part) noexcept
+{
+    return GetStoredCrc(part) == 0 && GetCount(part) == 0;
+}
+
 bool OemDevmodeContent::HasRightCrc(const OemDevmode& part) noexcept
 {
-    const DWORD stored = GetStoredCrc(part);
-    return (stored == 0 && GetCount(part) == 0) || stored == ComputeCrc(part);
+    return IsUnchecked(part) || GetStoredCrc(part) == ComputeCrc(part);
 }
 
 std::optional<OemDevmodeContent::Entries> OemDevmodeContent::ReadEntries(const OemDevmode& part)
@@ -61,12 +65,11 @@ std::optional<OemDevmodeContent::Entries> OemDevmodeContent::ReadEntries(const O
 std::size_t OemDevmodeContent::MeasureEntries(const OemDevmode& part) noexcept
 {
     std::size_t size = Format::kEntriesOffset;
-    for (std::size_t left = GetCount(part); left != 0; --left)
+    for (std::size_t left = GetCount(part); left != 0 && size + sizeof(std::uint16_t) <= Format::kSize; --left)
     {
-        // The length must lie within the part to be read at all.
-        if (size + Format::kEntryHeaderSize > Format::kSize)
-            break;
-        size += Format::kEntryHeaderSize + ReaderAt(part, size + sizeof(std::uint16_t)).U16();
+        // A length outside of the part is not read: with it the entry ends where the part does, or beyond.
+        ByteReader length = ReaderAt(part, std::min(size + sizeof(std::uint16_t), Format::kSize));
+        size += Format::kEntryHeaderSize + length.U16();
     }
     return std::min(size, Format::kSize);
 }

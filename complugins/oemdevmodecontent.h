@@ -29,14 +29,17 @@ using PropertyBag = std::map<unsigned short, std::shared_ptr<const ByteBuffer>>;
 // Whether CRC, count and the first key are all zero.
 [[nodiscard]] bool IsEmpty(const OemDevmode& part) noexcept;
 
-// Whether the stored CRC is that of the content. A zero CRC with a zero count is taken as right without computing it.
+// Whether CRC and count are both zero: no entries, whatever else the part holds, and no CRC to check it by.
+[[nodiscard]] bool IsUnchecked(const OemDevmode& part) noexcept;
+
+// Whether the stored CRC is that of the content. That of an unchecked part is taken as right without computing it.
 [[nodiscard]] bool HasRightCrc(const OemDevmode& part) noexcept;
 
 // Nothing when an entry runs past the part: none of it is believed.
 [[nodiscard]] std::optional<Entries> ReadEntries(const OemDevmode& part);
 
-// The used region, header to last entry: as the entries of the part stand, believed up to its end; and as a bag would
-// need it.
+// The used region, header to last entry: as the entries of the part stand, believed up to its end (one whose header
+// does not lie within the part is as long as the rest); and as a bag would need it.
 [[nodiscard]] std::size_t MeasureEntries(const OemDevmode& part) noexcept;
 [[nodiscard]] std::size_t MeasureEntries(const PropertyBag& bag) noexcept;
 

@@ -71,6 +71,7 @@ bool XDevmode::SetDevmode(DEVMODEW* devmode)
     m_oemDevmode = part;
     m_devmode = devmode;
     m_propertyBag.clear();
+    m_bagCrc.reset();
     m_isDirty = false;
     m_isAttached = true;
     DropList();
@@ -132,6 +133,8 @@ bool XDevmode::CommitToDevmode()
     {
         isWritten = m_oemDevmode != nullptr && OemDevmodeContent::WriteEntries(*m_oemDevmode, m_propertyBag);
         m_isDirty = !isWritten;
+        if (isWritten)
+            m_bagCrc = OemDevmodeContent::GetStoredCrc(*m_oemDevmode);
     }
     OnAttributeBytesStored(); // whatever came of it
     return isWritten;
@@ -177,14 +180,17 @@ bool XDevmode::FillList(const AttributeBytesNameSpacesId& id, AttributeBytesInde
         return true;
     // On purpose the CRC that the part states: for a devmode that is known nothing else is read.
     const DWORD crc = OemDevmodeContent::GetStoredCrc(*m_oemDevmode);
-    if (GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(id, crc, list))
+    if (!OemDevmodeContent::IsUnchecked(*m_oemDevmode) &&
+        GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(id, crc, list))
         return true;
     const ByteBuffer* const state = GetPropertyBagEntry(OemDevmodeFormat::kPersistentAttributesKey);
     if (state == nullptr)
         return false;
     list.ImportFromRawList(PersistentAttributes(*state).GetAttributeBytesListForNameSpace(id));
     list.SetIndexed(true);
-    GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(ListCacheName(id), id, crc, list);
+    // The part may have been committed through another wrapper since this one read it: its CRC is not that of this bag.
+    if (m_bagCrc == crc)
+        GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(ListCacheName(id), id, crc, list);
     return true;
 }
 
@@ -194,20 +200,24 @@ bool XDevmode::ParseIfUnparsed()
 {
     if (m_oemDevmode == nullptr || !m_isUnparsed)
         return true;
-    const std::optional<OemDevmodeContent::Entries> entries = ReadEntries();
+    const DWORD crc = OemDevmodeContent::GetStoredCrc(*m_oemDevmode);
+    const std::optional<OemDevmodeContent::Entries> entries = ReadEntries(crc);
     OemDevmodeContent::PropertyBag bag;
     if (entries)
         bag.insert(entries->begin(), entries->end()); // of two entries with one key the first counts
     m_propertyBag = std::move(bag);
+    m_bagCrc = entries ? std::optional(crc) : std::nullopt;
     m_isUnparsed = false;
     return entries.has_value();
 }
 
-std::optional<OemDevmodeContent::Entries> XDevmode::ReadEntries() const
+std::optional<OemDevmodeContent::Entries> XDevmode::ReadEntries(DWORD crc) const
 {
+    // Nothing vouches for the CRC of such a part, which others may have in earnest; it has no entries anyway.
+    if (OemDevmodeContent::IsUnchecked(*m_oemDevmode))
+        return OemDevmodeContent::Entries();
     if (!OemDevmodeContent::HasRightCrc(*m_oemDevmode))
         return std::nullopt;
-    const DWORD crc = OemDevmodeContent::GetStoredCrc(*m_oemDevmode);
     OemDevmodeContent::Entries cached;
     if (GlobalCaches::CheckXDevmodePropertyBagCache(crc, cached))
         return cached;

@@ -74,7 +74,7 @@ private:
     friend struct XDevmodeTestAccess;
 
     bool ParseIfUnparsed();
-    [[nodiscard]] std::optional<OemDevmodeContent::Entries> ReadEntries() const;
+    [[nodiscard]] std::optional<OemDevmodeContent::Entries> ReadEntries(DWORD crc) const;
     bool FillList(const AttributeBytesNameSpacesId& id, AttributeBytesIndexedList& list);
     void DropList() noexcept;
 
@@ -83,6 +83,7 @@ private:
     DEVMODEW* m_devmode = nullptr;                     // not owned
     std::unique_ptr<AttributeBytesIndexedList> m_list; // the one last built
     std::int32_t m_listNameSpace = -1;                 // its namespace; -1: none is cached
+    std::optional<DWORD> m_bagCrc;                     // of the part's content that the bag is; none before it was read
     bool m_isDirty = false;                            // the bag was changed since it was read or committed
     bool m_isAttached = false;                         // a devmode was attached and its data may be read
     bool m_isUnparsed = false;                         // the part holds data that is not in the bag yet

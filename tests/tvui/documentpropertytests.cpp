@@ -301,20 +301,39 @@ TEST_F(DocumentProperties, KeepThePrivatePartsOfTheSameDriverOnly)
 {
     Install(kPostScriptModel);
     const ByteBuffer fresh = Properties();
+    constexpr std::size_t kCore = sizeof(DEVMODEW);
+    constexpr std::size_t kOem = kCore + 708;
+    constexpr std::size_t kCoreSetting = kCore + 136;
     ByteBuffer own = Settings::Store(fresh, Settings::TwelveCopies(Settings(fresh).state), 9);
-    own.data()[sizeof(DEVMODEW) + 136] = 3; // a core setting
-    EXPECT_EQ(Properties(reinterpret_cast<const DEVMODEW*>(own.data())), own);
-
-    constexpr std::size_t core = sizeof(DEVMODEW);
-    constexpr std::size_t oem = core + 708;
-    // What tells another driver's parts: its core size, the maker's size and signature, the extra size.
-    for (const std::size_t offset : {core + Format::kPostScriptSizeOffset, oem + Format::kSizeOffset,
-                                     oem + Format::kSignatureOffset, offsetof(DEVMODEW, dmDriverExtra)})
+    own.data()[kCoreSetting] = 3;
+    ByteBuffer ownWithoutCore = own;
+    ownWithoutCore.data()[kCoreSetting] = 0;
+    struct Case
     {
-        ByteBuffer foreign = own;
-        foreign.data()[offset] ^= 4;
-        foreign.resize(foreign.size() + 4); // the extra size has become greater by this
-        EXPECT_EQ(Properties(reinterpret_cast<const DEVMODEW*>(foreign.data())), Properties()) << offset;
+        const char* name;
+        std::size_t changedAt; // by 8
+        std::size_t added;     // bytes before the maker's part
+        std::size_t behind;    // bytes behind it
+        const ByteBuffer& expected;
+    };
+    const Case cases[] = {
+        {"the same", 0, 0, 0, own},
+        {"more behind it", 0, 0, 4, own},
+        {"a longer core part", kCore + Format::kPostScriptSizeOffset, 8, 0, ownWithoutCore},
+        {"a core part of another size than it says", kCore + Format::kPostScriptSizeOffset, 0, 8, fresh},
+        {"another size of the maker's part", kOem + Format::kSizeOffset, 0, 0, fresh},
+        {"another maker's", kOem + Format::kSignatureOffset, 0, 0, fresh},
+    };
+    for (const Case& test : cases)
+    {
+        std::vector<std::byte> input(own.bytes().begin(), own.bytes().end());
+        if (test.changedAt != 0)
+            input[test.changedAt] ^= std::byte{8};
+        input.insert(input.begin() + kOem, test.added, std::byte{});
+        input.resize(input.size() + test.behind);
+        const auto extra = static_cast<WORD>(input.size() - sizeof(DEVMODEW));
+        std::memcpy(input.data() + offsetof(DEVMODEW, dmDriverExtra), &extra, sizeof extra);
+        EXPECT_EQ(Properties(reinterpret_cast<const DEVMODEW*>(input.data())), test.expected) << test.name;
     }
 }
 

@@ -186,32 +186,36 @@ DEVMODEW ReadClaims(std::span<const std::byte> input)
     return fields;
 }
 
-// Whether the driver's area holds this core driver's private part and the maker's part behind it.
-bool HasOwnLayout(const PrinterModel::CoreDriver& driver, std::span<const std::byte> driverExtra)
+// Whether the driver's area begins with a private part of this core driver, of the size that it has today.
+bool BeginsWithCorePart(const PrinterModel::CoreDriver& driver, std::span<const std::byte> driverExtra)
 {
     namespace Format = OemDevmodeFormat;
     ByteReader core(driverExtra);
     core.Skip(driver.kind == PrinterModel::CoreDriverKind::PostScript ? Format::kPostScriptSizeOffset
                                                                       : Format::kUnidrvSizeOffset);
-    const auto coreSize = core.U16();
-    const auto oem = LocateOemDevmode(driverExtra);
-    return driverExtra.size() == driver.privateSize + Format::kSize && coreSize == driver.privateSize && oem &&
-           oem->offset == driver.privateSize;
+    return core.U16() == driver.privateSize;
 }
 
+// The maker's part says whose devmode it is; without one nothing is taken over. Its settings are kept wherever it lies:
+// core drivers change their size from version to version. What is behind it belongs to nobody here, and goes.
+//
 // A maker's part that is not sound holds no settings for anybody, and none could ever be stored in it: the default
 // takes its place. The core driver's settings beside it are not lost with it.
 void TakeOverDriverParts(const ProductData& product, const DEVMODEW& claims, std::span<const std::byte> input,
                          ByteBuffer& devmode)
 {
     const auto extra = input.subspan(std::min<std::size_t>(claims.dmSize, input.size()));
-    if (!HasOwnLayout(product.GetCoreDriver(), extra))
+    const auto location = LocateOemDevmode(extra);
+    if (!location)
         return;
     const std::size_t coreSize = product.GetCoreDriver().privateSize;
-    const auto& oem = *reinterpret_cast<const OemDevmode*>(extra.data() + coreSize);
-    const bool isSound = OemDevmodeContent::HasRightCrc(oem) && OemDevmodeContent::ReadEntries(oem);
-    const auto taken = extra.first(isSound ? extra.size() : coreSize);
-    std::copy(taken.begin(), taken.end(), devmode.bytes().begin() + sizeof(DEVMODEW));
+    const auto output = devmode.bytes().subspan(sizeof(DEVMODEW));
+    if (location->offset == coreSize && BeginsWithCorePart(product.GetCoreDriver(), extra))
+        std::copy_n(extra.begin(), coreSize, output.begin());
+
+    const auto& oem = *reinterpret_cast<const OemDevmode*>(extra.data() + location->offset);
+    if (OemDevmodeContent::HasRightCrc(oem) && OemDevmodeContent::ReadEntries(oem))
+        std::copy(std::begin(oem.bytes), std::end(oem.bytes), output.begin() + static_cast<std::ptrdiff_t>(coreSize));
 }
 
 } // namespace

@@ -16,8 +16,9 @@ inline constexpr std::size_t kSmallestInput = offsetof(DEVMODEW, dmFields) + siz
 [[nodiscard]] DWORD SupportedFields(const ProductData& product);
 
 // The fields that `input` claims and the product can do replace those of `devmode`, which is the product's default
-// (MakeDefaultDevmode); others stay. The drivers' parts are taken over, whole, when they are laid out as the default's
-// are; a maker's part that is not sound is left behind. The paper list becomes the product's, with the merged paper.
+// (MakeDefaultDevmode); others stay. The maker's part is taken over, wherever it lies, when it is sound; the core
+// driver's beside it when it is of the default's kind and size. The paper list becomes the product's, with the merged
+// paper.
 //
 // `input` is a devmode of the platform's shape: dmSize, kSmallestInput at least, + dmDriverExtra bytes.
 void MergeDevmode(const ProductData& product, std::span<const std::byte> input, ByteBuffer& devmode);
