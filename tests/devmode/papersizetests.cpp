@@ -154,6 +154,7 @@ const Forms& TestForms()
         MakeForm(328, W("Driver's A4"), 2100, 2970, DataModelIds::PageSizeDriverForm),
         MakeForm(329, W("House A3"), 2970, 4200, DataModelIds::PageSizeUserForm),
         MakeForm(40000, W("Banner"), 2100, 50000, DataModelIds::PageSizeUnlisted),
+        MakeForm(401, W("Roll"), 40000, 50000, DataModelIds::PageSizeUserForm),
         MakeForm(400, W("A name of more than thirty-one characters"), 900, 1800, DataModelIds::PageSizeUserForm),
     };
     return forms;
@@ -199,6 +200,7 @@ const MatchCase kMatchCases[] = {
     {"size", {kSize, 5, 2159, 2794, W("?")}, true, {0, 5, 2159, 2794, W("Letter")}},
     {"driver's size", {kSize, 5, 2970, 2100, W("?")}, true, {0, 328, 2100, 2970, W("Driver's A4")}},
     {"Tabloid's size", {kSize, 5, 2794, 4318, W("?")}, true, {0, 334, 2794, 4318, W("Tabloid")}},
+    {"size beyond 32767", {kSize, 5, 40000, 50000, W("?")}, true, {0, 5, 40000, 50000, W("Roll")}},
     {"no field at all", {0, 256, 2159, 2794, W("?")}, true, {0, 256, 2159, 2794, kUsual}},
     // Widths are swapped as signed numbers.
     {"length beyond 32767", {kSize, 5, 50000, 2100, W("?")}, false, {0, 5, 50000, 2100, kUsual}},

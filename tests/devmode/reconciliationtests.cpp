@@ -22,7 +22,8 @@ namespace
 
 using namespace OemDevmodeBytes;
 
-constexpr int kDriverPaper = 320; // a paper that the driver of this model has, and the spooler has not
+constexpr int kDriverPaper = 320;     // a paper that the driver of this model has, and the spooler has not
+constexpr int kFirstDriverPaper = 119; // made one of them here, with the number before it
 constexpr int kByCountry = -1;
 
 class Reconciliation : public InstalledPrinter
@@ -31,7 +32,17 @@ protected:
     void SetUp() override
     {
         InstalledPrinter::SetUp();
-        Install("tavlen-b7000-xps");
+        Install("tavlen-b7000-xps",
+                [](nlohmann::json& model)
+                {
+                    for (const int number : {kFirstDriverPaper - 1, kFirstDriverPaper})
+                    {
+                        nlohmann::json form = model["forms"].back();
+                        form["paperId"] = number;
+                        form["name"] = "Paper " + std::to_string(number);
+                        model["forms"].push_back(form);
+                    }
+                });
     }
 
     void TearDown() override
@@ -87,6 +98,8 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
         {true, W("Excel.exe"), kDriverPaper, kDriverPaper},
         {true, W("excel.exe.bak"), kDriverPaper, kDriverPaper},
         {true, W(""), kDriverPaper, kDriverPaper},
+        {true, W("excel.exe"), kFirstDriverPaper, kByCountry},
+        {true, W("excel.exe"), kFirstDriverPaper - 1, kFirstDriverPaper - 1},
         {true, W("excel.exe"), 9, 9},
         {true, W("excel.exe"), 9999, 9999},   // nobody has such a form
         {true, W("excel.exe"), 65000, 65000}, // compared unsigned
@@ -105,7 +118,7 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
             SCOPED_TRACE(CXString(country).ToUtf8() + ", row " + std::to_string(&test - kCases));
             StoreSetting(test.setting);
             const int expected = test.after == kByCountry ? byCountry : test.after;
-            const bool isKnown = expected < 9999;
+            const bool isKnown = expected < 9999 && expected != kFirstDriverPaper - 1; // on the devmode's own list
             const TestDevmode devmode = MakeDevmode(test.application, test.before);
             EXPECT_EQ(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), devmode.Get(), capabilities), isKnown);
             EXPECT_EQ(static_cast<WORD>(devmode.Get()->dmPaperSize), expected);

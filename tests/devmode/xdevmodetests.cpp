@@ -2,6 +2,7 @@
 #include "complugins/xdevmode.h"
 
 #include <array>
+#include <bit>
 #include <functional>
 #include <string>
 
@@ -261,6 +262,7 @@ TEST_F(Devmodes, CorruptPartsHoldNoSettings)
         {"another header ends the part", 2, 5886, true, true, 5956, 5956},
         {"more than a part can hold", 0xFFFF, 10, true, false, 5956, 62},
         {"none", 0, 10, true, true, 62, 62},
+        {"none, wrong CRC", 0, 10, false, false, 62, 62},
     };
     for (const Case& test : kCases)
     {
@@ -285,7 +287,58 @@ TEST_F(Devmodes, CorruptPartsHoldNoSettings)
     }
 }
 
+// A reader of the hook, and of a wrapper's whole state.
+struct Hooked : XDevmode
+{
+    using XDevmode::XDevmode;
+    void OnAttributeBytesStored() override
+    {
+        ++calls;
+    }
+    int calls = 0;
+};
+
+TEST_F(Devmodes, AttachedAnewAreReadAnew)
+{
+    const TestDevmode first{Make(CoreDriverLayout::Unidrv, SampleEntries())};
+    const TestDevmode second{Make(CoreDriverLayout::PostScript, {{2, Text(W("winword.exe"))}})};
+    const TestDevmode empty{Make(CoreDriverLayout::PostScript, {})};
+    Hooked devmode(first.Get());
+    EXPECT_EQ(CountOf(devmode, kDocument), 1U);
+    EXPECT_TRUE(devmode.CommitToDevmode());
+    devmode.SetPropertyBagEntry(9, ByteBuffer(Format::kSize));
+    EXPECT_FALSE(devmode.CommitToDevmode());
+    EXPECT_FALSE(devmode.CommitToDevmode()) << "what could not be written stays to be written";
+    EXPECT_EQ(devmode.calls, 3) << "whatever came of it";
+
+    EXPECT_TRUE(devmode.SetDevmode(second.Get()));
+    EXPECT_TRUE(devmode.CommitToDevmode()) << "nothing to write";
+    EXPECT_EQ(CountOf(devmode, kDocument), 0U);
+    CXString application;
+    EXPECT_TRUE(devmode.GetPropertyBagString(2, application));
+    EXPECT_EQ(application, W("winword.exe"));
+    EXPECT_EQ(devmode.GetPropertyBagEntry(1), nullptr);
+    EXPECT_FALSE(devmode.SetDevmode(empty.Get()));
+    EXPECT_EQ(devmode.GetPropertyBagEntry(2), nullptr);
+    EXPECT_EQ(devmode.GetOemDevmodeDataSize(), 62);
+}
+
 // --- Settings
+
+// Modules built apart derive from the reader. A pointer to a virtual function is its place in the table here, plus
+// one; a destructor takes two places.
+TEST_F(Devmodes, HaveTheReadersSlotsInOrder)
+{
+    const auto slotOf = [](auto function)
+    {
+        return std::bit_cast<std::array<std::uintptr_t, 2>>(function)[0] / sizeof(void*);
+    };
+    EXPECT_EQ(slotOf(&AttributeBytesReader::GetDefaultAttributeBytesIndexedList), 2U);
+    EXPECT_EQ(slotOf(&AttributeBytesReader::GetDataModelDocPropAttributeBytesIndexedList), 3U);
+    EXPECT_EQ(slotOf(&AttributeBytesReader::OnAttributeBytesStored), 4U);
+    EXPECT_EQ(slotOf(&AttributeBytesReader::GetAttributeBytesIndexedListOf), 5U);
+    EXPECT_EQ(slotOf(&AttributeBytesReader::GetAttributeBytesIndexedList), 6U);
+}
 
 TEST_F(Devmodes, GiveTheirSettingsByNamespaceButNoneWhileTheyAreBeingChanged)
 {
@@ -329,6 +382,36 @@ TEST_F(Devmodes, OfTheSameBytesAreReadOnce)
     const TestDevmode block{changed};
     XDevmode devmode(block.Get());
     EXPECT_EQ(CountOf(devmode, kDocument), 1U);
+    EXPECT_EQ(devmode.GetPropertyBagEntry(2), nullptr);
+}
+
+TEST_F(Devmodes, ShareOnlyListsOfWhatTheirCrcStandsFor)
+{
+    // Read through one wrapper, committed through another: the first one's settings are not those of the new CRC.
+    const TestDevmode block{Make(CoreDriverLayout::Unidrv, SampleEntries())};
+    XDevmode reader(block.Get());
+    EXPECT_NE(reader.GetPropertyBagEntry(1), nullptr);
+    XDevmode writer(block.Get());
+    writer.SetPropertyBagEntry(1, MakeState(false));
+    EXPECT_TRUE(writer.CommitToDevmode());
+    EXPECT_EQ(reader.GetBooleanValueFromAttributeBytes(kFlagFeature), true) << "its own bag";
+    EXPECT_EQ(XDevmode(block.Get()).GetBooleanValueFromAttributeBytes(kFlagFeature), false);
+    EXPECT_EQ(writer.GetBooleanValueFromAttributeBytes(kFlagFeature), false);
+    EXPECT_EQ(GlobalCaches::GetListCounters().entries, 1U);
+
+    // Zero CRC and count: no entries, whoever else has a CRC of 0.
+    GlobalCaches::AddXDevmodePropertyBagCacheEntry(
+        0, {{std::uint16_t{2}, std::make_shared<const ByteBuffer>(Text(W("excel.exe")))}});
+    AttributeBytesIndexedList list;
+    list.SetAttributeBytes(kFlagFeature, MakeBooleanAttributeBytes(true));
+    GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(GlobalCaches::kDocPropListCacheName, kDocument, 0,
+                                                                 list);
+    Bytes bytes = Make(CoreDriverLayout::Unidrv, {});
+    PartOf(bytes)[Format::kEntriesOffset] = std::byte{2};
+    const TestDevmode unchecked{bytes};
+    XDevmode devmode;
+    EXPECT_TRUE(devmode.SetDevmode(unchecked.Get())) << "the first key says that it holds data";
+    EXPECT_EQ(CountOf(devmode, kDocument), 0U);
     EXPECT_EQ(devmode.GetPropertyBagEntry(2), nullptr);
 }
 
