@@ -301,7 +301,7 @@ struct Hooked : XDevmode
 TEST_F(Devmodes, AttachedAnewAreReadAnew)
 {
     const TestDevmode first{Make(CoreDriverLayout::Unidrv, SampleEntries())};
-    const TestDevmode second{Make(CoreDriverLayout::PostScript, {{2, Text(W("winword.exe"))}})};
+    const TestDevmode second{Make(CoreDriverLayout::PostScript, {{1, MakeState(true)}, {2, Text(W("winword.exe"))}})};
     const TestDevmode empty{Make(CoreDriverLayout::PostScript, {})};
     Hooked devmode(first.Get());
     EXPECT_EQ(CountOf(devmode, kDocument), 1U);
@@ -310,14 +310,15 @@ TEST_F(Devmodes, AttachedAnewAreReadAnew)
     EXPECT_FALSE(devmode.CommitToDevmode());
     EXPECT_FALSE(devmode.CommitToDevmode()) << "what could not be written stays to be written";
     EXPECT_EQ(devmode.calls, 3) << "whatever came of it";
+    EXPECT_EQ(CountOf(devmode, kDocument), 0U);
 
     EXPECT_TRUE(devmode.SetDevmode(second.Get()));
     EXPECT_TRUE(devmode.CommitToDevmode()) << "nothing to write";
-    EXPECT_EQ(CountOf(devmode, kDocument), 0U);
+    EXPECT_EQ(CountOf(devmode, kDocument), 1U);
     CXString application;
     EXPECT_TRUE(devmode.GetPropertyBagString(2, application));
     EXPECT_EQ(application, W("winword.exe"));
-    EXPECT_EQ(devmode.GetPropertyBagEntry(1), nullptr);
+    EXPECT_EQ(devmode.GetPropertyBagEntry(9), nullptr);
     EXPECT_FALSE(devmode.SetDevmode(empty.Get()));
     EXPECT_EQ(devmode.GetPropertyBagEntry(2), nullptr);
     EXPECT_EQ(devmode.GetOemDevmodeDataSize(), 62);
@@ -395,9 +396,9 @@ TEST_F(Devmodes, ShareOnlyListsOfWhatTheirCrcStandsFor)
     writer.SetPropertyBagEntry(1, MakeState(false));
     EXPECT_TRUE(writer.CommitToDevmode());
     EXPECT_EQ(reader.GetBooleanValueFromAttributeBytes(kFlagFeature), true) << "its own bag";
-    EXPECT_EQ(XDevmode(block.Get()).GetBooleanValueFromAttributeBytes(kFlagFeature), false);
     EXPECT_EQ(writer.GetBooleanValueFromAttributeBytes(kFlagFeature), false);
-    EXPECT_EQ(GlobalCaches::GetListCounters().entries, 1U);
+    EXPECT_EQ(XDevmode(block.Get()).GetBooleanValueFromAttributeBytes(kFlagFeature), false);
+    EXPECT_EQ(GlobalCaches::GetListCounters().hits, 1U) << "the writer's list";
 
     // Zero CRC and count: no entries, whoever else has a CRC of 0.
     GlobalCaches::AddXDevmodePropertyBagCacheEntry(
