@@ -32,7 +32,8 @@ public:
     [[nodiscard]] HANDLE GetPrinterHandle() const noexcept;
 
     // Replaces `forms`. Inside the spooler the records come from the devmode's own persistent attributes: E_FAIL,
-    // with `forms` empty, without a devmode or when it carries none. Outside of it the store of the port is asked.
+    // with `forms` empty, without a devmode or when it carries none. Outside of it E_FAIL too, as long as there is no
+    // store to ask.
     HRESULT GetPaperDatabaseCachedDeviceCapabilitiesVector(HANDLE printer, DEVMODEW* devmode,
                                                            std::vector<_tag_FormsInfoRec>& forms);
 
