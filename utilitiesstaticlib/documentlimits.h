@@ -17,8 +17,10 @@ namespace documentlimits
 {
 
 inline constexpr std::size_t kMaximumTextBytes = 16 * 1024 * 1024; // of UTF-8
-inline constexpr unsigned kMaximumAttributes = 1000;               // of one element, declarations among them
-inline constexpr unsigned kMaximumDepth = 256;                     // the root element is level 1
+// UTF-16 of such a text has at most twice as many bytes, and its mark: of a larger file nothing needs to be read.
+inline constexpr std::size_t kMaximumFileBytes = 2 * kMaximumTextBytes + 2;
+inline constexpr unsigned kMaximumAttributes = 1000; // of one element, declarations among them
+inline constexpr unsigned kMaximumDepth = 256;       // the root element is level 1
 
 inline constexpr const char* kTooLarge = "The text is larger than 16 MB.";
 inline constexpr const char* kTooManyAttributes = "An element has more than 1000 attributes.";
@@ -102,15 +104,16 @@ private:
                 break;
         }
         m_comparisons += attributes * attributes;
+        const unsigned level = m_depth + 1;
         if (m_at == kEnd)
             m_at = m_text.size();
         else if (m_text[m_at - 1] != '/')
-            ++m_depth;
+            m_depth = level;
         if (attributes > kMaximumAttributes)
             return kTooManyAttributes;
         if (m_comparisons > kMaximumComparisons)
             return kTooManyComparisons;
-        return m_depth > kMaximumDepth ? kTooDeep : nullptr;
+        return level > kMaximumDepth ? kTooDeep : nullptr;
     }
 
     std::string_view m_text;

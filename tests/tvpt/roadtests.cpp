@@ -9,6 +9,7 @@
 #include "hostrun.h"
 #include "modelfiles.h"
 #include "printschemadocument.h"
+#include "utilitiesstaticlib/documentlimits.h"
 
 namespace
 {
@@ -330,8 +331,8 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
          "line 2: The elements are nested more than 256 levels deep."},
         {"100,000 attributes", "<r>\n\n" + ManyAttributes(100'000) + "</r>",
          "line 3: An element has more than 1000 attributes."},
-        {"just too large", "<a>" + std::string(kMaxDocumentSize, ' ') + "</a>", "larger than 16777216 bytes"},
-        {"50 MB", "<a>" + std::string(50u << 20, 'x') + "</a>", "larger than 16777216 bytes"},
+        {"just too large", "<a>" + std::string(documentlimits::kMaximumTextBytes, ' ') + "</a>", "larger than 16 MB"},
+        {"50 MB", "<a>" + std::string(50u << 20, 'x') + "</a>", "larger than 33554434 bytes"},
         {"another root", "<Ticket/>", "the root element is Ticket in no namespace, expected psf:PrintTicket in http:"},
         {"another namespace", "<psf:PrintTicket xmlns:psf='urn:x'/>",
          "the root element is psf:PrintTicket in the namespace urn:x, expected psf:PrintTicket in http:"},

@@ -25,8 +25,6 @@ void ChooseStore(const std::string& folder)
 {
     if (!platform::StoreCanBeChosen())
         throw UsageFailure("--store: the machine's spooler is used here");
-    if (folder.empty())
-        throw UsageFailure("--store: no folder is given");
     if (!SetEnvironmentVariableW(kStoreVariable, CXString::FromUtf8(folder).c_str()))
         FailWithWin32Error("choosing the store", folder, GetLastError());
 }
@@ -39,7 +37,8 @@ std::string UnknownWord(const CLI::App& program)
     while (!last->get_subcommands().empty())
         last = last->get_subcommands().front();
     const std::vector<const CLI::App*> known = last->get_subcommands([](const CLI::App*) { return true; });
-    const std::vector<std::string> words = program.remaining(true);
+    std::vector<std::string> words = program.remaining(true);
+    std::erase(words, "--"); // only says that what follows is no option
     if (known.empty() || words.empty())
         return {};
     const std::string quoted = "\"" + words.front() + "\"";
@@ -54,7 +53,7 @@ std::string UnknownWord(const CLI::App& program)
 // An empty value would look like an option that was not given, and so be the standard stream.
 void RefuseEmptyFileNames(CLI::App& command)
 {
-    for (const char* const name : {"-o", "--base"})
+    for (const char* const name : {"-o", "--base", "--devmode", "--store", "DEVMODE", "FILE", "TICKET"})
         if (CLI::Option* const option = command.get_option_no_throw(name))
             option->check([](const std::string& file) { return file.empty() ? "no file is named" : std::string(); });
     for (CLI::App* const below : command.get_subcommands(nullptr))

@@ -51,7 +51,7 @@ WideString FromUtf8(std::string_view bytes, std::string_view name)
 {
     if (bytes.empty())
         return {};
-    const auto length = static_cast<int>(bytes.size()); // bounded by kMaxDocumentSize
+    const auto length = static_cast<int>(bytes.size()); // bounded by documentlimits::kMaximumFileBytes
     const int count = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), length, nullptr, 0);
     if (count <= 0)
         Fail(kReading, name, "neither UTF-8, nor UTF-16 with a byte-order mark");

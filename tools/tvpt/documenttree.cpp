@@ -8,12 +8,12 @@
 #include "printschemadocument.h"
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/comptr.h"
+#include "utilitiesstaticlib/documentlimits.h"
 #include "utilitiesstaticlib/domiids.h"
 
 namespace
 {
 
-constexpr int kMaxDepth = 256;
 constexpr std::string_view kNamespacePrefix = "xmlns";
 
 using Scope = std::map<std::string, std::string>; // prefix to URI
@@ -31,9 +31,9 @@ public:
     {
     }
 
-    SchemaElement Read(IXMLDOMNode& node, Scope scope, int depth) const
+    SchemaElement Read(IXMLDOMNode& node, Scope scope, unsigned depth) const
     {
-        if (depth > kMaxDepth)
+        if (depth > documentlimits::kMaximumDepth)
             Fail("reading the document", m_documentName, "elements are nested too deeply");
         SchemaElement element;
         element.name = {Text(node, &IXMLDOMNode::get_namespaceURI), Text(node, &IXMLDOMNode::get_baseName)};
@@ -121,7 +121,7 @@ private:
         element.namePrefix = colon == std::string::npos ? std::string() : attribute.value.substr(0, colon);
     }
 
-    void ReadChildren(IXMLDOMNode& node, const Scope& scope, int depth, SchemaElement& element) const
+    void ReadChildren(IXMLDOMNode& node, const Scope& scope, unsigned depth, SchemaElement& element) const
     {
         ComPtr<IXMLDOMNode> child;
         Check(node.get_firstChild(child.Put()));

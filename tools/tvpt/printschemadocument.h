@@ -7,10 +7,7 @@
 #include <string_view>
 
 #include "utilitiesstaticlib/comptr.h"
-#include "utilitiesstaticlib/documentlimits.h"
 #include "utilitiesstaticlib/wideliteral.h"
-
-inline constexpr std::size_t kMaxDocumentSize = documentlimits::kMaximumTextBytes;
 
 // A namespace of Print Schema documents, and the prefix that this program gives it.
 struct SchemaNamespace

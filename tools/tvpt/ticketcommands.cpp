@@ -11,6 +11,7 @@
 #include "printschemadocument.h"
 #include "providerhost.h"
 #include "ticketreport.h"
+#include "utilitiesstaticlib/documentlimits.h"
 
 namespace
 {
@@ -32,7 +33,7 @@ Devmode ReadDevmode(const std::string& file, const StandardStreams& streams)
 
 ComPtr<IXMLDOMDocument2> ReadDocument(const std::string& file, const StandardStreams& streams)
 {
-    return LoadDocument(ReadInput(file, kMaxDocumentSize, streams), file);
+    return LoadDocument(ReadInput(file, documentlimits::kMaximumFileBytes, streams), file);
 }
 
 ComPtr<IXMLDOMDocument2> MakeBase(const PrinterHandle& printer, const std::string& printerName,

@@ -63,9 +63,6 @@ SourceText Refused(std::string reason, HRESULT code = E_FAIL)
     return source;
 }
 
-// UTF-16 of a text with the most UTF-8 bytes that are allowed has at most twice as many, and its mark.
-constexpr std::size_t kMaximumFileBytes = 2 * kMaximumTextBytes + 2;
-
 // False when the file has more bytes than any document may have.
 bool ReadAll(const File& file, std::string& bytes, bool& isTooLarge)
 {
