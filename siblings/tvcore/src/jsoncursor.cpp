@@ -1,18 +1,42 @@
 #include "jsoncursor.h"
 
 #include <tvcore/printermodel.h>
+#include <tvutil/singleline.h>
 #include <tvutil/throwexception.h>
 
 #include <algorithm>
 #include <charconv>
-#include <limits>
 
 namespace
 {
 
+using Kind = JsonValue::Kind;
+
 std::string Quoted(std::string_view text)
 {
     return '"' + std::string(text) + '"';
+}
+
+const char* NameOf(Kind kind) noexcept
+{
+    switch (kind)
+    {
+    case Kind::Null:
+        return "null";
+    case Kind::Boolean:
+        return "true or false";
+    case Kind::Integer:
+        return "a number";
+    case Kind::Real:
+        return "a number with a point or an exponent";
+    case Kind::Text:
+        return "a text";
+    case Kind::List:
+        return "a list";
+    case Kind::Object:
+        return "an object";
+    }
+    return "";
 }
 
 } // namespace
@@ -21,6 +45,12 @@ void ThrowModelFault(std::string_view fileName, std::string_view what)
 {
     ThrowException<ExceptionInvalidPrinterModel>({W("ReadPrinterModel"), W("siblings\\tvcore\\printermodelreader")},
                                                  W("%s: %s"), {CXString::FromUtf8(fileName), CXString::FromUtf8(what)});
+}
+
+void ThrowModelFault(std::string_view fileName, std::string_view pointer, std::string_view what)
+{
+    const std::string separator = pointer.empty() ? "" : ": ";
+    ThrowModelFault(fileName, std::string(pointer) + separator + std::string(what));
 }
 
 std::string EscapeJsonPointerToken(std::string_view name)
@@ -40,60 +70,54 @@ std::string EscapeJsonPointerToken(std::string_view name)
     return token;
 }
 
-JsonCursor::JsonCursor(const nlohmann::json& value, std::string_view fileName) : JsonCursor(value, fileName, {})
+JsonCursor::JsonCursor(const JsonValue& value, std::string_view fileName) : JsonCursor(value, fileName, {})
 {
 }
 
-JsonCursor::JsonCursor(const nlohmann::json& value, std::string_view fileName, std::string pointer)
+JsonCursor::JsonCursor(const JsonValue& value, std::string_view fileName, std::string pointer)
     : m_value(value), m_fileName(fileName), m_pointer(std::move(pointer))
 {
 }
 
 JsonCursor JsonCursor::Field(const char* name) const
 {
-    MustBe(m_value.is_object(), "an object");
-    const auto found = m_value.find(name);
-    if (found == m_value.end())
-        Fault("field " + Quoted(name) + " is missing");
-    return At(*found, name);
+    if (const JsonValue* const field = Find(name))
+        return At(*field, name);
+    Fault("field " + Quoted(name) + " is missing");
 }
 
 std::optional<JsonCursor> JsonCursor::OptionalField(const char* name) const
 {
-    MustBe(m_value.is_object(), "an object");
-    const auto found = m_value.find(name);
-    if (found == m_value.end())
-        return std::nullopt;
-    return At(*found, name);
+    const JsonValue* const field = Find(name);
+    return field != nullptr ? std::optional(At(*field, name)) : std::nullopt;
 }
 
 void JsonCursor::OnlyFields(std::initializer_list<std::string_view> names) const
 {
-    MustBe(m_value.is_object(), "an object");
-    for (auto field = m_value.begin(); field != m_value.end(); ++field)
-        if (std::find(names.begin(), names.end(), field.key()) == names.end())
-            At(*field, field.key()).Fault("unknown field");
+    MustBe(Kind::Object, "an object");
+    for (std::size_t at = 0; at < m_value.names.size(); ++at)
+        if (std::find(names.begin(), names.end(), m_value.names[at]) == names.end())
+            At(m_value.items[at], m_value.names[at]).Fault("unknown field");
 }
 
 void JsonCursor::ForEachItem(const std::function<void(const JsonCursor&)>& visit) const
 {
-    MustBe(m_value.is_array(), "a list");
-    std::size_t index = 0;
-    for (const nlohmann::json& item : m_value)
-        visit(At(item, std::to_string(index++)));
+    MustBe(Kind::List, "a list");
+    for (std::size_t at = 0; at < m_value.items.size(); ++at)
+        visit(At(m_value.items[at], std::to_string(at)));
 }
 
 void JsonCursor::ForEachNumberedField(const std::function<void(std::int32_t, const JsonCursor&)>& visit) const
 {
-    MustBe(m_value.is_object(), "an object");
-    for (auto field = m_value.begin(); field != m_value.end(); ++field)
+    MustBe(Kind::Object, "an object");
+    for (std::size_t at = 0; at < m_value.names.size(); ++at)
     {
-        const std::string& key = field.key();
-        const JsonCursor place = At(*field, key);
+        const std::string& name = m_value.names[at];
+        const JsonCursor place = At(m_value.items[at], name);
         std::int32_t number = 0;
-        const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), number);
+        const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
         // One spelling a number: "7" and "07" would be one field given twice.
-        if (error != std::errc() || number < 0 || std::to_string(number) != key || end != key.data() + key.size())
+        if (error != std::errc() || number < 0 || std::to_string(number) != name || end != name.data() + name.size())
             place.Fault("the field's name is not a number");
         visit(number, place);
     }
@@ -101,29 +125,34 @@ void JsonCursor::ForEachNumberedField(const std::function<void(std::int32_t, con
 
 void JsonCursor::NotEmpty() const
 {
-    if (m_value.empty())
+    if (m_value.items.empty())
         Fault("must not be empty");
 }
 
-CXString JsonCursor::Text(std::size_t minimum, std::size_t maximum) const
+CXString JsonCursor::Text(std::size_t maximum) const
 {
-    MustBe(m_value.is_string(), "a text");
-    const auto& bytes = m_value.get_ref<const std::string&>();
-    if (std::any_of(bytes.begin(), bytes.end(),
-                    [](char character) { return static_cast<unsigned char>(character) < 0x20 || character == 0x7F; }))
-        Fault("holds a control character");
-    CXString text = CXString::FromUtf8(bytes);
-    if (text.Length() < minimum)
-        Fault(minimum == 1 ? "must not be empty" : "shorter than " + std::to_string(minimum) + " characters");
+    MustBe(Kind::Text, "a text");
+    CXString text = CXString::FromUtf8(m_value.text);
+    const WStringView characters = text.View();
+    if (std::any_of(characters.begin(), characters.end(), BreaksALine))
+        Fault("holds a control character or a line separator");
     if (text.Length() > maximum)
         Fault("longer than " + std::to_string(maximum) + " characters");
     return text;
 }
 
+CXString JsonCursor::Name(std::size_t maximum) const
+{
+    CXString name = Text(maximum);
+    if (name.View().find_first_not_of(W(" \x00A0\x3000")) == WStringView::npos)
+        Fault(name.IsEmpty() ? "must not be empty" : "must not be of blanks only");
+    return name;
+}
+
 std::uint64_t JsonCursor::HexWord() const
 {
-    MustBe(m_value.is_string(), "a text");
-    const auto& text = m_value.get_ref<const std::string&>();
+    MustBe(Kind::Text, "a text");
+    const std::string& text = m_value.text;
     std::uint64_t word = 0;
     if (text.size() < 3 || text.size() > 18 || text[0] != '0' || text[1] != 'x')
         Fault("not a hexadecimal word such as \"0x888\"");
@@ -135,43 +164,43 @@ std::uint64_t JsonCursor::HexWord() const
 
 bool JsonCursor::IsText() const noexcept
 {
-    return m_value.is_string();
-}
-
-bool JsonCursor::IsSwitch() const noexcept
-{
-    return m_value.is_boolean();
+    return m_value.kind == Kind::Text;
 }
 
 bool JsonCursor::Switch() const
 {
-    MustBe(m_value.is_boolean(), "true or false");
-    return m_value.get<bool>();
+    MustBe(Kind::Boolean, "true or false");
+    return m_value.isTrue;
 }
 
 void JsonCursor::Fault(const std::string& what) const
 {
-    ThrowModelFault(m_fileName, (m_pointer.empty() ? "/" : m_pointer) + ": " + what);
+    ThrowModelFault(m_fileName, m_pointer, what);
 }
 
-void JsonCursor::MustBe(bool isThat, const char* what) const
+void JsonCursor::MustBe(Kind kind, const char* what) const
 {
-    if (!isThat)
-        Fault(std::string("must be ") + what + ", not " + m_value.type_name());
+    if (m_value.kind != kind)
+        Fault(std::string("must be ") + what + ", not " + NameOf(m_value.kind));
+}
+
+const JsonValue* JsonCursor::Find(std::string_view name) const
+{
+    MustBe(Kind::Object, "an object");
+    const auto found = std::find(m_value.names.begin(), m_value.names.end(), name);
+    return found != m_value.names.end() ? &m_value.items[static_cast<std::size_t>(found - m_value.names.begin())]
+                                        : nullptr;
 }
 
 std::int64_t JsonCursor::CheckedInteger(std::int64_t minimum, std::int64_t maximum) const
 {
-    MustBe(m_value.is_number_integer(), "a whole number");
-    constexpr auto kLargest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-    const bool tooLarge = m_value.is_number_unsigned() && m_value.get<std::uint64_t>() > kLargest;
-    const auto number = tooLarge ? std::numeric_limits<std::int64_t>::max() : m_value.get<std::int64_t>();
-    if (number < minimum || number > maximum)
+    MustBe(Kind::Integer, "a whole number");
+    if (m_value.integer < minimum || m_value.integer > maximum)
         Fault("must be from " + std::to_string(minimum) + " to " + std::to_string(maximum));
-    return number;
+    return m_value.integer;
 }
 
-JsonCursor JsonCursor::At(const nlohmann::json& value, std::string_view token) const
+JsonCursor JsonCursor::At(const JsonValue& value, std::string_view token) const
 {
     return JsonCursor(value, m_fileName, m_pointer + '/' + EscapeJsonPointerToken(token));
 }

@@ -9,13 +9,16 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
 
-// ExceptionInvalidPrinterModel: "FILE: what".
+#include "jsonvalue.h"
+
+// ExceptionInvalidPrinterModel: "FILE: what", or "FILE: POINTER: what" for all but the document itself, whose pointer
+// is empty.
 [[noreturn]] void ThrowModelFault(std::string_view fileName, std::string_view what);
+[[noreturn]] void ThrowModelFault(std::string_view fileName, std::string_view pointer, std::string_view what);
 
 // A name as one token of a JSON pointer.
 [[nodiscard]] std::string EscapeJsonPointerToken(std::string_view name);
@@ -23,7 +26,7 @@
 class JsonCursor
 {
 public:
-    JsonCursor(const nlohmann::json& value, std::string_view fileName);
+    JsonCursor(const JsonValue& value, std::string_view fileName);
 
     // A field of an object, by name.
     [[nodiscard]] JsonCursor Field(const char* name) const;
@@ -42,26 +45,28 @@ public:
         return static_cast<Integer>(CheckedInteger(minimum, maximum));
     }
 
-    // Lengths are counted in UTF-16 characters. Control characters are refused: these texts become names in the
-    // spooler, in documents and in lines of the job ticket.
-    [[nodiscard]] CXString Text(std::size_t minimum, std::size_t maximum) const;
+    // Lengths are counted in UTF-16 characters. What breaks a line is refused: these texts become names in the spooler,
+    // in documents and in lines of the job ticket.
+    [[nodiscard]] CXString Text(std::size_t maximum) const;
+    // Of one character at least, and not of blanks only.
+    [[nodiscard]] CXString Name(std::size_t maximum) const;
     // "0x" and 1 to 16 hexadecimal digits.
     [[nodiscard]] std::uint64_t HexWord() const;
 
     [[nodiscard]] bool IsText() const noexcept;
-    [[nodiscard]] bool IsSwitch() const noexcept;
     [[nodiscard]] bool Switch() const;
 
     [[noreturn]] void Fault(const std::string& what) const;
 
 private:
-    JsonCursor(const nlohmann::json& value, std::string_view fileName, std::string pointer);
+    JsonCursor(const JsonValue& value, std::string_view fileName, std::string pointer);
 
-    void MustBe(bool isThat, const char* what) const;
+    void MustBe(JsonValue::Kind kind, const char* what) const;
+    [[nodiscard]] const JsonValue* Find(std::string_view name) const;
     [[nodiscard]] std::int64_t CheckedInteger(std::int64_t minimum, std::int64_t maximum) const;
-    [[nodiscard]] JsonCursor At(const nlohmann::json& value, std::string_view token) const;
+    [[nodiscard]] JsonCursor At(const JsonValue& value, std::string_view token) const;
 
-    const nlohmann::json& m_value;
+    const JsonValue& m_value;
     std::string_view m_fileName;
     std::string m_pointer;
 };

@@ -1,6 +1,8 @@
 #include "jsontext.h"
 
 #include <algorithm>
+#include <limits>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <string>
 #include <vector>
@@ -12,96 +14,156 @@ namespace
 
 using nlohmann::json;
 
-// Follows the parser through the document and stops it at the first fault that it does not see itself.
-class StructureCheck
-{
-public:
-    explicit StructureCheck(std::string_view fileName) : m_fileName(fileName)
-    {
-    }
-
-    bool operator()(json::parse_event_t event, const json& parsed)
-    {
-        switch (event)
-        {
-        case json::parse_event_t::object_start:
-        case json::parse_event_t::array_start:
-            NextItem();
-            m_levels.push_back({event == json::parse_event_t::array_start, 0, {}, {}});
-            if (m_levels.size() > kMaxJsonDepth)
-                Fault("nested too deeply");
-            break;
-        case json::parse_event_t::object_end:
-        case json::parse_event_t::array_end:
-            m_levels.pop_back();
-            break;
-        case json::parse_event_t::key:
-            m_levels.back().key = parsed.get<std::string>();
-            if (!m_levels.back().keys.insert(m_levels.back().key).second)
-                Fault("field given twice");
-            break;
-        case json::parse_event_t::value:
-            NextItem();
-            break;
-        }
-        return true; // keep the value
-    }
-
-private:
-    struct Level
-    {
-        bool isArray = false;
-        std::size_t items = 0;
-        std::string key;
-        std::set<std::string> keys;
-    };
-
-    void NextItem()
-    {
-        if (!m_levels.empty() && m_levels.back().isArray)
-            ++m_levels.back().items;
-    }
-
-    [[noreturn]] void Fault(const char* what) const
-    {
-        std::string pointer;
-        for (const Level& level : m_levels)
-        {
-            if (level.isArray && level.items > 0)
-                pointer += '/' + std::to_string(level.items - 1);
-            else if (!level.isArray && !level.key.empty())
-                pointer += '/' + EscapeJsonPointerToken(level.key);
-        }
-        ThrowModelFault(m_fileName, (pointer.empty() ? "/" : pointer) + ": " + what);
-    }
-
-    std::string_view m_fileName;
-    std::vector<Level> m_levels;
-};
-
 std::string PlaceOf(std::string_view text, std::size_t position)
 {
     const std::string_view before = text.substr(0, std::min(position, text.size()));
     return "line " + std::to_string(1 + std::count(before.begin(), before.end(), '\n'));
 }
 
+// What the parser calls as it goes through the text. Builds the tree, and stops at the first fault that the parser does
+// not see itself.
+class TreeBuilder : public json::json_sax_t
+{
+public:
+    TreeBuilder(std::string_view text, std::string_view fileName) : m_text(text), m_fileName(fileName)
+    {
+    }
+
+    [[nodiscard]] JsonValue Take() noexcept
+    {
+        return std::move(m_root);
+    }
+
+    bool null() override
+    {
+        Add(JsonValue::Kind::Null);
+        return true;
+    }
+
+    bool boolean(bool value) override
+    {
+        Add(JsonValue::Kind::Boolean).isTrue = value;
+        return true;
+    }
+
+    bool number_integer(number_integer_t value) override
+    {
+        Add(JsonValue::Kind::Integer).integer = value;
+        return true;
+    }
+
+    bool number_unsigned(number_unsigned_t value) override
+    {
+        constexpr number_unsigned_t kMost = std::numeric_limits<std::int64_t>::max();
+        Add(JsonValue::Kind::Integer).integer = static_cast<std::int64_t>(std::min(value, kMost));
+        return true;
+    }
+
+    bool number_float(number_float_t, const string_t&) override
+    {
+        Add(JsonValue::Kind::Real);
+        return true;
+    }
+
+    bool string(string_t& value) override
+    {
+        Add(JsonValue::Kind::Text).text = std::move(value);
+        return true;
+    }
+
+    bool binary(binary_t&) override
+    {
+        return false; // JSON text has none
+    }
+
+    bool start_object(std::size_t) override
+    {
+        return Open(JsonValue::Kind::Object);
+    }
+
+    bool end_object() override
+    {
+        return Close();
+    }
+
+    bool start_array(std::size_t) override
+    {
+        return Open(JsonValue::Kind::List);
+    }
+
+    bool end_array() override
+    {
+        return Close();
+    }
+
+    bool key(string_t& name) override
+    {
+        Level& level = m_open.back();
+        level.value->names.push_back(name);
+        if (!level.names.insert(std::move(name)).second)
+            Fault("field given twice");
+        return true;
+    }
+
+    bool parse_error(std::size_t position, const std::string&, const json::exception&) override
+    {
+        ThrowModelFault(m_fileName, PlaceOf(m_text, position) + ": not well-formed JSON");
+    }
+
+private:
+    struct Level
+    {
+        JsonValue* value; // stays in its place: what holds it grows only when it has ended
+        std::set<std::string> names;
+    };
+
+    JsonValue& Add(JsonValue::Kind kind)
+    {
+        JsonValue& added = m_open.empty() ? m_root : m_open.back().value->items.emplace_back();
+        added.kind = kind;
+        return added;
+    }
+
+    bool Open(JsonValue::Kind kind)
+    {
+        m_open.push_back({&Add(kind), {}});
+        if (m_open.size() > kMaxJsonDepth)
+            Fault("nested too deeply");
+        return true;
+    }
+
+    bool Close()
+    {
+        m_open.pop_back();
+        return true;
+    }
+
+    [[noreturn]] void Fault(std::string_view what) const
+    {
+        std::string pointer;
+        for (const Level& level : m_open)
+        {
+            if (!level.value->names.empty())
+                pointer += '/' + EscapeJsonPointerToken(level.value->names.back());
+            else if (!level.value->items.empty())
+                pointer += '/' + std::to_string(level.value->items.size() - 1);
+        }
+        ThrowModelFault(m_fileName, pointer, what);
+    }
+
+    std::string_view m_text;
+    std::string_view m_fileName;
+    JsonValue m_root;
+    std::vector<Level> m_open; // the values that the parser is inside of
+};
+
 } // namespace
 
-nlohmann::json ParseJsonText(std::string_view text, std::string_view fileName)
+JsonValue ParseJsonText(std::string_view text, std::string_view fileName)
 {
     if (text.size() > kMaxJsonSize)
         ThrowModelFault(fileName, "larger than " + std::to_string(kMaxJsonSize) + " bytes");
-
-    StructureCheck check(fileName);
-    try
-    {
-        return json::parse(text,
-                           [&check](int, json::parse_event_t event, const json& value) { return check(event, value); });
-    }
-    catch (const json::exception& error)
-    {
-        const auto* const parseError = dynamic_cast<const json::parse_error*>(&error);
-        ThrowModelFault(fileName,
-                        PlaceOf(text, parseError != nullptr ? parseError->byte : 0) + ": not well-formed JSON");
-    }
+    TreeBuilder builder(text, fileName);
+    json::sax_parse(text, &builder);
+    return builder.Take();
 }

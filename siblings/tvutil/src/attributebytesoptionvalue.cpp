@@ -4,8 +4,7 @@
 
 #include <tvutil/bytereader.h>
 #include <tvutil/bytewriter.h>
-
-#include "singleline.h"
+#include <tvutil/singleline.h>
 
 AttributeBytesOptionValue::AttributeBytesOptionValue(AttributeBytesValueId value, bool isChoice) noexcept
     : m_value(value.GetId()), m_isChoice(isChoice)

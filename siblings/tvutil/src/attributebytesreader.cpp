@@ -2,8 +2,7 @@
 
 #include <tvutil/bytereader.h>
 #include <tvutil/bytewriter.h>
-
-#include "singleline.h"
+#include <tvutil/singleline.h>
 
 namespace
 {

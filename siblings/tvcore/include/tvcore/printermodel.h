@@ -102,7 +102,8 @@ struct PrinterModel
     [[nodiscard]] const Form* FindForm(std::uint16_t paperId) const noexcept;
 };
 
-// What is wrong with a model, on one line: "FILE: /json/pointer: what is wrong".
+// What is wrong with a model, on one line: "FILE: /json/pointer: what is wrong", or "FILE: what is wrong"
+// of the document itself.
 class ExceptionInvalidPrinterModel : public TavlenException
 {
 public:
