@@ -57,7 +57,7 @@ std::optional<OemDevmodeContent::Entries> OemDevmodeContent::ReadEntries(const O
     {
         const auto key = reader.U16();
         const auto length = reader.U16();
-        entries.emplace_back(key, std::make_shared<const ByteBuffer>(reader.Bytes(length)));
+        entries.emplace_back(key, GlobalCaches::MakeBuffer(reader.Bytes(length)));
     }
     return reader.Ok() ? std::optional(std::move(entries)) : std::nullopt;
 }

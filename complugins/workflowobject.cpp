@@ -25,7 +25,9 @@ constexpr DWORD kEveryDriverFile = 9;
 
 // Of the three only the names sought are brought to lower case, not the list that the spooler returns, on purpose: a
 // driver whose files are spelled otherwise has no workflow module.
-DWORD DetectKind(HANDLE printer)
+//
+// Nothing is stored when none is found, on purpose: the next load looks again.
+void StoreDetectedKind(HANDLE printer)
 {
     CXString files;
     try
@@ -41,7 +43,7 @@ DWORD DetectKind(HANDLE printer)
             if (files.Find(CXString(name).ToLower()) != CXString::npos)
             {
                 Printer(printer).SetPrinterDataW(kWorkflowModuleValueName, REG_DWORD, &kind, sizeof(kind));
-                return kind;
+                return;
             }
             ++kind;
         }
@@ -53,7 +55,6 @@ DWORD DetectKind(HANDLE printer)
     catch (const ExceptionPrinterFailure&)
     {
     }
-    return kNoWorkflowModule; // not stored, on purpose: the next load looks again
 }
 
 // False when there is no value. A value of another type is kind 0, and is not rewritten.
@@ -77,8 +78,7 @@ void WorkflowObjectRelease::operator()(WorkflowModuleObject* object) const noexc
 {
     try
     {
-        if (release != nullptr)
-            release(object);
+        release(object);
     }
     catch (...)
     {
@@ -125,7 +125,7 @@ void WorkflowObject::LoadModuleFor(HANDLE printerHandle)
     DWORD kind = kNoWorkflowModule;
     if (!ReadStoredKind(printer, kind))
     {
-        DetectKind(printerHandle);
+        StoreDetectedKind(printerHandle);
         ReadStoredKind(printer, kind);
     }
     if (!m_module && kind != kNoWorkflowModule && kind <= std::size(kWorkflowModuleNames))
@@ -147,7 +147,7 @@ void WorkflowObject::CreateObject()
     HMODULE const module = m_module.get();
     const auto getObject = FindFunction<GetWorkflowObjectFunction>(module, kGetWorkflowObjectName);
     const auto releaseObject = FindFunction<ReleaseWorkflowObjectFunction>(module, kReleaseWorkflowObjectName);
-    if (getObject == nullptr)
+    if (getObject == nullptr || releaseObject == nullptr) // an object that could not be given back is not taken
         return;
     ObjectOwner object(getObject(0), WorkflowObjectRelease{releaseObject});
     if (!object)

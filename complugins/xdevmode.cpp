@@ -110,7 +110,7 @@ bool XDevmode::GetPropertyBagString(unsigned short key, CXString& value)
 bool XDevmode::SetPropertyBagEntry(unsigned short key, const ByteBuffer& value)
 {
     ParseIfUnparsed();
-    m_propertyBag[key] = std::make_shared<const ByteBuffer>(value);
+    m_propertyBag[key] = GlobalCaches::MakeBuffer(value.bytes());
     DropList();
     m_isDirty = true;
     return true;

@@ -402,7 +402,7 @@ TEST_F(Devmodes, ShareOnlyListsOfWhatTheirCrcStandsFor)
 
     // Zero CRC and count: no entries, whoever else has a CRC of 0.
     GlobalCaches::AddXDevmodePropertyBagCacheEntry(
-        0, {{std::uint16_t{2}, std::make_shared<const ByteBuffer>(Text(W("excel.exe")))}});
+        0, {{std::uint16_t{2}, GlobalCaches::MakeBuffer(Text(W("excel.exe")).bytes())}});
     AttributeBytesIndexedList list;
     list.SetAttributeBytes(kFlagFeature, MakeBooleanAttributeBytes(true));
     GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(GlobalCaches::kDocPropListCacheName, kDocument, 0,

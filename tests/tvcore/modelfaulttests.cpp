@@ -168,7 +168,7 @@ TEST(PrinterModels, TextThatIsNoSoundJsonIsToldByItsLine)
         {"{\"a\":{\"b\":1,\"b\":2}}", "/a/b: field given twice"},
         {"{\"f\":[0,{\"b\":1,\"b\":2}]}", "/f/1/b: field given twice"},
         {std::string(1000000, '['), "nested too deeply"},
-        {std::string((4u << 20) + 1, ' '), "larger than 4194304 bytes"},
+        {std::string(PrinterModel::kMaxFileSize + 1, ' '), "larger than 4194304 bytes"},
     };
     for (const auto& [text, end] : rows)
     {

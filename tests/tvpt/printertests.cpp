@@ -13,9 +13,13 @@
 #include "hostrun.h"
 #include "platform.h"
 #include "printerhandle.h"
+#include "tests/common/testprinter.h"
 #include "tests/platform/wine.h"
 
+#include <tvutil/attributebytesreader.h>
 #include <tvutil/devicesettingsmanager.h>
+#include <tvutil/globalcaches.h>
+#include <tvutil/spoolerbuffer.h>
 
 namespace
 {
@@ -32,6 +36,24 @@ protected:
             if (printer["name"] == name)
                 return true;
         return false;
+    }
+
+    static DWORD PrinterDword(const Printer& printer, const char* value)
+    {
+        DWORD type = 0;
+        ByteBuffer data;
+        printer.GetPrinterDataW(CXString::FromUtf8(value), type, data);
+        return type == REG_DWORD ? data.getDword() : 0;
+    }
+
+    // The paper number of the devmode that the spooler keeps with the printer.
+    static int StoredPaper(const PrinterHandle& printer)
+    {
+        SpoolerBuffer answer;
+        EXPECT_EQ(answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
+                              { return ErrorOf(GetPrinterW(printer.Get(), 2, room, size, needed)); }),
+                  DWORD{ERROR_SUCCESS});
+        return answer.Get<PRINTER_INFO_2W>()->pDevMode->dmPaperSize;
     }
 
     // A shipped model with changes, as a file of the scratch folder.
@@ -64,17 +86,106 @@ TEST_F(Printers, AreInstalledListedShownAndRemoved)
     EXPECT_TRUE(IsOneErrorLine(RunHost({"printer", "show", name}).errors, "opening the printer: " + name + ": ERROR_"));
 }
 
-TEST_F(Printers, RefreshStoresTheModelsDataAgain)
+TEST_F(Printers, RefreshBringsInLineAndKeepsWhatSomebodyChose)
+{
+    constexpr AttributeBytesFeatureId kReplaces = 720;
+    constexpr AttributeBytesFeatureId kUnknown = 9999;
+    const std::string name = InstallTestPrinter("tavlen-b4400-uni");
+    const json shown = json::parse(RunHost({"printer", "show", name, "--json"}).out);
+    const std::string file = shown["driver"]["dataFile"];
+    const json model = json::parse(ReadBytes(file));
+    const auto refresh = [&](const char* change)
+    {
+        WriteBytes(file, model.patch(json::parse(change)).dump());
+        return RunHost({"printer", "refresh", name});
+    };
+    AttributeBytesIndexedList settings;
+    settings.SetAttributeBytes(kUnknown, MakeIntegerAttributeBytes(7));
+    const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
+    const Printer data(printer.Get());
+    for (const bool isChosen : {false, true})
+    {
+        AttributeBytesValue no = MakeBooleanAttributeBytes(false);
+        no.flags = isChosen ? AttributeBytesValue::kIsChoice : 0;
+        settings.SetAttributeBytes(kReplaces, no);
+        DeviceSettingsManager::Store(data, settings);
+        ASSERT_EQ(printer.StoreCapability(0), ERROR_SUCCESS);
+        ASSERT_EQ(printer.StoreWorkflowModule(3), ERROR_SUCCESS);
+        const RunResult result =
+            refresh(R"([{"op": "remove", "path": "/forms/0"}, {"op": "remove", "path": "/margins/0"}])");
+        EXPECT_EQ(result.status, 0) << result.errors;
+        DeviceSettingsManager now(data);
+        EXPECT_EQ(now.GetBooleanValueFromAttributeBytes(kReplaces), !isChosen);
+        EXPECT_EQ(now.GetIntegerValueFromAttributeBytes(kUnknown), 7);
+        EXPECT_EQ(printer.Capability(), 0x888u);
+        EXPECT_EQ(PrinterDword(data, "XWorkflowDLL"), 1u);
+        EXPECT_EQ(StoredPaper(printer), model["forms"][1]["paperId"]) << "the devmode's paper has gone";
+    }
+
+    const ByteBuffer later = ByteBuffer("\x08\0\0\0\0\x02\x09\x09", 8);
+    data.SetPrinterDataW(W("XDeviceSettings"), REG_BINARY, later.data(), 8);
+    const RunResult kept = refresh("[]");
+    EXPECT_EQ(kept.status, 0) << kept.errors;
+    EXPECT_NE(kept.out.find("later driver"), std::string::npos);
+    DWORD type = 0;
+    ByteBuffer settingsNow;
+    EXPECT_TRUE(data.GetPrinterDataW(W("XDeviceSettings"), type, settingsNow));
+    EXPECT_EQ(settingsNow, later);
+
+    const std::pair<const char*, const char*> refused[] = {
+        {R"([{"op": "replace", "path": "/name", "value": "Other"}])", "its model is now named \"Other\""},
+        {R"([{"op": "remove", "path": "/workflowModule"}])", "\"tvwftu_B.dll\" is among its driver's files, but not"},
+        {R"([{"op": "replace", "path": "/workflowModule", "value": "tvwfwu_B.dll"}])", "workflow module"},
+    };
+    for (const auto& [change, error] : refused)
+        EXPECT_TRUE(IsOneErrorLine(refresh(change).errors, error));
+    WriteBytes(file, model.dump());
+    GlobalCaches::Clear(); // the driver's module, gone by now, has read devmodes: nothing there may need its code
+}
+
+// What a set-up leaves behind that was ended from outside.
+TEST_F(Printers, OfAnInstallationThatWasCutOffAreCompletedOrRemoved)
 {
     const std::string name = InstallTestPrinter("tavlen-b4400-uni");
+    const auto cutOff = [&name]
     {
         const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
-        ASSERT_EQ(printer.StoreCapability(0), ERROR_SUCCESS);
-        DeviceSettingsManager::Store(Printer(printer.Get()), AttributeBytesIndexedList());
-    }
+        BYTE noWord[4] = {};
+        ASSERT_EQ(SetPrinterDataExW(printer.Get(), W("PrinterDriverData"), W("XDriverCapability"), REG_BINARY, noWord,
+                                    sizeof noWord),
+                  DWORD{ERROR_SUCCESS});
+        ASSERT_EQ(printer.StoreInstallationState(0), DWORD{ERROR_SUCCESS});
+    };
+    cutOff();
+    EXPECT_NE(RunHost({"printer", "list"}).out.find(name + "\tTavlen B4400 Uni\tincomplete\n"), std::string::npos);
+    EXPECT_EQ(json::parse(RunHost({"printer", "show", name, "--json"}).out)["capability"], nullptr);
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"printer", "add", name, "--model", "tavlen-b4400-uni"},
+          {"devmode", "new", "--printer", name, "-o", File("d.dm")}})
+        EXPECT_TRUE(IsOneErrorLine(RunHost(arguments).errors, "\"tvpt printer refresh\" completes it"));
     EXPECT_EQ(RunHost({"printer", "refresh", name}).status, 0);
-    EXPECT_EQ(PrinterHandle::Open(name, PrinterHandle::Access::Use).Capability(), 0x888u);
-    EXPECT_EQ(json::parse(RunHost({"printer", "show", name, "--json"}).out)["deviceSettings"], json({{"720", true}}));
+    EXPECT_EQ(RunHost({"devmode", "new", "--printer", name, "-o", File("d.dm")}).status, 0);
+    cutOff();
+    EXPECT_EQ(RunHost({"printer", "remove", name}).status, 0);
+    EXPECT_FALSE(IsListed(name));
+
+    // A driver without a printer is in nobody's way, whatever its model or its name.
+    const std::pair<const char*, json> models[] = {{"tavlen-b4400-uni.json", {{"maxCopies", 5}}},
+                                                   {"tavlen-b4400-uni.json", {{"name", "Renamed"}, {"maxCopies", 6}}}};
+    for (const auto& [file, changes] : models)
+    {
+        const std::string orphan = InstallTestPrinter("tavlen-b4400-uni");
+        {
+            const PrinterHandle printer = PrinterHandle::Open(orphan, PrinterHandle::Access::Administer);
+            ASSERT_TRUE(DeletePrinter(printer.Get()));
+        }
+        RemoveAtEnd("New");
+        const RunResult result = RunHost({"printer", "add", "New", "--model", ChangedModel(file, changes)});
+        ASSERT_EQ(result.status, 0) << result.errors;
+        EXPECT_EQ(json::parse(RunHost({"printer", "show", "New", "--json"}).out)["model"]["maxCopies"],
+                  changes["maxCopies"]);
+        EXPECT_EQ(RunHost({"printer", "remove", "New"}).status, 0);
+    }
 }
 
 TEST_F(Printers, TheDriverGoesWithItsLastPrinter)
@@ -105,7 +216,7 @@ TEST_F(Printers, AnInstallationThatCannotBeDoneLeavesNothing)
         {"New", "no-such-model", "finding the printer model: no-such-model: neither a file nor the name"},
         {"New", "../models/tavlen-nowhere", "neither a file nor the name of a shipped model"},
         {"New", "", "finding the printer model: neither a file nor the name of a shipped model"},
-        {"New", File("bad.json"), File("bad.json") + ": /: field \"name\" is missing"},
+        {"New", File("bad.json"), File("bad.json") + ": field \"name\" is missing"},
         // Another driver's file of the same name, and the same driver with another model.
         {"New", ChangedModel("tavlen-b4400-uni.json", {{"name", "Other"}}),
          "installing the driver: Other: the driver \"Tavlen B4400 Uni\" already uses a file named"},
@@ -206,21 +317,12 @@ TEST_F(Printers, OfTwoProcessesAtOnceDoNotTakeEachOthersDriver)
 
 TEST_F(Printers, OfOtherDriversAreLeftAlone)
 {
-    const std::string name = InstallTestPrinter("tavlen-b4400-uni");
-    {
-        // Without the capability word nothing tells that the printer is ours.
-        const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
-        BYTE word[4] = {};
-        ASSERT_EQ(SetPrinterDataExW(printer.Get(), W("PrinterDriverData"), W("XDriverCapability"), REG_BINARY, word,
-                                    sizeof word),
-                  static_cast<DWORD>(ERROR_SUCCESS));
-    }
+    const TestPrinter foreign;
+    const std::string name = TestPrinter::Name().ToUtf8();
     EXPECT_FALSE(IsListed(name));
     for (const char* const command : {"remove", "show", "refresh"})
         EXPECT_TRUE(IsOneErrorLine(RunHost({"printer", command, name}).errors,
                                    name + ": it was not installed by this program"));
-    const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
-    EXPECT_EQ(printer.StoreCapability(0x888), ERROR_SUCCESS); // so that it can be removed
 }
 
 TEST_F(Printers, AStoreThatCannotBeWrittenIsAnErrorWhereStoresAreChosen)

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "siblings/tvutil/src/spoolerbuffer.h"
+#include <tvutil/spoolerbuffer.h>
 
 namespace
 {

@@ -7,7 +7,7 @@
 #include "devmodesettings.h"
 #include "jsonoutput.h"
 #include "newdevmode.h"
-#include "printerinstall.h"
+#include "printersetup.h"
 
 namespace
 {

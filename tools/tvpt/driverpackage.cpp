@@ -3,14 +3,16 @@
 #include <windows.h>
 #include <winspool.h>
 
+#include <algorithm>
 #include <system_error>
 #include <vector>
+
+#include <tvutil/spoolerbuffer.h>
 
 #include "failure.h"
 #include "filebytes.h"
 #include "modelfiles.h"
 #include "printerhandle.h"
-#include "spoolerquery.h"
 
 namespace
 {
@@ -18,7 +20,6 @@ namespace
 namespace fs = std::filesystem;
 
 constexpr char kInstalling[] = "installing the driver";
-constexpr std::size_t kMaxModelSize = 4u << 20;
 constexpr DWORD kDriverVersion = 3; // user-mode drivers
 
 std::vector<WCHAR> EnvironmentName()
@@ -40,29 +41,6 @@ CXString TextOf(const fs::path& path)
     return CXString::FromUtf8(Utf8FromPath(path));
 }
 
-struct InstalledDriver
-{
-    CXString name;
-    CXString dataFile;
-};
-
-std::vector<InstalledDriver> ListDrivers()
-{
-    constexpr DWORD kLevel = 3;
-    std::vector<BYTE> room;
-    DWORD count = 0;
-    const DWORD error =
-        QuerySpooler(room, [&](LPBYTE bytes, DWORD size, LPDWORD needed)
-                     { return EnumPrinterDriversW(nullptr, nullptr, kLevel, bytes, size, needed, &count); });
-    if (error != ERROR_SUCCESS)
-        FailWithWin32Error("listing the drivers", SpoolerPlace(), error);
-    std::vector<InstalledDriver> drivers;
-    const auto* const infos = reinterpret_cast<const DRIVER_INFO_3W*>(room.data());
-    for (DWORD index = 0; index < count; ++index)
-        drivers.push_back({infos[index].pName, infos[index].pDataFile});
-    return drivers;
-}
-
 CXString FileNameOf(const CXString& path)
 {
     const std::size_t separator = path.View().find_last_of(W("/\\"));
@@ -72,7 +50,7 @@ CXString FileNameOf(const CXString& path)
 bool SameModel(const fs::path& modelFile, const CXString& installedFile)
 {
     const fs::path installed(installedFile.View().begin(), installedFile.View().end());
-    return ReadFileBytes(modelFile, kMaxModelSize) == ReadFileBytes(installed, kMaxModelSize);
+    return ReadFileBytes(modelFile, PrinterModel::kMaxFileSize) == ReadFileBytes(installed, PrinterModel::kMaxFileSize);
 }
 
 // Recorded in small letters, on purpose: whoever looks for a driver's workflow module compares its name in small
@@ -97,19 +75,42 @@ std::vector<WCHAR> MultiString(const std::vector<CXString>& texts)
 
 } // namespace
 
+bool IsOurDriver(const DriverSummary& driver)
+{
+    return HasModule(driver, CXString::FromUtf8(kProviderModule));
+}
+
+bool IsDriverUsed(const CXString& name)
+{
+    const auto printers = ListLocalPrinters();
+    return std::any_of(printers.begin(), printers.end(),
+                       [&name](const PrinterSummary& printer) { return printer.driverName.CompareNoCase(name) == 0; });
+}
+
+bool HasModule(const DriverSummary& driver, const CXString& module)
+{
+    return std::any_of(driver.dependentFiles.begin(), driver.dependentFiles.end(),
+                       [&module](const CXString& file) { return FileNameOf(file).CompareNoCase(module) == 0; });
+}
+
 DriverPackage::DriverPackage(const PrinterModel& model, std::filesystem::path modelFile)
     : m_name(model.name), m_workflowModule(model.workflowModule), m_modelFile(std::move(modelFile))
 {
     const CXString dataFile = TextOf(m_modelFile.filename());
-    for (const InstalledDriver& driver : ListDrivers())
+    for (const DriverSummary& driver : ListDrivers())
     {
         const bool isThisDriver = driver.name.CompareNoCase(m_name) == 0;
-        if (!isThisDriver && FileNameOf(driver.dataFile).CompareNoCase(dataFile) == 0)
+        if (!isThisDriver && FileNameOf(driver.dataFile).CompareNoCase(dataFile) != 0)
+            continue;
+        if (IsOurDriver(driver) && !IsDriverUsed(driver.name)) // an installation that did not come to its end
+            m_left.push_back(driver.name);
+        else if (!isThisDriver)
             Fail(kInstalling, m_name.ToUtf8(),
                  "the driver \"" + driver.name.ToUtf8() + "\" already uses a file named " + dataFile.ToUtf8());
-        if (isThisDriver && !SameModel(m_modelFile, driver.dataFile))
+        else if (!SameModel(m_modelFile, driver.dataFile))
             Fail(kInstalling, m_name.ToUtf8(), "it is installed with another model; remove its printers first");
-        m_wasInstalled = m_wasInstalled || isThisDriver;
+        else
+            m_wasInstalled = true;
     }
 }
 
@@ -137,6 +138,9 @@ void DriverPackage::Install()
     driver.pConfigFile = configuration.data();
     driver.pDependentFiles = dependentFiles.data();
     driver.pDefaultDataType = dataType.data();
+    for (const CXString& left : m_left)
+        if (const DWORD error = RemoveDriver(left); error != ERROR_SUCCESS)
+            FailWithWin32Error("removing the driver that no printer uses", left.ToUtf8(), error);
     // The files of a driver come from anywhere, not from the spooler's own folder.
     if (!AddPrinterDriverExW(nullptr, 3, reinterpret_cast<LPBYTE>(&driver),
                              APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY))
@@ -153,14 +157,15 @@ void DriverPackage::RollBack() noexcept
 std::filesystem::path DriverFolder()
 {
     std::vector<WCHAR> environment = EnvironmentName();
-    std::vector<BYTE> room;
-    const DWORD error =
-        QuerySpooler(room, [&](LPBYTE bytes, DWORD size, LPDWORD needed)
-                     { return GetPrinterDriverDirectoryW(nullptr, environment.data(), 1, bytes, size, needed); });
-    if (error != ERROR_SUCCESS)
-        FailWithWin32Error("finding the folder of drivers", SpoolerPlace(), error);
-    const CXString folder(reinterpret_cast<const WCHAR*>(room.data()));
-    return PathFromUtf8(folder.ToUtf8());
+    SpoolerBuffer answer;
+    const DWORD error = answer.Fill(
+        [&](LPBYTE room, DWORD size, LPDWORD needed)
+        { return ErrorOf(GetPrinterDriverDirectoryW(nullptr, environment.data(), 1, room, size, needed)); });
+    const auto folder = answer.Text(reinterpret_cast<const WCHAR*>(answer.Bytes().data()));
+    if (error != ERROR_SUCCESS || !folder)
+        FailWithWin32Error("finding the folder of drivers", SpoolerPlace(),
+                           error != ERROR_SUCCESS ? error : DWORD{ERROR_INVALID_DATA});
+    return PathFromUtf8(CXString(*folder).ToUtf8());
 }
 
 bool DriverFileExists(const std::filesystem::path& file)

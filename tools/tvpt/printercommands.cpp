@@ -10,6 +10,7 @@
 #include "jsonoutput.h"
 #include "oempart.h"
 #include "printerinstall.h"
+#include "printersetup.h"
 
 namespace
 {
@@ -26,7 +27,8 @@ struct PrinterArguments
 struct OurPrinter
 {
     PrinterSummary summary;
-    std::uint64_t capability = 0;
+    std::optional<std::uint64_t> capability;
+    bool isComplete = false;
 };
 
 std::vector<OurPrinter> ListOurPrinters()
@@ -36,10 +38,16 @@ std::vector<OurPrinter> ListOurPrinters()
     {
         // A printer may go between the list and the question, or between the question and its answer.
         const std::optional<PrinterHandle> printer = PrinterHandle::OpenIfExists(summary.name.ToUtf8());
-        if (const auto word = printer ? printer->Capability() : std::nullopt)
-            ours.push_back({std::move(summary), *word});
+        const SetUpState state = printer ? SetUpStateOf(*printer) : SetUpState::NotOurs;
+        if (state != SetUpState::NotOurs)
+            ours.push_back({std::move(summary), printer->Capability(), state == SetUpState::Complete});
     }
     return ours;
+}
+
+ordered_json CapabilityToJson(const std::optional<std::uint64_t>& word)
+{
+    return word ? ordered_json(HexText(*word)) : ordered_json();
 }
 
 std::string ListPrinters(bool asJson)
@@ -50,8 +58,11 @@ std::string ListPrinters(bool asJson)
     {
         const std::string name = printer.summary.name.ToUtf8();
         const std::string driver = printer.summary.driverName.ToUtf8();
-        list.push_back({{"name", name}, {"driver", driver}, {"capability", HexText(printer.capability)}});
-        lines += name + "\t" + driver + "\n";
+        list.push_back({{"name", name},
+                        {"driver", driver},
+                        {"capability", CapabilityToJson(printer.capability)},
+                        {"complete", printer.isComplete}});
+        lines += name + "\t" + driver + (printer.isComplete ? "\n" : "\tincomplete\n");
     }
     return asJson ? JsonText(list) : lines;
 }
@@ -88,12 +99,13 @@ ordered_json ModelToJson(const PrinterModel& model)
 std::string ShowPrinter(const std::string& name, bool asJson)
 {
     const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Use);
-    const PrinterModel model = ReadInstalledModel(printer, name);
+    const PrinterModel model = ReadInstalledModel(printer, name, SetUpState::Incomplete);
     const PrinterSummary summary = DescribePrinter(printer, name);
     DeviceSettingsManager settings{Printer(printer.Get())};
     const ordered_json shown = {{"name", summary.name.ToUtf8()},
                                 {"port", summary.portName.ToUtf8()},
-                                {"capability", HexText(printer.Capability().value_or(0))},
+                                {"capability", CapabilityToJson(printer.Capability())},
+                                {"complete", SetUpStateOf(printer) == SetUpState::Complete},
                                 {"deviceSettings", DescribeFeatures(*settings.GetDefaultAttributeBytesIndexedList())},
                                 {"driver", DriverToJson(DescribeDriver(printer, name))},
                                 {"model", ModelToJson(model)}};
@@ -125,9 +137,15 @@ void AddPrinterCommands(CLI::App& program, Action& chosen)
               [arguments](const StandardStreams& streams)
               { WriteOutput({}, ShowPrinter(arguments->name, arguments->json), streams); });
 
-    CLI::App& refresh = *printer.add_subcommand("refresh", "Read the printer's model again");
+    CLI::App& refresh = *printer.add_subcommand("refresh", "Read the printer's model again; completes an installation");
     refresh.add_option("NAME", arguments->name, "The printer's name")->required();
-    OnCommand(refresh, chosen, [arguments](const StandardStreams&) { RefreshPrinter(arguments->name); });
+    OnCommand(refresh, chosen,
+              [arguments](const StandardStreams& streams)
+              {
+                  if (!RefreshPrinter(arguments->name))
+                      WriteOutput({}, "The device settings are in the format of a later driver and stay as they are.\n",
+                                  streams);
+              });
 
     CLI::App& remove = *printer.add_subcommand("remove", "Remove a printer, and its driver with the last one");
     remove.add_option("NAME", arguments->name, "The printer's name")->required();

@@ -2,20 +2,20 @@
 
 #include <array>
 #include <cstring>
+#include <initializer_list>
 #include <string_view>
 #include <utility>
 
 #include <tvcore/workflowmodulenames.h>
 #include <tvutil/printdriver.h>
+#include <tvutil/spoolerbuffer.h>
 
 #include "failure.h"
-#include "spoolerquery.h"
 
 namespace
 {
 
 constexpr WCHAR kDriverDataKey[] = W("PrinterDriverData");
-constexpr DWORD kCapabilitySize = 8;
 
 HANDLE TryOpen(const std::string& name, ACCESS_MASK access)
 {
@@ -32,15 +32,50 @@ HANDLE TryOpen(const std::string& name, ACCESS_MASK access)
     return nullptr;
 }
 
-std::vector<CXString> SplitMultiString(const WCHAR* texts)
+// Little-endian, as both platforms are. Nothing when the value is absent or another one, or the printer has gone.
+template <class Number>
+std::optional<Number> ReadNumber(HANDLE printer, const WCHAR* valueName, DWORD expectedType)
 {
-    std::vector<CXString> list;
-    while (texts != nullptr && *texts != WCHAR())
+    std::array<BYTE, sizeof(Number)> bytes{};
+    DWORD type = 0;
+    DWORD needed = 0;
+    const DWORD error =
+        GetPrinterDataExW(printer, kDriverDataKey, valueName, &type, bytes.data(), sizeof(Number), &needed);
+    if (error != ERROR_SUCCESS || type != expectedType || needed != sizeof(Number))
+        return std::nullopt;
+    Number number = 0;
+    std::memcpy(&number, bytes.data(), sizeof number);
+    return number;
+}
+
+// The texts of an answer; nothing when one of them does not lie in it.
+std::optional<std::vector<CXString>> TextsOf(const SpoolerBuffer& answer, std::initializer_list<const WCHAR*> places)
+{
+    std::vector<CXString> texts;
+    for (const WCHAR* const place : places)
     {
-        list.emplace_back(texts);
-        texts += list.back().Length() + 1;
+        const std::optional<WStringView> text = answer.Text(place);
+        if (!text)
+            return std::nullopt;
+        texts.emplace_back(*text);
     }
-    return list;
+    return texts;
+}
+
+std::optional<PrinterSummary> SummaryOf(const SpoolerBuffer& answer, const PRINTER_INFO_2W& info)
+{
+    const auto texts = TextsOf(answer, {info.pPrinterName, info.pDriverName, info.pPortName});
+    return texts ? std::optional(PrinterSummary{(*texts)[0], (*texts)[1], (*texts)[2]}) : std::nullopt;
+}
+
+std::optional<DriverSummary> SummaryOf(const SpoolerBuffer& answer, const DRIVER_INFO_3W& info)
+{
+    const auto texts = TextsOf(answer, {info.pName, info.pDriverPath, info.pDataFile, info.pConfigFile});
+    const auto dependentFiles = answer.Texts(info.pDependentFiles);
+    if (!texts || !dependentFiles)
+        return std::nullopt;
+    return DriverSummary{
+        (*texts)[0], (*texts)[1], (*texts)[2], (*texts)[3], {dependentFiles->begin(), dependentFiles->end()}};
 }
 
 } // namespace
@@ -59,8 +94,12 @@ PrinterHandle PrinterHandle::Open(const std::string& name, Access access)
 
 std::optional<PrinterHandle> PrinterHandle::OpenIfExists(const std::string& name)
 {
-    HANDLE const printer = TryOpen(name, 0);
-    return printer != nullptr ? std::optional<PrinterHandle>(printer) : std::nullopt;
+    if (HANDLE const printer = TryOpen(name, 0))
+        return std::optional<PrinterHandle>(printer);
+    const DWORD error = GetLastError();
+    if (error != ERROR_INVALID_PRINTER_NAME && error != ERROR_INVALID_NAME)
+        FailWithWin32Error("opening the printer", name, error);
+    return std::nullopt;
 }
 
 PrinterHandle::~PrinterHandle()
@@ -86,29 +125,28 @@ HANDLE PrinterHandle::Get() const noexcept
 
 std::optional<std::uint64_t> PrinterHandle::Capability() const
 {
-    std::array<BYTE, kCapabilitySize> bytes{};
-    DWORD type = 0;
-    DWORD needed = 0;
-    const DWORD error = GetPrinterDataExW(m_printer, kDriverDataKey, PrintDriver::kDriverCapabilityValueName, &type,
-                                          bytes.data(), kCapabilitySize, &needed);
-    if (error != ERROR_SUCCESS || type != REG_BINARY || needed != kCapabilitySize)
-        return std::nullopt;
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes.data(), sizeof word); // little-endian, as both platforms are
-    return word;
+    return ReadNumber<std::uint64_t>(m_printer, PrintDriver::kDriverCapabilityValueName, REG_BINARY);
+}
+
+DWORD PrinterHandle::InstallationState() const
+{
+    return ReadNumber<DWORD>(m_printer, PrintDriver::kInstallationStateValueName, REG_DWORD).value_or(0);
 }
 
 DWORD PrinterHandle::StoreCapability(std::uint64_t word) const
 {
-    std::array<BYTE, kCapabilitySize> bytes{};
+    std::array<BYTE, sizeof word> bytes{};
     std::memcpy(bytes.data(), &word, sizeof word);
     return SetPrinterDataExW(m_printer, kDriverDataKey, PrintDriver::kDriverCapabilityValueName, REG_BINARY,
-                             bytes.data(), kCapabilitySize);
+                             bytes.data(), sizeof word);
 }
 
 DWORD PrinterHandle::StoreWorkflowModule(DWORD kind) const
 {
-    return StoreDword(kWorkflowModuleValueName, kind);
+    if (kind != kNoWorkflowModule)
+        return StoreDword(kWorkflowModuleValueName, kind);
+    const DWORD error = DeletePrinterDataExW(m_printer, kDriverDataKey, kWorkflowModuleValueName);
+    return error == ERROR_FILE_NOT_FOUND ? DWORD{ERROR_SUCCESS} : error;
 }
 
 DWORD PrinterHandle::StoreInstallationState(DWORD state) const
@@ -125,49 +163,79 @@ DWORD PrinterHandle::StoreDword(const WCHAR* valueName, DWORD value) const
 
 PrinterSummary DescribePrinter(const PrinterHandle& printer, const std::string& name)
 {
-    constexpr DWORD kLevel = 2;
-    std::vector<BYTE> room;
-    const DWORD error = QuerySpooler(room, [&](LPBYTE bytes, DWORD size, LPDWORD needed)
-                                     { return GetPrinterW(printer.Get(), kLevel, bytes, size, needed); });
+    constexpr char kReading[] = "reading the printer";
+    SpoolerBuffer answer;
+    const DWORD error = answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
+                                    { return ErrorOf(GetPrinterW(printer.Get(), 2, room, size, needed)); });
     if (error != ERROR_SUCCESS)
-        FailWithWin32Error("reading the printer", name, error);
-    const auto& info = *reinterpret_cast<const PRINTER_INFO_2W*>(room.data());
-    return {info.pPrinterName, info.pDriverName, info.pPortName};
+        FailWithWin32Error(kReading, name, error);
+    const auto* const info = answer.Get<PRINTER_INFO_2W>();
+    auto summary = info != nullptr ? SummaryOf(answer, *info) : std::nullopt;
+    if (!summary)
+        FailWithWin32Error(kReading, name, ERROR_INVALID_DATA);
+    return *std::move(summary);
 }
 
 DriverSummary DescribeDriver(const PrinterHandle& printer, const std::string& name)
 {
-    constexpr DWORD kLevel = 3;
-    std::vector<BYTE> room;
+    constexpr char kReading[] = "reading the printer's driver";
+    SpoolerBuffer answer;
     const DWORD error =
-        QuerySpooler(room, [&](LPBYTE bytes, DWORD size, LPDWORD needed)
-                     { return GetPrinterDriverW(printer.Get(), nullptr, kLevel, bytes, size, needed); });
+        answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
+                    { return ErrorOf(GetPrinterDriverW(printer.Get(), nullptr, 3, room, size, needed)); });
     if (error != ERROR_SUCCESS)
-        FailWithWin32Error("reading the printer's driver", name, error);
-    const auto& info = *reinterpret_cast<const DRIVER_INFO_3W*>(room.data());
-    return {info.pName, info.pDriverPath, info.pDataFile, info.pConfigFile, SplitMultiString(info.pDependentFiles)};
+        FailWithWin32Error(kReading, name, error);
+    const auto* const info = answer.Get<DRIVER_INFO_3W>();
+    auto driver = info != nullptr ? SummaryOf(answer, *info) : std::nullopt;
+    if (!driver)
+        FailWithWin32Error(kReading, name, ERROR_INVALID_DATA);
+    return *std::move(driver);
 }
 
 std::vector<PrinterSummary> ListLocalPrinters()
 {
-    constexpr DWORD kLevel = 2;
+    constexpr char kListing[] = "listing the printers";
     constexpr int kAttempts = 100;
-    std::vector<BYTE> room;
+    SpoolerBuffer answer;
     DWORD count = 0;
     DWORD error = ERROR_GEN_FAILURE;
     // That is, no error's name: not every spooler leaves a printer out of the list that goes while the list is made.
     for (int attempt = 0; attempt < kAttempts && error == ERROR_GEN_FAILURE; ++attempt)
         error =
-            QuerySpooler(room, [&](LPBYTE bytes, DWORD size, LPDWORD needed)
-                         { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, kLevel, bytes, size, needed, &count); });
+            answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
+                        { return ErrorOf(EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, room, size, needed, &count)); });
     if (error != ERROR_SUCCESS)
-        FailWithWin32Error("listing the printers", SpoolerPlace(), error);
-
+        FailWithWin32Error(kListing, SpoolerPlace(), error);
     std::vector<PrinterSummary> printers;
-    const auto* const infos = reinterpret_cast<const PRINTER_INFO_2W*>(room.data());
-    for (DWORD index = 0; index < count; ++index)
-        printers.push_back({infos[index].pPrinterName, infos[index].pDriverName, infos[index].pPortName});
+    for (const PRINTER_INFO_2W& info : answer.List<PRINTER_INFO_2W>(count))
+    {
+        auto summary = SummaryOf(answer, info);
+        if (!summary)
+            FailWithWin32Error(kListing, SpoolerPlace(), ERROR_INVALID_DATA);
+        printers.push_back(*std::move(summary));
+    }
     return printers;
+}
+
+std::vector<DriverSummary> ListDrivers()
+{
+    constexpr char kListing[] = "listing the drivers";
+    SpoolerBuffer answer;
+    DWORD count = 0;
+    const DWORD error =
+        answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
+                    { return ErrorOf(EnumPrinterDriversW(nullptr, nullptr, 3, room, size, needed, &count)); });
+    if (error != ERROR_SUCCESS)
+        FailWithWin32Error(kListing, SpoolerPlace(), error);
+    std::vector<DriverSummary> drivers;
+    for (const DRIVER_INFO_3W& info : answer.List<DRIVER_INFO_3W>(count))
+    {
+        auto driver = SummaryOf(answer, info);
+        if (!driver)
+            FailWithWin32Error(kListing, SpoolerPlace(), ERROR_INVALID_DATA);
+        drivers.push_back(*std::move(driver));
+    }
+    return drivers;
 }
 
 std::string SpoolerPlace()

@@ -29,7 +29,7 @@ public:
     // A handle that the spooler has just handed out. Null is no printer.
     explicit PrinterHandle(HANDLE printer) noexcept;
     [[nodiscard]] static PrinterHandle Open(const std::string& name, Access access);
-    // For use; none when the spooler knows no printer of this name.
+    // For use; none when the spooler knows no printer of this name. What else fails is a Failure.
     [[nodiscard]] static std::optional<PrinterHandle> OpenIfExists(const std::string& name);
 
     ~PrinterHandle();
@@ -38,11 +38,14 @@ public:
 
     [[nodiscard]] HANDLE Get() const noexcept;
 
-    // The capability word that the set-up stored; none: the printer is not one of ours.
+    // The capability word that the set-up stored; none: it has not, or the printer is not one of ours.
     [[nodiscard]] std::optional<std::uint64_t> Capability() const;
+    // How far the set-up has come; 0 also when it has left no word of it.
+    [[nodiscard]] DWORD InstallationState() const;
     // Returns the Win32 error.
     [[nodiscard]] DWORD StoreCapability(std::uint64_t word) const;
-    // Which workflow module the driver has (tvcore/workflowmodulenames.h). Returns the Win32 error.
+    // Which workflow module the driver has (tvcore/workflowmodulenames.h); with none the value is taken away, since it
+    // is looked for each time. Returns the Win32 error.
     [[nodiscard]] DWORD StoreWorkflowModule(DWORD kind) const;
     // How far the set-up has come. Returns the Win32 error.
     [[nodiscard]] DWORD StoreInstallationState(DWORD state) const;
@@ -72,6 +75,7 @@ struct DriverSummary
 [[nodiscard]] PrinterSummary DescribePrinter(const PrinterHandle& printer, const std::string& name);
 [[nodiscard]] DriverSummary DescribeDriver(const PrinterHandle& printer, const std::string& name);
 [[nodiscard]] std::vector<PrinterSummary> ListLocalPrinters();
+[[nodiscard]] std::vector<DriverSummary> ListDrivers();
 
 // What a failure of the spooler as a whole names: the store's folder where one was chosen.
 [[nodiscard]] std::string SpoolerPlace();

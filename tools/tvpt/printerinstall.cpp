@@ -3,15 +3,13 @@
 #include <algorithm>
 #include <filesystem>
 
-#include <tvcore/featurevalues.h>
 #include <tvcore/workflowmodulenames.h>
-#include <tvutil/devicesettingsmanager.h>
-#include <tvutil/printdriver.h>
 
 #include "driverpackage.h"
 #include "failure.h"
 #include "modelfiles.h"
 #include "newdevmode.h"
+#include "printersetup.h"
 #include "setuplock.h"
 
 namespace
@@ -91,30 +89,22 @@ PrinterHandle CreatePrinter(const std::string& name, const PrinterModel& model)
     return PrinterHandle(printer);
 }
 
-// The provider could find its workflow module by itself, but could not remember it: whoever prints may not write the
-// printer's data.
-void StoreModelData(const PrinterHandle& printer, const std::string& name, const PrinterModel& model)
+// What a driver's files were chosen by at its installation cannot be changed by its data file.
+void RequireSameDriver(const std::string& name, const PrinterModel& model, const DriverSummary& driver)
 {
-    DWORD error = printer.StoreCapability(model.capability);
-    const DWORD workflow = WorkflowModuleKind(model.workflowModule);
-    if (error == ERROR_SUCCESS && workflow != kNoWorkflowModule) // none is not stored: it is looked for each time
-        error = printer.StoreWorkflowModule(workflow);
-    if (error == ERROR_SUCCESS)
-    {
-        DeviceSettingsManager::Store(Printer(printer.Get()),
-                                     FeatureCatalogue::MakeSettings(model.defaults, FeatureCatalogue::Scope::Device));
-        error = printer.StoreInstallationState(PrintDriver::kInstallationComplete); // last
-    }
-    if (error != ERROR_SUCCESS)
-        FailWithWin32Error("storing the printer's data", name, error);
-}
-
-bool IsDriverUsed(const CXString& driverName)
-{
-    const auto printers = ListLocalPrinters();
-    return std::any_of(printers.begin(), printers.end(),
-                       [&driverName](const PrinterSummary& printer)
-                       { return printer.driverName.CompareNoCase(driverName) == 0; });
+    constexpr char kRefreshing[] = "refreshing the printer";
+    constexpr char kAdvice[] = "; remove the printer and add it again";
+    if (driver.name != model.name)
+        Fail(kRefreshing, name,
+             "its driver is \"" + driver.name.ToUtf8() + "\", its model is now named \"" + model.name.ToUtf8() + "\"" +
+                 kAdvice);
+    for (const WCHAR* const module : kWorkflowModuleNames)
+        if (HasModule(driver, module) != (model.workflowModule == module))
+            Fail(kRefreshing, name,
+                 std::string("the workflow module \"") + CXString(module).ToUtf8() +
+                     (model.workflowModule == module ? "\" of its model is not among its driver's files"
+                                                     : "\" is among its driver's files, but not its model's") +
+                     kAdvice);
 }
 
 } // namespace
@@ -125,8 +115,12 @@ void InstallPrinter(const std::string& name, const std::string& modelNameOrFile)
     const PrinterModel model = ReadPrinterModel(modelFile);
     const SetupLock lock; // until everything is done or taken back
     // Not every spooler refuses a second printer of one name.
-    if (PrinterHandle::OpenIfExists(name))
+    if (const auto present = PrinterHandle::OpenIfExists(name))
+    {
+        if (SetUpStateOf(*present) == SetUpState::Incomplete)
+            Fail(kAdding, name, "its installation did not come to its end; \"tvpt printer refresh\" completes it");
         FailWithWin32Error(kAdding, name, ERROR_PRINTER_ALREADY_EXISTS);
+    }
 
     Installation installation(DriverPackage(model, modelFile));
     installation.Package().Install();
@@ -141,7 +135,7 @@ void RemovePrinter(const std::string& name)
     CXString driverName;
     {
         const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
-        if (!printer.Capability())
+        if (SetUpStateOf(printer) == SetUpState::NotOurs)
             Fail(kRemoving, name, "it was not installed by this program");
         driverName = DescribePrinter(printer, name).driverName;
         if (!DeletePrinter(printer.Get()))
@@ -154,16 +148,12 @@ void RemovePrinter(const std::string& name)
         FailWithWin32Error("removing the printer's driver", driverName.ToUtf8(), error);
 }
 
-void RefreshPrinter(const std::string& name)
+bool RefreshPrinter(const std::string& name)
 {
+    const SetupLock lock;
     const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
-    StoreModelData(printer, name, ReadInstalledModel(printer, name));
-}
-
-PrinterModel ReadInstalledModel(const PrinterHandle& printer, const std::string& name)
-{
-    if (!printer.Capability())
-        Fail("reading the printer's model", name, "it was not installed by this program");
-    const CXString file = DescribeDriver(printer, name).dataFile;
-    return ReadPrinterModel(std::filesystem::path(file.View().begin(), file.View().end()));
+    const PrinterModel model = ReadInstalledModel(printer, name, SetUpState::Incomplete);
+    RequireSameDriver(name, model, DescribeDriver(printer, name));
+    RenewDevmode(printer, name);
+    return StoreModelData(printer, name, model);
 }

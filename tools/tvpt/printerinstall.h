@@ -3,16 +3,11 @@
 
 #include <string>
 
-#include <tvcore/printermodel.h>
-
-#include "printerhandle.h"
-
 // What was half done when something fails is taken back. All of them throw Failure or ExceptionInvalidPrinterModel.
 void InstallPrinter(const std::string& name, const std::string& modelNameOrFile);
-// Only printers that were installed by InstallPrinter; their driver goes with the last of them.
+// Only printers that InstallPrinter installed, or began to; their driver goes with the last of them.
 void RemovePrinter(const std::string& name);
-// Reads the installed model again and stores what the printer keeps of it.
-void RefreshPrinter(const std::string& name);
-
-// The model of an installed printer: its driver's data file.
-[[nodiscard]] PrinterModel ReadInstalledModel(const PrinterHandle& printer, const std::string& name);
+// Reads the installed model again and brings in line with it what the printer keeps; completes an installation that did
+// not come to its end. Can be repeated when it fails. What somebody has chosen stays. False when the device settings
+// are in the format of a later driver: they stay as they are, all else is done.
+[[nodiscard]] bool RefreshPrinter(const std::string& name);

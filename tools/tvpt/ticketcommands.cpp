@@ -7,7 +7,7 @@
 #include "devmode.h"
 #include "failure.h"
 #include "jsonoutput.h"
-#include "printerinstall.h"
+#include "printersetup.h"
 #include "printschemadocument.h"
 #include "providerhost.h"
 #include "ticketreport.h"

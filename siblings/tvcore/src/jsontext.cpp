@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <tvcore/printermodel.h>
+
 #include "jsoncursor.h"
 
 namespace
@@ -161,8 +163,8 @@ private:
 
 JsonValue ParseJsonText(std::string_view text, std::string_view fileName)
 {
-    if (text.size() > kMaxJsonSize)
-        ThrowModelFault(fileName, "larger than " + std::to_string(kMaxJsonSize) + " bytes");
+    if (text.size() > PrinterModel::kMaxFileSize)
+        ThrowModelFault(fileName, "larger than " + std::to_string(PrinterModel::kMaxFileSize) + " bytes");
     TreeBuilder builder(text, fileName);
     json::sax_parse(text, &builder);
     return builder.Take();

@@ -5,7 +5,6 @@
 
 #include "jsonvalue.h"
 
-inline constexpr std::size_t kMaxJsonSize = 4u << 20; // bytes
 inline constexpr std::size_t kMaxJsonDepth = 16;
 
 // UTF-8, with or without a byte order mark. Throws ExceptionInvalidPrinterModel, which names the file and the JSON

@@ -209,7 +209,7 @@ std::string ReadModelText(const std::filesystem::path& file, std::string_view na
     const std::uintmax_t size = std::filesystem::file_size(file, error);
     if (error)
         ThrowUnreadable(name, error);
-    std::string text(static_cast<std::size_t>(std::min<std::uintmax_t>(size, kMaxJsonSize + 1)), '\0');
+    std::string text(static_cast<std::size_t>(std::min<std::uintmax_t>(size, PrinterModel::kMaxFileSize + 1)), '\0');
     errno = 0;
     std::ifstream stream(file, std::ios::binary);
     if (!stream.read(text.data(), static_cast<std::streamsize>(text.size())))

@@ -12,9 +12,8 @@
 
 #include <tvutil/exceptions.h>
 #include <tvutil/printer.h>
+#include <tvutil/spoolerbuffer.h>
 #include <tvutil/throwexception.h>
-
-#include "spoolerbuffer.h"
 
 namespace
 {

@@ -4,14 +4,10 @@
 
 #include <utility>
 
-#include <tvutil/exceptions.h>
 #include <tvutil/persistentattributes.h>
-#include <tvutil/throwexception.h>
 
 namespace
 {
-
-constexpr const WCHAR* kSourceFile = W("siblings\\tvutil\\src\\devicesettingsmanager");
 
 ByteBuffer ReadState(const Printer& printer)
 {
@@ -62,7 +58,7 @@ AttributeBytesIndexedList* DeviceSettingsManager::GetAttributeBytesIndexedList(c
     return id == PersistentAttributes::GetDeviceSettingsNameSpaceId() ? m_settings.get() : m_nothing.get();
 }
 
-void DeviceSettingsManager::Store(const Printer& printer, const AttributeBytesIndexedList& settings)
+bool DeviceSettingsManager::Store(const Printer& printer, const AttributeBytesIndexedList& settings)
 {
     AttributeBytesRawList list;
     list.ImportFromIndexedList(settings);
@@ -70,10 +66,8 @@ void DeviceSettingsManager::Store(const Printer& printer, const AttributeBytesIn
     nameSpaces.SetAttributeBytesList(PersistentAttributes::GetDeviceSettingsNameSpaceId(), std::move(list));
     PersistentAttributes stored(ReadState(printer));
     if (!stored.SetAttributeBytesNameSpaces(nameSpaces))
-        ThrowException<ExceptionPrinterFailure>(
-            {W("DeviceSettingsManager::Store"), kSourceFile},
-            W("the device settings of the printer \"%s\" are in the format of a later driver and stay as they are"),
-            {printer.GetPrinterName()});
+        return false;
     const ByteBuffer& state = stored.GetPersistentAttributesState();
     printer.SetPrinterDataW(kDeviceSettingsValueName, REG_BINARY, state.data(), static_cast<DWORD>(state.size()));
+    return true;
 }

@@ -49,6 +49,11 @@ constexpr std::size_t GlobalCaches::kCapacity;
 constexpr const WCHAR* GlobalCaches::kDeviceCapsListCacheName;
 constexpr const WCHAR* GlobalCaches::kDocPropListCacheName;
 
+std::shared_ptr<const ByteBuffer> GlobalCaches::MakeBuffer(std::span<const std::byte> bytes)
+{
+    return std::make_shared<const ByteBuffer>(bytes);
+}
+
 bool GlobalCaches::CheckXDevmodePropertyBagCache(DWORD crc, PropertyBagEntries& entries)
 {
     const auto found = PropertyBags().Find(crc);

@@ -7,9 +7,8 @@
 #include <tvutil/bytereader.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/printer.h>
+#include <tvutil/spoolerbuffer.h>
 #include <tvutil/throwexception.h>
-
-#include "spoolerbuffer.h"
 
 namespace
 {

@@ -6,10 +6,10 @@
 #include <optional>
 
 #include <tvutil/exceptions.h>
+#include <tvutil/spoolerbuffer.h>
 #include <tvutil/throwexception.h>
 
 #include "devmodefirstlevelcache.h"
-#include "spoolerbuffer.h"
 
 namespace
 {

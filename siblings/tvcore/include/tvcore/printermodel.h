@@ -77,6 +77,9 @@ struct PrinterModel
     // Bytes that the defaults of the document's features may take: so much room has a devmode beside the paper list.
     static constexpr std::size_t kMaxDocumentDefaults = 2900;
 
+    // Bytes that a model's file may have.
+    static constexpr std::size_t kMaxFileSize = 4u << 20;
+
     CXString name;
     std::uint64_t capability = 0;
     std::int32_t controllerFamily = 0;

@@ -29,8 +29,9 @@ public:
     AttributeBytesIndexedList* GetAttributeBytesIndexedListOf(AttributeBytesNameSpacesId id) override;
     AttributeBytesIndexedList* GetAttributeBytesIndexedList(const AttributeBytesNameSpacesId& id) override;
 
-    // Replaces the settings of the device settings' namespace and keeps what else is stored there.
-    static void Store(const Printer& printer, const AttributeBytesIndexedList& settings);
+    // Replaces the settings of the device settings' namespace and keeps what else is stored there. False, with nothing
+    // changed, when what is stored is in the format of a later driver.
+    static bool Store(const Printer& printer, const AttributeBytesIndexedList& settings);
 
 private:
     std::unique_ptr<AttributeBytesIndexedList> m_settings;

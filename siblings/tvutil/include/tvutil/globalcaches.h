@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -31,7 +32,11 @@ public:
     static constexpr const WCHAR* kDeviceCapsListCacheName = W("XDevmodeDeviceCapsABILCache");
     static constexpr const WCHAR* kDocPropListCacheName = W("XDevmodeDocPropABILCache");
 
-    // False, with nothing changed, when the cache does not have it.
+    // A buffer for an entry. Made here, since it ends with its last user, wherever that is: a module that came, read a
+    // devmode and went would leave its own behind without the code that ends them.
+    [[nodiscard]] static std::shared_ptr<const ByteBuffer> MakeBuffer(std::span<const std::byte> bytes);
+
+    // False, with nothing changed, when the cache does not have it. Entries are MakeBuffer's.
     static bool CheckXDevmodePropertyBagCache(DWORD crc, PropertyBagEntries& entries);
     static void AddXDevmodePropertyBagCacheEntry(DWORD crc, const PropertyBagEntries& entries);
 

@@ -1,0 +1,130 @@
+#include "printersetup.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <vector>
+
+#include <tvcore/featurevalues.h>
+#include <tvcore/workflowmodulenames.h>
+#include <tvutil/devicesettingsmanager.h>
+#include <tvutil/exceptions.h>
+#include <tvutil/printdriver.h>
+#include <tvutil/spoolerbuffer.h>
+
+#include "complugins/xdevmode.h"
+#include "driverpackage.h"
+#include "failure.h"
+
+namespace
+{
+
+constexpr char kRenewing[] = "renewing the printer's devmode";
+
+bool HasOurDriver(const PrinterHandle& printer)
+{
+    try
+    {
+        return IsOurDriver(DescribeDriver(printer, {}));
+    }
+    catch (const Failure&) // a printer may have no driver that could be told
+    {
+        return false;
+    }
+}
+
+// The model's, and of the stored ones those that somebody has chosen or that the model does not know.
+bool StoreDeviceSettings(const PrinterHandle& printer, const PrinterModel& model)
+{
+    const Printer spoolersPrinter(printer.Get());
+    DeviceSettingsManager stored(spoolersPrinter);
+    AttributeBytesIndexedList settings = *stored.GetDefaultAttributeBytesIndexedList();
+    const auto defaults = FeatureCatalogue::MakeSettings(model.defaults, FeatureCatalogue::Scope::Device);
+    for (std::size_t at = 0; at < defaults.GetCount(); ++at)
+    {
+        const AttributeBytesValue* const present = settings.GetAttributeBytes(defaults.GetFeature(at));
+        if (present == nullptr || (present->flags & AttributeBytesValue::kIsChoice) == 0)
+            settings.SetAttributeBytes(defaults.GetFeature(at), defaults.GetValue(at));
+    }
+    return DeviceSettingsManager::Store(spoolersPrinter, settings);
+}
+
+// The printer's own description with the devmode in it; empty when it has none whose bytes lie in the answer.
+std::span<const std::byte> StoredDevmode(const SpoolerBuffer& answer)
+{
+    const auto* const info = answer.Get<PRINTER_INFO_2W>();
+    if (info == nullptr || info->pDevMode == nullptr)
+        return {};
+    const std::span<const std::byte> bytes = answer.Bytes();
+    const auto offset =
+        reinterpret_cast<std::uintptr_t>(info->pDevMode) - reinterpret_cast<std::uintptr_t>(bytes.data());
+    if (offset >= bytes.size() || !DevmodeFitsIn(info->pDevMode, bytes.size() - offset))
+        return {};
+    return bytes.subspan(offset, std::size_t{info->pDevMode->dmSize} + info->pDevMode->dmDriverExtra);
+}
+
+} // namespace
+
+SetUpState SetUpStateOf(const PrinterHandle& printer)
+{
+    const bool hasWord = printer.Capability().has_value();
+    if (hasWord && printer.InstallationState() >= PrintDriver::kInstallationComplete)
+        return SetUpState::Complete;
+    return hasWord || HasOurDriver(printer) ? SetUpState::Incomplete : SetUpState::NotOurs;
+}
+
+PrinterModel ReadInstalledModel(const PrinterHandle& printer, const std::string& name, SetUpState least)
+{
+    constexpr char kReading[] = "reading the printer's model";
+    const SetUpState state = SetUpStateOf(printer);
+    if (state == SetUpState::NotOurs)
+        Fail(kReading, name, "it was not installed by this program");
+    if (state < least)
+        Fail(kReading, name, "its installation did not come to its end; \"tvpt printer refresh\" completes it");
+    const CXString file = DescribeDriver(printer, name).dataFile;
+    return ReadPrinterModel(std::filesystem::path(file.View().begin(), file.View().end()));
+}
+
+// The provider could find its workflow module by itself, but could not remember it: whoever prints may not write the
+// printer's data.
+bool StoreModelData(const PrinterHandle& printer, const std::string& name, const PrinterModel& model)
+{
+    const auto require = [&name](DWORD error)
+    {
+        if (error != ERROR_SUCCESS)
+            FailWithWin32Error("storing the printer's data", name, error);
+    };
+    require(printer.StoreCapability(model.capability));
+    require(printer.StoreWorkflowModule(WorkflowModuleKind(model.workflowModule)));
+    const bool isOurFormat = StoreDeviceSettings(printer, model);
+    require(printer.StoreInstallationState(PrintDriver::kInstallationComplete)); // last
+    return isOurFormat;
+}
+
+void RenewDevmode(const PrinterHandle& printer, const std::string& name)
+{
+    SpoolerBuffer answer;
+    DWORD error = answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
+                              { return ErrorOf(GetPrinterW(printer.Get(), 2, room, size, needed)); });
+    if (error != ERROR_SUCCESS)
+        FailWithWin32Error(kRenewing, name, error);
+    const std::span<const std::byte> stored = StoredDevmode(answer);
+    std::vector<WCHAR> printerName = Terminated(CXString::FromUtf8(name));
+    auto* const input = const_cast<DEVMODEW*>(reinterpret_cast<const DEVMODEW*>(stored.data()));
+    const auto ask = [&](DEVMODEW* output, DWORD mode)
+    {
+        const LONG result = DocumentPropertiesW(nullptr, printer.Get(), printerName.data(), output, input, mode);
+        if (result < 0)
+            FailWithWin32Error(kRenewing, name, GetLastError());
+        return static_cast<std::size_t>(result);
+    };
+    std::vector<std::byte> renewed(ask(nullptr, 0));
+    auto* const devmode = reinterpret_cast<DEVMODEW*>(renewed.data());
+    ask(devmode, DM_OUT_BUFFER | (stored.empty() ? DWORD{0} : DWORD{DM_IN_BUFFER}));
+    if (std::equal(renewed.begin(), renewed.end(), stored.begin(), stored.end()))
+        return;
+    PRINTER_INFO_2W info = *answer.Get<PRINTER_INFO_2W>();
+    info.pDevMode = devmode;
+    info.pSecurityDescriptor = nullptr; // stays
+    if (!SetPrinterW(printer.Get(), 2, reinterpret_cast<LPBYTE>(&info), 0))
+        FailWithWin32Error(kRenewing, name, GetLastError());
+}
