@@ -100,7 +100,7 @@ try
 
     m_dataModelInUse = false; // by every binding, also one that fails further on
 
-    // Both are read before anything is kept: a printer that cannot be read does not leave half of itself behind.
+    // Both are read before anything is kept: a printer whose data cannot be read leaves the former binding's words.
     const PrintDriver driver;
     const ULONGLONG driverKind = driver.GetDriverCapability(printer, kDriverKindCapability);
     const ULONGLONG coreFlags = driver.GetDriverCapability(printer, kCoreFlagsCapability);

@@ -1,4 +1,5 @@
 // The model state that is kept between calls, and the product objects that the translators ask for.
+#include <tvcore/productinformation.h>
 #include <tvutil/tavlencomexception.h>
 #include <tvutil/textresourceloader.h>
 
@@ -14,8 +15,6 @@ constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\tavlenptprovider");
 // The lines that the system reports for these.
 constexpr int kProductStringLoaderLine = 1621;
 constexpr int kProductDataLine = 1641;
-
-constexpr std::int32_t kColorInformation = 13; // the product information item that says "Color" or not
 
 } // namespace
 
@@ -66,5 +65,5 @@ PageSizeDictionary& TavlenPtProvider::GetPageSizeDictionary()
 
 bool TavlenPtProvider::IsColorDevice()
 {
-    return GetProductData().GetInfo(kColorInformation).ToLower() == W("color");
+    return ProductInformation::SaysColor(GetProductData().GetInfo(ProductInformation::kColor));
 }

@@ -22,7 +22,7 @@ namespace
 
 using namespace OemDevmodeBytes;
 
-constexpr int kDriverPaper = 320;     // a paper that the driver of this model has, and the spooler has not
+constexpr int kDriverPaper = 320;      // a paper that the driver of this model has, and the spooler has not
 constexpr int kFirstDriverPaper = 119; // made one of them here, with the number before it
 constexpr int kByCountry = -1;
 

@@ -213,6 +213,7 @@ TEST_F(Printers, AnInstallationThatCannotBeDoneLeavesNothing)
     };
     const Row rows[] = {
         {name, "tavlen-c9070-ps", "adding the printer: " + name + ": ERROR_PRINTER_ALREADY_EXISTS (1802)"},
+        {"a\xFF", "tavlen-c9070-ps", ": the name is not UTF-8"},
         {"New", "no-such-model", "finding the printer model: no-such-model: neither a file nor the name"},
         {"New", "../models/tavlen-nowhere", "neither a file nor the name of a shipped model"},
         {"New", "", "finding the printer model: neither a file nor the name of a shipped model"},

@@ -111,6 +111,8 @@ void RequireSameDriver(const std::string& name, const PrinterModel& model, const
 
 void InstallPrinter(const std::string& name, const std::string& modelNameOrFile)
 {
+    if (CXString::FromUtf8(name).ToUtf8() != name) // it would become another name
+        Fail(kAdding, name, "the name is not UTF-8");
     const std::filesystem::path modelFile = FindModelFile(modelNameOrFile);
     const PrinterModel model = ReadPrinterModel(modelFile);
     const SetupLock lock; // until everything is done or taken back

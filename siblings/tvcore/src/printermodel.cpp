@@ -2,11 +2,12 @@
 
 #include <algorithm>
 
+#include <tvcore/productinformation.h>
+
 bool PrinterModel::IsColor() const
 {
-    constexpr std::int32_t kColorItem = 13;
-    const auto item = productInformation.find(kColorItem);
-    return item != productInformation.end() && item->second.CompareNoCase(W("color")) == 0;
+    const auto item = productInformation.find(ProductInformation::kColor);
+    return item != productInformation.end() && ProductInformation::SaysColor(item->second);
 }
 
 const PrinterModel::Form* PrinterModel::FindForm(std::uint16_t paperId) const noexcept

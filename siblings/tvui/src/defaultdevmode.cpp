@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iterator>
 
+#include <tvcore/productinformation.h>
 #include <tvutil/bytewriter.h>
 
 #include "complugins/oemdevmode.h"
@@ -15,7 +16,6 @@ namespace
 namespace Format = OemDevmodeFormat;
 
 constexpr std::uint32_t kOemVersion = 1;
-constexpr std::int32_t kColorInfo = 13; // product information: "Color", or another word
 
 template <std::size_t Length>
 void CopyName(const CXString& name, WCHAR (&field)[Length]) noexcept
@@ -43,7 +43,7 @@ void WriteEmptyOemPart(std::span<std::byte> part)
 
 } // namespace
 
-std::size_t DefaultDevmodeSize(const ProductData& product) noexcept
+std::size_t DefaultDevmodeSize(const ProductData& product)
 {
     return sizeof(DEVMODEW) + product.GetCoreDriver().privateSize + Format::kSize;
 }
@@ -61,7 +61,7 @@ void SetDevmodePaper(DEVMODEW& devmode, const PrinterModel::Form& form) noexcept
 
 bool IsColorProduct(const ProductData& product)
 {
-    return product.GetInfo(kColorInfo).CompareNoCase(W("Color")) == 0;
+    return ProductInformation::SaysColor(product.GetInfo(ProductInformation::kColor));
 }
 
 DEVMODEW MakeDefaultPublicDevmode(const ProductData& product, const CXString& printerName)

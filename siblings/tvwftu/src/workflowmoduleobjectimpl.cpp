@@ -50,11 +50,10 @@ ProductData& WorkflowModuleObjectImpl::GetProductDataObj()
 }
 
 void WorkflowModuleObjectImpl::SetDataSourceProviderPtr(DataSourceProviderWithDataSources* provider, HANDLE printer,
-                                                        LONG use)
+                                                        LONG /*use*/)
 {
     m_provider = provider;
     m_printerHandle = printer;
-    m_use = use;
 }
 
 FeatureServices* WorkflowModuleObjectImpl::FindFeatureServices() const

@@ -29,5 +29,4 @@ private:
     HANDLE m_printerHandle = nullptr;
     std::unique_ptr<ProductData> m_productData;
     DataSourceProviderWithDataSources* m_provider = nullptr;
-    LONG m_use = 0;
 };

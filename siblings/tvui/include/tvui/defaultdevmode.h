@@ -21,7 +21,7 @@ inline constexpr WORD kDriverDevmodeVersion = 0x0100; // dmDriverVersion
 
 // Its public part alone; dmDriverExtra is that of the whole.
 [[nodiscard]] DEVMODEW MakeDefaultPublicDevmode(const ProductData& product, const CXString& printerName);
-[[nodiscard]] std::size_t DefaultDevmodeSize(const ProductData& product) noexcept;
+[[nodiscard]] std::size_t DefaultDevmodeSize(const ProductData& product);
 
 // Makes the form the devmode's paper: number, size, name.
 void SetDevmodePaper(DEVMODEW& devmode, const PrinterModel::Form& form) noexcept;
