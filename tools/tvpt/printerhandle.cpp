@@ -145,8 +145,13 @@ DWORD PrinterHandle::StoreWorkflowModule(DWORD kind) const
 {
     if (kind != kNoWorkflowModule)
         return StoreDword(kWorkflowModuleValueName, kind);
-    const DWORD error = DeletePrinterDataExW(m_printer, kDriverDataKey, kWorkflowModuleValueName);
-    return error == ERROR_FILE_NOT_FOUND ? DWORD{ERROR_SUCCESS} : error;
+    // Not every spooler can delete: one that has no such value is not asked to.
+    DWORD type = 0;
+    DWORD needed = 0;
+    const DWORD present =
+        GetPrinterDataExW(m_printer, kDriverDataKey, kWorkflowModuleValueName, &type, nullptr, 0, &needed);
+    return present == ERROR_FILE_NOT_FOUND ? DWORD{ERROR_SUCCESS}
+                                           : DeletePrinterDataExW(m_printer, kDriverDataKey, kWorkflowModuleValueName);
 }
 
 DWORD PrinterHandle::StoreInstallationState(DWORD state) const
