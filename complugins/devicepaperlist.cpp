@@ -1,5 +1,6 @@
 #include "complugins/devicepaperlist.h"
 
+#include <tvcore/datamodelids.h>
 #include <tvutil/bytereader.h>
 #include <tvutil/bytewriter.h>
 
@@ -97,4 +98,12 @@ std::optional<std::vector<FormsInfoRecord>> DevicePaperList::Read(std::span<cons
     if (!reader.Ok() || format != kFormat || reader.Remaining() != 0)
         return std::nullopt;
     return forms;
+}
+
+std::optional<std::vector<FormsInfoRecord>> DevicePaperList::ReadFrom(const AttributeBytesIndexedList& capabilities)
+{
+    const AttributeBytesValue* const list = capabilities.GetAttributeBytes(DataModelIds::Feature::DevicePaperList);
+    if (list == nullptr || list->kind != AttributeBytesKind::Binary)
+        return std::nullopt;
+    return Read(list->data.bytes());
 }

@@ -11,6 +11,7 @@
 #include <span>
 #include <vector>
 
+#include <tvutil/attributebytesindexedlist.h>
 #include <tvutil/bytebuffer.h>
 
 #include "complugins/formsinforecord.h"
@@ -25,5 +26,8 @@ inline constexpr std::size_t kMaxSize = 2400;
 
 // Nothing when the bytes are of another format or contradict themselves.
 [[nodiscard]] std::optional<std::vector<FormsInfoRecord>> Read(std::span<const std::byte> bytes);
+
+// The list among the capabilities of a devmode; nothing when it is not there, of another kind, or unreadable.
+[[nodiscard]] std::optional<std::vector<FormsInfoRecord>> ReadFrom(const AttributeBytesIndexedList& capabilities);
 
 } // namespace DevicePaperList

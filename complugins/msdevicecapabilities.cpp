@@ -3,7 +3,6 @@
 #include <optional>
 #include <utility>
 
-#include <tvcore/datamodelids.h>
 #include <tvutil/driverloadedcontext.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/persistentattributes.h>
@@ -16,17 +15,6 @@ namespace
 {
 
 constexpr WCHAR kSourceFile[] = W("complugins\\msdevicecapabilities");
-
-std::optional<std::vector<FormsInfoRecord>> ReadPaperListOf(DEVMODEW* devmode)
-{
-    XDevmode settings(devmode);
-    const AttributeBytesIndexedList& list =
-        *settings.GetAttributeBytesIndexedList(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId());
-    const AttributeBytesValue* const value = list.GetAttributeBytes(DataModelIds::Feature::DevicePaperList);
-    if (value == nullptr || value->kind != AttributeBytesKind::Binary)
-        return std::nullopt;
-    return DevicePaperList::Read(value->data.bytes());
-}
 
 } // namespace
 
@@ -50,7 +38,9 @@ HRESULT MSDeviceCapabilities::GetPaperDatabaseCachedDeviceCapabilitiesVector(HAN
     forms.clear();
     if (!m_isSpooler || devmode == nullptr)
         return E_FAIL;
-    std::optional<std::vector<FormsInfoRecord>> list = ReadPaperListOf(devmode);
+    XDevmode settings(devmode);
+    auto list = DevicePaperList::ReadFrom(
+        *settings.GetAttributeBytesIndexedList(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId()));
     if (!list)
         return E_FAIL;
     forms = *std::move(list);

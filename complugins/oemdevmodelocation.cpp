@@ -46,21 +46,20 @@ OemDevmodeFinding LookAt(std::span<const std::byte> driverExtra, std::size_t off
 
 } // namespace
 
-OemDevmodeSearch SearchOemDevmode(std::span<const std::byte> driverExtra) noexcept
+std::array<OemDevmodeSearch, 2> SearchOemDevmode(std::span<const std::byte> driverExtra) noexcept
 {
-    OemDevmodeSearch nearest{OemDevmodeFinding::NoCoreSize, {CoreDriverLayout::PostScript, 0}};
-    for (const Place& place : kPlaces)
+    const auto search = [driverExtra](const Place& place)
     {
         const std::size_t offset = CoreSize(driverExtra, place.sizeOffset);
-        const OemDevmodeFinding finding = LookAt(driverExtra, offset);
-        if (finding > nearest.finding)
-            nearest = {finding, {place.layout, offset}};
-    }
-    return nearest;
+        return OemDevmodeSearch{LookAt(driverExtra, offset), {place.layout, offset}};
+    };
+    return {search(kPlaces[0]), search(kPlaces[1])};
 }
 
 std::optional<OemDevmodeLocation> LocateOemDevmode(std::span<const std::byte> driverExtra) noexcept
 {
-    const OemDevmodeSearch search = SearchOemDevmode(driverExtra);
-    return search.finding == OemDevmodeFinding::Part ? std::optional(search.location) : std::nullopt;
+    for (const OemDevmodeSearch& search : SearchOemDevmode(driverExtra))
+        if (search.finding == OemDevmodeFinding::Part)
+            return search.location;
+    return std::nullopt;
 }

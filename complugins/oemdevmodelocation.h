@@ -2,6 +2,7 @@
 // looks for it.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -22,7 +23,7 @@ struct OemDevmodeLocation
 // to a whole part with the right size and signature.
 [[nodiscard]] std::optional<OemDevmodeLocation> LocateOemDevmode(std::span<const std::byte> driverExtra) noexcept;
 
-// How far the search comes at one place, the furthest last.
+// How far the search comes at one place.
 enum class OemDevmodeFinding
 {
     NoCoreSize, // no core driver notes its own size there
@@ -39,5 +40,5 @@ struct OemDevmodeSearch
     OemDevmodeLocation location; // without a meaning for NoCoreSize
 };
 
-// The same for people who want to know why there is no part: the place that comes nearest to one.
-[[nodiscard]] OemDevmodeSearch SearchOemDevmode(std::span<const std::byte> driverExtra) noexcept;
+// The same for people who want to know why there is no part: what is at either place, in the order of the search.
+[[nodiscard]] std::array<OemDevmodeSearch, 2> SearchOemDevmode(std::span<const std::byte> driverExtra) noexcept;

@@ -8,6 +8,7 @@
 #include "devmode.h"
 #include "devmodefields.h"
 #include "hostrun.h"
+#include "tests/common/oemdevmodebytes.h"
 
 #include <tvutil/attributebyteslistvalue.h>
 #include <tvutil/crc32.h>
@@ -57,13 +58,21 @@ void AppendToFeatures(std::string& bytes, const ByteBuffer& addition)
     PutEntry(bytes, 1, settings.GetPersistentAttributesState());
 }
 
+// With this namespace only.
+ByteBuffer StateOf(int nameSpace, const AttributeBytesRawList& list)
+{
+    AttributeBytesNameSpaces nameSpaces;
+    nameSpaces.SetAttributeBytesList(AttributeBytesNameSpacesId(nameSpace), list);
+    PersistentAttributes state;
+    state.SetAttributeBytesNameSpaces(nameSpaces);
+    return state.GetPersistentAttributesState();
+}
+
 ByteBuffer Attribute(std::int32_t feature, AttributeBytesValue value)
 {
     AttributeBytesIndexedList list;
     list.SetAttributeBytes(feature, std::move(value));
-    AttributeBytesRawList raw;
-    raw.ImportFromIndexedList(list);
-    return ByteBuffer(raw.GetBytes());
+    return ByteBuffer(AttributeBytesRawList(list).GetBytes());
 }
 
 class DevmodeFiles : public HostTest
@@ -169,12 +178,10 @@ TEST_F(DevmodeFiles, SetFeaturesAreShownAndNothingElseChanges)
     const std::string name64(64, 'n');
     const std::string text255(255, 't');
     const Row rows[] = {
-        {"feature.46=5001", "/46", 5001},
         {"feature.46=5421", "/46", 5421},
         {"feature.43=32767", "/43", 32767},
         {"feature.78=" + text255, "/78", text255},
         {"feature.82=H\xC3\xA4\xE2\x82\xAC=\xF0\x9F\x96\xA8", "/82", "H\xC3\xA4\xE2\x82\xAC=\xF0\x9F\x96\xA8"},
-        {"feature.83=a\nb", "/83", "a b"}, // no value forges a line
         {"feature.84=", "/84", ""},
         {"feature.95=12.5mm", "/95", "12.5mm"},
         {"feature.96=-0.5in", "/96", "-12.7mm"},
@@ -201,6 +208,14 @@ TEST_F(DevmodeFiles, SetFeaturesAreShownAndNothingElseChanges)
     EXPECT_EQ(shown["oem"]["entries"][2], json({{"key", kUnknownKey}, {"length", 4}, {"meaning", nullptr}}));
     EXPECT_EQ(shown["papers"], Show(before)["papers"]);
     EXPECT_EQ(result.out.substr(0, kOem + Format::kCrcOffset), before.substr(0, kOem + Format::kCrcOffset));
+    for (const Row& row : rows)
+    {
+        const json& value = shown["features"][json::json_pointer(row.feature)];
+        const std::string again = row.setting.substr(0, row.setting.find('=') + 1);
+        EXPECT_EQ(Set(result.out, {again + (value.is_string() ? value.get<std::string>() : value.dump())}).out,
+                  result.out)
+            << row.setting << ": what is shown can be set";
+    }
     // Automatic takes the choice back.
     EXPECT_EQ(Show(Set(result.out, {"feature.175=5001"}).out)["choices"], json({46, 146, 174}));
 }
@@ -257,7 +272,8 @@ TEST_F(DevmodeFiles, ABadSettingNamesTheKeyAndLeavesTheInput)
         {"dmCopies=0x", 1, "dmCopies: \"0x\" is not a number"},
         {"dmCopies=0x-1", 1, "dmCopies: \"0x-1\" is not a number"},
         {"dmFormName=12345678901234567890123456789012", 1, "dmFormName: longer than 31 characters"},
-        {"dmFormName=\xFF", 1, "dmFormName: not a text in UTF-8"},
+        {"dmFormName=\xFF", 1, "dmFormName: not a text in UTF-8 on one line"},
+        {"dmFormName=a\nb", 1, "dmFormName: not a text in UTF-8 on one line"},
         {"dmSize=1", 1, "dmSize: is given by the devmode itself"},
         {"dmcopies=1", 1, "dmcopies: no field has this name"},
         {"ms.3=1", 1, "ms.3: not available yet"},
@@ -286,8 +302,14 @@ TEST_F(DevmodeFiles, ABadSettingNamesTheKeyAndLeavesTheInput)
         {"feature.95=1e2mm", 1, "feature.95: ImageShiftX must be a length"},
         {"feature.95=--1mm", 1, "feature.95: ImageShiftX must be a length"},
         {"feature.95=0.0000000001mm", 1, "feature.95: ImageShiftX must be a length"},
-        {"feature.78=\xFF", 1, "feature.78: JobTitle must be a text in UTF-8 of at most 255 characters"},
-        {"app=", 1, "app: must be a file name in UTF-8 of 1 to 255 characters"},
+        {"feature.78=\xFF", 1, "feature.78: JobTitle must be a text in UTF-8, on one line, of at most 255"},
+        {"feature.83=a\nb", 1, "feature.83: JobRecipientName must be a text in UTF-8, on one line"},
+        {"feature.175=9700: ", 1, "9687 on with a name (9687:NAME) of at most 64 characters"},
+        {"feature.175=9700:a\xE2\x80\xA8", 1, "9687 on with a name (9687:NAME) of at most 64 characters"},
+        {"app=", 1, "app: must be a file name without a folder, in UTF-8, of 1 to 255 characters"},
+        {"app= ", 1, "app: must be a file name"},
+        {"app=a\tb", 1, "app: must be a file name"},
+        {"app=C:\\excel.exe", 1, "app: must be a file name"},
         {"dmCopies", 2, "\"dmCopies\" is not KEY=VALUE"},
         {"=1", 2, "\"=1\" is not KEY=VALUE"},
     };
@@ -487,16 +509,57 @@ TEST_F(DevmodeFiles, ABadPartIsExplainedAndNotEdited)
     std::string odd = fresh;
     AttributeBytesIndexedList features;
     features.SetAttributeBytes(477, AttributeBytesOptionValue(AttributeBytesValueId(5001), true));
-    AttributeBytesNameSpaces nameSpaces;
-    AttributeBytesRawList list;
-    list.ImportFromIndexedList(features);
-    nameSpaces.SetAttributeBytesList(PersistentAttributes::GetDataModelDocPropNameSpaceId(), list);
-    PersistentAttributes settings;
-    settings.SetAttributeBytesNameSpaces(nameSpaces);
-    PutEntry(odd, 1, settings.GetPersistentAttributesState());
+    PutEntry(odd, 1, StateOf(1, AttributeBytesRawList(features)));
     EXPECT_TRUE(IsOneErrorLine(Set(odd, {"feature.175=6800"}).errors,
                                "feature.175: something else is stored where the features of 477 should be"));
     EXPECT_EQ(Show(odd)["papers"], nullptr);
+}
+
+// Sound, but not as the driver writes it.
+TEST_F(DevmodeFiles, OddContentIsToldAndNothingOfItLost)
+{
+    const auto with = [](const OemDevmodeBytes::Entries& entries)
+    {
+        const OemDevmodeBytes::Bytes bytes = OemDevmodeBytes::Make(CoreDriverLayout::Unidrv, entries);
+        return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    };
+    const auto papersFault = [&](const AttributeBytesRawList& capabilities)
+    {
+        const json shown = Show(with({{1, StateOf(2, capabilities)}}));
+        EXPECT_EQ(shown["papers"], nullptr);
+        EXPECT_EQ(shown["settings"]["fault"], nullptr);
+        return shown["settings"]["papersFault"];
+    };
+    const ByteBuffer noList("\1\0\1\0", 4);
+    EXPECT_EQ(papersFault(AttributeBytesRawList()), nullptr);
+    for (const AttributeBytesKind kind : {AttributeBytesKind::Binary, AttributeBytesKind::String})
+        EXPECT_EQ(papersFault(AttributeBytesRawList(Attribute(30001, {kind, 0, noList}).bytes())),
+                  "the paper list contradicts itself");
+    EXPECT_EQ(papersFault(AttributeBytesRawList(noList.bytes())), "a capability runs past the end of the capabilities");
+
+    const std::string twice = with({{5, noList}, {5, {}}});
+    EXPECT_EQ(Show(twice)["oem"]["entries"][1], json({{"key", 5}, {"length", 0}, {"meaning", "repeated"}}));
+    EXPECT_TRUE(IsOneErrorLine(Set(twice, {"app=x"}).errors, "app: the maker's part has more than one entry of key 5"));
+
+    const std::string nothing = with({{1, {}}});
+    EXPECT_EQ(Show(nothing)["settings"]["fault"], nullptr);
+    EXPECT_EQ(Show(Set(nothing, {"feature.43=7"}).out)["features"], json({{"43", 7}}));
+
+    // A name where the catalogue has one, none where it has not: shown as what no setting makes.
+    AttributeBytesIndexedList odd;
+    odd.SetAttributeBytes(46, AttributeBytesOptionValue(AttributeBytesNewValueId(5421, W("X")), false));
+    odd.SetAttributeBytes(174, AttributeBytesOptionValue(AttributeBytesValueId(9700), false));
+    EXPECT_EQ(Show(with({{1, StateOf(1, AttributeBytesRawList(odd))}}))["features"],
+              json::parse(R"({"46": {"value": 5421, "name": "X"}, "174": {"value": 9700, "name": ""}})"));
+
+    // Both notes lead somewhere: both places are told.
+    std::string foreign = with({});
+    Put<DWORD>(foreign, OemDevmodeBytes::kPartOffset + Format::kSignatureOffset, 7);
+    Put<WORD>(foreign, sizeof(DEVMODEW) + Format::kPostScriptSizeOffset, 150);
+    EXPECT_EQ(
+        Show(foreign)["oem"]["fault"],
+        "as postscript: wrong signature 0x0 at offset 150 of the drivers' bytes, not 0x54564E31; as unidrv: wrong "
+        "signature 0x7 at offset 200 of the drivers' bytes, not 0x54564E31");
 }
 
 TEST(DevmodeFieldTable, RowsFollowOneAnotherInTheStructure)

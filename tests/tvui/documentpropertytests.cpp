@@ -211,10 +211,9 @@ struct Settings
     {
         AttributeBytesIndexedList features;
         features.SetAttributeBytes(DataModelIds::Feature::JobCopies, MakeIntegerAttributeBytes(12));
-        AttributeBytesRawList list;
-        list.ImportFromIndexedList(features);
         AttributeBytesNameSpaces nameSpaces;
-        nameSpaces.SetAttributeBytesList(PersistentAttributes::GetDataModelDocPropNameSpaceId(), list);
+        nameSpaces.SetAttributeBytesList(PersistentAttributes::GetDataModelDocPropNameSpaceId(),
+                                         AttributeBytesRawList(features));
         PersistentAttributes settings(state);
         settings.SetAttributeBytesNameSpaces(nameSpaces);
         return settings.GetPersistentAttributesState();

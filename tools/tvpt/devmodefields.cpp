@@ -1,6 +1,7 @@
 #include "devmodefields.h"
 
 #include <tvutil/cxstring.h>
+#include <tvutil/singleline.h>
 
 #include <algorithm>
 #include <array>
@@ -102,8 +103,8 @@ void SetText(DEVMODEW& devmode, const DevmodeField& field, std::string_view valu
     const CXString text = CXString::FromUtf8(value);
     if (text.Length() > kTextLength - 1)
         Fail(kSetting, field.name, "longer than " + std::to_string(kTextLength - 1) + " characters");
-    if (text.Find(WStringView(W("\0"), 1)) != CXString::npos || text.ToUtf8() != value)
-        Fail(kSetting, field.name, "not a text in UTF-8");
+    if (!IsSingleLine(text.View()) || text.ToUtf8() != value)
+        Fail(kSetting, field.name, "not a text in UTF-8 on one line");
     std::array<WCHAR, kTextLength> characters{};
     std::copy(text.View().begin(), text.View().end(), characters.begin());
     std::memcpy(Place(devmode, field), characters.data(), sizeof characters);

@@ -43,8 +43,10 @@ ordered_json DescribeCore(const std::optional<DriverParts>& parts)
     return core;
 }
 
-ordered_json EntryMeaning(std::uint16_t key)
+ordered_json EntryMeaning(std::uint16_t key, bool isRepeated)
 {
+    if (isRepeated)
+        return "repeated";
     switch (key)
     {
     case Format::kPersistentAttributesKey:
@@ -59,8 +61,10 @@ ordered_json EntryMeaning(std::uint16_t key)
 ordered_json DescribeOem(const Devmode& devmode, const DriverParts& parts, const OemContent& content)
 {
     ordered_json entries = ordered_json::array();
+    std::set<std::uint16_t> met;
     for (const auto& [key, value] : content.entries)
-        entries.push_back({{"key", key}, {"length", value->size()}, {"meaning", EntryMeaning(key)}});
+        entries.push_back(
+            {{"key", key}, {"length", value->size()}, {"meaning", EntryMeaning(key, !met.insert(key).second)}});
     return {{"present", true},
             {"fault", FaultJson(content.fault)},
             {"offset", devmode.Public().dmSize + parts.core.size()},
@@ -76,6 +80,7 @@ ordered_json DescribeSettings(const StoredSettings& settings)
 {
     return {{"present", settings.isPresent},
             {"fault", FaultJson(settings.fault)},
+            {"papersFault", FaultJson(settings.papersFault)},
             {"size", settings.size},
             {"driverVersion", settings.driverVersion}};
 }

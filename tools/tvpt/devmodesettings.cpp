@@ -6,6 +6,7 @@
 
 #include <tvcore/featurevalues.h>
 #include <tvutil/persistentattributes.h>
+#include <tvutil/singleline.h>
 
 #include "complugins/xdevmode.h"
 #include "devmodefields.h"
@@ -60,6 +61,12 @@ const FeatureCatalogue::Row& DocumentFeature(const std::string& key)
     return *row;
 }
 
+bool IsFileName(const CXString& name)
+{
+    return IsSingleLine(name.View()) && !IsBlank(name.View()) &&
+           name.View().find_first_of(W("/\\:*?\"<>|")) == WStringView::npos;
+}
+
 // The maker's part of a devmode while its settings are edited.
 class OemEditor
 {
@@ -74,6 +81,10 @@ public:
         if (!content.fault.empty())
             Fail(kSetting, key,
                  "the maker's part is damaged (" + content.fault + "): an edit would lose what it holds");
+        if (!content.repeatedKeys.empty())
+            Fail(kSetting, key,
+                 "the maker's part has more than one entry of key " + std::to_string(*content.repeatedKeys.begin()) +
+                     ": an edit would keep the first only");
         m_settings = ReadStoredSettings(content);
     }
 
@@ -97,9 +108,10 @@ public:
     void SetApplication(const Setting& setting)
     {
         const CXString name = CXString::FromUtf8(setting.value);
-        if (name.IsEmpty() || name.Length() > kMaxApplicationName || name.ToUtf8() != setting.value)
+        if (!IsFileName(name) || name.Length() > kMaxApplicationName || name.ToUtf8() != setting.value)
             Fail(kSetting, setting.key,
-                 "must be a file name in UTF-8 of 1 to " + std::to_string(kMaxApplicationName) + " characters");
+                 "must be a file name without a folder, in UTF-8, of 1 to " + std::to_string(kMaxApplicationName) +
+                     " characters");
         ByteBuffer entry;
         entry.appendString(name);
         StoreEntry(Format::kApplicationNameKey, entry, setting.key);
@@ -110,10 +122,9 @@ private:
     {
         const ByteBuffer* const stored = m_wrapper.GetPropertyBagEntry(Format::kPersistentAttributesKey);
         PersistentAttributes settings(stored != nullptr ? *stored : ByteBuffer());
-        AttributeBytesRawList list;
-        list.ImportFromIndexedList(m_settings.features);
         AttributeBytesNameSpaces nameSpaces;
-        nameSpaces.SetAttributeBytesList(PersistentAttributes::GetDataModelDocPropNameSpaceId(), std::move(list));
+        nameSpaces.SetAttributeBytesList(PersistentAttributes::GetDataModelDocPropNameSpaceId(),
+                                         AttributeBytesRawList(m_settings.features));
         settings.SetAttributeBytesNameSpaces(nameSpaces); // readable, so ours to rewrite
         const std::size_t size = settings.GetPersistentAttributesState().size();
         if (size > Format::kMaxPersistentAttributesSize)

@@ -38,9 +38,12 @@ std::string LengthText(const Dimension& length)
 
 ordered_json OptionJson(const AttributeBytesOptionValue& value)
 {
-    if (value.GetValueName().IsEmpty())
-        return value.GetValueId();
-    return std::to_string(value.GetValueId()) + ":" + value.GetValueName().ToUtf8();
+    const std::string name = value.GetValueName().ToUtf8();
+    if (name.empty() == (value.GetValueId() < FeatureCatalogue::kFirstCustomValue))
+        return name.empty() ? ordered_json(value.GetValueId())
+                            : ordered_json(std::to_string(value.GetValueId()) + ":" + name);
+    // A name where the catalogue has one, or none where it has not: no setting makes such a value.
+    return {{"value", value.GetValueId()}, {"name", name}};
 }
 
 ordered_json LevelJson(const AttributeBytesRawList& level)

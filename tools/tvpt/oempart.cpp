@@ -41,34 +41,9 @@ std::string ExplainContent(const OemDevmode& part, const OemContent& content)
     return fault;
 }
 
-std::optional<std::vector<FormsInfoRecord>> ReadPapers(const PersistentAttributes& settings)
+// What stands at one place where the maker's part may be.
+std::string ExplainPlace(std::span<const std::byte> driverExtra, const OemDevmodeSearch& search)
 {
-    AttributeBytesIndexedList capabilities;
-    capabilities.ImportFromRawList(
-        settings.GetAttributeBytesListForNameSpace(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId()));
-    const AttributeBytesValue* const list = capabilities.GetAttributeBytes(DataModelIds::Feature::DevicePaperList);
-    return list != nullptr ? DevicePaperList::Read(list->data.bytes()) : std::nullopt;
-}
-
-} // namespace
-
-std::string_view LayoutName(CoreDriverLayout layout) noexcept
-{
-    return layout == CoreDriverLayout::PostScript ? "postscript" : "unidrv";
-}
-
-std::optional<DriverParts> LocateDriverParts(std::span<const std::byte> driverExtra)
-{
-    const auto location = LocateOemDevmode(driverExtra);
-    if (!location)
-        return std::nullopt;
-    return DriverParts{location->layout, driverExtra.first(location->offset),
-                       reinterpret_cast<const OemDevmode*>(driverExtra.data() + location->offset)};
-}
-
-std::string ExplainNoOemPart(std::span<const std::byte> driverExtra)
-{
-    const OemDevmodeSearch search = SearchOemDevmode(driverExtra);
     const std::size_t offset = search.location.offset;
     const std::string place = " at offset " + std::to_string(offset) + " of the drivers' bytes";
     ByteReader part(driverExtra.subspan(std::min(offset, driverExtra.size())));
@@ -94,6 +69,44 @@ std::string ExplainNoOemPart(std::span<const std::byte> driverExtra)
     return {};
 }
 
+// What the capabilities beside the features hold: the paper list, or a word on why it cannot be read.
+void ReadPapers(const PersistentAttributes& settings, StoredSettings& stored)
+{
+    AttributeBytesIndexedList capabilities;
+    if (!capabilities.ImportFromRawList(
+            settings.GetAttributeBytesListForNameSpace(PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId())))
+        stored.papersFault = "a capability runs past the end of the capabilities";
+    stored.papers = DevicePaperList::ReadFrom(capabilities);
+    if (!stored.papers && capabilities.GetAttributeBytes(DataModelIds::Feature::DevicePaperList) != nullptr)
+        stored.papersFault = "the paper list contradicts itself";
+}
+
+} // namespace
+
+std::string_view LayoutName(CoreDriverLayout layout) noexcept
+{
+    return layout == CoreDriverLayout::PostScript ? "postscript" : "unidrv";
+}
+
+std::optional<DriverParts> LocateDriverParts(std::span<const std::byte> driverExtra)
+{
+    const auto location = LocateOemDevmode(driverExtra);
+    if (!location)
+        return std::nullopt;
+    return DriverParts{location->layout, driverExtra.first(location->offset),
+                       reinterpret_cast<const OemDevmode*>(driverExtra.data() + location->offset)};
+}
+
+std::string ExplainNoOemPart(std::span<const std::byte> driverExtra)
+{
+    std::string explanation;
+    for (const OemDevmodeSearch& search : SearchOemDevmode(driverExtra))
+        if (search.finding != OemDevmodeFinding::NoCoreSize)
+            explanation += (explanation.empty() ? "" : "; ") + std::string("as ") +
+                           std::string(LayoutName(search.location.layout)) + ": " + ExplainPlace(driverExtra, search);
+    return explanation.empty() ? ExplainPlace(driverExtra, {OemDevmodeFinding::NoCoreSize, {}}) : explanation;
+}
+
 const ByteBuffer* OemContent::Find(std::uint16_t key) const noexcept
 {
     const auto found =
@@ -111,6 +124,10 @@ OemContent ReadOemPart(const OemDevmode& part)
     content.usedBytes = OemDevmodeContent::MeasureEntries(part);
     content.entries = OemDevmodeContent::ReadEntries(part).value_or(OemDevmodeContent::Entries());
     content.fault = ExplainContent(part, content);
+    std::set<std::uint16_t> known;
+    for (const auto& [key, value] : content.entries)
+        if (!known.insert(key).second)
+            content.repeatedKeys.insert(key);
     return content;
 }
 
@@ -122,6 +139,8 @@ StoredSettings ReadStoredSettings(const OemContent& content)
         return stored;
     stored.isPresent = true;
     stored.size = state->size();
+    if (state->empty()) // nothing stored yet
+        return stored;
     const PersistentAttributes settings(*state);
     if (!settings.IsReadable())
     {
@@ -131,7 +150,7 @@ StoredSettings ReadStoredSettings(const OemContent& content)
         return stored;
     }
     stored.driverVersion = settings.GetDriverVersion();
-    stored.papers = ReadPapers(settings);
+    ReadPapers(settings, stored);
     if (!stored.features.ImportFromRawList(
             settings.GetAttributeBytesListForNameSpace(PersistentAttributes::GetDataModelDocPropNameSpaceId())))
         stored.fault = "a feature runs past the end of the settings";

@@ -12,6 +12,7 @@
 #include <tvutil/attributebytesreader.h>
 #include <tvutil/cxstring.h>
 #include <tvutil/dimension.h>
+#include <tvutil/singleline.h>
 
 namespace FeatureCatalogue
 {
@@ -49,7 +50,8 @@ std::string LimitText(const Row& row)
     case Kind::Integer:
         return "must be a whole number from " + RangeText(row.values.front());
     case Kind::String:
-        return "must be a text in UTF-8 of at most " + std::to_string(row.values.front().last) + " characters";
+        return "must be a text in UTF-8, on one line, of at most " + std::to_string(row.values.front().last) +
+               " characters";
     case Kind::Option:
         return OptionLimit(row);
     case Kind::Dimension:
@@ -76,12 +78,12 @@ std::optional<Number_> WholeNumber(std::string_view text)
     return number;
 }
 
-// Nothing when it is not UTF-8 or its length is outside of the range.
+// Nothing when it is not UTF-8 on one line, or its length is outside of the range.
 std::optional<CXString> TextOf(std::string_view utf8, const Range& length)
 {
     CXString text = CXString::FromUtf8(utf8);
     const auto characters = static_cast<std::int64_t>(text.Length());
-    if (characters < length.first || characters > length.last || text.ToUtf8() != utf8)
+    if (characters < length.first || characters > length.last || text.ToUtf8() != utf8 || !IsSingleLine(text.View()))
         return std::nullopt;
     return text;
 }
@@ -119,7 +121,7 @@ std::optional<AttributeBytesValue> ParseOption(const Row& row, std::string_view 
     if (!hasName)
         return AttributeBytesOptionValue(AttributeBytesValueId(*number), isChoice).ToAttributeBytes();
     const auto name = TextOf(text.substr(colon + 1), {1, kMaxValueNameLength});
-    if (!name)
+    if (!name || IsBlank(name->View()))
         return std::nullopt;
     return AttributeBytesOptionValue(AttributeBytesNewValueId(*number, *name), isChoice).ToAttributeBytes();
 }
@@ -241,9 +243,7 @@ void StoreWithin(AttributeBytesIndexedList& settings, std::span<const std::int32
     }
     StoreWithin(inside, collections.subspan(1), row, value);
 
-    AttributeBytesRawList first;
-    first.ImportFromIndexedList(inside);
-    AttributeBytesListValue after(std::move(first));
+    AttributeBytesListValue after{AttributeBytesRawList(inside)};
     for (std::size_t level = 1; level < before.GetLevelCount(); ++level) // a collection has none, but nothing is lost
         after.AddLevel(before.GetLevel(level));
     AttributeBytesValue replaced = after.ToAttributeBytes();

@@ -133,8 +133,7 @@ CXString JsonCursor::Text(std::size_t maximum) const
 {
     MustBe(Kind::Text, "a text");
     CXString text = CXString::FromUtf8(m_value.text);
-    const WStringView characters = text.View();
-    if (std::any_of(characters.begin(), characters.end(), BreaksALine))
+    if (!IsSingleLine(text.View()))
         Fault("holds a control character or a line separator");
     if (text.Length() > maximum)
         Fault("longer than " + std::to_string(maximum) + " characters");
@@ -144,7 +143,7 @@ CXString JsonCursor::Text(std::size_t maximum) const
 CXString JsonCursor::Name(std::size_t maximum) const
 {
     CXString name = Text(maximum);
-    if (name.View().find_first_not_of(W(" \x00A0\x3000")) == WStringView::npos)
+    if (IsBlank(name.View()))
         Fault(name.IsEmpty() ? "must not be empty" : "must not be of blanks only");
     return name;
 }

@@ -48,8 +48,7 @@ FeatureCatalogue::DefaultValues ReadModelDefaults(const JsonCursor& place)
     FeatureCatalogue::DefaultValues defaults;
     place.ForEachNumberedField([&defaults](std::int32_t feature, const JsonCursor& value)
                                { defaults.emplace(feature, ReadDefault(value, feature)); });
-    AttributeBytesRawList bytes;
-    bytes.ImportFromIndexedList(FeatureCatalogue::MakeSettings(defaults, FeatureCatalogue::Scope::Document));
+    const AttributeBytesRawList bytes(FeatureCatalogue::MakeSettings(defaults, FeatureCatalogue::Scope::Document));
     if (bytes.GetBytes().size() > PrinterModel::kMaxDocumentDefaults)
         place.Fault("a document's defaults take " + std::to_string(bytes.GetBytes().size()) +
                     " bytes, a devmode has room for " + std::to_string(PrinterModel::kMaxDocumentDefaults));

@@ -7,6 +7,7 @@
 #include <tvcore/productinformation.h>
 #include <tvutil/bytewriter.h>
 
+#include "complugins/fixedtext.h"
 #include "complugins/oemdevmode.h"
 #include "driversettings.h"
 
@@ -16,14 +17,6 @@ namespace
 namespace Format = OemDevmodeFormat;
 
 constexpr std::uint32_t kOemVersion = 1;
-
-template <std::size_t Length>
-void CopyName(const CXString& name, WCHAR (&field)[Length]) noexcept
-{
-    const WStringView text = name.View().substr(0, Length - 1);
-    std::fill(std::begin(field), std::end(field), WCHAR());
-    std::copy(text.begin(), text.end(), std::begin(field));
-}
 
 void WriteCorePart(const PrinterModel::CoreDriver& driver, std::span<std::byte> part)
 {
@@ -53,7 +46,7 @@ void SetDevmodePaper(DEVMODEW& devmode, const PrinterModel::Form& form) noexcept
     devmode.dmPaperSize = static_cast<short>(form.paperId);
     devmode.dmPaperWidth = static_cast<short>(form.width);
     devmode.dmPaperLength = static_cast<short>(form.length);
-    CopyName(form.name, devmode.dmFormName);
+    SetFixedText(devmode.dmFormName, form.name.View());
     // The paper id says it all: width, length and name stand there for readers, without their bits.
     devmode.dmFields |= DM_PAPERSIZE;
     devmode.dmFields &= ~DWORD{DM_PAPERWIDTH | DM_PAPERLENGTH | DM_FORMNAME};
@@ -68,7 +61,7 @@ DEVMODEW MakeDefaultPublicDevmode(const ProductData& product, const CXString& pr
 {
     const bool isPostScript = product.GetCoreDriver().kind == PrinterModel::CoreDriverKind::PostScript;
     DEVMODEW devmode{};
-    CopyName(printerName, devmode.dmDeviceName);
+    SetFixedText(devmode.dmDeviceName, printerName.View());
     devmode.dmSpecVersion = DM_SPECVERSION;
     devmode.dmDriverVersion = kDriverDevmodeVersion;
     devmode.dmSize = sizeof devmode;

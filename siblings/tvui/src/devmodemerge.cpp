@@ -7,6 +7,7 @@
 #include <tvui/defaultdevmode.h>
 #include <tvutil/bytereader.h>
 
+#include "complugins/fixedtext.h"
 #include "complugins/oemdevmodecontent.h"
 #include "complugins/oemdevmodelocation.h"
 #include "driversettings.h"
@@ -98,12 +99,6 @@ bool MergeCustomSize(const ProductData& product, const DEVMODEW& input, DEVMODEW
     return true;
 }
 
-WStringView FormName(const DEVMODEW& devmode)
-{
-    const auto* const end = std::find(std::begin(devmode.dmFormName), std::end(devmode.dmFormName), WCHAR());
-    return {devmode.dmFormName, static_cast<std::size_t>(end - devmode.dmFormName)};
-}
-
 // The paper number counts before the size, the size before the name.
 void MergePaper(const ProductData& product, const DEVMODEW& input, DEVMODEW& devmode)
 {
@@ -115,7 +110,7 @@ void MergePaper(const ProductData& product, const DEVMODEW& input, DEVMODEW& dev
                         { return each.paperId == id; });
     else if ((input.dmFields & DM_FORMNAME) != 0)
         // A name of a devmode is cut where a form's is longer.
-        form = FindItem(product.GetForms(), [name = FormName(input)](const PrinterModel::Form& each)
+        form = FindItem(product.GetForms(), [name = GetFixedText(input.dmFormName)](const PrinterModel::Form& each)
                         { return each.name.Mid(0, CCHFORMNAME - 1).CompareNoCase(name) == 0; });
     if (form != nullptr)
         SetDevmodePaper(devmode, *form);

@@ -13,6 +13,7 @@
 #include <tvutil/persistentattributes.h>
 
 #include "complugins/devicepaperlist.h"
+#include "complugins/fixedtext.h"
 #include "complugins/xdevmode.h"
 
 namespace
@@ -46,9 +47,7 @@ std::vector<FormsInfoRecord> ListForms(const ProductData& product)
 // The devmode's name is cut where a form's is longer.
 bool IsNamed(const FormsInfoRecord& form, const DEVMODEW& devmode)
 {
-    const auto* const end = std::find(std::begin(devmode.dmFormName), std::end(devmode.dmFormName), WCHAR());
-    const WStringView name(devmode.dmFormName, static_cast<std::size_t>(end - devmode.dmFormName));
-    return form.GetName().substr(0, CCHFORMNAME - 1) == name;
+    return form.GetName().substr(0, CCHFORMNAME - 1) == GetFixedText(devmode.dmFormName);
 }
 
 // Two forms may share a number; then the name tells which it is.
@@ -65,30 +64,23 @@ std::size_t FindOwnForm(std::span<const FormsInfoRecord> forms, const DEVMODEW& 
     return static_cast<std::size_t>(own - forms.begin());
 }
 
-AttributeBytesRawList RawList(const AttributeBytesIndexedList& list)
-{
-    AttributeBytesRawList raw;
-    raw.ImportFromIndexedList(list);
-    return raw;
-}
-
 // The stored settings with this paper list, or new ones; nothing when they are not ours to rewrite or become too long.
 std::optional<ByteBuffer> WithPaperList(const ProductData& product, const ByteBuffer& stored, const ByteBuffer& papers)
 {
     PersistentAttributes settings(stored, kDriverDevmodeVersion);
-    AttributeBytesIndexedList capabilities;
+    AttributeBytesIndexedList capabilities; // empty, and replaced, when they cannot be read: only drivers write them
     capabilities.ImportFromRawList(settings.GetAttributeBytesListForNameSpace(kCapabilities));
     const AttributeBytesValue list{AttributeBytesKind::Binary, 0, papers};
     const auto* const before = capabilities.GetAttributeBytes(DataModelIds::Feature::DevicePaperList);
     if (before != nullptr && *before == list)
-        return settings.GetPersistentAttributesState(); // byte for byte
+        return settings.GetPersistentAttributesState(); // as it was, without what stood behind the state
     capabilities.SetAttributeBytes(DataModelIds::Feature::DevicePaperList, list);
 
     AttributeBytesNameSpaces nameSpaces;
     if (!settings.IsReadable())
-        nameSpaces.SetAttributeBytesList(kDocument, RawList(FeatureCatalogue::MakeSettings(
+        nameSpaces.SetAttributeBytesList(kDocument, AttributeBytesRawList(FeatureCatalogue::MakeSettings(
                                                         product.GetDefaults(), FeatureCatalogue::Scope::Document)));
-    nameSpaces.SetAttributeBytesList(kCapabilities, RawList(capabilities));
+    nameSpaces.SetAttributeBytesList(kCapabilities, AttributeBytesRawList(capabilities));
     if (!settings.SetAttributeBytesNameSpaces(nameSpaces) ||
         settings.GetPersistentAttributesState().size() > OemDevmodeFormat::kMaxPersistentAttributesSize)
         return std::nullopt;

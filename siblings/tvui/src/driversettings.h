@@ -6,7 +6,7 @@
 
 // Gives the devmode (with a maker's part, laid out as the product's driver does it) the product's paper list, the
 // devmode's own form always on it, and the product's defaults of the document's features when it has no settings.
-// Settings that it has are kept, and so are all other entries of the bag.
+// Settings that it has are kept, and so are all other entries of the bag; capabilities that cannot be read are not.
 //
 // The devmode stays as it is when its settings are of a later format, which is not ours to rewrite, or leave no room
 // for even the own form.

@@ -13,6 +13,11 @@ AttributeBytesRawList::AttributeBytesRawList(std::span<const std::byte> bytes) :
 {
 }
 
+AttributeBytesRawList::AttributeBytesRawList(const AttributeBytesIndexedList& list)
+{
+    ImportFromIndexedList(list);
+}
+
 void AttributeBytesRawList::ImportFromIndexedList(const AttributeBytesIndexedList& list)
 {
     std::size_t size = 0;

@@ -60,10 +60,9 @@ AttributeBytesIndexedList* DeviceSettingsManager::GetAttributeBytesIndexedList(c
 
 bool DeviceSettingsManager::Store(const Printer& printer, const AttributeBytesIndexedList& settings)
 {
-    AttributeBytesRawList list;
-    list.ImportFromIndexedList(settings);
     AttributeBytesNameSpaces nameSpaces;
-    nameSpaces.SetAttributeBytesList(PersistentAttributes::GetDeviceSettingsNameSpaceId(), std::move(list));
+    nameSpaces.SetAttributeBytesList(PersistentAttributes::GetDeviceSettingsNameSpaceId(),
+                                     AttributeBytesRawList(settings));
     PersistentAttributes stored(ReadState(printer));
     if (!stored.SetAttributeBytesNameSpaces(nameSpaces))
         return false;

@@ -16,6 +16,7 @@ class TVUTIL_API AttributeBytesRawList
 public:
     AttributeBytesRawList() noexcept;
     explicit AttributeBytesRawList(std::span<const std::byte> bytes);
+    explicit AttributeBytesRawList(const AttributeBytesIndexedList& list); // imported
 
     // Everything in the indexed list, in its order.
     void ImportFromIndexedList(const AttributeBytesIndexedList& list);

@@ -13,6 +13,17 @@
            character == WCHAR(0x2028) || character == WCHAR(0x2029);
 }
 
+[[nodiscard]] inline bool IsSingleLine(WStringView text) noexcept
+{
+    return std::none_of(text.begin(), text.end(), BreaksALine);
+}
+
+// Nothing to be seen in it, also when it is empty.
+[[nodiscard]] inline bool IsBlank(WStringView text) noexcept
+{
+    return text.find_first_not_of(W(" \x00A0\x3000")) == WStringView::npos;
+}
+
 [[nodiscard]] inline CXString SingleLine(WStringView text)
 {
     WideString line(text);
