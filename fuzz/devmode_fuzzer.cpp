@@ -2,12 +2,15 @@
 //
 // The first byte of the input says what the others are: a devmode as it stands; changes to a whole one; or what one
 // holds, with the right CRC: the content of the maker's part, the settings, the paper list. Beside what the sanitizers
-// see: a commit changes nothing but the maker's part, what it stores reads back, and form names end.
+// see: a commit changes nothing but the maker's part, what it stores reads back, form names end, and whatever a devmode
+// holds can be reported.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <nlohmann/json.hpp>
+#include <string_view>
 #include <vector>
 
 #include <tvutil/bytereader.h>
@@ -18,6 +21,10 @@
 #include "complugins/msdevicecapabilities.h"
 #include "complugins/papermatching.h"
 #include "complugins/xdevmode.h"
+#include "devmode.h"
+#include "devmodereport.h"
+#include "failure.h"
+#include "jsonoutput.h"
 #include "tests/common/oemdevmodebytes.h"
 
 namespace
@@ -87,10 +94,27 @@ void Reconcile(DEVMODEW& devmode, const std::vector<FormsInfoRecord>& forms)
             "a form name without its end");
 }
 
+// What `tvpt devmode show` prints.
+void Report(const Bytes& devmode)
+{
+    const std::string_view bytes(reinterpret_cast<const char*>(devmode.data()), devmode.size());
+    try
+    {
+        const nlohmann::ordered_json shown = DescribeDevmode(Devmode::FromBytes(bytes, "fuzz"));
+        static_cast<void>(JsonText(shown));
+        static_cast<void>(PlainText(shown));
+    }
+    catch (const Failure&)
+    {
+        // Bytes before or behind those that the devmode claims.
+    }
+}
+
 void Use(Bytes& devmode)
 {
     if (!DevmodeFitsIn(FieldsOf(devmode), devmode.size()))
         return;
+    Report(devmode);
     EditAndCommit(devmode);
     MSDeviceCapabilities capabilities;
     capabilities.Initialize(&capabilities, MSDeviceCapabilities::Context::Spooler);
