@@ -2,8 +2,10 @@
 #include <windows.h>
 #include <winspool.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -46,14 +48,28 @@ protected:
         return type == REG_DWORD ? data.getDword() : 0;
     }
 
-    // The paper number of the devmode that the spooler keeps with the printer.
-    static int StoredPaper(const PrinterHandle& printer)
+    static std::ptrdiff_t CountDrivers(WStringView name)
+    {
+        const std::vector<DriverSummary> drivers = ListDrivers();
+        return std::count_if(drivers.begin(), drivers.end(),
+                             [name](const DriverSummary& driver) { return driver.name == name; });
+    }
+
+    // The devmode that the spooler keeps with the printer, after a change.
+    static DEVMODEW StoredDevmode(const PrinterHandle& printer, const std::function<void(DEVMODEW&)>& change = {})
     {
         SpoolerBuffer answer;
         EXPECT_EQ(answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
                               { return ErrorOf(GetPrinterW(printer.Get(), 2, room, size, needed)); }),
                   DWORD{ERROR_SUCCESS});
-        return answer.Get<PRINTER_INFO_2W>()->pDevMode->dmPaperSize;
+        PRINTER_INFO_2W info = *answer.Get<PRINTER_INFO_2W>();
+        if (change)
+        {
+            change(*info.pDevMode);
+            info.pSecurityDescriptor = nullptr;
+            EXPECT_TRUE(SetPrinterW(printer.Get(), 2, reinterpret_cast<BYTE*>(&info), 0));
+        }
+        return *info.pDevMode;
     }
 
     // A shipped model with changes, as a file of the scratch folder.
@@ -103,6 +119,7 @@ TEST_F(Printers, RefreshBringsInLineAndKeepsWhatSomebodyChose)
     settings.SetAttributeBytes(kUnknown, MakeIntegerAttributeBytes(7));
     const PrinterHandle printer = PrinterHandle::Open(name, PrinterHandle::Access::Administer);
     const Printer data(printer.Get());
+    StoredDevmode(printer, [](DEVMODEW& devmode) { devmode.dmCopies = 5; });
     for (const bool isChosen : {false, true})
     {
         AttributeBytesValue no = MakeBooleanAttributeBytes(false);
@@ -119,7 +136,9 @@ TEST_F(Printers, RefreshBringsInLineAndKeepsWhatSomebodyChose)
         EXPECT_EQ(now.GetIntegerValueFromAttributeBytes(kUnknown), 7);
         EXPECT_EQ(printer.Capability(), 0x888u);
         EXPECT_EQ(PrinterDword(data, "XWorkflowDLL"), 1u);
-        EXPECT_EQ(StoredPaper(printer), model["forms"][1]["paperId"]) << "the devmode's paper has gone";
+        const DEVMODEW devmode = StoredDevmode(printer);
+        EXPECT_EQ(devmode.dmPaperSize, model["forms"][1]["paperId"]) << "the devmode's paper has gone";
+        EXPECT_EQ(devmode.dmCopies, 5);
     }
 
     const ByteBuffer later = ByteBuffer("\x08\0\0\0\0\x02\x09\x09", 8);
@@ -184,6 +203,7 @@ TEST_F(Printers, OfAnInstallationThatWasCutOffAreCompletedOrRemoved)
         ASSERT_EQ(result.status, 0) << result.errors;
         EXPECT_EQ(json::parse(RunHost({"printer", "show", "New", "--json"}).out)["model"]["maxCopies"],
                   changes["maxCopies"]);
+        EXPECT_EQ(CountDrivers(W("Tavlen B4400 Uni")), changes.contains("name") ? 0 : 1);
         EXPECT_EQ(RunHost({"printer", "remove", "New"}).status, 0);
     }
 }
