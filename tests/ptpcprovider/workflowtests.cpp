@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "complugins/msdevicecapabilities.h"
 #include "complugins/workflowobject.h"
 #include "tests/common/failurecode.h"
 #include "tests/common/testdevmode.h"
@@ -259,6 +260,11 @@ TEST_F(BoundProvider, AnswersForItsProduct)
     EXPECT_FALSE(TextResourceLoader::Initialize(printer.Handle(), true)); // forgotten: the name has no texts any more
     EXPECT_EQ(text.ToUtf8(), m_object->GetProductStringLoader().LoadStringW(418).ToUtf8());
     EXPECT_EQ(&m_object->GetPageSizeDictionary(), &m_object->GetPageSizeDictionary());
+
+    MSDeviceCapabilities& capabilities = m_object->GetMSDeviceCapabilities();
+    EXPECT_EQ(&capabilities, &m_object->GetMSDeviceCapabilities());
+    capabilities.Initialize(printer.Handle());
+    EXPECT_EQ(capabilities.GetPrinterHandle(), printer.Handle());
 }
 
 TEST_F(BoundProvider, WithoutAWorkflowModuleFailsOnlyWhereItsProductIsAsked)
