@@ -38,7 +38,7 @@ HRESULT Live(const Strings& strings, CComBSTR& written)
 try
 {
     DomDocument document;
-    ComPtr<IXMLDOMElement> root;
+    DomElement root;
     VARIANT_BOOL isLoaded = VARIANT_FALSE;
     Check(CoCreateInstance(kDomDocumentClassId, nullptr, CLSCTX_INPROC_SERVER, IidOf<IXMLDOMDocument2>::Value(),
                            document.PutVoid()));
@@ -46,19 +46,22 @@ try
     Check(document->setProperty(strings.property.Get(), strings.namespaces.Get()));
     Check(document->get_documentElement(root.Put()));
 
-    DomNode element, attribute, appended;
-    ComPtr<IXMLDOMNamedNodeMap> map;
-    Check(document->createNode(strings.elementKind.Get(), strings.created.Get(), strings.uri.Get(), element.Put()));
+    DomNode node, attributeNode, appended;
+    DomElement element;
+    ComPtr<IXMLDOMAttribute> attribute, replaced;
+    Check(document->createNode(strings.elementKind.Get(), strings.created.Get(), strings.uri.Get(), node.Put()));
     Check(document->createNode(strings.attributeKind.Get(), strings.attribute.Get(), strings.instance.Get(),
-                               attribute.Put()));
-    Check(attribute->put_text(strings.value.Get()));
-    Check(element->get_attributes(map.Put()));
-    Check(map->setNamedItem(attribute.Get(), appended.Put()));
+                               attributeNode.Put()));
+    Check(attributeNode->put_text(strings.value.Get()));
+    Check(node.As(element));
+    Check(attributeNode.As(attribute));
+    Check(element->setAttributeNode(attribute.Get(), replaced.Put()));
     Check(element->put_text(strings.value.Get()));
     Check(root->appendChild(element.Get(), appended.Put()));
 
     ComPtr<IXMLDOMNodeList> list;
-    DomNode node, parent, removed;
+    ComPtr<IXMLDOMNamedNodeMap> map;
+    DomNode parent, removed;
     Check(document->selectNodes(strings.query.Get(), list.Put()));
     Check(list->get_item(1, node.Put()));
     Check(node->get_parentNode(parent.Put()));

@@ -3,9 +3,7 @@
 #include <windows.h>
 #include <objbase.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -15,82 +13,50 @@
 namespace
 {
 
-WideString Wide(const std::string& utf8)
-{
-    const int length = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), nullptr, 0);
-    WideString text(static_cast<std::size_t>(length), W('\0'));
-    MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), text.data(), length);
-    return text;
-}
-
-bool IsDeclaration(const std::string& name)
-{
-    return name.empty() || name == "xmlns" || name.starts_with("xmlns:"); // Wine names a default declaration not at all
-}
-
+// "{uri}local"; empty for a declaration, which Wine does not name at all when it is the default one.
 std::string ExpandedName(IXMLDOMNode* node)
 {
-    CComBSTR uri;
-    CComBSTR local;
-    node->get_namespaceURI(uri.Put());
-    node->get_baseName(local.Put());
-    return "{" + Narrow(uri.View()) + "}" + Narrow(local.View());
+    const std::string name = NameOf(node);
+    if (name.empty() || name == "xmlns" || name.starts_with("xmlns:"))
+        return {};
+    const std::string uri = Ask(node, &IXMLDOMNode::get_namespaceURI);
+    return "{" + (uri == "-" ? "" : uri) + "}" + Ask(node, &IXMLDOMNode::get_baseName);
 }
 
 std::string AttributesMeaning(IXMLDOMNode* element)
 {
     const ComPtr<IXMLDOMNamedNodeMap> map = MapOf(element);
-    LONG length = 0;
-    map->get_length(&length);
     std::set<std::string> parts;
-    for (LONG at = 0; at < length; ++at)
-    {
-        DomNode attribute;
-        if (map->get_item(at, attribute.Put()) == S_OK && !IsDeclaration(NameOf(attribute.Get())))
-            parts.insert("@" + ExpandedName(attribute.Get()) + "=" + TextOf(attribute.Get()));
-    }
+    DomNode attribute;
+    for (LONG at = 0; map->get_item(at, attribute.Put()) == S_OK; ++at)
+        if (const std::string name = ExpandedName(attribute.Get()); !name.empty())
+            parts.insert("@" + name + "=" + TextOf(attribute.Get()));
     std::string meaning;
     for (const std::string& part : parts)
         meaning += (meaning.empty() ? "" : " ") + part;
     return "(" + meaning + ")";
 }
 
-void AppendMeaning(IXMLDOMNode* node, std::string& meaning)
+std::string ChildrenMeaning(IXMLDOMNode* node)
 {
-    DOMNodeType kind = NODE_INVALID;
-    node->get_nodeType(&kind);
-    if (kind == NODE_TEXT || kind == NODE_CDATA_SECTION)
-    {
-        Variant value;
-        node->get_nodeValue(value.Put());
-        meaning += Narrow(CComBSTR(value.Get().bstrVal).View());
-        return;
-    }
-    if (kind != NODE_ELEMENT && kind != NODE_DOCUMENT)
-        return;
-    if (kind == NODE_ELEMENT)
-        meaning += ExpandedName(node) + AttributesMeaning(node) + "[";
+    std::string meaning;
     DomNode child;
     for (HRESULT found = node->get_firstChild(child.Put()); found == S_OK;)
     {
-        AppendMeaning(child.Get(), meaning);
+        meaning += Meaning(child.Get());
         DomNode next;
         found = child->get_nextSibling(next.Put());
         child = next;
     }
-    if (kind == NODE_ELEMENT)
-        meaning += "]";
+    return meaning;
 }
 
 } // namespace
 
 std::string Narrow(WStringView text)
 {
-    const int size = static_cast<int>(text.size());
-    const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
-    std::string utf8(static_cast<std::size_t>(length), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), size, utf8.data(), length, nullptr, nullptr);
-    return utf8;
+    const auto utf8 = std::filesystem::path(text).u8string();
+    return {utf8.begin(), utf8.end()};
 }
 
 DomDocument NewDocument()
@@ -98,8 +64,7 @@ DomDocument NewDocument()
     DomDocument document;
     EXPECT_EQ(S_OK, CoCreateInstance(kDomDocumentClassId, nullptr, CLSCTX_INPROC_SERVER,
                                      IidOf<IXMLDOMDocument2>::Value(), document.PutVoid()));
-    if (document)
-        document->put_async(VARIANT_FALSE);
+    document->put_async(VARIANT_FALSE);
     return document;
 }
 
@@ -118,37 +83,19 @@ DomDocument Loaded(WStringView text)
     return document;
 }
 
-HRESULT LoadFile(const DomDocument& document, const std::string& path)
+DomElement RootOf(const DomDocument& document)
 {
-    VARIANT_BOOL isLoaded = VARIANT_FALSE;
-    const HRESULT result = document->load(Variant(Wide(path)).Get(), &isLoaded);
-    EXPECT_EQ(isLoaded == VARIANT_TRUE, result == S_OK);
-    return result;
-}
-
-HRESULT LoadBytes(const DomDocument& document, std::string_view bytes)
-{
-    const std::filesystem::path path =
-        std::filesystem::temp_directory_path() / ("domtests-" + std::to_string(GetCurrentProcessId()) + ".xml");
-    std::ofstream(path, std::ios::binary) << bytes;
-    const HRESULT result = LoadFile(document, path.generic_string());
-    std::filesystem::remove(path);
-    return result;
-}
-
-DomNode RootOf(const DomDocument& document)
-{
-    ComPtr<IXMLDOMElement> root;
-    document->get_documentElement(root.Put());
-    DomNode node;
-    root.As(node);
-    return node;
+    DomElement root;
+    const HRESULT found = document->get_documentElement(root.Put());
+    EXPECT_EQ(found, root ? S_OK : S_FALSE);
+    return root;
 }
 
 DomNode Select(IXMLDOMNode* context, const WCHAR* query)
 {
     DomNode node;
-    EXPECT_TRUE(SUCCEEDED(context->selectSingleNode(CComBSTR(query).Get(), node.Put()))) << Narrow(query);
+    const HRESULT found = context->selectSingleNode(CComBSTR(query).Get(), node.Put());
+    EXPECT_EQ(found, node ? S_OK : S_FALSE) << Narrow(query);
     return node;
 }
 
@@ -160,8 +107,8 @@ HRESULT SetProperty(const DomDocument& document, const WCHAR* name, WStringView 
 DomNode Created(const DomDocument& document, DOMNodeType kind, const WCHAR* name, const WCHAR* uri)
 {
     DomNode node;
-    EXPECT_EQ(S_OK, document->createNode(Variant(static_cast<LONG>(kind)).Get(), CComBSTR(name).Get(),
-                                         CComBSTR(uri).Get(), node.Put()))
+    EXPECT_EQ(S_OK,
+              document->createNode(Variant(LONG{kind}).Get(), CComBSTR(name).Get(), CComBSTR(uri).Get(), node.Put()))
         << Narrow(name);
     return node;
 }
@@ -178,6 +125,11 @@ HRESULT Remove(IXMLDOMNode* parent, IXMLDOMNode* child)
     return parent->removeChild(child, removed.Put());
 }
 
+HRESULT PutText(IXMLDOMNode* node, WStringView text)
+{
+    return node->put_text(CComBSTR(text).Get());
+}
+
 ComPtr<IXMLDOMNamedNodeMap> MapOf(IXMLDOMNode* element)
 {
     ComPtr<IXMLDOMNamedNodeMap> map;
@@ -188,10 +140,13 @@ ComPtr<IXMLDOMNamedNodeMap> MapOf(IXMLDOMNode* element)
 void AddAttribute(const DomDocument& document, IXMLDOMNode* element, const WCHAR* name, const WCHAR* uri,
                   const WCHAR* value)
 {
-    const DomNode attribute = Created(document, NODE_ATTRIBUTE, name, uri);
-    DomNode set;
-    ASSERT_EQ(S_OK, attribute->put_text(CComBSTR(value).Get()));
-    ASSERT_EQ(S_OK, MapOf(element)->setNamedItem(attribute.Get(), set.Put())) << Narrow(name);
+    const DomNode node = Created(document, NODE_ATTRIBUTE, name, uri);
+    ComPtr<IXMLDOMAttribute> attribute, replaced;
+    DomElement owner;
+    ASSERT_EQ(S_OK, PutText(node.Get(), value));
+    ASSERT_EQ(S_OK, node.As(attribute));
+    ASSERT_EQ(S_OK, DomNode(element).As(owner));
+    ASSERT_EQ(S_OK, owner->setAttributeNode(attribute.Get(), replaced.Put())) << Narrow(name);
 }
 
 HRESULT RemoveAttribute(IXMLDOMNode* element, const WCHAR* name)
@@ -200,25 +155,27 @@ HRESULT RemoveAttribute(IXMLDOMNode* element, const WCHAR* name)
     return MapOf(element)->removeNamedItem(CComBSTR(name).Get(), removed.Put());
 }
 
+std::string Ask(IXMLDOMNode* node, TextGetter getter)
+{
+    CComBSTR text;
+    const HRESULT found = (node->*getter)(text.Put());
+    EXPECT_EQ(found, text.Get() != nullptr ? S_OK : S_FALSE);
+    return text.Get() != nullptr ? Narrow(text.View()) : "-";
+}
+
 std::string NameOf(IXMLDOMNode* node)
 {
-    CComBSTR name;
-    node->get_nodeName(name.Put());
-    return Narrow(name.View());
+    return Ask(node, &IXMLDOMNode::get_nodeName);
 }
 
 std::string TextOf(IXMLDOMNode* node)
 {
-    CComBSTR text;
-    EXPECT_EQ(S_OK, node->get_text(text.Put()));
-    return Narrow(text.View());
+    return Ask(node, &IXMLDOMNode::get_text);
 }
 
 std::string XmlOf(IXMLDOMNode* node)
 {
-    CComBSTR xml;
-    EXPECT_EQ(S_OK, node->get_xml(xml.Put()));
-    return Narrow(xml.View());
+    return Ask(node, &IXMLDOMNode::get_xml);
 }
 
 std::string ReasonOf(const DomDocument& document)
@@ -230,33 +187,29 @@ std::string ReasonOf(const DomDocument& document)
     return Narrow(reason.View());
 }
 
-std::string OwnerOf(IXMLDOMNode* node)
-{
-    ComPtr<IXMLDOMDocument> owner;
-    return node->get_ownerDocument(owner.Put()) == S_OK ? XmlOf(owner.Get()) : std::string();
-}
-
 std::string Meaning(IXMLDOMNode* node)
 {
-    std::string meaning;
-    AppendMeaning(node, meaning);
-    return meaning;
-}
-
-std::string MeaningOfText(const std::string& utf8)
-{
-    return Meaning(Loaded(Wide(utf8)).Get());
-}
-
-std::vector<std::string> TestDocuments()
-{
-    std::vector<std::string> paths;
-    for (const char* const folder : {"tickets", "capabilities"})
+    DOMNodeType kind = NODE_INVALID;
+    node->get_nodeType(&kind);
+    Variant value;
+    switch (kind)
     {
-        const std::filesystem::path full = std::filesystem::path(TVPT_TEST_DATA_FOLDER) / folder;
-        for (const auto& entry : std::filesystem::directory_iterator(full))
-            paths.push_back(entry.path().generic_string());
+    case NODE_TEXT:
+    case NODE_CDATA_SECTION:
+        node->get_nodeValue(value.Put());
+        return Narrow(WStringView(value.Get().bstrVal, SysStringLen(value.Get().bstrVal)));
+    case NODE_ELEMENT:
+        return ExpandedName(node) + AttributesMeaning(node) + "[" + ChildrenMeaning(node) + "]";
+    case NODE_DOCUMENT:
+        return ChildrenMeaning(node);
+    default:
+        return {};
     }
-    std::sort(paths.begin(), paths.end());
-    return paths;
+}
+
+std::string MeaningOfText(IXMLDOMNode* node)
+{
+    CComBSTR xml;
+    EXPECT_EQ(S_OK, node->get_xml(xml.Put()));
+    return Meaning(Loaded(xml.View()).Get());
 }

@@ -4,8 +4,6 @@
 #include <msxml2.h>
 
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/comptr.h"
@@ -13,6 +11,7 @@
 #include "utilitiesstaticlib/wideliteral.h"
 
 using DomDocument = ComPtr<IXMLDOMDocument2>;
+using DomElement = ComPtr<IXMLDOMElement>;
 using DomNode = ComPtr<IXMLDOMNode>;
 
 inline constexpr const WCHAR* kInstanceUri = W("http://www.w3.org/2001/XMLSchema-instance");
@@ -21,32 +20,19 @@ inline constexpr const WCHAR* kInstanceUri = W("http://www.w3.org/2001/XMLSchema
 class Variant
 {
 public:
-    Variant() noexcept
-    {
-        VariantInit(&m_value);
-    }
-
-    explicit Variant(LONG number) noexcept : Variant()
+    Variant() noexcept = default;
+    explicit Variant(LONG number) noexcept
     {
         m_value.vt = VT_I4;
         m_value.lVal = number;
     }
-
-    explicit Variant(WStringView text) : Variant()
+    explicit Variant(WStringView text)
     {
         m_value.bstrVal = CComBSTR(text).Detach();
         m_value.vt = VT_BSTR;
     }
-
-    explicit Variant(const DomNode& node) noexcept : Variant()
-    {
-        m_value.vt = VT_DISPATCH;
-        m_value.pdispVal = DomNode(node).Detach();
-    }
-
     Variant(const Variant&) = delete;
     Variant& operator=(const Variant&) = delete;
-
     ~Variant()
     {
         VariantClear(&m_value);
@@ -57,7 +43,6 @@ public:
         VariantClear(&m_value);
         return &m_value;
     }
-
     const VARIANT& Get() const noexcept
     {
         return m_value;
@@ -74,10 +59,7 @@ DomDocument NewDocument();
 HRESULT LoadText(const DomDocument& document, WStringView text);
 // Fails the running test when the text is refused.
 DomDocument Loaded(WStringView text);
-HRESULT LoadFile(const DomDocument& document, const std::string& path);
-HRESULT LoadBytes(const DomDocument& document, std::string_view bytes); // by a file
-
-DomNode RootOf(const DomDocument& document);
+DomElement RootOf(const DomDocument& document);
 DomNode Select(IXMLDOMNode* context, const WCHAR* query); // null when nothing is found
 HRESULT SetProperty(const DomDocument& document, const WCHAR* name, WStringView value);
 
@@ -85,22 +67,23 @@ HRESULT SetProperty(const DomDocument& document, const WCHAR* name, WStringView 
 DomNode Created(const DomDocument& document, DOMNodeType kind, const WCHAR* name, const WCHAR* uri = W(""));
 HRESULT Append(IXMLDOMNode* parent, IXMLDOMNode* child);
 HRESULT Remove(IXMLDOMNode* parent, IXMLDOMNode* child);
+HRESULT PutText(IXMLDOMNode* node, WStringView text);
 ComPtr<IXMLDOMNamedNodeMap> MapOf(IXMLDOMNode* element);
 // An attribute with a value, put on the element.
 void AddAttribute(const DomDocument& document, IXMLDOMNode* element, const WCHAR* name, const WCHAR* uri,
                   const WCHAR* value);
 HRESULT RemoveAttribute(IXMLDOMNode* element, const WCHAR* name);
 
+// What a getter of texts answers: "-" for none, which must be S_FALSE.
+using TextGetter = HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*)(BSTR*);
+std::string Ask(IXMLDOMNode* node, TextGetter getter);
 std::string NameOf(IXMLDOMNode* node);
 std::string TextOf(IXMLDOMNode* node);
 std::string XmlOf(IXMLDOMNode* node);
 std::string ReasonOf(const DomDocument& document); // of the last load
-std::string OwnerOf(IXMLDOMNode* node);            // its document's text
 
 // The subtree by meaning: {uri}local(@{uri}name=value ...)[children]. Attributes are sorted, neighbouring texts are
 // one, prefixes and declarations do not count, nor do comments and instructions.
 std::string Meaning(IXMLDOMNode* node);
-// What the text says when it is read again.
-std::string MeaningOfText(const std::string& utf8);
-
-std::vector<std::string> TestDocuments(); // paths of the tickets and capabilities in the test data
+// What the node's text says when it is read again.
+std::string MeaningOfText(IXMLDOMNode* node);

@@ -4,28 +4,6 @@
 #include "tests/platform/domfixture.h"
 #include "tests/platform/wine.h"
 
-namespace
-{
-
-// A text that a node answers: "-" for none, which is S_FALSE.
-using Getter = HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*)(BSTR*);
-
-std::string Ask(const DomNode& node, Getter getter)
-{
-    CComBSTR text;
-    const HRESULT result = (node.Get()->*getter)(text.Put());
-    EXPECT_EQ(text.Get() != nullptr ? S_OK : S_FALSE, result);
-    return text.Get() != nullptr ? Narrow(text.View()) : "-";
-}
-
-HRESULT InsertBefore(const DomNode& parent, const DomNode& child, const DomNode& reference)
-{
-    DomNode inserted;
-    return parent->insertBefore(child.Get(), Variant(reference).Get(), inserted.Put());
-}
-
-} // namespace
-
 TEST(DomNode, TellsItsNamesAndValue)
 {
     const DomDocument document = Loaded(W("<p:e xmlns:p='u' q='v' p:r='w'>t<![CDATA[c]]><!--m--><?i d?><n/></p:e>"));
@@ -34,18 +12,18 @@ TEST(DomNode, TellsItsNamesAndValue)
     {
         const WCHAR* query;
         DOMNodeType kind;
-        const char* answers; // kind, name, base name, prefix, namespace, value
+        const char* answers; // name, base name, prefix, namespace, value
     };
     const Case cases[] = {
-        {W("/x:e"), NODE_ELEMENT, "element p:e e p u -"},
-        {W("/x:e/n"), NODE_ELEMENT, "element n n - - -"},
-        {W("/x:e/@q"), NODE_ATTRIBUTE, "attribute q q - - v"},
-        {W("/x:e/@x:r"), NODE_ATTRIBUTE, "attribute p:r r p u w"},
-        {W("/x:e/text()[1]"), NODE_TEXT, "text #text - - - t"},
-        {W("/x:e/text()[2]"), NODE_CDATA_SECTION, "cdatasection #cdata-section - - - c"},
-        {W("/x:e/comment()"), NODE_COMMENT, "comment #comment - - - m"},
-        {W("//processing-instruction()"), NODE_PROCESSING_INSTRUCTION, "processinginstruction i i - - d"},
-        {W("/"), NODE_DOCUMENT, "document #document - - - -"},
+        {W("/x:e"), NODE_ELEMENT, "p:e e p u -"},
+        {W("/x:e/n"), NODE_ELEMENT, "n n - - -"},
+        {W("/x:e/@q"), NODE_ATTRIBUTE, "q q - - v"},
+        {W("/x:e/@x:r"), NODE_ATTRIBUTE, "p:r r p u w"},
+        {W("/x:e/text()[1]"), NODE_TEXT, "#text - - - t"},
+        {W("/x:e/text()[2]"), NODE_CDATA_SECTION, "#cdata-section - - - c"},
+        {W("/x:e/comment()"), NODE_COMMENT, "#comment - - - m"},
+        {W("//processing-instruction()"), NODE_PROCESSING_INSTRUCTION, "i i - - d"},
+        {W("/"), NODE_DOCUMENT, "#document - - - -"},
     };
     for (const Case& test : cases)
     {
@@ -55,12 +33,13 @@ TEST(DomNode, TellsItsNamesAndValue)
         DOMNodeType kind = NODE_INVALID;
         EXPECT_EQ(S_OK, node->get_nodeType(&kind));
         EXPECT_EQ(test.kind, kind);
+        std::string answers;
+        for (const TextGetter getter : {&IXMLDOMNode::get_nodeName, &IXMLDOMNode::get_baseName,
+                                        &IXMLDOMNode::get_prefix, &IXMLDOMNode::get_namespaceURI})
+            answers += Ask(node.Get(), getter) + " ";
         Variant value;
         const bool hasValue = node->get_nodeValue(value.Put()) == S_OK;
-        EXPECT_EQ(test.answers,
-                  Ask(node, &IXMLDOMNode::get_nodeTypeString) + " " + Ask(node, &IXMLDOMNode::get_nodeName) + " " +
-                      Ask(node, &IXMLDOMNode::get_baseName) + " " + Ask(node, &IXMLDOMNode::get_prefix) + " " +
-                      Ask(node, &IXMLDOMNode::get_namespaceURI) + " " + (hasValue ? Narrow(value.Get().bstrVal) : "-"));
+        EXPECT_EQ(test.answers, answers + (hasValue ? Narrow(value.Get().bstrVal) : "-"));
     }
 }
 
@@ -73,33 +52,27 @@ TEST(DomNode, TextIsTrimmedUnlessWhiteSpaceIsKept)
         const char* kept;
     };
     const Case cases[] = {
-        {W("<a> x </a>"), "x", " x "},
         {W("<a>\n <b>5</b>\n</a>"), "5", "\n 5\n"},
-        {W("<a><b>1</b> <b>2</b></a>"), "1 2", "1 2"},
         {W("<a> <b> y </b> <b> z </b> </a>"), "y   z", "  y   z  "},
-        {W("<a><![CDATA[ x ]]></a>"), " x ", " x "},
         {W("<a> x<![CDATA[ y ]]> z </a>"), "x y  z", " x y  z "},
+        {W("<a><![CDATA[ x ]]></a>"), " x ", " x "},
         {W("<a>x<!-- c -->y<?p q?>z</a>"), "xyz", "xyz"},
         {W("<a xml:space='preserve'> x </a>"), " x ", " x "},
-        {W("<a>\u00A0x\u00A0</a>"), "\xC2\xA0x\xC2\xA0", "\xC2\xA0x\xC2\xA0"},
-        {W("<a>x\r\ny</a>"), "x\ny", "x\ny"},
+        {W("<a>\u00A0x\r\ny\u00A0</a>"), "\xC2\xA0x\ny\xC2\xA0", "\xC2\xA0x\ny\xC2\xA0"},
         {W("<a>  </a>"), "", "  "},
-        {W("<a b=' v '/>"), "", ""},
     };
     for (const Case& test : cases)
     {
         SCOPED_TRACE(Narrow(test.text));
-        const DomNode root = RootOf(Loaded(test.text));
-        EXPECT_EQ(test.trimmed, TextOf(root.Get()));
+        const DomDocument document = Loaded(test.text);
+        EXPECT_EQ(test.trimmed, TextOf(RootOf(document).Get()));
         Variant typed; // no data type is declared, so the typed value is the text
-        EXPECT_EQ(S_OK, root->get_nodeTypedValue(typed.Put()));
+        EXPECT_EQ(S_OK, RootOf(document)->get_nodeTypedValue(typed.Put()));
         ASSERT_EQ(VT_BSTR, typed.Get().vt);
-        EXPECT_EQ(test.trimmed, Narrow(CComBSTR(typed.Get().bstrVal).View()));
-
-        const DomDocument keeping = NewDocument();
-        keeping->put_preserveWhiteSpace(VARIANT_TRUE);
-        ASSERT_EQ(S_OK, LoadText(keeping, test.text));
-        EXPECT_EQ(test.kept, TextOf(RootOf(keeping).Get()));
+        EXPECT_EQ(test.trimmed, Narrow(WStringView(typed.Get().bstrVal, SysStringLen(typed.Get().bstrVal))));
+        document->put_preserveWhiteSpace(VARIANT_TRUE);
+        ASSERT_EQ(S_OK, LoadText(document, test.text));
+        EXPECT_EQ(test.kept, TextOf(RootOf(document).Get()));
     }
 }
 
@@ -109,46 +82,30 @@ TEST(DomNode, TextThatIsPutComesBack)
     {
         SCOPED_TRACE(Narrow(text));
         const DomDocument document = Loaded(W("<a b='old'><c/>old</a>"));
-        const DomNode root = RootOf(document);
-        const DomNode attribute = Select(root.Get(), W("@b"));
-        ASSERT_EQ(S_OK, root->put_text(CComBSTR(text).Get()));
-        ASSERT_EQ(S_OK, attribute->put_text(CComBSTR(text).Get()));
-        EXPECT_EQ("{}a(@{}b=" + Narrow(text) + ")[" + Narrow(text) + "]", MeaningOfText(XmlOf(document.Get())));
+        const DomElement root = RootOf(document);
+        ASSERT_EQ(S_OK, PutText(Select(root.Get(), W("@b")).Get(), text));
+        ASSERT_EQ(S_OK, PutText(root.Get(), text));
+        EXPECT_EQ("{}a(@{}b=" + Narrow(text) + ")[" + Narrow(text) + "]", MeaningOfText(document.Get()));
     }
 }
 
-TEST(DomNode, ChildrenAreInsertedReplacedAndRemoved)
+TEST(DomNode, ChildrenAreAppendedMovedAndRemoved)
 {
     const DomDocument document = Loaded(W("<a><b/><c><d/></c></a>"));
-    const DomNode root = RootOf(document);
+    const DomElement root = RootOf(document);
     const DomNode first = Select(root.Get(), W("b"));
-    const DomNode second = Select(root.Get(), W("c"));
-    const DomNode deeper = Select(root.Get(), W("c/d"));
-    const DomNode created = Created(document, NODE_ELEMENT, W("n"));
-    ASSERT_EQ(S_OK, InsertBefore(root, created, second));
-    EXPECT_EQ("{}a()[{}b()[]{}n()[]{}c()[{}d()[]]]", Meaning(root.Get()));
-    ASSERT_EQ(S_OK, Append(root.Get(), created.Get())); // it moves
-    EXPECT_EQ("{}a()[{}b()[]{}c()[{}d()[]]{}n()[]]", Meaning(root.Get()));
-    DomNode replaced;
-    ASSERT_EQ(S_OK, root->replaceChild(deeper.Get(), first.Get(), replaced.Put()));
-    EXPECT_EQ("b", NameOf(replaced.Get()));
-    ASSERT_EQ(S_OK, Remove(root.Get(), second.Get()));
-    EXPECT_EQ("{}a()[{}d()[]{}n()[]]", Meaning(root.Get()));
-    DomNode none, last, previous;
-    EXPECT_EQ(S_OK, root->get_lastChild(last.Put()));
-    EXPECT_EQ(S_OK, last->get_previousSibling(previous.Put()));
-    EXPECT_EQ("nd", NameOf(last.Get()) + NameOf(previous.Get()));
-    EXPECT_EQ(S_FALSE, second->get_parentNode(none.Put()));
-    EXPECT_EQ(S_FALSE, last->get_nextSibling(none.Put()));
-    EXPECT_EQ(S_FALSE, previous->get_previousSibling(none.Put()));
-    EXPECT_FALSE(none);
-
-    EXPECT_EQ(E_INVALIDARG, Remove(root.Get(), second.Get())) << "no longer a child";
+    ASSERT_EQ(S_OK, Append(root.Get(), first.Get())); // it moves
+    ASSERT_EQ(S_OK, Append(first.Get(), Select(root.Get(), W("c/d")).Get()));
+    EXPECT_EQ("{}a()[{}c()[]{}b()[{}d()[]]]", Meaning(root.Get()));
+    ASSERT_EQ(S_OK, Remove(root.Get(), first.Get()));
+    EXPECT_EQ(E_INVALIDARG, Remove(root.Get(), first.Get())) << "no longer a child";
     EXPECT_EQ(E_INVALIDARG, Remove(root.Get(), nullptr));
-    EXPECT_EQ(E_INVALIDARG, root->replaceChild(created.Get(), second.Get(), replaced.Put()));
-    EXPECT_EQ(E_INVALIDARG, root->replaceChild(nullptr, created.Get(), replaced.Put()));
     EXPECT_TRUE(FAILED(Append(root.Get(), Created(document, NODE_ATTRIBUTE, W("q")).Get())));
-    EXPECT_EQ("{}a()[{}d()[]{}n()[]]", Meaning(root.Get()));
+    EXPECT_EQ("{}a()[{}c()[]]", Meaning(root.Get()));
+    DomNode none;
+    EXPECT_EQ(S_FALSE, first->get_parentNode(none.Put()));
+    EXPECT_EQ(S_FALSE, first->get_nextSibling(none.Put()));
+    EXPECT_FALSE(none);
 }
 
 TEST(DomNode, ANodeOfAnotherDocumentMoves)
@@ -162,9 +119,11 @@ TEST(DomNode, ANodeOfAnotherDocumentMoves)
     EXPECT_EQ("p:x", NameOf(moving.Get()));
     if (!IsWine()) // Wine's moved names lose their namespace
     {
-        EXPECT_EQ("{}t()[{u}x(@{u}q=v)[t{u}y()[]]]", MeaningOfText(XmlOf(target.Get())));
+        EXPECT_EQ("{}t()[{u}x(@{u}q=v)[t{u}y()[]]]", MeaningOfText(target.Get()));
     }
-    EXPECT_EQ(XmlOf(target.Get()), OwnerOf(moving.Get()));
+    ComPtr<IXMLDOMDocument> owner;
+    ASSERT_EQ(S_OK, moving->get_ownerDocument(owner.Put()));
+    EXPECT_EQ(XmlOf(target.Get()), XmlOf(owner.Get()));
 }
 
 TEST(DomNode, CreateNodeMakesTheKindsThatAreAskedFor)
@@ -187,10 +146,8 @@ TEST(DomNode, CreateNodeMakesTheKindsThatAreAskedFor)
         {NODE_CDATA_SECTION, W(""), W(""), S_OK, "#cdata-section"},
         {NODE_COMMENT, W(""), W(""), S_OK, "#comment"},
         {NODE_PROCESSING_INSTRUCTION, W("i"), W(""), S_OK, "i"},
-        {NODE_DOCUMENT_FRAGMENT, W(""), W(""), S_OK, "#document-fragment"},
         {NODE_ELEMENT, W(""), W(""), E_FAIL, ""},
         {NODE_DOCUMENT, W(""), W(""), E_INVALIDARG, ""},
-        {NODE_ENTITY, W("e"), W(""), E_INVALIDARG, ""},
         {NODE_INVALID, W("e"), W(""), E_FAIL, ""},
         {99, W("e"), W(""), E_FAIL, ""},
     };
@@ -208,6 +165,6 @@ TEST(DomNode, CreateNodeMakesTheKindsThatAreAskedFor)
     ASSERT_EQ(S_OK, Append(RootOf(document).Get(), outer.Get()));
     for (const auto& [name, uri] : {std::pair(W("q:c"), W("v")), std::pair(W("d"), W("w")), std::pair(W("e"), W(""))})
         ASSERT_EQ(S_OK, Append(outer.Get(), Created(document, NODE_ELEMENT, name, uri).Get()));
-    EXPECT_EQ("{u}a()[{u}b()[{v}c()[]{w}d()[]{}e()[]]]", MeaningOfText(XmlOf(document.Get())));
-    EXPECT_EQ("{u}b()[{v}c()[]{w}d()[]{}e()[]]", MeaningOfText(XmlOf(outer.Get())));
+    EXPECT_EQ("{u}a()[{u}b()[{v}c()[]{w}d()[]{}e()[]]]", MeaningOfText(document.Get()));
+    EXPECT_EQ("{u}b()[{v}c()[]{w}d()[]{}e()[]]", MeaningOfText(outer.Get()));
 }
