@@ -2,10 +2,8 @@
 #include <windows.h>
 
 #include <climits>
-#include <cwchar>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -18,32 +16,19 @@ namespace
 
 constexpr UINT kWestern = 1252;
 
-int Length(const auto& text)
-{
-    return static_cast<int>(text.size());
-}
-
-// Both by the two-call idiom; an empty answer after a failure.
+// By the two-call idiom; an empty answer after a failure.
 WideString ToWide(UINT codePage, DWORD flags, std::string_view text)
 {
-    const int size = MultiByteToWideChar(codePage, flags, text.data(), Length(text), nullptr, 0);
+    const int length = static_cast<int>(text.size());
+    const int size = MultiByteToWideChar(codePage, flags, text.data(), length, nullptr, 0);
     WideString wide(static_cast<std::size_t>(size), W('~'));
-    EXPECT_EQ(MultiByteToWideChar(codePage, flags, text.data(), Length(text), wide.data(), size), size);
+    EXPECT_EQ(MultiByteToWideChar(codePage, flags, text.data(), length, wide.data(), size), size);
     return wide;
-}
-
-std::string ToBytes(UINT codePage, DWORD flags, WStringView wide)
-{
-    const int size = WideCharToMultiByte(codePage, flags, wide.data(), Length(wide), nullptr, 0, nullptr, nullptr);
-    std::string text(static_cast<std::size_t>(size), '~');
-    EXPECT_EQ(WideCharToMultiByte(codePage, flags, wide.data(), Length(wide), text.data(), size, nullptr, nullptr),
-              size);
-    return text;
 }
 
 } // namespace
 
-TEST(CodePages, ConvertBothWays)
+TEST(CodePages, ConvertToWideCharacters)
 {
     struct Pair
     {
@@ -64,10 +49,8 @@ TEST(CodePages, ConvertBothWays)
     for (const Pair& pair : kPairs)
     {
         SCOPED_TRACE(pair.name);
-        const bool isUtf8 = pair.codePage == CP_UTF8;
-        EXPECT_EQ(ToWide(pair.codePage, isUtf8 ? MB_ERR_INVALID_CHARS : 0, pair.bytes), pair.wide);
-        EXPECT_EQ(ToBytes(pair.codePage, isUtf8 ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS, pair.wide), pair.bytes);
-        if (!isUtf8 && GetACP() == kWestern)
+        EXPECT_EQ(ToWide(pair.codePage, pair.codePage == CP_UTF8 ? MB_ERR_INVALID_CHARS : 0, pair.bytes), pair.wide);
+        if (pair.codePage == kWestern)
         {
             EXPECT_EQ(ToWide(CP_ACP, 0, pair.bytes), pair.wide);
         }
@@ -91,85 +74,56 @@ TEST(CodePages, IllFormedTextIsReplacedOrRefused)
         const WideString replaced = ToWide(CP_UTF8, 0, "<" + std::string(bad) + ">");
         ASSERT_GE(replaced.size(), 3u);
         EXPECT_EQ(replaced, W("<") + WideString(replaced.size() - 2, W('\xFFFD')) + W(">"));
-        const auto [count, error] = WithLastError(
-            [bad] { return MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bad.data(), Length(bad), nullptr, 0); });
-        EXPECT_EQ(count, 0);
-        EXPECT_EQ(error, DWORD{ERROR_NO_UNICODE_TRANSLATION});
-    }
-
-    for (const WideString& bad : {WideString{0xD800}, WideString{0xDC00, 'x'}, WideString{0xDC00, 0xD800}})
-    {
-        EXPECT_EQ(ToBytes(CP_UTF8, 0, bad).substr(0, 3), "\xEF\xBF\xBD");
-        const auto convert = [&bad]
-        {
-            return WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, bad.data(), Length(bad), nullptr, 0, nullptr,
-                                       nullptr);
-        };
-        const auto [count, error] = WithLastError(convert);
-        EXPECT_EQ(count, 0);
-        EXPECT_EQ(error, DWORD{ERROR_NO_UNICODE_TRANSLATION});
+        const auto refused = WithLastError(
+            [bad] {
+                return MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bad.data(), static_cast<int>(bad.size()),
+                                           nullptr, 0);
+            });
+        EXPECT_EQ(refused, std::pair(0, DWORD{ERROR_NO_UNICODE_TRANSLATION}));
     }
 }
 
-TEST(CodePages, SizesCountTheTerminatorOnlyWhenItWasAskedFor)
+TEST(CodePages, SizesAreCheckedAndCountTheTerminatorOnlyWhenItWasAskedFor)
 {
-    WCHAR wide[4] = {W('~'), W('~'), W('~'), W('~')};
-    EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, "abc", -1, nullptr, 0), 4);
-    EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, "abc", -1, wide, 4), 4);
-    EXPECT_EQ(WStringView(wide), W("abc"));
-    EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, "xyz", 2, wide, 4), 2);
-    EXPECT_EQ(WStringView(wide), W("xyc"));
-    EXPECT_EQ(WideCharToMultiByte(CP_UTF8, 0, W("\x20AC"), -1, nullptr, 0, nullptr, nullptr), 4);
-    if (!IsWine()) // which writes the first half of a pair and calls it success
-    {
-        EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, "\xF0\x90\x80\x80", 4, wide, 1), 0);
-    }
-}
-
-TEST(CodePages, ArgumentsThatCannotBeMetAreErrors)
-{
-    constexpr DWORD kUnknownFlag = 0x40000000;
-    constexpr UINT kUnknownPage = 64999;
     struct Case
     {
         const char* name;
         UINT page;
         DWORD flags;
-        const char* text;  // converted to wide characters into a room of two, when it is given;
-        const WCHAR* wide; // else this to bytes into a room of three
+        const char* text; // into a room of three
         int length;
+        int size;
         DWORD error;
     };
     constexpr Case kCases[] = {
-        {"too small", CP_UTF8, 0, "abc", nullptr, -1, ERROR_INSUFFICIENT_BUFFER},
-        {"too small for bytes", kWestern, 0, nullptr, W("abc"), -1, ERROR_INSUFFICIENT_BUFFER},
-        {"room for half a character", CP_UTF8, 0, nullptr, W("a\x20AC"), 2, ERROR_INSUFFICIENT_BUFFER},
-        {"no length", CP_UTF8, 0, "abc", nullptr, 0, ERROR_INVALID_PARAMETER},
-        {"no text", CP_UTF8, 0, nullptr, nullptr, -1, ERROR_INVALID_PARAMETER},
-        {"no such page", kUnknownPage, 0, "a", nullptr, -1, ERROR_INVALID_PARAMETER},
-        {"no such page for bytes", kUnknownPage, 0, nullptr, W("a"), -1, ERROR_INVALID_PARAMETER},
-        {"no such flag", CP_UTF8, kUnknownFlag, "a", nullptr, -1, ERROR_INVALID_FLAGS},
+        {"all with the terminator", CP_UTF8, 0, "ab", -1, 3, 0},
+        {"a part without", CP_UTF8, 0, "abc", 2, 2, 0},
+        {"too small", CP_UTF8, 0, "abc", -1, 0, ERROR_INSUFFICIENT_BUFFER},
+        {"room for half a pair", CP_UTF8, 0, "ab\xF0\x90\x80\x80", 6, 0, ERROR_INSUFFICIENT_BUFFER},
+        {"no length", CP_UTF8, 0, "abc", 0, 0, ERROR_INVALID_PARAMETER},
+        {"no text", CP_UTF8, 0, nullptr, -1, 0, ERROR_INVALID_PARAMETER},
+        {"no such page", 64999, 0, "a", -1, 0, ERROR_INVALID_PARAMETER},
+        {"no such flag", CP_UTF8, 0x40000000, "a", -1, 0, ERROR_INVALID_FLAGS},
     };
     for (const Case& test : kCases)
     {
+        if (test.length == 6 && IsWine()) // which writes the first half and calls it success
+            continue;
         SCOPED_TRACE(test.name);
-        WCHAR wide[3] = {W('~'), W('~'), W('~')};
-        char bytes[4] = "~~~";
-        const auto convert = [&]
-        {
-            return test.text != nullptr
-                       ? MultiByteToWideChar(test.page, test.flags, test.text, test.length, wide, 2)
-                       : WideCharToMultiByte(test.page, test.flags, test.wide, test.length, bytes, 3, nullptr, nullptr);
-        };
-        const auto [count, error] = WithLastError(convert);
-        EXPECT_EQ(count, 0);
+        WCHAR wide[4] = {W('~'), W('~'), W('~'), W('~')};
+        const auto [size, error] =
+            WithLastError([&] { return MultiByteToWideChar(test.page, test.flags, test.text, test.length, wide, 3); });
+        EXPECT_EQ(size, test.size);
         EXPECT_EQ(error, test.error);
-        EXPECT_EQ(wide[2], W('~'));
-        EXPECT_EQ(bytes[3], 0);
+        EXPECT_EQ(wide[3], W('~')) << "beyond the room";
+        if (size != 0)
+        {
+            EXPECT_EQ(WideString(wide, 3), WideString(W("ab")) + (size == 3 ? W('\0') : W('~')));
+        }
     }
 }
 
-TEST(CRuntime, TakesNumbersAndIgnoresCase)
+TEST(CRuntime, TakesNumbers)
 {
     struct Case
     {
@@ -179,12 +133,10 @@ TEST(CRuntime, TakesNumbersAndIgnoresCase)
     constexpr Case kCases[] = {
         {W(""), 0},
         {W("600dpi"), 600},
-        {W("dpi"), 0},
         {W("-12"), -12},
-        {W("+12"), 12},
         {W("+-12"), 0},
         {W("- 12"), 0},
-        {W(" \t\n\v\f\r12 34"), 12},
+        {W(" \t\n\v\f\r+12 34"), 12},
         {W("0x10"), 0},
         {W("2147483647"), INT_MAX},
         {W("4294967297"), INT_MAX},
@@ -193,6 +145,4 @@ TEST(CRuntime, TakesNumbersAndIgnoresCase)
     };
     for (const Case& test : kCases)
         EXPECT_EQ(_wtoi(test.text), test.value) << testing::PrintToString(WideString(test.text));
-    EXPECT_EQ(_wcsicmp(W("Excel.EXE"), W("excel.exe")), 0);
-    EXPECT_LT(_wcsicmp(W("_"), W("A")), 0); // compared as lower case: the underscore stands between the cases
 }

@@ -67,9 +67,7 @@ TEST(Loader, KeepsAModuleUntilItsLastReferenceIsGivenBack)
         EXPECT_TRUE(FreeLibrary(first));
     }
     EXPECT_EQ(GetModuleHandleW(kSample), nullptr);
-    const auto [freed, error] = WithLastError([first] { return FreeLibrary(first); });
-    EXPECT_FALSE(freed);
-    EXPECT_EQ(error, DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_EQ(WithLastError([first] { return FreeLibrary(first); }), std::pair(FALSE, DWORD{ERROR_MOD_NOT_FOUND}));
 
     // The file is found, not a module of this name in the process, whatever the case.
     for (const WideString& file : {BesideProgram(W("Platform_SAMPLE.dll")), WideString(W("PLATFORM_SAMPLE.DLL"))})
@@ -95,65 +93,46 @@ TEST(Loader, FindsAModuleByAnAddressWithinIt)
     EXPECT_TRUE(FreeLibrary(sample));
     EXPECT_NE(GetModuleHandleW(kSample), nullptr) << "the address form took a reference";
     EXPECT_TRUE(FreeLibrary(sample));
-    EXPECT_EQ(GetModuleHandleW(kSample), nullptr);
 
     static const int ours = 0;
     EXPECT_TRUE(find(kUnchanged, &ours));
     EXPECT_EQ(found, GetModuleHandleW(nullptr));
     const std::vector<int> heap(100);
-    const auto [belongs, error] = WithLastError([&] { return find(kUnchanged, heap.data()); });
-    EXPECT_FALSE(belongs);
+    EXPECT_EQ(WithLastError([&] { return find(kUnchanged, heap.data()); }),
+              std::pair(FALSE, DWORD{ERROR_MOD_NOT_FOUND}));
     EXPECT_EQ(found, nullptr);
-    EXPECT_EQ(error, DWORD{ERROR_MOD_NOT_FOUND});
 }
 
-TEST(Loader, WhatCannotBeLoadedSaysWhy)
+TEST(Loader, WhatCannotBeLoadedOrFoundSaysWhy)
 {
     const std::filesystem::path notAModule(BesideProgram(W("platform_notamodule.dll")));
     std::ofstream(notAModule) << "This is a text, and not a short one, that somebody gave the name of a module.\n";
-    struct Case
-    {
-        const char* name;
-        WideString file;
-        DWORD error;
+    const std::pair<WideString, DWORD> files[] = {
+        {BesideProgram(W("platform_absent.dll")), ERROR_MOD_NOT_FOUND},
+        {BesideProgram(W("absent/platform_sample.dll")), ERROR_MOD_NOT_FOUND},
+        {W("platform_absent.dll"), ERROR_MOD_NOT_FOUND},
+        {notAModule.string<WCHAR>(), ERROR_BAD_EXE_FORMAT},
     };
-    const Case cases[] = {
-        {"no such file", BesideProgram(W("platform_absent.dll")), ERROR_MOD_NOT_FOUND},
-        {"no such folder", BesideProgram(W("absent/platform_sample.dll")), ERROR_MOD_NOT_FOUND},
-        {"no such bare name", W("platform_absent.dll"), ERROR_MOD_NOT_FOUND},
-        {"no module", BesideProgram(W("platform_notamodule.dll")), ERROR_BAD_EXE_FORMAT},
-    };
-    for (const Case& test : cases)
+    for (const auto& [file, error] : files)
     {
-        SCOPED_TRACE(test.name);
-        const auto [module, error] = WithLastError(
-            [&test] { return LoadLibraryExW(test.file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH); });
-        EXPECT_EQ(module, nullptr);
-        EXPECT_EQ(error, test.error);
-        EXPECT_EQ(GetModuleHandleW(test.file.c_str()), nullptr);
+        SCOPED_TRACE(std::filesystem::path(file));
+        const auto load = [&file = file]
+        {
+            return LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+        };
+        EXPECT_EQ(WithLastError(load), std::pair(HMODULE{}, error));
+        EXPECT_EQ(GetModuleHandleW(file.c_str()), nullptr);
     }
     std::filesystem::remove(notAModule);
-}
 
-TEST(Loader, ModulesAnswerForTheirOwnFunctionsOnly)
-{
+    // Names of functions are exact, and what the module imports is not its own.
     HMODULE const sample = LoadSample();
-    // Names are exact, and what the module imports is not its own.
     for (const char* const name : {"sampleanswer", "", "CoTaskMemAlloc", "malloc"})
-    {
-        const auto [function, error] = WithLastError([&] { return GetProcAddress(sample, name); });
-        EXPECT_EQ(function, nullptr) << name;
-        EXPECT_EQ(error, DWORD{ERROR_PROC_NOT_FOUND}) << name;
-    }
+        EXPECT_EQ(WithLastError([&] { return GetProcAddress(sample, name); }),
+                  std::pair(FARPROC{}, DWORD{ERROR_PROC_NOT_FOUND}))
+            << name;
     EXPECT_TRUE(FreeLibrary(sample));
-
-    HMODULE const kernel = GetModuleHandleA("kernel32.dll");
-    ASSERT_NE(kernel, nullptr);
-    const auto find = FunctionOf<BOOL(WINAPI*)(DWORD, LPCSTR, HMODULE*)>(kernel, "GetModuleHandleExA");
-    ASSERT_NE(find, nullptr);
-    HMODULE program = nullptr;
-    EXPECT_TRUE(find(kUnchanged, nullptr, &program));
-    EXPECT_EQ(program, GetModuleHandleW(nullptr));
+    EXPECT_NE(GetProcAddress(GetModuleHandleA("kernel32.dll"), "GetModuleHandleExA"), nullptr);
 }
 
 TEST(Loader, FileNamesThatDoNotFitAreCutAndTerminated)
@@ -169,9 +148,8 @@ TEST(Loader, FileNamesThatDoNotFitAreCutAndTerminated)
         EXPECT_EQ(WStringView(room.data()), whole);
 
         room.assign(length + 2, W('~'));
-        const auto [size, error] = WithLastError([&] { return GetModuleFileNameW(module, room.data(), length); });
-        EXPECT_EQ(size, length);
-        EXPECT_EQ(error, DWORD{ERROR_INSUFFICIENT_BUFFER});
+        EXPECT_EQ(WithLastError([&] { return GetModuleFileNameW(module, room.data(), length); }),
+                  std::pair(length, DWORD{ERROR_INSUFFICIENT_BUFFER}));
         EXPECT_EQ(room[length], W('~'));
         char narrow[] = "~~~~~";
         EXPECT_EQ(GetModuleFileNameA(module, narrow, 4), 4u);
@@ -182,7 +160,6 @@ TEST(Loader, FileNamesThatDoNotFitAreCutAndTerminated)
         EXPECT_EQ(narrow[3], 0);
     }
     EXPECT_TRUE(FreeLibrary(sample));
-    const auto [gone, error] = WithLastError([sample] { return FileNameOf(sample); });
-    EXPECT_EQ(gone, WideString());
-    EXPECT_EQ(error, DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_EQ(WithLastError([sample] { return FileNameOf(sample); }),
+              std::pair(WideString(), DWORD{ERROR_MOD_NOT_FOUND}));
 }
