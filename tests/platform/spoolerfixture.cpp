@@ -2,26 +2,17 @@
 
 #include <algorithm>
 #include <fstream>
-#include <string>
+#include <iterator>
 
 namespace spoolertests
 {
 
-namespace
+PrinterOwner Open(const WCHAR* name, ACCESS_MASK access)
 {
-
-WideString FileName(const std::filesystem::path& path)
-{
-    return path.string<WCHAR>();
+    PRINTER_DEFAULTSW defaults = {nullptr, nullptr, access};
+    HANDLE printer = nullptr;
+    return PrinterOwner(OpenPrinterW(Mutable(name), &printer, &defaults) ? printer : nullptr);
 }
-
-std::filesystem::path ProgramFolder()
-{
-    WCHAR path[4096] = {};
-    return std::filesystem::path(WideString(path, GetModuleFileNameW(nullptr, path, 4096))).parent_path();
-}
-
-} // namespace
 
 PRINTER_INFO_2W PrinterInfo(const WCHAR* name)
 {
@@ -37,11 +28,14 @@ PRINTER_INFO_2W PrinterInfo(const WCHAR* name)
     return info;
 }
 
-PrinterOwner Open(const WCHAR* name, ACCESS_MASK access)
+PrinterOwner Add(PRINTER_INFO_2W info)
 {
-    PRINTER_DEFAULTSW defaults = {nullptr, nullptr, access};
-    HANDLE printer = nullptr;
-    return PrinterOwner(OpenPrinterW(Mutable(name), &printer, &defaults) ? printer : nullptr);
+    return PrinterOwner(AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&info)));
+}
+
+bool SetInfo(HANDLE printer, PRINTER_INFO_2W info)
+{
+    return SetPrinterW(printer, 2, reinterpret_cast<BYTE*>(&info), 0) != FALSE;
 }
 
 std::vector<WideString> PrinterNames()
@@ -50,23 +44,47 @@ std::vector<WideString> PrinterNames()
         [](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD count)
         { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 4, bytes, size, needed, count); });
     std::vector<WideString> names;
-    for (DWORD index = 0; printers.IsGood() && index < printers.Count(); ++index)
+    for (DWORD index = 0; index < printers.Count(); ++index)
         names.emplace_back(printers[index].pPrinterName);
     std::sort(names.begin(), names.end());
     return names;
 }
 
-void SpoolerTest::SetUp()
+std::string Content(const std::filesystem::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void StoreTest::SetUp()
 {
     m_scratch = std::filesystem::temp_directory_path() / ("tavlen-spooler-" + std::to_string(GetCurrentProcessId()));
     std::filesystem::remove_all(m_scratch);
     std::filesystem::create_directories(m_scratch);
-    SetEnvironmentVariableW(W("TVPT_STORE"), FileName(Store()).c_str());
+    UseStore(Store());
+}
+
+void StoreTest::TearDown()
+{
+    SetEnvironmentVariableW(W("TVPT_STORE"), nullptr);
+    std::error_code ignored;
+    std::filesystem::remove_all(m_scratch, ignored);
+}
+
+void StoreTest::UseStore(const std::filesystem::path& folder)
+{
+    SetEnvironmentVariableW(W("TVPT_STORE"), folder.string<WCHAR>().c_str());
+}
+
+void SpoolerTest::SetUp()
+{
+    StoreTest::SetUp();
     ASSERT_TRUE(InstallDriver()) << GetLastError();
 }
 
 void SpoolerTest::TearDown()
 {
+    UseStore(Store());
     for (const WideString& name : m_printers)
     {
         const PrinterOwner printer = Open(name.c_str(), PRINTER_ALL_ACCESS);
@@ -75,23 +93,24 @@ void SpoolerTest::TearDown()
     // Wine knows no flags. Some tests have deleted the driver themselves.
     if (!DeletePrinterDriverExW(nullptr, Mutable(kEnvironment), Mutable(kDriver), DPD_DELETE_UNUSED_FILES, 0))
         DeletePrinterDriverExW(nullptr, Mutable(kEnvironment), Mutable(kDriver), 0, 0);
-    SetEnvironmentVariableW(W("TVPT_STORE"), nullptr);
-    std::error_code ignored;
-    std::filesystem::remove_all(m_scratch, ignored);
+    StoreTest::TearDown();
 }
 
 WideString SpoolerTest::SourceFile(const char* name, const char* content) const
 {
-    const std::filesystem::path path = m_scratch / name;
+    std::filesystem::path path = Scratch() / name;
+    std::filesystem::create_directories(path.parent_path());
     std::ofstream(path) << content;
-    return FileName(path);
+    return path.make_preferred().string<WCHAR>();
 }
 
-BOOL SpoolerTest::InstallDriver(const WCHAR* name, const WCHAR* dataFile, DWORD flags) const
+BOOL SpoolerTest::InstallDriver(const WCHAR* name, const WCHAR* dataFile) const
 {
+    WCHAR program[4096] = {};
+    GetModuleFileNameW(nullptr, program, 4096);
+    const WideString configFile = std::filesystem::path(program).replace_filename("spooler_sample.dll").string<WCHAR>();
     const WideString driverFile = SourceFile("tvplatform.drv", "the driver");
     const WideString model = SourceFile("tvplatform.json", "the model");
-    const WideString configFile = FileName(ProgramFolder() / "spooler_sample.dll");
     WideString dependent = SourceFile("tvone.txt", "one");
     dependent.push_back(0);
     dependent.append(SourceFile("tvtwo.txt", "two")).push_back(0);
@@ -104,13 +123,13 @@ BOOL SpoolerTest::InstallDriver(const WCHAR* name, const WCHAR* dataFile, DWORD 
     info.pConfigFile = Mutable(configFile.c_str());
     info.pDependentFiles = dependent.data();
     info.pDefaultDataType = Mutable(W("RAW"));
-    return AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&info), flags);
+    return AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&info),
+                               APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY);
 }
 
 PrinterOwner SpoolerTest::InstallPrinter(const WCHAR* name)
 {
-    PRINTER_INFO_2W info = PrinterInfo(name);
-    PrinterOwner printer(AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&info)));
+    PrinterOwner printer = Add(PrinterInfo(name));
     EXPECT_NE(printer, nullptr) << GetLastError();
     m_printers.emplace_back(name);
     return printer;

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -30,9 +31,6 @@ inline const WCHAR* const kEnvironment = W("Windows x64");
 inline const WCHAR* const kDriver = W("Tavlen Platform Driver");
 inline const WCHAR* const kPrinter = W("Tavlen Platform Printer");
 
-// A printer of the sample driver, before it is added.
-PRINTER_INFO_2W PrinterInfo(const WCHAR* name = kPrinter);
-
 struct PrinterCloser
 {
     void operator()(HANDLE printer) const
@@ -45,6 +43,11 @@ using PrinterOwner = std::unique_ptr<std::remove_pointer_t<HANDLE>, PrinterClose
 
 // Null when it does not open.
 PrinterOwner Open(const WCHAR* name, ACCESS_MASK access = 0);
+// A printer of the sample driver, before it is added.
+PRINTER_INFO_2W PrinterInfo(const WCHAR* name = kPrinter);
+// Adds it; null with the last error when it is refused.
+PrinterOwner Add(PRINTER_INFO_2W info);
+bool SetInfo(HANDLE printer, PRINTER_INFO_2W info);
 
 inline DWORD ErrorOf(BOOL done)
 {
@@ -64,19 +67,11 @@ public:
         call(nullptr, 0, &needed, &m_count);
         m_bytes.resize(needed);
         m_count = 1;
-        m_good = call(m_bytes.data(), needed, &needed, &m_count) && needed == m_bytes.size();
+        if (!call(m_bytes.data(), needed, &needed, &m_count) || needed != m_bytes.size())
+            m_count = 0;
     }
 
-    // Every text must lie within the buffer.
-    [[nodiscard]] bool Holds(const void* address) const
-    {
-        const auto* const at = static_cast<const BYTE*>(address);
-        return at >= m_bytes.data() && at < m_bytes.data() + m_bytes.size();
-    }
-    [[nodiscard]] bool IsGood() const
-    {
-        return m_good;
-    }
+    // 0 after a failure.
     [[nodiscard]] DWORD Count() const
     {
         return m_count;
@@ -93,7 +88,6 @@ public:
 private:
     std::vector<BYTE> m_bytes;
     DWORD m_count = 0;
-    bool m_good = false;
 };
 
 template <class Record>
@@ -113,13 +107,16 @@ Answer<Record> DriverAnswer(HANDLE printer, DWORD level)
 // The names of all printers of the store, sorted.
 std::vector<WideString> PrinterNames();
 
-class SpoolerTest : public testing::Test
+// Empty for a file that is not there.
+std::string Content(const std::filesystem::path& file);
+
+// A folder that goes with the test; over winport the store is its folder "store".
+class StoreTest : public testing::Test
 {
 protected:
     void SetUp() override;
     void TearDown() override;
 
-    // The folder of the driver's source files; over winport the store is its folder "store".
     [[nodiscard]] const std::filesystem::path& Scratch() const noexcept
     {
         return m_scratch;
@@ -128,17 +125,26 @@ protected:
     {
         return m_scratch / "store";
     }
+    static void UseStore(const std::filesystem::path& folder);
+
+private:
+    std::filesystem::path m_scratch;
+};
+
+class SpoolerTest : public StoreTest
+{
+protected:
+    void SetUp() override;
+    void TearDown() override;
 
     // Writes a source file of a driver and gives its name to the spooler.
     WideString SourceFile(const char* name, const char* content) const;
     // A driver with the sample module as its configuration module.
-    BOOL InstallDriver(const WCHAR* name = kDriver, const WCHAR* dataFile = nullptr,
-                       DWORD flags = APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY) const;
+    BOOL InstallDriver(const WCHAR* name = kDriver, const WCHAR* dataFile = nullptr) const;
     // Removed, with the driver, at the end of the test.
     PrinterOwner InstallPrinter(const WCHAR* name = kPrinter);
 
 private:
-    std::filesystem::path m_scratch;
     std::vector<WideString> m_printers;
 };
 

@@ -8,11 +8,9 @@
 #include <cstring>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <new>
 #include <optional>
 #include <set>
-#include <string>
 #include <thread>
 
 #include "tests/platform/spoolerfixture.h"
@@ -47,12 +45,6 @@ std::optional<int> GetNumber(HANDLE printer, const WideString& name)
     return number;
 }
 
-PrinterOwner AddPrinter(const WideString& name)
-{
-    PRINTER_INFO_2W info = PrinterInfo(name.c_str());
-    return PrinterOwner(AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&info)));
-}
-
 // Runs the work, with its number, in as many children of this process; true when it returns true in all of them.
 bool SucceedsInChildren(int count, const std::function<bool(int)>& work)
 {
@@ -72,22 +64,11 @@ bool SucceedsInChildren(int count, const std::function<bool(int)>& work)
     return succeeded;
 }
 
-void UseStore(const fs::path& folder)
-{
-    SetEnvironmentVariableW(W("TVPT_STORE"), folder.u16string().c_str());
-}
-
 } // namespace
 
 class SpoolerStore : public SpoolerTest
 {
 protected:
-    void TearDown() override
-    {
-        UseStore(Store());
-        SpoolerTest::TearDown();
-    }
-
     // The store's file as another process left it: a new file under the same name, without a log beside it.
     void ReplaceFile(const std::string& content) const
     {
@@ -109,8 +90,7 @@ protected:
         }
         UseStore(Store());
         EXPECT_FALSE(fs::exists(Store() / "spooler.db-wal"));
-        std::ifstream stream(Store() / "spooler.db", std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
+        return Content(Store() / "spooler.db");
     }
 
     // All that the calls of these tests can change.
@@ -145,7 +125,7 @@ TEST_F(SpoolerStore, LosesNothingBetweenProcesses)
         const PrinterOwner common = Open(kPrinter, PRINTER_ALL_ACCESS);
         for (int number = process * 100; number < process * 100 + kRounds; ++number)
         {
-            const PrinterOwner printer = AddPrinter(Numbered("Printer ", number));
+            const PrinterOwner printer = Add(PrinterInfo(Numbered("Printer ", number).c_str()));
             if (!SetNumber(printer.get(), W("own"), number) ||
                 !SetNumber(common.get(), Numbered("n", number), number) ||
                 (number % 2 == 0 && !DeletePrinter(printer.get())))
@@ -167,20 +147,15 @@ TEST_F(SpoolerStore, LosesNothingBetweenProcesses)
 TEST_F(SpoolerStore, IsMadeByManyProcessesAtOnce)
 {
     UseStore(Scratch() / "fresh");
-    HKEY key = nullptr;
-    const auto setValue = [&key](int process)
+    const auto makeKey = [](int process)
     {
-        return RegCreateKeyExW(HKEY_CURRENT_USER, W("Software\\Shared"), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
-                               nullptr) == 0 &&
-               RegSetValueExW(key, Numbered("v", process).c_str(), 0, REG_BINARY, nullptr, 0) == 0;
+        HKEY key = nullptr;
+        return RegCreateKeyExW(HKEY_CURRENT_USER, (W("Shared") + Numbered("\\", process)).c_str(), 0, nullptr, 0,
+                               KEY_ALL_ACCESS, nullptr, &key, nullptr) == 0;
     };
-    EXPECT_TRUE(SucceedsInChildren(6, setValue));
-    ASSERT_TRUE(setValue(0));
-    DWORD values = 0;
-    RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &values, nullptr, nullptr, nullptr,
-                     nullptr);
-    EXPECT_EQ(values, 6u);
-    RegCloseKey(key);
+    EXPECT_TRUE(SucceedsInChildren(6, makeKey));
+    for (int process = 0; process < 6; ++process)
+        EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, (W("Shared") + Numbered("\\", process)).c_str()), 0) << process;
 }
 
 TEST_F(SpoolerStore, IsSharedByThreads)
@@ -241,7 +216,7 @@ TEST_F(SpoolerStore, ThatCannotBeMadeIsRefusedWithTheReason)
     {
         SCOPED_TRACE(folder);
         UseStore(folder);
-        EXPECT_EQ(AddPrinter(W("Other")), nullptr);
+        EXPECT_EQ(Add(PrinterInfo(W("Other"))), nullptr);
         EXPECT_EQ(GetLastError(), error);
         EXPECT_EQ(ErrorOf(InstallDriver()), error);
         HKEY key = nullptr;
@@ -279,15 +254,13 @@ TEST_F(SpoolerStore, KeepsADriversFilesWholeWhenOneCannotBeReplaced)
     fs::remove(folder / "tvtwo.txt");
     fs::create_directories(folder / "tvtwo.txt" / "below");
     fs::remove(folder / "tvone.txt");
-    fs::create_directories(Scratch() / "newer");
     const WideString newer = SourceFile("newer/tvplatform.json", "a newer model");
     EXPECT_FALSE(InstallDriver(kDriver, newer.c_str()));
     std::set<std::string> files;
     for (const auto& entry : fs::directory_iterator(folder))
         files.insert(entry.path().filename());
     EXPECT_EQ(files, (std::set<std::string>{"spooler_sample.so", "tvplatform.drv", "tvplatform.json", "tvtwo.txt"}));
-    std::ifstream model(folder / "tvplatform.json");
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(model), {}), "the model");
+    EXPECT_EQ(Content(folder / "tvplatform.json"), "the model");
 }
 
 TEST_F(SpoolerStore, ThatIsDamagedIsRefusedOrReadAndNeverWorse)
@@ -346,65 +319,84 @@ TEST_F(SpoolerStore, IsUnharmedByFaults)
     const PrinterOwner owner = InstallPrinter();
     HANDLE const printer = owner.get();
     ASSERT_TRUE(SetNumber(printer, W("n"), 1));
+    InstallPrinter(W("Doomed"));
+    const WideString sourceFile = SourceFile("tvfault.json", "x");
     std::vector<BYTE> buffer(16'384);
     BYTE* const room = buffer.data();
     constexpr DWORD kRoom = 16'384;
     DWORD needed = 0;
     DWORD count = 0;
     FORM_INFO_1W form = {FORM_USER, Mutable(W("Card")), {1000, 2000}, {0, 0, 1000, 2000}};
-    const WideString sourceFile = SourceFile("tvfault.json", "x");
-    InstallPrinter(W("Doomed"));
+    PRINTER_INFO_2W changed = PrinterInfo();
+    changed.pComment = Mutable(W("changed"));
     const auto remove = [](const WCHAR* name)
     {
         return DeletePrinter(Open(name, PRINTER_ALL_ACCESS).get()) != FALSE;
     };
-    const auto comment = [printer](const WCHAR* text)
-    {
-        PRINTER_INFO_2W info = PrinterInfo();
-        info.pComment = Mutable(text);
-        return SetPrinterW(printer, 2, reinterpret_cast<BYTE*>(&info), 0) != FALSE;
-    };
     const auto makeKey = []
     {
         HKEY key = nullptr;
-        const LSTATUS made =
-            RegCreateKeyExW(HKEY_CURRENT_USER, W("A\\B"), 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr);
+        const bool made =
+            RegCreateKeyExW(HKEY_CURRENT_USER, W("A\\B"), 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr) == 0;
         RegCloseKey(key);
-        return made == 0;
+        return made;
     };
 
     struct Operation
     {
+        const char* what;
         std::function<bool()> run;
         std::function<bool()> undo; // null for a question
-        const char* what;
     };
     const Operation operations[] = {
-        {[&] { return GetPrinterW(printer, 2, room, kRoom, &needed) != FALSE; }, {}, "GetPrinterW"},
-        {[&] { return GetPrinterDriverW(printer, nullptr, 6, room, kRoom, &needed) != FALSE; },
-         {},
-         "GetPrinterDriverW"},
-        {[&] { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, room, kRoom, &needed, &count) != FALSE; },
-         {},
-         "EnumPrintersW"},
-        {[&] { return EnumFormsW(printer, 1, room, kRoom, &needed, &count) != FALSE; }, {}, "EnumFormsW"},
-        {[&] { return Open(kPrinter) != nullptr; }, {}, "OpenPrinterW"},
-        {[&] { return GetNumber(printer, W("n")) == 1; }, {}, "GetPrinterDataExW"},
-        {[&] { return DeviceCapabilitiesW(kPrinter, nullptr, DC_COPIES, nullptr, nullptr) > 0; },
-         {},
-         "DeviceCapabilitiesW"},
-        {[&] { return SetNumber(printer, W("m"), 2); },
-         [&] { return DeletePrinterDataExW(printer, W("Numbers"), W("m")) == ERROR_SUCCESS; }, "SetPrinterDataExW"},
-        {[&] { return AddPrinter(W("Second")) != nullptr; }, [&] { return remove(W("Second")); }, "AddPrinterW"},
-        {[&] { return remove(W("Doomed")); }, [&] { return AddPrinter(W("Doomed")) != nullptr; }, "DeletePrinter"},
-        {[&] { return comment(W("changed")); }, [&] { return comment(W("a comment")); }, "SetPrinterW"},
-        {[&] { return AddFormW(printer, 1, reinterpret_cast<BYTE*>(&form)) != FALSE; },
-         [&] { return DeleteFormW(printer, form.pName) != FALSE; }, "AddFormW"},
-        {[&] { return InstallDriver(W("Third"), sourceFile.c_str()) != FALSE; },
+        {"GetPrinterW", [&] { return GetPrinterW(printer, 2, room, kRoom, &needed) != FALSE; }, {}},
+        {"GetPrinterDriverW",
+         [&] { return GetPrinterDriverW(printer, nullptr, 6, room, kRoom, &needed) != FALSE; },
+         {}},
+        {"EnumPrintersW",
+         [&] { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, room, kRoom, &needed, &count) != FALSE; },
+         {}},
+        {"EnumFormsW", [&] { return EnumFormsW(printer, 1, room, kRoom, &needed, &count) != FALSE; }, {}},
+        {"OpenPrinterW", [&] { return Open(kPrinter) != nullptr; }, {}},
+        {"GetPrinterDataExW", [&] { return GetNumber(printer, W("n")) == 1; }, {}},
+        {"DeviceCapabilitiesW",
+         [&] { return DeviceCapabilitiesW(kPrinter, nullptr, DC_COPIES, nullptr, nullptr) > 0; },
+         {}},
+        {"SetPrinterDataExW", [&] { return SetNumber(printer, W("m"), 2); },
          [&]
-         { return DeletePrinterDriverExW(nullptr, nullptr, Mutable(W("Third")), DPD_DELETE_UNUSED_FILES, 0) != FALSE; },
-         "AddPrinterDriverExW"},
-        {makeKey, [] { return RegDeleteTreeW(HKEY_CURRENT_USER, W("A")) == 0; }, "RegCreateKeyExW"},
+         {
+             return DeletePrinterDataExW(printer, W("Numbers"), W("m")) == ERROR_SUCCESS;
+         }},
+        {"AddPrinterW", [&] { return Add(PrinterInfo(W("Second"))) != nullptr; },
+         [&]
+         {
+             return remove(W("Second"));
+         }},
+        {"DeletePrinter", [&] { return remove(W("Doomed")); },
+         [&]
+         {
+             return Add(PrinterInfo(W("Doomed"))) != nullptr;
+         }},
+        {"SetPrinterW", [&] { return SetInfo(printer, changed); },
+         [&]
+         {
+             return SetInfo(printer, PrinterInfo());
+         }},
+        {"AddFormW", [&] { return AddFormW(printer, 1, reinterpret_cast<BYTE*>(&form)) != FALSE; },
+         [&]
+         {
+             return DeleteFormW(printer, form.pName) != FALSE;
+         }},
+        {"AddPrinterDriverExW", [&] { return InstallDriver(W("Third"), sourceFile.c_str()) != FALSE; },
+         [&]
+         {
+             return DeletePrinterDriverExW(nullptr, nullptr, Mutable(W("Third")), DPD_DELETE_UNUSED_FILES, 0) != FALSE;
+         }},
+        {"RegCreateKeyExW", makeKey,
+         []
+         {
+             return RegDeleteTreeW(HKEY_CURRENT_USER, W("A")) == 0;
+         }},
     };
     // The operations of the tests allocate, too: a fault that they meet themselves is a failure like the callee's.
     const auto runsDespiteFault = [](const Operation& operation)
