@@ -81,7 +81,7 @@ TEST_F(SpoolerPrinterData, ComesBackAsItWasSet)
 
     if (IsWine()) // which does not delete printer data
         return;
-    for (const DWORD error : {ERROR_SUCCESS, ERROR_FILE_NOT_FOUND})
+    for (const DWORD error : {DWORD{ERROR_SUCCESS}, DWORD{ERROR_FILE_NOT_FOUND}})
         EXPECT_EQ(DeletePrinterDataExW(printer.get(), W("PrinterDriverData"), W("SHORT")), error);
     EXPECT_EQ(Get(printer.get(), W("PrinterDriverData"), W("Value")), values[4]);
 }

@@ -108,7 +108,8 @@ BOOL SpoolerTest::InstallDriver(const WCHAR* name, const WCHAR* dataFile) const
 {
     WCHAR program[4096] = {};
     GetModuleFileNameW(nullptr, program, 4096);
-    const WideString configFile = std::filesystem::path(program).replace_filename("spooler_sample.dll").string<WCHAR>();
+    const std::filesystem::path folder = std::filesystem::path(program).parent_path();
+    const WideString configFile = (folder / "spooler_sample.dll").string<WCHAR>();
     const WideString driverFile = SourceFile("tvplatform.drv", "the driver");
     const WideString model = SourceFile("tvplatform.json", "the model");
     WideString dependent = SourceFile("tvone.txt", "one");
