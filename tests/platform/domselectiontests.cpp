@@ -102,10 +102,12 @@ TEST(DomSelection, ListsStayAsTheyWereFoundAndChildListsFollowTheTree)
     EXPECT_EQ(3, length);
     for (const LONG outside : {3, -1})
         EXPECT_EQ(S_FALSE, list->get_item(outside, node.Put()));
-    EXPECT_EQ("157", Ids(list));
+    for (int turn = 0; turn < 2; ++turn)
+    {
+        EXPECT_EQ(S_OK, list->reset());
+        EXPECT_EQ("157", Ids(list));
+    }
     EXPECT_EQ("", Ids(list));
-    EXPECT_EQ(S_OK, list->reset());
-    EXPECT_EQ("157", Ids(list));
 }
 
 TEST(DomSelection, PropertiesTakeWhatTheyCanUseAndOutlastLoading)

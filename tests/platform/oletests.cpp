@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/countingunknown.h"
+#include "utilitiesstaticlib/comptr.h"
 #include "utilitiesstaticlib/domclassid.h"
 #include "utilitiesstaticlib/wideliteral.h"
 
@@ -70,18 +71,17 @@ TEST(Variant, ClearedGivesBackWhatItOwnsUnlessItIsAReference)
 
 TEST(ComThread, CountsItsInitialisationsAndKeepsItsModel)
 {
-    std::thread(
-        []
-        {
-            EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
-            EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_FALSE);
-            CoUninitialize();
-            EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), RPC_E_CHANGED_MODE);
-            CoUninitialize();
-            EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
-            CoUninitialize();
-        })
-        .join();
+    const auto work = []
+    {
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_FALSE);
+        CoUninitialize();
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), RPC_E_CHANGED_MODE);
+        CoUninitialize();
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+        CoUninitialize();
+    };
+    std::thread(work).join();
 }
 
 TEST(ClassObjects, AreMadeForTheDocumentWhereComIsStarted)
@@ -89,28 +89,22 @@ TEST(ClassObjects, AreMadeForTheDocumentWhereComIsStarted)
     constexpr CLSID kUnknown = {0x12345678, 0x1234, 0x1234, {1, 2, 3, 4, 5, 6, 7, 8}};
     const auto create = [](REFCLSID classId, REFIID riid)
     {
-        int placeholder = 0;
-        void* object = &placeholder;
-        const HRESULT result = CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, riid, &object);
-        EXPECT_EQ(object != nullptr, SUCCEEDED(result));
-        if (object != nullptr)
-            static_cast<IUnknown*>(object)->Release();
+        ComPtr<IUnknown> object;
+        const HRESULT result = CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, riid, object.PutVoid());
+        EXPECT_EQ(bool(object), SUCCEEDED(result));
         return result;
     };
     EXPECT_EQ(create(kDomDocumentClassId, IID_IUnknown), S_OK);
     EXPECT_EQ(create(kDomDocumentClassId, kUnknown), E_NOINTERFACE);
     EXPECT_EQ(create(kUnknown, IID_IUnknown), REGDB_E_CLASSNOTREG);
-    EXPECT_EQ(CoCreateInstance(kUnknown, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, nullptr), E_POINTER);
 
     // The test program's own thread is multithreaded, and lends its apartment to threads that have none.
-    const auto createElsewhere = [&create]
+    const auto createElsewhere = [&create](HRESULT expected)
     {
-        HRESULT result = S_OK;
-        std::thread([&] { result = create(kDomDocumentClassId, IID_IUnknown); }).join();
-        return result;
+        std::thread([&] { EXPECT_EQ(create(kDomDocumentClassId, IID_IUnknown), expected); }).join();
     };
-    EXPECT_EQ(createElsewhere(), S_OK);
+    createElsewhere(S_OK);
     CoUninitialize();
-    EXPECT_EQ(createElsewhere(), CO_E_NOTINITIALIZED);
+    createElsewhere(CO_E_NOTINITIALIZED);
     EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
 }

@@ -78,24 +78,24 @@ TEST_F(Registry, MakesThePathOfAKeyOnceAndDeletesLeavesAndTrees)
     DWORD disposition = 0;
     const Key made = Create(root, W("a\\b"), &disposition);
     EXPECT_EQ(disposition, DWORD{REG_CREATED_NEW_KEY});
-    const Key again = Create(HKEY_CURRENT_USER, W("software\\TAVLENplatformtests\\A\\B\\"), &disposition);
+    Create(HKEY_CURRENT_USER, W("software\\TAVLENplatformtests\\A\\B\\"), &disposition);
     EXPECT_EQ(disposition, DWORD{REG_OPENED_EXISTING_KEY});
     EXPECT_NE(Open(root, W("a\\b")), nullptr);
     Open(root, W("a\\none"), ERROR_FILE_NOT_FOUND);
     Open(HKEY_CURRENT_USER, W("\\Software"), ERROR_BAD_PATHNAME);
 
-    ASSERT_EQ(Set(made.get(), W("v"), REG_BINARY, {1}), ERROR_SUCCESS);
-    EXPECT_EQ(RegDeleteKeyW(root, W("a")), LSTATUS{ERROR_ACCESS_DENIED}) << "it has a key below";
-    EXPECT_EQ(RegDeleteKeyW(root, W("none")), LSTATUS{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(RegDeleteKeyW(root, nullptr), LSTATUS{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(RegDeleteKeyW(root, W("a\\b")), 0);
+    const std::pair<const WCHAR*, LSTATUS> deletions[] = {
+        {W("a"), ERROR_ACCESS_DENIED}, // it has a key below
+        {W("none"), ERROR_FILE_NOT_FOUND},
+        {nullptr, ERROR_INVALID_PARAMETER},
+        {W("a\\b"), ERROR_SUCCESS},
+    };
+    for (const auto& [key, error] : deletions)
+        EXPECT_EQ(RegDeleteKeyW(root, key), error);
     EXPECT_EQ(Set(made.get(), W("v"), REG_BINARY, {1}), DWORD{ERROR_KEY_DELETED});
-    const Key another = Create(root, W("a\\b"));
-    EXPECT_EQ(RegQueryValueExW(another.get(), W("v"), nullptr, nullptr, nullptr, nullptr),
-              LSTATUS{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(RegDeleteTreeW(root, W("a")), 0);
-    Open(root, W("a"), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(RegDeleteTreeW(root, W("a")), LSTATUS{ERROR_FILE_NOT_FOUND});
+    Create(root, W("a\\b"));
+    for (const LSTATUS error : {LSTATUS{ERROR_SUCCESS}, LSTATUS{ERROR_FILE_NOT_FOUND}})
+        EXPECT_EQ(RegDeleteTreeW(root, W("a")), error);
 }
 
 TEST_F(Registry, GivesValuesAsTheyWereSetIntoARoomThatIsLargeEnough)
@@ -116,12 +116,10 @@ TEST_F(Registry, GivesValuesAsTheyWereSetIntoARoomThatIsLargeEnough)
     std::vector<BYTE> bytes;
     for (const Value& value : values)
     {
-        SCOPED_TRACE(value.bytes.size());
         ASSERT_EQ(Set(root, value.name, value.type, value.bytes), ERROR_SUCCESS);
         bytes.assign(16, 0xEE);
         EXPECT_EQ(Get(root, value.name, type, bytes), ERROR_SUCCESS);
-        EXPECT_EQ(bytes, value.bytes);
-        EXPECT_EQ(type, value.type);
+        EXPECT_TRUE(bytes == value.bytes && type == value.type) << value.bytes.size();
     }
     bytes.assign(3, 0xEE);
     bytes.reserve(4);
@@ -133,21 +131,15 @@ TEST_F(Registry, GivesValuesAsTheyWereSetIntoARoomThatIsLargeEnough)
     const Key reader = Open(HKEY_CURRENT_USER, kRoot); // may only read
     EXPECT_EQ(Set(reader.get(), W("number"), REG_SZ, {}), DWORD{ERROR_ACCESS_DENIED});
     EXPECT_EQ(RegDeleteValueW(reader.get(), W("number")), LSTATUS{ERROR_ACCESS_DENIED});
-    EXPECT_EQ(RegDeleteValueW(root, W("number")), 0);
-    EXPECT_EQ(RegDeleteValueW(root, W("number")), LSTATUS{ERROR_FILE_NOT_FOUND});
-}
+    for (const LSTATUS error : {LSTATUS{ERROR_SUCCESS}, LSTATUS{ERROR_FILE_NOT_FOUND}})
+        EXPECT_EQ(RegDeleteValueW(root, W("number")), error);
 
-TEST_F(Registry, FindsOutWhatIsNoKey)
-{
     HKEY const closed = m_root.release();
     EXPECT_EQ(RegCloseKey(closed), 0);
     for (HKEY const key : {HKEY{nullptr}, closed, reinterpret_cast<HKEY>(0x7654320)})
     {
-        DWORD size = 0;
         Open(key, W("a"), ERROR_INVALID_HANDLE);
-        EXPECT_EQ(RegQueryValueExW(key, W("v"), nullptr, nullptr, nullptr, &size), LSTATUS{ERROR_INVALID_HANDLE});
+        EXPECT_EQ(Get(key, W("v"), type, bytes), DWORD{ERROR_INVALID_HANDLE});
         EXPECT_EQ(RegCloseKey(key), LSTATUS{ERROR_INVALID_HANDLE});
     }
-    EXPECT_EQ(RegCloseKey(HKEY_CURRENT_USER), 0);
-    EXPECT_NE(Open(HKEY_CURRENT_USER, kRoot), nullptr);
 }

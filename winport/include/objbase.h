@@ -20,8 +20,6 @@ extern "C"
                                                 LPVOID* object);
 
     WINPORT_API LPVOID WINAPI CoTaskMemAlloc(SIZE_T size);
-    // Size 0 frees. A failure gives null and leaves the memory as it was.
-    WINPORT_API LPVOID WINAPI CoTaskMemRealloc(LPVOID memory, SIZE_T size);
     WINPORT_API void WINAPI CoTaskMemFree(LPVOID memory);
 
 } // extern "C"

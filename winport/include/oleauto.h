@@ -10,20 +10,13 @@ extern "C"
     WINPORT_API BSTR WINAPI SysAllocString(const OLECHAR* text);
     // Copies `length` characters, zeros among them; a null text allocates without copying.
     WINPORT_API BSTR WINAPI SysAllocStringLen(const OLECHAR* text, UINT length);
-    // A length in bytes, odd ones too; a zero character follows the bytes.
-    WINPORT_API BSTR WINAPI SysAllocStringByteLen(LPCSTR bytes, UINT length);
-    // TRUE, or FALSE with the string untouched. The text may be part of the string; a null text keeps what was there.
-    WINPORT_API INT WINAPI SysReAllocStringLen(BSTR* string, const OLECHAR* text, UINT length);
     WINPORT_API void WINAPI SysFreeString(BSTR string);
     WINPORT_API UINT WINAPI SysStringLen(BSTR string);
-    WINPORT_API UINT WINAPI SysStringByteLen(BSTR string);
 
     WINPORT_API void WINAPI VariantInit(VARIANT* variant);
     // Frees what the variant owns, a BSTR or an interface reference. DISP_E_BADVARTYPE, and nothing freed, for a type
     // that is not in VARENUM.
     WINPORT_API HRESULT WINAPI VariantClear(VARIANT* variant);
-    // The target owns a copy of its own: a string is duplicated, an interface gets a reference.
-    WINPORT_API HRESULT WINAPI VariantCopy(VARIANT* target, const VARIANT* source);
 
 } // extern "C"
 

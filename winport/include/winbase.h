@@ -73,30 +73,19 @@ extern "C"
     // Goes to standard error when the environment has WINPORT_DEBUG_OUTPUT, else nowhere. Neither allocates nor throws.
     WINPORT_API void WINAPI OutputDebugStringW(LPCWSTR text);
     WINPORT_API void WINAPI DebugBreak();
-    WINPORT_API BOOL WINAPI IsDebuggerPresent();
     WINPORT_API DWORD WINAPI GetCurrentProcessId();
-    WINPORT_API DWORD WINAPI GetCurrentThreadId();
 
     inline constexpr UINT CP_ACP = 0;
     inline constexpr UINT CP_UTF8 = 65001;
     inline constexpr DWORD MB_ERR_INVALID_CHARS = 0x00000008;
-    inline constexpr DWORD WC_ERR_INVALID_CHARS = 0x00000080;
-    inline constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x00000400;
 
-    // 1252.
-    WINPORT_API UINT WINAPI GetACP();
-    // Code pages: CP_ACP, 1252 and CP_UTF8. A count of -1 means zero-terminated, and the terminator is converted too. A
-    // size of 0 asks for the size. There is no best fit to code page 1252: what it lacks is the default character
-    // ('?'), as Windows does it under WC_NO_BEST_FIT_CHARS.
+    // Code pages: CP_ACP, 1252 (the same) and CP_UTF8. A count of -1 means zero-terminated, and the terminator is
+    // converted too. A size of 0 asks for the size.
     WINPORT_API int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int length, LPWSTR wide,
                                                int wideSize);
-    WINPORT_API int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wide, int length, LPSTR text,
-                                               int textSize, LPCSTR defaultChar, BOOL* usedDefaultChar);
 
     // The C runtime's conversion: leading blanks (space, \t, \n, \v, \f, \r), one sign, ASCII digits up to the first
     // other character; no digits give 0, a number out of range gives INT_MAX or INT_MIN.
     WINPORT_API int _wtoi(const WCHAR* text);
-    // Comparison ignoring the case of A to Z, the only letters that the C runtime folds in the "C" locale.
-    WINPORT_API int _wcsicmp(const WCHAR* left, const WCHAR* right);
 
 } // extern "C"

@@ -1,7 +1,6 @@
 // BSTRs, with the layout that Windows publishes: length in bytes (32 bits), characters, a zero character.
 #include <oleauto.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -31,14 +30,12 @@ BSTR Allocate(std::uint64_t byteLength)
 {
     if (byteLength > kMostBytes || winport::AllocationMustFail())
         return nullptr;
-    // An odd length has its terminator behind the padded last character, and its pad byte is zero.
     const auto length = static_cast<ByteLength>(byteLength);
-    const std::size_t padded = (std::size_t{length} + 1) & ~std::size_t{1};
-    auto* const block = static_cast<std::byte*>(std::malloc(kPrefixSize + padded + sizeof(OLECHAR)));
+    auto* const block = static_cast<std::byte*>(std::malloc(kPrefixSize + std::size_t{length} + sizeof(OLECHAR)));
     if (block == nullptr)
         return nullptr;
     std::memcpy(block + kPrefixSize - sizeof(length), &length, sizeof(length));
-    std::memset(block + kPrefixSize + length, 0, padded - length + sizeof(OLECHAR));
+    std::memset(block + kPrefixSize + length, 0, sizeof(OLECHAR));
     return reinterpret_cast<BSTR>(block + kPrefixSize);
 }
 
@@ -64,27 +61,6 @@ BSTR WINAPI SysAllocStringLen(const OLECHAR* text, UINT length)
     return AllocateCopy(text, std::uint64_t{length} * sizeof(OLECHAR));
 }
 
-BSTR WINAPI SysAllocStringByteLen(LPCSTR bytes, UINT length)
-{
-    return AllocateCopy(bytes, length);
-}
-
-INT WINAPI SysReAllocStringLen(BSTR* string, const OLECHAR* text, UINT length)
-{
-    if (string == nullptr)
-        return FALSE;
-    BSTR const old = *string;
-    // The text may lie within the old string: the old one goes last.
-    BSTR const renewed = SysAllocStringLen(text, length);
-    if (renewed == nullptr)
-        return FALSE;
-    if (text == nullptr && old != nullptr)
-        std::memcpy(renewed, old, std::min(SysStringByteLen(old), SysStringByteLen(renewed)));
-    SysFreeString(old);
-    *string = renewed;
-    return TRUE;
-}
-
 void WINAPI SysFreeString(BSTR string)
 {
     if (string != nullptr)
@@ -93,13 +69,8 @@ void WINAPI SysFreeString(BSTR string)
 
 UINT WINAPI SysStringLen(BSTR string)
 {
-    return SysStringByteLen(string) / sizeof(OLECHAR);
-}
-
-UINT WINAPI SysStringByteLen(BSTR string)
-{
     ByteLength length = 0;
     if (string != nullptr)
         std::memcpy(&length, BytesOf(string) - sizeof(length), sizeof(length));
-    return length;
+    return length / sizeof(OLECHAR);
 }

@@ -1,7 +1,6 @@
 // Conversion between code pages and UTF-16. Nothing here allocates.
 #include <windows.h>
 
-#include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <string_view>
@@ -70,25 +69,11 @@ WCHAR WesternToWide(char byte)
     return value >= 0x80 && value < 0xA0 ? kWesternFrom80[value - 0x80] : WCHAR{value};
 }
 
-// False when code page 1252 does not have the character.
-bool WideToWestern(WCHAR unit, char& byte)
-{
-    if (unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF))
-    {
-        byte = static_cast<char>(unit);
-        return true;
-    }
-    const auto* const found = std::find(std::begin(kWesternFrom80), std::end(kWesternFrom80), unit);
-    byte = static_cast<char>(0x80 + (found - std::begin(kWesternFrom80)));
-    return found != std::end(kWesternFrom80);
-}
-
 bool IsWestern(UINT codePage)
 {
     return codePage == CP_ACP || codePage == kWestern;
 }
 
-// What both directions ask of their arguments.
 template <class From, class To>
 bool AreUsable(UINT codePage, const From* source, int length, const To* target, int size)
 {
@@ -122,43 +107,7 @@ bool Utf8ToWide(std::string_view text, bool strict, Output<WCHAR>& output)
     return true;
 }
 
-bool WideToUtf8(std::u16string_view wide, bool strict, Output<char>& output)
-{
-    while (!wide.empty())
-    {
-        const winport::DecodedStep step = winport::DecodeUtf16(wide);
-        if (strict && !step.wellFormed)
-            return false;
-        output.Append(winport::EncodeUtf8(step.character).View());
-        wide.remove_prefix(step.length);
-    }
-    return true;
-}
-
-// Each half of a surrogate pair becomes a default character of its own, as on Windows.
-void WideToWestern(std::u16string_view wide, char defaultChar, BOOL* usedDefaultChar, Output<char>& output)
-{
-    BOOL used = FALSE;
-    for (const WCHAR unit : wide)
-    {
-        char byte = 0;
-        if (!WideToWestern(unit, byte))
-        {
-            byte = defaultChar;
-            used = TRUE;
-        }
-        output.Append({&byte, 1});
-    }
-    if (usedDefaultChar != nullptr)
-        *usedDefaultChar = used;
-}
-
 } // namespace
-
-UINT WINAPI GetACP()
-{
-    return kWestern;
-}
 
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int length, LPWSTR wide, int wideSize)
 {
@@ -180,26 +129,5 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int leng
         const WCHAR unit = WesternToWide(byte);
         output.Append({&unit, 1});
     }
-    return output.Finish();
-}
-
-int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wide, int length, LPSTR text, int textSize,
-                               LPCSTR defaultChar, BOOL* usedDefaultChar)
-{
-    if (!AreUsable(codePage, wide, length, text, textSize))
-        return Fail(ERROR_INVALID_PARAMETER);
-    const bool utf8 = codePage == CP_UTF8;
-    // UTF-8 has every character, so there is nothing to ask a default for.
-    if (utf8 && (defaultChar != nullptr || usedDefaultChar != nullptr))
-        return Fail(ERROR_INVALID_PARAMETER);
-    if ((flags & ~(utf8 ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS)) != 0)
-        return Fail(ERROR_INVALID_FLAGS);
-
-    Output<char> output(text, textSize);
-    const std::u16string_view source = View(wide, length);
-    if (!utf8)
-        WideToWestern(source, defaultChar != nullptr ? *defaultChar : '?', usedDefaultChar, output);
-    else if (!WideToUtf8(source, flags != 0, output))
-        return Fail(ERROR_NO_UNICODE_TRANSLATION);
     return output.Finish();
 }

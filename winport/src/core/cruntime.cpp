@@ -13,11 +13,6 @@ constexpr bool IsDigit(WCHAR unit)
     return unit >= u'0' && unit <= u'9';
 }
 
-constexpr int FoldCase(WCHAR unit)
-{
-    return unit >= u'A' && unit <= u'Z' ? unit - u'A' + u'a' : unit;
-}
-
 } // namespace
 
 int _wtoi(const WCHAR* text)
@@ -40,14 +35,4 @@ int _wtoi(const WCHAR* text)
     if (negative)
         return value > kLargest ? std::numeric_limits<int>::min() : static_cast<int>(-value);
     return value > kLargest ? std::numeric_limits<int>::max() : static_cast<int>(value);
-}
-
-int _wcsicmp(const WCHAR* left, const WCHAR* right)
-{
-    while (*left != 0 && FoldCase(*left) == FoldCase(*right))
-    {
-        ++left;
-        ++right;
-    }
-    return FoldCase(*left) - FoldCase(*right);
 }

@@ -68,23 +68,3 @@ void WINAPI DebugBreak()
 {
     std::raise(SIGTRAP);
 }
-
-BOOL WINAPI IsDebuggerPresent()
-{
-    // The kernel names the tracing process, or 0, within the first lines.
-    constexpr std::string_view kField = "TracerPid:\t";
-    char status[1024];
-    const int file = open("/proc/self/status", O_RDONLY | O_CLOEXEC);
-    if (file < 0)
-        return FALSE;
-    const ssize_t size = read(file, status, sizeof(status));
-    close(file);
-    if (size <= 0)
-        return FALSE;
-
-    const std::string_view text(status, static_cast<std::size_t>(size));
-    const std::size_t field = text.find(kField);
-    if (field == std::string_view::npos || field + kField.size() >= text.size())
-        return FALSE;
-    return text[field + kField.size()] != '0' ? TRUE : FALSE;
-}

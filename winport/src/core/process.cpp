@@ -6,8 +6,3 @@ DWORD WINAPI GetCurrentProcessId()
 {
     return static_cast<DWORD>(getpid());
 }
-
-DWORD WINAPI GetCurrentThreadId()
-{
-    return static_cast<DWORD>(gettid());
-}

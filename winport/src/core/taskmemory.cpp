@@ -13,20 +13,6 @@ LPVOID WINAPI CoTaskMemAlloc(SIZE_T size)
     return std::malloc(std::max<SIZE_T>(size, 1));
 }
 
-LPVOID WINAPI CoTaskMemRealloc(LPVOID memory, SIZE_T size)
-{
-    if (memory == nullptr)
-        return CoTaskMemAlloc(size);
-    if (size == 0)
-    {
-        std::free(memory);
-        return nullptr;
-    }
-    if (winport::AllocationMustFail())
-        return nullptr;
-    return std::realloc(memory, size);
-}
-
 void WINAPI CoTaskMemFree(LPVOID memory)
 {
     std::free(memory);

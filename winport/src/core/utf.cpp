@@ -43,31 +43,11 @@ bool IsWellFormedUtf16(std::u16string_view text)
     return true;
 }
 
-bool IsWellFormedUtf8(std::string_view text)
-{
-    while (!text.empty())
-    {
-        const DecodedStep step = DecodeUtf8(text);
-        if (!step.wellFormed)
-            return false;
-        text.remove_prefix(step.length);
-    }
-    return true;
-}
-
 bool ToUtf8Strict(std::u16string_view text, std::string& target)
 {
     if (!IsWellFormedUtf16(text))
         return false;
     target = ToUtf8(text);
-    return true;
-}
-
-bool ToUtf16Strict(std::string_view text, std::u16string& target)
-{
-    if (!IsWellFormedUtf8(text))
-        return false;
-    target = ToUtf16(text);
     return true;
 }
 

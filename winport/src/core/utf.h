@@ -1,6 +1,6 @@
 // Conversion between UTF-8 and UTF-16 at the edges of this layer.
 //
-// The lossy forms never fail: what is not well-formed becomes U+FFFD. The strict forms refuse instead.
+// The lossy forms never fail: what is not well-formed becomes U+FFFD. The strict form refuses instead.
 #pragma once
 
 #include <string>
@@ -18,11 +18,7 @@ std::string ToUtf8(std::u16string_view text);
 // No lone surrogates.
 bool IsWellFormedUtf16(std::u16string_view text);
 
-// No overlong forms, no surrogates, nothing above U+10FFFF, no sequence cut short.
-bool IsWellFormedUtf8(std::string_view text);
-
 // False, and an untouched target, for a text that is not well-formed.
 bool ToUtf8Strict(std::u16string_view text, std::string& target);
-bool ToUtf16Strict(std::string_view text, std::u16string& target);
 
 } // namespace winport

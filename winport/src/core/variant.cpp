@@ -56,30 +56,3 @@ HRESULT WINAPI VariantClear(VARIANT* variant)
     *variant = VARIANT{};
     return S_OK;
 }
-
-HRESULT WINAPI VariantCopy(VARIANT* target, const VARIANT* source)
-{
-    if (target == nullptr || source == nullptr)
-        return E_INVALIDARG;
-    if (!IsKnownType(source->vt))
-        return DISP_E_BADVARTYPE;
-    if (target == source)
-        return S_OK;
-    if (const HRESULT cleared = VariantClear(target); FAILED(cleared))
-        return cleared;
-
-    VARIANT copy = *source;
-    if (copy.vt == VT_BSTR && copy.bstrVal != nullptr)
-    {
-        copy.bstrVal =
-            SysAllocStringByteLen(reinterpret_cast<LPCSTR>(source->bstrVal), SysStringByteLen(source->bstrVal));
-        if (copy.bstrVal == nullptr)
-            return E_OUTOFMEMORY;
-    }
-    else if (IUnknown* const held = OwnedInterface(copy); held != nullptr)
-    {
-        held->AddRef();
-    }
-    *target = copy;
-    return S_OK;
-}

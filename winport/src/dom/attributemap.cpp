@@ -24,21 +24,9 @@ HRESULT AttributeMap::getNamedItem(BSTR name, IXMLDOMNode** item)
         });
 }
 
-HRESULT AttributeMap::setNamedItem(IXMLDOMNode* newItem, IXMLDOMNode** item)
+HRESULT AttributeMap::setNamedItem(IXMLDOMNode*, IXMLDOMNode**)
 {
-    return Call(
-        [&]
-        {
-            if (item != nullptr)
-                *item = nullptr;
-            NodeRef attribute = CoreOf(newItem);
-            if (!attribute)
-                return E_INVALIDARG;
-            PutAttribute(*m_element.Get(), *attribute.Get());
-            if (item != nullptr)
-                *item = attribute.Detach<IXMLDOMNode>();
-            return S_OK;
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
 HRESULT AttributeMap::removeNamedItem(BSTR name, IXMLDOMNode** item)
@@ -52,26 +40,14 @@ HRESULT AttributeMap::removeNamedItem(BSTR name, IXMLDOMNode** item)
         });
 }
 
-HRESULT AttributeMap::getQualifiedItem(BSTR baseName, BSTR namespaceUri, IXMLDOMNode** item)
+HRESULT AttributeMap::getQualifiedItem(BSTR, BSTR, IXMLDOMNode**)
 {
-    return Call(
-        [&]
-        {
-            if (baseName == nullptr)
-                return E_INVALIDARG;
-            return HandOutAttribute(FindAttribute(m_element->Node(), Utf8Of(baseName), Utf8Of(namespaceUri)), item);
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT AttributeMap::removeQualifiedItem(BSTR baseName, BSTR namespaceUri, IXMLDOMNode** item)
+HRESULT AttributeMap::removeQualifiedItem(BSTR, BSTR, IXMLDOMNode**)
 {
-    return Call(
-        [&]
-        {
-            if (baseName == nullptr)
-                return E_INVALIDARG;
-            return Take(FindAttribute(m_element->Node(), Utf8Of(baseName), Utf8Of(namespaceUri)), item);
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
 NodeRef AttributeMap::At(std::size_t index)

@@ -72,31 +72,6 @@ NodeRef PutAttribute(NodeCore& element, NodeCore& attribute)
     return replaced;
 }
 
-void SetAttribute(NodeCore& element, const std::string& qualifiedName, const std::string& value)
-{
-    Tree& tree = *element.GetTree();
-    xmlAttr* const present = FindAttribute(element.Node(), qualifiedName);
-    if (present != nullptr)
-    {
-        if (ValueOf(present) == value)
-            return;
-        if (IsDeclaration(NodeOf(present)))
-            throw Failure{E_INVALIDARG};
-        OwnedNode text = NewText(tree.Document(), value);
-        RemoveChildren(AsNode(present));
-        LinkChild(AsNode(present), text.release(), nullptr);
-        return tree.CountChange();
-    }
-    const auto name = ParseQName(qualifiedName);
-    if (!name)
-        throw Failure{E_FAIL};
-    const bool hasPrefix = !name->prefix.empty() && !IsDeclarationName(*name);
-    const std::string uri = hasPrefix ? DeclaredUri(element.Node(), name->prefix).value_or("") : "";
-    OwnedNode attribute = NewNamedAttribute(tree, qualifiedName, uri, value);
-    LinkAttribute(element.Node(), AsAttribute(attribute.release()), nullptr);
-    tree.CountChange();
-}
-
 NodeRef TakeAttribute(NodeCore& element, xmlAttr* attribute)
 {
     NodeRef taken = ObjectOf(element.GetTree(), AsNode(attribute));

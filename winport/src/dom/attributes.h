@@ -1,4 +1,4 @@
-// The attributes of an element, namespace declarations among them: finding, setting, removing.
+// The attributes of an element, namespace declarations among them: finding, putting, removing.
 #pragma once
 
 #include <string_view>
@@ -15,10 +15,6 @@ xmlAttr* FindAttribute(const xmlNode* element, std::string_view local, std::stri
 // Puts the attribute on the element, in the place of the one of the same name if there is one, which is answered.
 // Throws Failure: E_INVALIDARG for another kind of node, E_FAIL for an attribute that an element has already.
 NodeRef PutAttribute(NodeCore& element, NodeCore& attribute);
-
-// Sets the value of the attribute of that name, made when there is none. A prefix means what it is declared as there.
-// Throws Failure: E_FAIL for a bad name, E_INVALIDARG for giving a declaration another namespace.
-void SetAttribute(NodeCore& element, const std::string& qualifiedName, const std::string& value);
 
 // Takes the attribute out. Names that a declaration served find another one (declarations.h).
 NodeRef TakeAttribute(NodeCore& element, xmlAttr* attribute);

@@ -1,10 +1,7 @@
 // The objects of texts, CDATA sections and comments.
 #pragma once
 
-#include "dom/characterdata.h"
-#include "dom/links.h"
 #include "dom/nodeobject.h"
-#include "dom/strings.h"
 
 namespace winport::dom
 {
@@ -15,88 +12,44 @@ class CharacterDataObject : public NodeObject<Shown, IID_IXMLDOMCharacterData, O
 public:
     using NodeObject<Shown, IID_IXMLDOMCharacterData, OwnIds...>::NodeObject;
 
-    HRESULT STDMETHODCALLTYPE get_data(BSTR* data) override
+    HRESULT STDMETHODCALLTYPE get_data(BSTR*) override
     {
-        return Call(
-            [&]
-            {
-                if (data == nullptr)
-                    return E_INVALIDARG;
-                *data = nullptr;
-                *data = NewBstr(View(this->Node()->content));
-                return S_OK;
-            });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE put_data(BSTR data) override
+    HRESULT STDMETHODCALLTYPE put_data(BSTR) override
     {
-        return Call(
-            [&]
-            {
-                this->SetValue(XmlTextOf(data));
-                return S_OK;
-            });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE get_length(LONG* length) override
+    HRESULT STDMETHODCALLTYPE get_length(LONG*) override
     {
-        return Call(
-            [&]
-            {
-                if (length == nullptr)
-                    return E_INVALIDARG;
-                *length = static_cast<LONG>(DataOf(this->Node()).size());
-                return S_OK;
-            });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE substringData(LONG offset, LONG count, BSTR* data) override
+    HRESULT STDMETHODCALLTYPE substringData(LONG, LONG, BSTR*) override
     {
-        return Call(
-            [&]
-            {
-                if (data == nullptr)
-                    return E_INVALIDARG;
-                *data = nullptr;
-                const std::u16string text = DataOf(this->Node());
-                const DataRange range = CheckedRange(text, offset, count);
-                *data = NewBstr(std::u16string_view(text).substr(range.offset, range.count));
-                return S_OK;
-            });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE appendData(BSTR data) override
+    HRESULT STDMETHODCALLTYPE appendData(BSTR) override
     {
-        return Call(
-            [&]
-            {
-                this->SetValue(EditedText(DataOf(this->Node()).append(BstrView(data))));
-                return S_OK;
-            });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE insertData(LONG offset, BSTR data) override
+    HRESULT STDMETHODCALLTYPE insertData(LONG, BSTR) override
     {
-        return Call([&] { return Edit(offset, 0, data); });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE deleteData(LONG offset, LONG count) override
+    HRESULT STDMETHODCALLTYPE deleteData(LONG, LONG) override
     {
-        return Call([&] { return Edit(offset, count, nullptr); });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE replaceData(LONG offset, LONG count, BSTR data) override
+    HRESULT STDMETHODCALLTYPE replaceData(LONG, LONG, BSTR) override
     {
-        return Call([&] { return Edit(offset, count, data); });
-    }
-
-private:
-    HRESULT Edit(LONG offset, LONG count, BSTR data)
-    {
-        std::u16string text = DataOf(this->Node());
-        const DataRange range = CheckedRange(text, offset, count);
-        this->SetValue(EditedText(text.replace(range.offset, range.count, BstrView(data))));
-        return S_OK;
+        return Call([] { return E_NOTIMPL; });
     }
 };
 
@@ -106,34 +59,9 @@ class SplittableObject : public CharacterDataObject<Shown, IID_IXMLDOMText, OwnI
 public:
     using CharacterDataObject<Shown, IID_IXMLDOMText, OwnIds...>::CharacterDataObject;
 
-    HRESULT STDMETHODCALLTYPE splitText(LONG offset, IXMLDOMText** right) override
+    HRESULT STDMETHODCALLTYPE splitText(LONG, IXMLDOMText**) override
     {
-        return Call(
-            [&]
-            {
-                if (right == nullptr)
-                    return E_INVALIDARG;
-                *right = nullptr;
-                const auto [before, behind] = SplitAt(DataOf(this->Node()), offset);
-                const NodeRef object = NewTwin(behind);
-                SetContent(this->Node(), before);
-                if (this->Node()->parent != nullptr)
-                    LinkChild(this->Node()->parent, object->Node(), this->Node()->next);
-                this->GetTree()->CountChange();
-                *right = NodeRef(object).template Detach<IXMLDOMText>();
-                return S_OK;
-            });
-    }
-
-private:
-    NodeRef NewTwin(const std::string& text)
-    {
-        const bool isCData = this->Node()->type == XML_CDATA_SECTION_NODE;
-        xmlDoc* const document = this->GetTree()->Document();
-        OwnedNode node = isCData ? NewCData(document, text) : NewText(document, text);
-        NodeRef object = ObjectOf(this->GetTree(), node.get());
-        static_cast<void>(node.release());
-        return object;
+        return Call([] { return E_NOTIMPL; });
     }
 };
 

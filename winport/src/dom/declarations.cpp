@@ -94,21 +94,6 @@ private:
 
 } // namespace
 
-std::optional<std::string> DeclaredUri(xmlNode* element, std::string_view prefix)
-{
-    if (prefix == "xml")
-        return std::string(kXmlUri);
-    for (const xmlNode* node = element; node != nullptr && IsElement(node); node = node->parent)
-    {
-        for (const xmlAttr* attribute = node->properties; attribute != nullptr; attribute = attribute->next)
-        {
-            if (attribute->type == kDeclarationType && DeclaredPrefix(attribute) == prefix)
-                return ValueOf(attribute);
-        }
-    }
-    return std::nullopt;
-}
-
 void RenamePrefixOfLostDeclaration(xmlAttr* declaration, NamespacePool& names)
 {
     if (declaration->parent != nullptr)

@@ -12,16 +12,9 @@ DocumentObject::DocumentObject(const TreePtr& tree) noexcept : NodeObject(tree, 
     m_outcome.code = S_OK;
 }
 
-HRESULT DocumentObject::get_doctype(IXMLDOMDocumentType** documentType)
+HRESULT DocumentObject::get_doctype(IXMLDOMDocumentType**)
 {
-    return Call(
-        [&]
-        {
-            if (documentType == nullptr)
-                return E_INVALIDARG;
-            *documentType = nullptr; // no document with one is ever taken
-            return S_FALSE;
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
 HRESULT DocumentObject::get_implementation(IXMLDOMImplementation**)
@@ -45,33 +38,24 @@ HRESULT DocumentObject::get_documentElement(IXMLDOMElement** element)
         });
 }
 
-HRESULT DocumentObject::putref_documentElement(IXMLDOMElement* element)
+HRESULT DocumentObject::putref_documentElement(IXMLDOMElement*)
 {
-    return Call(
-        [&]
-        {
-            xmlNode* const root = GetTree()->RootElement();
-            if (root == nullptr)
-                return Append(element, nullptr);
-            const NodeRef old = ObjectOf(GetTree(), root);
-            return Replace(element, old.Get()->AsInterface(), nullptr);
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::getElementsByTagName(BSTR name, IXMLDOMNodeList** elements)
+HRESULT DocumentObject::getElementsByTagName(BSTR, IXMLDOMNodeList**)
 {
-    return Call([&] { return GetElementsByName(name, elements); });
+    return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::nodeFromID(BSTR, IXMLDOMNode** node)
+HRESULT DocumentObject::nodeFromID(BSTR, IXMLDOMNode**)
 {
-    // Ids are declared in document types, which no document here has.
-    return Call([&] { return HandOut(GetTree(), nullptr, node); });
+    return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::get_async(VARIANT_BOOL* isAsync)
+HRESULT DocumentObject::get_async(VARIANT_BOOL*)
 {
-    return Call([&] { return GetSwitch(&DocumentSettings::async, isAsync); });
+    return Call([] { return E_NOTIMPL; });
 }
 
 HRESULT DocumentObject::put_async(VARIANT_BOOL isAsync)
@@ -79,9 +63,9 @@ HRESULT DocumentObject::put_async(VARIANT_BOOL isAsync)
     return Call([&] { return PutSwitch(&DocumentSettings::async, isAsync); });
 }
 
-HRESULT DocumentObject::get_validateOnParse(VARIANT_BOOL* isValidating)
+HRESULT DocumentObject::get_validateOnParse(VARIANT_BOOL*)
 {
-    return Call([&] { return GetSwitch(&DocumentSettings::validateOnParse, isValidating); });
+    return Call([] { return E_NOTIMPL; });
 }
 
 HRESULT DocumentObject::put_validateOnParse(VARIANT_BOOL isValidating)
@@ -89,9 +73,9 @@ HRESULT DocumentObject::put_validateOnParse(VARIANT_BOOL isValidating)
     return Call([&] { return PutSwitch(&DocumentSettings::validateOnParse, isValidating); });
 }
 
-HRESULT DocumentObject::get_resolveExternals(VARIANT_BOOL* isResolving)
+HRESULT DocumentObject::get_resolveExternals(VARIANT_BOOL*)
 {
-    return Call([&] { return GetSwitch(&DocumentSettings::resolveExternals, isResolving); });
+    return Call([] { return E_NOTIMPL; });
 }
 
 HRESULT DocumentObject::put_resolveExternals(VARIANT_BOOL isResolving)
@@ -99,9 +83,9 @@ HRESULT DocumentObject::put_resolveExternals(VARIANT_BOOL isResolving)
     return Call([&] { return PutSwitch(&DocumentSettings::resolveExternals, isResolving); });
 }
 
-HRESULT DocumentObject::get_preserveWhiteSpace(VARIANT_BOOL* isPreserving)
+HRESULT DocumentObject::get_preserveWhiteSpace(VARIANT_BOOL*)
 {
-    return Call([&] { return GetSwitch(&DocumentSettings::preserveWhiteSpace, isPreserving); });
+    return Call([] { return E_NOTIMPL; });
 }
 
 HRESULT DocumentObject::put_preserveWhiteSpace(VARIANT_BOOL isPreserving)
@@ -120,15 +104,9 @@ HRESULT DocumentObject::setProperty(BSTR name, VARIANT value)
         });
 }
 
-HRESULT DocumentObject::getProperty(BSTR name, VARIANT* value)
+HRESULT DocumentObject::getProperty(BSTR, VARIANT*)
 {
-    return Call(
-        [&]
-        {
-            if (value == nullptr)
-                return E_INVALIDARG;
-            return GetTree()->Settings().GetProperty(Utf8Of(name), *value);
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
 HRESULT DocumentObject::put_onreadystatechange(VARIANT)
@@ -159,14 +137,6 @@ HRESULT DocumentObject::get_schemas(VARIANT*)
 HRESULT DocumentObject::putref_schemas(VARIANT)
 {
     return Call([] { return E_NOTIMPL; });
-}
-
-HRESULT DocumentObject::GetSwitch(bool DocumentSettings::*member, VARIANT_BOOL* value) const
-{
-    if (value == nullptr)
-        return E_INVALIDARG;
-    *value = GetTree()->Settings().*member ? VARIANT_TRUE : VARIANT_FALSE;
-    return S_OK;
 }
 
 HRESULT DocumentObject::PutSwitch(bool DocumentSettings::*member, VARIANT_BOOL value)

@@ -22,25 +22,16 @@ OwnedNode NewNamedElement(Tree& tree, BSTR name, BSTR namespaceUri)
     return NewElement(tree.Document(), tree.Namespaces().Get(parts->prefix, XmlTextOf(namespaceUri)), parts->local);
 }
 
-OwnedNode NewCheckedInstruction(Tree& tree, BSTR target, BSTR data)
+OwnedNode NewCheckedInstruction(Tree& tree, BSTR target)
 {
     const std::string name = Utf8Of(target);
     const auto parts = ParseQName(name);
-    const std::string content = XmlTextOf(data);
-    // "xml" makes the XML declaration, whose data begin with the version; its other spellings are reserved.
-    const bool isReserved = name.size() == 3 && (name[0] | 0x20) == 'x' && (name[1] | 0x20) == 'm' &&
-                            (name[2] | 0x20) == 'l' && (name != "xml" || !content.starts_with("version"));
+    // "xml" in any spelling is the XML declaration's, which loading makes.
+    const bool isReserved =
+        name.size() == 3 && (name[0] | 0x20) == 'x' && (name[1] | 0x20) == 'm' && (name[2] | 0x20) == 'l';
     if (!parts || !parts->prefix.empty() || isReserved)
         throw Failure{E_FAIL};
-    CheckContent(XML_PI_NODE, content);
-    return NewInstruction(tree.Document(), name, content);
-}
-
-OwnedNode NewCheckedComment(Tree& tree, BSTR data)
-{
-    const std::string content = XmlTextOf(data);
-    CheckContent(XML_COMMENT_NODE, content);
-    return NewComment(tree.Document(), content);
+    return NewInstruction(tree.Document(), name, {});
 }
 
 OwnedNode NewNode(Tree& tree, LONG kind, BSTR name, BSTR namespaceUri)
@@ -58,12 +49,11 @@ OwnedNode NewNode(Tree& tree, LONG kind, BSTR name, BSTR namespaceUri)
     case NODE_COMMENT:
         return NewComment(tree.Document(), {});
     case NODE_PROCESSING_INSTRUCTION:
-        return NewCheckedInstruction(tree, name, nullptr);
-    case NODE_DOCUMENT_FRAGMENT:
-        return NewFragment(tree.Document());
+        return NewCheckedInstruction(tree, name);
     case NODE_ENTITY_REFERENCE:
     case NODE_ENTITY:
     case NODE_DOCUMENT:
+    case NODE_DOCUMENT_FRAGMENT:
     case NODE_DOCUMENT_TYPE:
     case NODE_NOTATION:
         throw Failure{E_INVALIDARG};
@@ -74,52 +64,24 @@ OwnedNode NewNode(Tree& tree, LONG kind, BSTR name, BSTR namespaceUri)
 
 } // namespace
 
-HRESULT DocumentObject::createElement(BSTR name, IXMLDOMElement** element)
+HRESULT DocumentObject::createElement(BSTR, IXMLDOMElement**)
 {
-    return Call(
-        [&]
-        {
-            if (name == nullptr || element == nullptr)
-                return E_INVALIDARG;
-            *element = nullptr;
-            return HandOutNew(GetTree(), NewNamedElement(*GetTree(), name, nullptr), element);
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::createDocumentFragment(IXMLDOMDocumentFragment** fragment)
+HRESULT DocumentObject::createDocumentFragment(IXMLDOMDocumentFragment**)
 {
-    return Call(
-        [&]
-        {
-            if (fragment == nullptr)
-                return E_INVALIDARG;
-            *fragment = nullptr;
-            return HandOutNew(GetTree(), NewFragment(GetTree()->Document()), fragment);
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::createTextNode(BSTR data, IXMLDOMText** text)
+HRESULT DocumentObject::createTextNode(BSTR, IXMLDOMText**)
 {
-    return Call(
-        [&]
-        {
-            if (text == nullptr)
-                return E_INVALIDARG;
-            *text = nullptr;
-            return HandOutNew(GetTree(), NewText(GetTree()->Document(), XmlTextOf(data)), text);
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::createComment(BSTR data, IXMLDOMComment** comment)
+HRESULT DocumentObject::createComment(BSTR, IXMLDOMComment**)
 {
-    return Call(
-        [&]
-        {
-            if (comment == nullptr)
-                return E_INVALIDARG;
-            *comment = nullptr;
-            return HandOutNew(GetTree(), NewCheckedComment(*GetTree(), data), comment);
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
 HRESULT DocumentObject::createCDATASection(BSTR data, IXMLDOMCDATASection** section)
@@ -134,28 +96,14 @@ HRESULT DocumentObject::createCDATASection(BSTR data, IXMLDOMCDATASection** sect
         });
 }
 
-HRESULT DocumentObject::createProcessingInstruction(BSTR target, BSTR data, IXMLDOMProcessingInstruction** instruction)
+HRESULT DocumentObject::createProcessingInstruction(BSTR, BSTR, IXMLDOMProcessingInstruction**)
 {
-    return Call(
-        [&]
-        {
-            if (target == nullptr || instruction == nullptr)
-                return E_INVALIDARG;
-            *instruction = nullptr;
-            return HandOutNew(GetTree(), NewCheckedInstruction(*GetTree(), target, data), instruction);
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::createAttribute(BSTR name, IXMLDOMAttribute** attribute)
+HRESULT DocumentObject::createAttribute(BSTR, IXMLDOMAttribute**)
 {
-    return Call(
-        [&]
-        {
-            if (name == nullptr || attribute == nullptr)
-                return E_INVALIDARG;
-            *attribute = nullptr;
-            return HandOutNew(GetTree(), NewNamedAttribute(*GetTree(), Utf8Of(name), {}, {}), attribute);
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
 HRESULT DocumentObject::createEntityReference(BSTR, IXMLDOMEntityReference**)

@@ -20,7 +20,11 @@ namespace
 
 using namespace documentlimits;
 
-constexpr LONG kReadyStateComplete = 4;
+struct SourceText
+{
+    std::string utf8;               // without byte-order mark
+    std::optional<LoadError> error; // set when there is no text
+};
 
 // The text of a BSTR. Its XML declaration may name any encoding: the text is UTF-16 all the same.
 SourceText TextOfBstr(BSTR text)
@@ -54,20 +58,9 @@ HRESULT Answer(bool isLoaded, VARIANT_BOOL* isSuccessful)
 
 } // namespace
 
-HRESULT DocumentObject::load(VARIANT source, VARIANT_BOOL* isSuccessful)
+HRESULT DocumentObject::load(VARIANT, VARIANT_BOOL*)
 {
-    return Call(
-        [&]
-        {
-            if (isSuccessful == nullptr)
-                return E_INVALIDARG;
-            *isSuccessful = VARIANT_FALSE;
-            BSTR const* const path = StringOf(source);
-            if (path == nullptr)
-                return E_INVALIDARG;
-            SourceText text = ReadDocumentFile(Utf8Of(*path));
-            return Answer(Load(text.utf8, std::move(text.error)), isSuccessful);
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
 HRESULT DocumentObject::loadXML(BSTR text, VARIANT_BOOL* isSuccessful)
@@ -116,28 +109,14 @@ HRESULT DocumentObject::validate(IXMLDOMParseError**)
     return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::get_readyState(LONG* state)
+HRESULT DocumentObject::get_readyState(LONG*)
 {
-    return Call(
-        [&]
-        {
-            if (state == nullptr)
-                return E_INVALIDARG;
-            *state = kReadyStateComplete;
-            return S_OK;
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::get_url(BSTR* url)
+HRESULT DocumentObject::get_url(BSTR*)
 {
-    return Call(
-        [&]
-        {
-            if (url == nullptr)
-                return E_INVALIDARG;
-            *url = nullptr;
-            return S_FALSE;
-        });
+    return Call([] { return E_NOTIMPL; });
 }
 
 HRESULT DocumentObject::abort()

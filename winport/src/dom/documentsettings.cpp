@@ -1,6 +1,7 @@
 #include "dom/documentsettings.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 
 #include "dom/qname.h"
@@ -12,6 +13,19 @@ namespace winport::dom
 
 namespace
 {
+
+// Accepted because callers set them; none changes what is done. ProhibitDTD is always on, whatever is set.
+constexpr std::string_view kSwitches[] = {
+    "ProhibitDTD",
+    "NewParser",
+    "AllowDocumentFunction",
+    "AllowXsltScript",
+    "ForcedResync",
+    "MultipleErrorMessages",
+    "NormalizeAttributeValues",
+    "ServerHTTPRequest",
+    "UseInlineSchema",
+};
 
 bool EqualsIgnoringCase(std::string_view left, std::string_view right)
 {
@@ -70,58 +84,24 @@ std::optional<SelectionBindings> ParseBindings(std::string_view text)
     return bindings;
 }
 
+// XPath is the language whichever of the two is set.
+bool IsLanguage(const VARIANT& value)
+{
+    BSTR const* const string = StringOf(value);
+    const std::string text = string != nullptr ? Utf8Of(*string) : std::string();
+    return EqualsIgnoringCase(text, "XPath") || EqualsIgnoringCase(text, "XSLPattern");
+}
+
 } // namespace
 
 HRESULT DocumentSettings::SetProperty(std::string_view name, const VARIANT& value)
 {
     if (name == "SelectionLanguage")
-        return SetLanguage(value);
+        return IsLanguage(value) ? S_OK : E_FAIL;
     if (name == "SelectionNamespaces")
         return SetNamespaces(value);
-    const auto place = std::find_if(m_switches.begin(), m_switches.end(),
-                                    [&](const Switch& candidate) { return candidate.name == name; });
-    if (place == m_switches.end() || value.vt != VT_BOOL)
-        return E_FAIL;
-    place->value = value.boolVal != VARIANT_FALSE;
-    return S_OK;
-}
-
-HRESULT DocumentSettings::GetProperty(std::string_view name, VARIANT& value) const
-{
-    if (name == "SelectionLanguage")
-    {
-        SetString(value, NewBstr(m_language));
-        return S_OK;
-    }
-    if (name == "SelectionNamespaces")
-    {
-        SetString(value, NewBstr(m_namespaces));
-        return S_OK;
-    }
-    for (const Switch& candidate : m_switches)
-    {
-        if (candidate.name != name)
-            continue;
-        SetBool(value, candidate.value);
-        return S_OK;
-    }
-    return E_FAIL;
-}
-
-HRESULT DocumentSettings::SetLanguage(const VARIANT& value)
-{
-    BSTR const* const string = StringOf(value);
-    if (string == nullptr)
-        return E_FAIL;
-    const std::string text = Utf8Of(*string);
-    for (const std::string_view known : {"XPath", "XSLPattern"})
-    {
-        if (!EqualsIgnoringCase(text, known))
-            continue;
-        m_language = known;
-        return S_OK;
-    }
-    return E_FAIL;
+    const bool isKnown = std::find(std::begin(kSwitches), std::end(kSwitches), name) != std::end(kSwitches);
+    return isKnown && value.vt == VT_BOOL ? S_OK : E_FAIL;
 }
 
 HRESULT DocumentSettings::SetNamespaces(const VARIANT& value)
@@ -129,11 +109,9 @@ HRESULT DocumentSettings::SetNamespaces(const VARIANT& value)
     BSTR const* const string = StringOf(value);
     if (string == nullptr)
         return E_FAIL;
-    std::string text = Utf8Of(*string);
-    std::optional<SelectionBindings> bindings = ParseBindings(text);
+    std::optional<SelectionBindings> bindings = ParseBindings(Utf8Of(*string));
     if (!bindings)
         return E_FAIL;
-    m_namespaces = std::move(text);
     m_bindings = std::move(*bindings);
     return S_OK;
 }

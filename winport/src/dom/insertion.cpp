@@ -18,7 +18,6 @@ bool MayContain(const xmlNode* parent, const xmlNode* child)
     switch (parent->type)
     {
     case XML_ELEMENT_NODE:
-    case XML_DOCUMENT_FRAG_NODE:
         return IsElement(child) || IsText(child) || child->type == XML_COMMENT_NODE || child->type == XML_PI_NODE;
     case XML_DOCUMENT_NODE:
         return IsElement(child) || child->type == XML_COMMENT_NODE || child->type == XML_PI_NODE;
@@ -30,64 +29,37 @@ bool MayContain(const xmlNode* parent, const xmlNode* child)
     }
 }
 
-// The XML declaration is the very start of a document or nowhere.
-bool KeepsXmlDeclarationFirst(const xmlNode* parent, const xmlNode* child, const xmlNode* next)
+bool HasOtherElement(const xmlNode* parent, const xmlNode* leftOut)
 {
-    if (IsXmlDeclaration(child))
-        return parent->type == XML_DOCUMENT_NODE && next == parent->children;
-    return next == nullptr || !IsXmlDeclaration(next);
+    const xmlNode* node = parent->children;
+    while (node != nullptr && (!IsElement(node) || node == leftOut))
+        node = node->next;
+    return node != nullptr;
 }
 
-int CountElements(const xmlNode* first, const xmlNode* leftOut, const xmlNode* leftOutToo)
+void Check(const xmlNode* parent, const xmlNode* child)
 {
-    int count = 0;
-    for (const xmlNode* node = first; node != nullptr; node = node->next)
-        count += IsElement(node) && node != leftOut && node != leftOutToo ? 1 : 0;
-    return count;
-}
-
-void Check(const xmlNode* parent, const xmlNode* child, const xmlNode* next, const xmlNode* replaced)
-{
-    const bool isFragment = child->type == XML_DOCUMENT_FRAG_NODE;
-    if (IsSelfOrAncestor(child, parent))
+    // The XML declaration is the very start of a document or nowhere.
+    const bool isMisplaced =
+        IsXmlDeclaration(child) && (parent->type != XML_DOCUMENT_NODE || parent->children != nullptr);
+    const bool isSecondRoot = parent->type == XML_DOCUMENT_NODE && IsElement(child) && HasOtherElement(parent, child);
+    if (IsSelfOrAncestor(child, parent) || !MayContain(parent, child) || isMisplaced || isSecondRoot)
         throw Failure{E_FAIL};
-    for (const xmlNode* node = isFragment ? child->children : child; node != nullptr; node = node->next)
-    {
-        if (!MayContain(parent, node) || !KeepsXmlDeclarationFirst(parent, node, next))
-            throw Failure{E_FAIL};
-        if (!isFragment)
-            break;
-    }
-    if (parent->type != XML_DOCUMENT_NODE)
-        return;
-    const int added = isFragment ? CountElements(child->children, nullptr, nullptr) : (IsElement(child) ? 1 : 0);
-    if (added > 0 && added + CountElements(parent->children, child, replaced) > 1)
-        throw Failure{E_FAIL};
-}
-
-void MoveOne(NodeCore& parent, const TreePtr& source, xmlNode* child, xmlNode* next)
-{
-    if (source != parent.GetTree())
-        MoveSubtree(child, parent.GetTree());
-    Unlink(child);
-    LinkChild(parent.Node(), child, next);
 }
 
 } // namespace
 
-void InsertChild(NodeCore& parent, NodeCore& child, xmlNode* next, const xmlNode* replaced)
+void AppendChild(NodeCore& parent, NodeCore& child)
 {
-    if (next == child.Node())
-        next = next->next; // it already stands before what follows it
-    Check(parent.Node(), child.Node(), next, replaced);
+    Check(parent.Node(), child.Node());
     // Objects that move change their tree; this one must last until the end.
     const TreePtr source = child.GetTree();
     source->CountChange();
     parent.GetTree()->CountChange();
-    if (child.Node()->type != XML_DOCUMENT_FRAG_NODE)
-        return MoveOne(parent, source, child.Node(), next);
-    while (xmlNode* const first = child.Node()->children)
-        MoveOne(parent, source, first, next);
+    if (source != parent.GetTree())
+        MoveSubtree(child.Node(), parent.GetTree());
+    Unlink(child.Node());
+    LinkChild(parent.Node(), child.Node(), nullptr);
 }
 
 void MoveSubtree(xmlNode* root, const TreePtr& target)

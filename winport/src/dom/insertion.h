@@ -6,13 +6,12 @@
 namespace winport::dom
 {
 
-// Puts the child (or a fragment's children) into the parent before `next`, or last when that is null. A child that
-// hangs elsewhere is taken out there; one of another document moves into this one. `replaced`, when not null, is a
-// child that goes with this insertion: the caller takes it out.
+// Puts the child into the parent, behind its children. A child that hangs elsewhere is taken out there; one of another
+// document moves into this one.
 //
 // Throws Failure(E_FAIL) for what may not stand there: attributes, documents, the parent itself and what is above it,
 // a second root element or text in a document. Nothing is changed by a failure.
-void InsertChild(NodeCore& parent, NodeCore& child, xmlNode* next, const xmlNode* replaced = nullptr);
+void AppendChild(NodeCore& parent, NodeCore& child);
 
 // Moves a detached subtree, with its objects, into another tree.
 void MoveSubtree(xmlNode* root, const TreePtr& target);

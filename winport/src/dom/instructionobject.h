@@ -1,8 +1,7 @@
-// InstructionObject: a processing instruction. FragmentObject: a document fragment.
+// InstructionObject: a processing instruction.
 #pragma once
 
 #include "dom/nodeobject.h"
-#include "dom/strings.h"
 
 namespace winport::dom
 {
@@ -12,31 +11,20 @@ class InstructionObject final : public NodeObject<IXMLDOMProcessingInstruction, 
 public:
     using NodeObject::NodeObject;
 
-    HRESULT STDMETHODCALLTYPE get_target(BSTR* target) override
+    HRESULT STDMETHODCALLTYPE get_target(BSTR*) override
     {
-        return Call([&] { return GetNodeName(target); });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE get_data(BSTR* data) override
+    HRESULT STDMETHODCALLTYPE get_data(BSTR*) override
     {
-        return Call([&] { return GetText(data); });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE put_data(BSTR data) override
+    HRESULT STDMETHODCALLTYPE put_data(BSTR) override
     {
-        return Call(
-            [&]
-            {
-                SetValue(XmlTextOf(data));
-                return S_OK;
-            });
+        return Call([] { return E_NOTIMPL; });
     }
-};
-
-class FragmentObject final : public NodeObject<IXMLDOMDocumentFragment, IID_IXMLDOMDocumentFragment>
-{
-public:
-    using NodeObject::NodeObject;
 };
 
 } // namespace winport::dom

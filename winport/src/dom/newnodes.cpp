@@ -91,11 +91,6 @@ OwnedNode NewInstruction(xmlDoc* document, const std::string& target, const std:
     return WithContent(Owned(xmlNewDocPI(document, XmlChars(target), XmlChars(data))));
 }
 
-OwnedNode NewFragment(xmlDoc* document)
-{
-    return Owned(xmlNewDocFragment(document));
-}
-
 void CheckContent(xmlElementType type, std::string_view text)
 {
     const bool endsComment = text.find("--") != std::string_view::npos || text.ends_with('-');

@@ -27,7 +27,6 @@ OwnedNode NewText(xmlDoc* document, std::string_view text);
 OwnedNode NewCData(xmlDoc* document, std::string_view text);
 OwnedNode NewComment(xmlDoc* document, const std::string& text);
 OwnedNode NewInstruction(xmlDoc* document, const std::string& target, const std::string& data);
-OwnedNode NewFragment(xmlDoc* document);
 
 // Throws Failure(E_INVALIDARG) for what a node of this type cannot spell: comments and instructions have no way to
 // write their own end.

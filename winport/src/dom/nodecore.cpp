@@ -32,8 +32,6 @@ NodeCore* NewObject(const TreePtr& tree, xmlNode* node)
         return new CommentObject(tree, node);
     case XML_PI_NODE:
         return new InstructionObject(tree, node);
-    case XML_DOCUMENT_FRAG_NODE:
-        return new FragmentObject(tree, node);
     case XML_DOCUMENT_NODE:
         return new DocumentObject(tree);
     default:

@@ -61,14 +61,11 @@ protected:
     HRESULT GetPrefix(BSTR* prefix) const;
     HRESULT GetNamespace(BSTR* uri) const;
     HRESULT GetKind(DOMNodeType* kind) const;
-    HRESULT GetKindName(BSTR* name) const;
 
     // nodecorevalues.cpp
     HRESULT GetNodeValue(VARIANT* value) const;
     HRESULT PutNodeValue(const VARIANT& value);
     HRESULT GetTypedValue(VARIANT* value) const;
-    HRESULT PutTypedValue(const VARIANT& value);
-    HRESULT GetDataType(VARIANT* name) const;
     HRESULT GetText(BSTR* text) const;
     HRESULT PutText(BSTR text);
     HRESULT GetXml(BSTR* xml) const;
@@ -84,18 +81,13 @@ protected:
     HRESULT GetPreviousSibling(IXMLDOMNode** sibling) const;
     HRESULT GetNextSibling(IXMLDOMNode** sibling) const;
     HRESULT GetAttributes(IXMLDOMNamedNodeMap** attributes);
-    HRESULT HasChildren(VARIANT_BOOL* hasChildren) const;
     HRESULT GetOwner(IXMLDOMDocument** document) const;
-    HRESULT Clone(bool deep, IXMLDOMNode** clone) const;
-    HRESULT InsertBefore(IXMLDOMNode* child, const VARIANT& reference, IXMLDOMNode** inserted);
     HRESULT Append(IXMLDOMNode* child, IXMLDOMNode** appended);
     HRESULT Remove(IXMLDOMNode* child, IXMLDOMNode** removed);
-    HRESULT Replace(IXMLDOMNode* newChild, IXMLDOMNode* oldChild, IXMLDOMNode** replaced);
 
     // nodecoreselection.cpp
     HRESULT SelectNodes(BSTR query, IXMLDOMNodeList** nodes) const;
     HRESULT SelectSingleNode(BSTR query, IXMLDOMNode** node) const;
-    HRESULT GetElementsByName(BSTR name, IXMLDOMNodeList** elements) const;
 
 private:
     TreePtr m_tree;

@@ -49,9 +49,4 @@ HRESULT NodeCore::GetKind(DOMNodeType* kind) const
     return S_OK;
 }
 
-HRESULT NodeCore::GetKindName(BSTR* name) const
-{
-    return HandOutText(KindName(KindOf(m_node)), name);
-}
-
 } // namespace winport::dom

@@ -80,22 +80,6 @@ HRESULT NodeCore::GetTypedValue(VARIANT* value) const
     return S_OK;
 }
 
-HRESULT NodeCore::PutTypedValue(const VARIANT& value)
-{
-    if (!IsElement(m_node))
-        return PutNodeValue(value);
-    ReplaceChildrenByText(*m_tree, m_node, ValueText(value));
-    return S_OK;
-}
-
-HRESULT NodeCore::GetDataType(VARIANT* name) const
-{
-    if (name == nullptr)
-        return E_INVALIDARG;
-    SetEmpty(*name, VT_NULL);
-    return S_FALSE;
-}
-
 HRESULT NodeCore::GetText(BSTR* text) const
 {
     if (text == nullptr)
@@ -110,7 +94,7 @@ HRESULT NodeCore::PutText(BSTR text)
     const std::string value = XmlTextOf(text);
     if (HasValue(m_node))
         SetValue(value);
-    else if (IsElement(m_node) || m_node->type == XML_DOCUMENT_FRAG_NODE)
+    else if (IsElement(m_node))
         ReplaceChildrenByText(*m_tree, m_node, value);
     else
         return E_FAIL;

@@ -12,23 +12,21 @@ struct KindRow
 {
     xmlElementType type;
     DOMNodeType kind;
-    std::string_view kindName;
     std::string_view fixedName; // of nodes that have no name of their own
 };
 
 constexpr KindRow kKinds[] = {
-    {XML_ELEMENT_NODE, NODE_ELEMENT, "element", ""},
-    {XML_ATTRIBUTE_NODE, NODE_ATTRIBUTE, "attribute", ""},
-    {kDeclarationType, NODE_ATTRIBUTE, "attribute", ""},
-    {XML_TEXT_NODE, NODE_TEXT, "text", "#text"},
-    {XML_CDATA_SECTION_NODE, NODE_CDATA_SECTION, "cdatasection", "#cdata-section"},
-    {XML_PI_NODE, NODE_PROCESSING_INSTRUCTION, "processinginstruction", ""},
-    {XML_COMMENT_NODE, NODE_COMMENT, "comment", "#comment"},
-    {XML_DOCUMENT_NODE, NODE_DOCUMENT, "document", "#document"},
-    {XML_DOCUMENT_FRAG_NODE, NODE_DOCUMENT_FRAGMENT, "documentfragment", "#document-fragment"},
+    {XML_ELEMENT_NODE, NODE_ELEMENT, ""},
+    {XML_ATTRIBUTE_NODE, NODE_ATTRIBUTE, ""},
+    {kDeclarationType, NODE_ATTRIBUTE, ""},
+    {XML_TEXT_NODE, NODE_TEXT, "#text"},
+    {XML_CDATA_SECTION_NODE, NODE_CDATA_SECTION, "#cdata-section"},
+    {XML_PI_NODE, NODE_PROCESSING_INSTRUCTION, ""},
+    {XML_COMMENT_NODE, NODE_COMMENT, "#comment"},
+    {XML_DOCUMENT_NODE, NODE_DOCUMENT, "#document"},
 };
 
-constexpr KindRow kNoKind = {XML_ELEMENT_NODE, NODE_INVALID, "", ""};
+constexpr KindRow kNoKind = {XML_ELEMENT_NODE, NODE_INVALID, ""};
 
 const KindRow& RowOf(const xmlNode* node)
 {
@@ -74,16 +72,6 @@ bool IsText(const xmlNode* node)
 DOMNodeType KindOf(const xmlNode* node)
 {
     return RowOf(node).kind;
-}
-
-std::string_view KindName(DOMNodeType kind)
-{
-    for (const KindRow& row : kKinds)
-    {
-        if (row.kind == kind)
-            return row.kindName;
-    }
-    return {};
 }
 
 std::string_view LocalNameOf(const xmlNode* node)

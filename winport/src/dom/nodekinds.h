@@ -23,7 +23,6 @@ bool IsElement(const xmlNode* node);
 bool IsText(const xmlNode* node); // a text or a CDATA section
 
 DOMNodeType KindOf(const xmlNode* node);
-std::string_view KindName(DOMNodeType kind); // "element", "processinginstruction" ...
 
 // Names as the DOM gives them; the prefix and the URI are empty without one.
 std::string_view LocalNameOf(const xmlNode* node);

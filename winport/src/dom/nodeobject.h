@@ -109,15 +109,14 @@ public:
         return Call([&] { return GetAttributes(attributes); });
     }
 
-    HRESULT STDMETHODCALLTYPE insertBefore(IXMLDOMNode* child, VARIANT reference, IXMLDOMNode** inserted) override
+    HRESULT STDMETHODCALLTYPE insertBefore(IXMLDOMNode*, VARIANT, IXMLDOMNode**) override
     {
-        return Call([&] { return InsertBefore(child, reference, inserted); });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE replaceChild(IXMLDOMNode* newChild, IXMLDOMNode* oldChild,
-                                           IXMLDOMNode** replaced) override
+    HRESULT STDMETHODCALLTYPE replaceChild(IXMLDOMNode*, IXMLDOMNode*, IXMLDOMNode**) override
     {
-        return Call([&] { return Replace(newChild, oldChild, replaced); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE removeChild(IXMLDOMNode* child, IXMLDOMNode** removed) override
@@ -130,9 +129,9 @@ public:
         return Call([&] { return Append(child, appended); });
     }
 
-    HRESULT STDMETHODCALLTYPE hasChildNodes(VARIANT_BOOL* hasChildren) override
+    HRESULT STDMETHODCALLTYPE hasChildNodes(VARIANT_BOOL*) override
     {
-        return Call([&] { return HasChildren(hasChildren); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE get_ownerDocument(IXMLDOMDocument** document) override
@@ -140,14 +139,14 @@ public:
         return Call([&] { return GetOwner(document); });
     }
 
-    HRESULT STDMETHODCALLTYPE cloneNode(VARIANT_BOOL deep, IXMLDOMNode** clone) override
+    HRESULT STDMETHODCALLTYPE cloneNode(VARIANT_BOOL, IXMLDOMNode**) override
     {
-        return Call([&] { return Clone(deep != VARIANT_FALSE, clone); });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE get_nodeTypeString(BSTR* name) override
+    HRESULT STDMETHODCALLTYPE get_nodeTypeString(BSTR*) override
     {
-        return Call([&] { return GetKindName(name); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE get_text(BSTR* text) override
@@ -160,14 +159,14 @@ public:
         return Call([&] { return PutText(text); });
     }
 
-    HRESULT STDMETHODCALLTYPE get_specified(VARIANT_BOOL* isSpecified) override
+    HRESULT STDMETHODCALLTYPE get_specified(VARIANT_BOOL*) override
     {
-        return Call([&] { return AnswerTrue(isSpecified); });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE get_definition(IXMLDOMNode** definition) override
+    HRESULT STDMETHODCALLTYPE get_definition(IXMLDOMNode**) override
     {
-        return Call([&] { return HandOut(GetTree(), nullptr, definition); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE get_nodeTypedValue(VARIANT* value) override
@@ -175,14 +174,14 @@ public:
         return Call([&] { return GetTypedValue(value); });
     }
 
-    HRESULT STDMETHODCALLTYPE put_nodeTypedValue(VARIANT value) override
+    HRESULT STDMETHODCALLTYPE put_nodeTypedValue(VARIANT) override
     {
-        return Call([&] { return PutTypedValue(value); });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE get_dataType(VARIANT* name) override
+    HRESULT STDMETHODCALLTYPE get_dataType(VARIANT*) override
     {
-        return Call([&] { return GetDataType(name); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE put_dataType(BSTR) override
@@ -210,9 +209,9 @@ public:
         return Call([&] { return SelectSingleNode(query, node); });
     }
 
-    HRESULT STDMETHODCALLTYPE get_parsed(VARIANT_BOOL* isParsed) override
+    HRESULT STDMETHODCALLTYPE get_parsed(VARIANT_BOOL*) override
     {
-        return Call([&] { return AnswerTrue(isParsed); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE get_namespaceURI(BSTR* uri) override
@@ -233,15 +232,6 @@ public:
     HRESULT STDMETHODCALLTYPE transformNodeToObject(IXMLDOMNode*, VARIANT) override
     {
         return Call([] { return E_NOTIMPL; });
-    }
-
-private:
-    static HRESULT AnswerTrue(VARIANT_BOOL* answer)
-    {
-        if (answer == nullptr)
-            return E_INVALIDARG;
-        *answer = VARIANT_TRUE;
-        return S_OK;
     }
 };
 

@@ -63,7 +63,6 @@ std::string TextOf(xmlNode* node, bool preservesWhiteSpace)
     case XML_ELEMENT_NODE:
         return CollectedText(node, !preservesWhiteSpace && !HasPreservedSpace(node));
     case XML_DOCUMENT_NODE:
-    case XML_DOCUMENT_FRAG_NODE:
     case XML_TEXT_NODE:
         return CollectedText(node, !preservesWhiteSpace);
     case XML_ATTRIBUTE_NODE:

@@ -1,7 +1,6 @@
 set(WINPORT_DOM_SOURCES
   src/dom/attributemap.cpp
   src/dom/attributes.cpp
-  src/dom/characterdata.cpp
   src/dom/declarations.cpp
   src/dom/documentobject.cpp
   src/dom/documentobjectcreation.cpp
@@ -14,7 +13,6 @@ set(WINPORT_DOM_SOURCES
   src/dom/loader.cpp
   src/dom/namespacepool.cpp
   src/dom/newnodes.cpp
-  src/dom/nodecopy.cpp
   src/dom/nodecore.cpp
   src/dom/nodecorenames.cpp
   src/dom/nodecoreselection.cpp

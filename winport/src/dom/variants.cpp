@@ -75,23 +75,6 @@ BSTR const* StringOf(const VARIANT& value)
     return held.vt == (VT_BYREF | VT_BSTR) ? held.pbstrVal : nullptr;
 }
 
-IUnknown* InterfaceOf(const VARIANT& value)
-{
-    const VARIANT& held = Dereferenced(value);
-    switch (held.vt)
-    {
-    case VT_EMPTY:
-    case VT_NULL:
-        return nullptr;
-    case VT_UNKNOWN:
-        return held.punkVal;
-    case VT_DISPATCH:
-        return held.pdispVal;
-    default:
-        throw Failure{E_INVALIDARG};
-    }
-}
-
 void SetEmpty(VARIANT& target, VARTYPE type)
 {
     VariantInit(&target);
@@ -102,12 +85,6 @@ void SetString(VARIANT& target, BSTR owned)
 {
     SetEmpty(target, VT_BSTR);
     target.bstrVal = owned;
-}
-
-void SetBool(VARIANT& target, bool value)
-{
-    SetEmpty(target, VT_BOOL);
-    target.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
 }
 
 } // namespace winport::dom

@@ -5,8 +5,6 @@
 
 #include "wtypes.h"
 
-struct IXMLDOMNode;
-
 namespace winport::dom
 {
 
@@ -21,12 +19,8 @@ std::optional<LONG> NumberOf(const VARIANT& value);
 // The string of a string argument, not copied; null for every other type.
 BSTR const* StringOf(const VARIANT& value);
 
-// The object of an interface argument, no reference added; null for nothing. Throws Failure(E_INVALIDARG) otherwise.
-IUnknown* InterfaceOf(const VARIANT& value);
-
 // Sets an out-parameter, whose old content is not looked at.
 void SetEmpty(VARIANT& target, VARTYPE type);
 void SetString(VARIANT& target, BSTR owned);
-void SetBool(VARIANT& target, bool value);
 
 } // namespace winport::dom
