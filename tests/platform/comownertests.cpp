@@ -6,11 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/platform/countingunknown.h"
-#include "utilitiesstaticlib/ccombstr.h"
-#include "utilitiesstaticlib/comptr.h"
+#include "tests/platform/domfixture.h"
 #include "utilitiesstaticlib/cotaskmemptr.h"
-#include "utilitiesstaticlib/domiids.h"
 
 TEST(CComBstr, CopiesMovesAndHandsOver)
 {
@@ -34,30 +31,31 @@ TEST(CComBstr, CopiesMovesAndHandsOver)
 
 TEST(ComPtr, GivesBackEveryReferenceItTook)
 {
-    CountingUnknown object;
+    const DomDocument object = NewDocument();
+    const ULONG before = ReferencesOf(object.Get());
     {
-        const ComPtr<IUnknown> first(&object);
+        const ComPtr<IUnknown> first(object.Get());
         ComPtr<IUnknown> second = first;
         ComPtr<IUnknown> third = std::move(second);
         const ComPtr<IUnknown>& same = third;
         third = same;
-        EXPECT_EQ(object.References(), 3u);
+        EXPECT_EQ(ReferencesOf(object.Get()), before + 2);
         IUnknown* handedOut = nullptr;
         EXPECT_EQ(third.CopyTo(&handedOut), S_OK);
         ComPtr<IUnknown> fourth;
         fourth.Attach(handedOut);
         fourth.Attach(third.Detach());
-        EXPECT_EQ(object.References(), 3u);
+        EXPECT_EQ(ReferencesOf(object.Get()), before + 2);
         *fourth.Put() = nullptr;
-        ComPtr<IUnknown> found;
-        ComPtr<IDispatch> missing;
+        DomNode found;
+        DomElement missing;
         EXPECT_EQ(first.As(found), S_OK);
-        EXPECT_EQ(object.References(), 3u);
+        EXPECT_EQ(ReferencesOf(object.Get()), before + 2);
         EXPECT_EQ(first.As(missing), E_NOINTERFACE);
         EXPECT_EQ(ComPtr<IUnknown>().As(found), E_POINTER);
         EXPECT_FALSE(found || missing);
     }
-    EXPECT_EQ(object.References(), 1u);
+    EXPECT_EQ(ReferencesOf(object.Get()), before);
 }
 
 TEST(CoTaskMemPtr, TakesOverWhatACallHandsOut)

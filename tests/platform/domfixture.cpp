@@ -187,6 +187,12 @@ std::string ReasonOf(const DomDocument& document)
     return Narrow(reason.View());
 }
 
+ULONG ReferencesOf(IUnknown* object)
+{
+    object->AddRef();
+    return object->Release();
+}
+
 std::string Meaning(IXMLDOMNode* node)
 {
     DOMNodeType kind = NODE_INVALID;

@@ -82,6 +82,8 @@ std::string TextOf(IXMLDOMNode* node);
 std::string XmlOf(IXMLDOMNode* node);
 std::string ReasonOf(const DomDocument& document); // of the last load
 
+ULONG ReferencesOf(IUnknown* object);
+
 // The subtree by meaning: {uri}local(@{uri}name=value ...)[children]. Attributes are sorted, neighbouring texts are
 // one, prefixes and declarations do not count, nor do comments and instructions.
 std::string Meaning(IXMLDOMNode* node);

@@ -9,11 +9,6 @@
 
 TEST(DomLifetime, EveryAnswerIsOneReference)
 {
-    const auto references = [](IUnknown* object)
-    {
-        object->AddRef();
-        return object->Release();
-    };
     const DomDocument document = Loaded(W("<a><b c='1'/></a>"));
     const DomNode node = Select(document.Get(), W("//b"));
     {
@@ -23,10 +18,10 @@ TEST(DomLifetime, EveryAnswerIsOneReference)
         ASSERT_EQ(S_OK, node->get_parentNode(parent.Put()));
         ASSERT_EQ(S_OK, parent->removeChild(node.Get(), removed.Put()));
         ASSERT_EQ(S_OK, parent->appendChild(removed.Get(), appended.Put()));
-        EXPECT_EQ(4u, references(node.Get()));
+        EXPECT_EQ(4u, ReferencesOf(node.Get()));
     }
-    EXPECT_EQ(1u, references(node.Get()));
-    EXPECT_EQ(1u, references(document.Get()));
+    EXPECT_EQ(1u, ReferencesOf(node.Get()));
+    EXPECT_EQ(1u, ReferencesOf(document.Get()));
 }
 
 TEST(DomLifetime, HeldNodesSurviveWhateverHappensAround)

@@ -10,10 +10,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/platform/countingunknown.h"
-#include "utilitiesstaticlib/comptr.h"
+#include "tests/platform/domfixture.h"
 #include "utilitiesstaticlib/domclassid.h"
-#include "utilitiesstaticlib/wideliteral.h"
 
 TEST(Bstr, CarriesItsLengthBeforeAndATerminatorBehindItsCharacters)
 {
@@ -43,13 +41,13 @@ TEST(Bstr, CarriesItsLengthBeforeAndATerminatorBehindItsCharacters)
 
 TEST(Variant, ClearedGivesBackWhatItOwnsUnlessItIsAReference)
 {
-    CountingUnknown object;
+    const DomDocument object = NewDocument();
+    const ULONG before = ReferencesOf(object.Get());
     VARIANT variant = {};
     variant.vt = VT_UNKNOWN;
-    variant.punkVal = &object;
-    object.AddRef();
+    variant.punkVal = DomDocument(object).Detach();
     EXPECT_EQ(VariantClear(&variant), S_OK);
-    EXPECT_EQ(object.References(), 1u);
+    EXPECT_EQ(ReferencesOf(object.Get()), before);
     EXPECT_EQ(variant.vt, VT_EMPTY);
 
     BSTR string = SysAllocString(W("abc"));

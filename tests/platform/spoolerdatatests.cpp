@@ -150,15 +150,13 @@ TEST_F(SpoolerForms, OfUsersAreAddedOnceAndDeleted)
         return AddFormW(printer.get(), 1, reinterpret_cast<BYTE*>(&form)) != FALSE;
     };
     EXPECT_TRUE(add(W("Tavlen Card"), {1, 2, 90'000, 190'000}));
-    EXPECT_FALSE(add(W("Tavlen Card"), {0, 0, 1, 1}));
-    EXPECT_FALSE(add(W("A4"), {0, 0, 1, 1}));
+    EXPECT_FALSE(add(W("Tavlen Card"), {0, 0, 1, 1}) || add(W("A4"), {0, 0, 1, 1}));
     EXPECT_FALSE(add(W("Tavlen Odd"), {0, 0, 100'001, 1})) << "beyond the sheet";
-    EXPECT_EQ(Forms(printer.get()).Count(), before + 1);
     const auto card = Form(printer.get(), W("Tavlen Card"));
     ASSERT_EQ(card.Count(), 1u);
     EXPECT_TRUE(card->Flags == FORM_USER && card->ImageableArea.top == 2 && card->ImageableArea.bottom == 190'000);
+    EXPECT_EQ(Forms(printer.get()).Count(), before + 1);
     EXPECT_TRUE(DeleteFormW(printer.get(), Mutable(W("Tavlen Card"))));
-    EXPECT_FALSE(DeleteFormW(printer.get(), Mutable(W("Tavlen Card"))));
-    EXPECT_FALSE(DeleteFormW(printer.get(), Mutable(W("A4"))));
+    EXPECT_FALSE(DeleteFormW(printer.get(), Mutable(W("Tavlen Card"))) || DeleteFormW(printer.get(), Mutable(W("A4"))));
     EXPECT_EQ(Forms(printer.get()).Count(), before);
 }

@@ -17,21 +17,12 @@ namespace
 constexpr std::array<WORD, 3> kPapers = {1, 9, 256};
 constexpr LONG kDevModeSize = sizeof(DEVMODEW) + spoolersample::kPrivateSize;
 
-// Wine lends no handle; elsewhere the handle is open and the printer is the one that is named.
-DWORD HandleIsOpen(HANDLE printer)
-{
-    DWORD needed = 0;
-    GetPrinterW(printer, 1, nullptr, 0, &needed);
-    return needed != 0 ? 1 : 0;
-}
-
 } // namespace
 
 extern "C"
 {
 
-    SPOOLER_SAMPLE_API DWORD WINAPI DrvDeviceCapabilities(HANDLE printer, LPWSTR, WORD capability, PVOID output,
-                                                          PDEVMODEW)
+    SPOOLER_SAMPLE_API DWORD WINAPI DrvDeviceCapabilities(HANDLE, LPWSTR, WORD capability, PVOID output, PDEVMODEW)
     {
         switch (capability)
         {
@@ -41,8 +32,6 @@ extern "C"
             if (output != nullptr)
                 std::copy(kPapers.begin(), kPapers.end(), static_cast<WORD*>(output));
             return kPapers.size();
-        case DC_DRIVER:
-            return HandleIsOpen(printer);
         default:
             return static_cast<DWORD>(-1);
         }

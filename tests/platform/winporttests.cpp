@@ -1,4 +1,4 @@
-// What the portability layer has beyond Windows: fault injection, another version, debug output on request.
+// What the portability layer has beyond Windows: fault injection, debug output on request.
 #include <windows.h>
 
 #include <objbase.h>
@@ -11,9 +11,8 @@
 
 #include <gtest/gtest.h>
 
-#include "utilitiesstaticlib/ccombstr.h"
+#include "utilitiesstaticlib/wideliteral.h"
 #include "winport/faultinjection.h"
-#include "winport/versionoverride.h"
 
 using winport::FaultKind;
 
@@ -63,21 +62,6 @@ TEST(FaultInjection, LoadingFailsCleanlyAndThenWorksAgain)
             EXPECT_TRUE(fired || nth > 1) << "nothing of it can fail";
         }
     }
-}
-
-TEST(VersionOverride, AnswersUntilItIsReset)
-{
-    const auto version = []
-    {
-        OSVERSIONINFOW answer = {};
-        answer.dwOSVersionInfoSize = sizeof(answer);
-        EXPECT_TRUE(GetVersionExW(&answer));
-        return answer.dwMajorVersion * 100 + answer.dwMinorVersion;
-    };
-    winport::SetVersion(5, 2);
-    EXPECT_EQ(version(), 502u);
-    winport::ResetVersion();
-    EXPECT_EQ(version(), 1000u);
 }
 
 TEST(DebugOutput, GoesToStandardErrorOnRequestWithoutAllocating)
