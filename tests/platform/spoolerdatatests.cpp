@@ -24,19 +24,18 @@ DWORD Set(HANDLE printer, const WCHAR* key, const WCHAR* name, Data data)
 Data Get(HANDLE printer, const WCHAR* key, const WCHAR* name)
 {
     Data data;
-    DWORD needed = 0;
-    GetPrinterDataExW(printer, key, name, &data.type, nullptr, 0, &needed);
-    data.bytes.assign(needed + 1, 0xEE);
-    const DWORD size = needed;
+    DWORD size = 0;
+    GetPrinterDataExW(printer, key, name, &data.type, nullptr, 0, &size);
+    data.bytes.assign(size + 1, 0xEE);
+    BYTE* const room = data.bytes.data();
+    DWORD needed = size;
     if (size > 0)
     {
-        EXPECT_EQ(GetPrinterDataExW(printer, key, name, &data.type, data.bytes.data(), size - 1, &needed),
-                  ERROR_MORE_DATA);
-        EXPECT_EQ(needed, size);
-        EXPECT_EQ(data.bytes[size - 1], 0xEE);
+        EXPECT_EQ(GetPrinterDataExW(printer, key, name, &data.type, room, size - 1, &needed), ERROR_MORE_DATA);
+        EXPECT_TRUE(needed == size && room[size - 1] == 0xEE);
     }
-    EXPECT_EQ(GetPrinterDataExW(printer, key, name, &data.type, data.bytes.data(), size, &needed), ERROR_SUCCESS);
-    EXPECT_EQ(data.bytes[size], 0xEE);
+    EXPECT_EQ(GetPrinterDataExW(printer, key, name, &data.type, room, size, &needed), ERROR_SUCCESS);
+    EXPECT_EQ(room[size], 0xEE);
     data.bytes.resize(size);
     return data;
 }

@@ -2,7 +2,7 @@
 //
 // Documents come from CoCreateInstance (objbase.h). Out-parameters are owned by the caller: BSTRs are freed, interface
 // pointers released, VARIANTs cleared. S_FALSE with a null pointer means "there is none". A document and everything
-// taken from it are used by one thread at a time.
+// taken from it are used by one thread at a time. What no module of ours asks for answers E_NOTIMPL.
 #pragma once
 
 #include "oleauto.h"

@@ -53,14 +53,16 @@ HRESULT DocumentObject::nodeFromID(BSTR, IXMLDOMNode**)
     return Call([] { return E_NOTIMPL; });
 }
 
+// Loading is done when the call returns, nothing outside a document is read, and no document has a type: these three
+// are taken because callers set them.
 HRESULT DocumentObject::get_async(VARIANT_BOOL*)
 {
     return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::put_async(VARIANT_BOOL isAsync)
+HRESULT DocumentObject::put_async(VARIANT_BOOL)
 {
-    return Call([&] { return PutSwitch(&DocumentSettings::async, isAsync); });
+    return Call([] { return S_OK; });
 }
 
 HRESULT DocumentObject::get_validateOnParse(VARIANT_BOOL*)
@@ -68,9 +70,9 @@ HRESULT DocumentObject::get_validateOnParse(VARIANT_BOOL*)
     return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::put_validateOnParse(VARIANT_BOOL isValidating)
+HRESULT DocumentObject::put_validateOnParse(VARIANT_BOOL)
 {
-    return Call([&] { return PutSwitch(&DocumentSettings::validateOnParse, isValidating); });
+    return Call([] { return S_OK; });
 }
 
 HRESULT DocumentObject::get_resolveExternals(VARIANT_BOOL*)
@@ -78,9 +80,9 @@ HRESULT DocumentObject::get_resolveExternals(VARIANT_BOOL*)
     return Call([] { return E_NOTIMPL; });
 }
 
-HRESULT DocumentObject::put_resolveExternals(VARIANT_BOOL isResolving)
+HRESULT DocumentObject::put_resolveExternals(VARIANT_BOOL)
 {
-    return Call([&] { return PutSwitch(&DocumentSettings::resolveExternals, isResolving); });
+    return Call([] { return S_OK; });
 }
 
 HRESULT DocumentObject::get_preserveWhiteSpace(VARIANT_BOOL*)
@@ -90,7 +92,12 @@ HRESULT DocumentObject::get_preserveWhiteSpace(VARIANT_BOOL*)
 
 HRESULT DocumentObject::put_preserveWhiteSpace(VARIANT_BOOL isPreserving)
 {
-    return Call([&] { return PutSwitch(&DocumentSettings::preserveWhiteSpace, isPreserving); });
+    return Call(
+        [&]
+        {
+            GetTree()->Settings().preserveWhiteSpace = isPreserving != VARIANT_FALSE;
+            return S_OK;
+        });
 }
 
 HRESULT DocumentObject::setProperty(BSTR name, VARIANT value)
@@ -137,12 +144,6 @@ HRESULT DocumentObject::get_schemas(VARIANT*)
 HRESULT DocumentObject::putref_schemas(VARIANT)
 {
     return Call([] { return E_NOTIMPL; });
-}
-
-HRESULT DocumentObject::PutSwitch(bool DocumentSettings::*member, VARIANT_BOOL value)
-{
-    GetTree()->Settings().*member = value != VARIANT_FALSE;
-    return S_OK;
 }
 
 } // namespace winport::dom

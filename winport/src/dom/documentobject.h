@@ -70,7 +70,6 @@ public:
 private:
     // Takes the text, or the error in its place; answers whether it was taken.
     bool Load(std::string_view utf8, std::optional<LoadError> error);
-    HRESULT PutSwitch(bool DocumentSettings::*member, VARIANT_BOOL value);
 
     LoadError m_outcome; // of the last load; S_OK in its code when there was no error
 };

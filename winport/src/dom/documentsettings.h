@@ -16,9 +16,6 @@ using SelectionBindings = std::vector<std::pair<std::string, std::string>>; // p
 class DocumentSettings
 {
 public:
-    bool async = true; // kept and told, loading is done when the call returns
-    bool validateOnParse = true;
-    bool resolveExternals = false;
     bool preserveWhiteSpace = false;
 
     // E_FAIL for a property that does not exist or a value that it cannot have; nothing is changed then.
