@@ -275,10 +275,10 @@ TEST_F(SpoolerStore, ThatIsDamagedIsRefusedOrReadAndNeverWorse)
     std::string later = whole;
     later[63] = 99; // the schema's version, big-endian at 60
     const std::pair<std::string, DWORD> files[] = {
+        {whole, ERROR_INSUFFICIENT_BUFFER},
         {"no database, and longer than the header of one would be: " + std::string(100, '.'), ERROR_INVALID_DATA},
         {whole.substr(0, 5000), ERROR_INVALID_DATA},
         {later, ERROR_NOT_SUPPORTED},
-        {whole, ERROR_INSUFFICIENT_BUFFER},
     };
     for (const auto& [content, error] : files)
     {
