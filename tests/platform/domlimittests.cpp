@@ -121,6 +121,9 @@ TEST(DomLimits, WhatCannotBeWrittenIsNotTaken)
         {NODE_COMMENT, W("a--b")}, {NODE_COMMENT, W("a-")}, {NODE_PROCESSING_INSTRUCTION, W("a?>b")}};
     for (const auto& [kind, content] : contents)
         EXPECT_EQ(E_INVALIDARG, PutText(Created(document, kind, W("p")).Get(), content)) << Narrow(content);
+    const DomNode comment = Created(document, NODE_COMMENT, W(""));
+    EXPECT_EQ(S_OK, PutText(comment.Get(), W("a-b")));
+    EXPECT_EQ("a-b", TextOf(comment.Get()));
     for (const WCHAR* const name : {W("a b"), W("1a"), W(":a"), W("a:"), W("a:b:c"), W("<")})
     {
         DomNode node;

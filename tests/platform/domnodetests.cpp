@@ -78,7 +78,7 @@ TEST(DomNode, TextIsTrimmedUnlessWhiteSpaceIsKept)
 
 TEST(DomNode, TextThatIsPutComesBack)
 {
-    for (const WCHAR* const text : {W("<b>&amp;\"'"), W("]]>"), W("a\tb\n\r\nc"), W("\u00E9\u4E2D"), W("")})
+    for (const WCHAR* const text : {W("<b>&amp;\"'"), W("]]>"), W("a\tb\n\r\nc"), W("\u00E9\u4E2D\U0001F600"), W("")})
     {
         SCOPED_TRACE(Narrow(text));
         const DomDocument document = Loaded(W("<a b='old'><c/>old</a>"));
