@@ -5,6 +5,7 @@
 #include <tvcore/datamodelids.h>
 #include <tvutil/cforms.h>
 #include <tvutil/devicesettingsmanager.h>
+#include <tvutil/devmodebounds.h>
 #include <tvutil/operatingsystem.h>
 #include <tvutil/printer.h>
 

@@ -232,11 +232,3 @@ void XDevmode::DropList() noexcept
     m_list.reset();
     m_listNameSpace = kNoNameSpace;
 }
-
-bool DevmodeFitsIn(const DEVMODEW* devmode, std::size_t size) noexcept
-{
-    constexpr std::size_t kSizesEnd = offsetof(DEVMODEW, dmDriverExtra) + sizeof(DEVMODEW::dmDriverExtra);
-    if (devmode == nullptr || size < kSizesEnd)
-        return false;
-    return devmode->dmSize >= kSmallestPublicDevmode && std::size_t{devmode->dmSize} + devmode->dmDriverExtra <= size;
-}

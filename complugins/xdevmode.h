@@ -4,15 +4,14 @@
 // Wraps a devmode that its caller owns and keeps alive, for one conversion: construct, read lists and entries, set
 // entries, CommitToDevmode. The first reader of the bag reads it from the part, or takes it from the cache that the
 // process shares. dmSize and dmDriverExtra are believed: whoever takes a devmode from outside has compared them with
-// the memory before (DevmodeFitsIn). Nothing outside of them is read, nothing outside the maker's part is written, the
-// terminators of the two names aside.
+// the memory before (tvutil/devmodebounds.h). Nothing outside of them is read, nothing outside the maker's part is
+// written, the terminators of the two names aside.
 //
 // One thread at a time; the caches behind it guard themselves.
 #pragma once
 
 #include <windows.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -88,11 +87,3 @@ private:
     bool m_isAttached = false;                         // a devmode was attached and its data may be read
     bool m_isUnparsed = false;                         // the part holds data that is not in the bag yet
 };
-
-// The end of dmDitherType: what comes later was added to the structure afterwards, and is never read unasked.
-inline constexpr WORD kSmallestPublicDevmode = offsetof(DEVMODEW, dmDitherType) + sizeof(DEVMODEW::dmDitherType);
-static_assert(kSmallestPublicDevmode == 204);
-
-// Whether a devmode from outside lies within `size` bytes: its public part reaches the end of dmDitherType, and what
-// dmSize and dmDriverExtra declare is there. False for null.
-[[nodiscard]] bool DevmodeFitsIn(const DEVMODEW* devmode, std::size_t size) noexcept;

@@ -15,6 +15,7 @@
 
 #include <tvutil/bytereader.h>
 #include <tvutil/bytewriter.h>
+#include <tvutil/devmodebounds.h>
 #include <tvutil/globalcaches.h>
 
 #include "complugins/devicepaperlist.h"

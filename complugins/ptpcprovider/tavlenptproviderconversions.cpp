@@ -1,5 +1,7 @@
 // The five document operations. Their order of steps is part of the design: later steps rely on what earlier ones
 // wrote. The translators' results are not looked at; only exceptions stop a conversion.
+#include <tvutil/devmodebounds.h>
+
 #include "complugins/ptpcprovider/documentdump.h"
 #include "complugins/ptpcprovider/failureguard.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"

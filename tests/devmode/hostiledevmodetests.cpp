@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <tvutil/bytewriter.h>
+#include <tvutil/devmodebounds.h>
 #include <tvutil/globalcaches.h>
 #include <tvutil/persistentattributes.h>
 

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include <tvutil/devmodebounds.h>
+
 // Both parts of it have 16-bit sizes.
 inline constexpr std::size_t kMaxDevmodeSize = 2 * 65535;
 
@@ -18,7 +20,7 @@ class Devmode
 {
 public:
     // The end of dmDitherType: what comes later was added to the structure afterwards.
-    static constexpr std::size_t kSmallestPublicSize = 204;
+    static constexpr std::size_t kSmallestPublicSize = kSmallestPublicDevmode;
 
     // Throws Failure when the bytes are no devmode, or more or less than one. `name` is for the message.
     [[nodiscard]] static Devmode FromBytes(std::string_view bytes, std::string_view name);

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include <tvcore/workflowmodulenames.h>
+#include <tvutil/printer.h>
 
 #include "driverpackage.h"
 #include "failure.h"
@@ -157,5 +158,6 @@ bool RefreshPrinter(const std::string& name)
     const PrinterModel model = ReadInstalledModel(printer, name, SetUpState::Incomplete);
     RequireSameDriver(name, model, DescribeDriver(printer, name));
     RenewDevmode(printer, name);
+    Printer(printer.Get()).ClearDevmode1stLevelCache();
     return StoreModelData(printer, name, model);
 }

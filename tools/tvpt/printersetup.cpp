@@ -7,11 +7,11 @@
 #include <tvcore/featurevalues.h>
 #include <tvcore/workflowmodulenames.h>
 #include <tvutil/devicesettingsmanager.h>
+#include <tvutil/devmodebounds.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/printdriver.h>
 #include <tvutil/spoolerbuffer.h>
 
-#include "complugins/xdevmode.h"
 #include "driverpackage.h"
 #include "failure.h"
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 
+#include <tvutil/devmodebounds.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/spoolerbuffer.h>
 #include <tvutil/throwexception.h>
@@ -16,8 +17,6 @@ namespace
 
 constexpr const WCHAR* kSourceFile = W("siblings\\tvutil\\src\\printer");
 constexpr const WCHAR* kPrinterDataKey = W("PrinterDriverData");
-// The end of dmDitherType: what comes later was added to the structure afterwards.
-constexpr std::size_t kSmallestPublicDevmode = offsetof(DEVMODEW, dmDitherType) + sizeof(DWORD);
 
 bool IsUsable(HANDLE printer) noexcept
 {
@@ -85,11 +84,10 @@ ByteBuffer AskDriverForDevmode(HANDLE printer, const CXString& name)
     SetLastError(ERROR_SUCCESS);
     if (DocumentPropertiesW(nullptr, printer, mutableName.data(), fields, nullptr, DM_OUT_BUFFER) != IDOK)
         return ByteBuffer();
-    const std::size_t made = std::size_t{fields->dmSize} + fields->dmDriverExtra;
     SetLastError(ERROR_INVALID_DATA);
-    if (fields->dmSize < kSmallestPublicDevmode || made > devmode.size())
+    if (!DevmodeFitsIn(fields, devmode.size()))
         return ByteBuffer();
-    devmode.resize(made);
+    devmode.resize(std::size_t{fields->dmSize} + fields->dmDriverExtra);
     return devmode;
 }
 
