@@ -80,7 +80,7 @@ TEST(PrinterModels, AFaultIsToldByItsJsonPointer)
         {
             {"", json::array(), "must be an object, not a list"},
             {"/memory", {}, "field \"memory\" is missing"},
-            {"/a~1b~0", 1, "/a~1b~0: unknown field"},
+            {"/a~1b~0\u2028\u009B", 1, "/a~1b~0  : unknown field"},
             {"/name", 5, "/name: must be a text, not a number"},
             {"/name", "a\nb", "/name: holds a control character or a line separator"},
             {"/name", "a\u2028", "/name: holds a control character or a line separator"},
@@ -165,6 +165,7 @@ TEST(PrinterModels, TextThatIsNoSoundJsonIsToldByItsLine)
         {"{\"name\":\"\xFF\"}", "line 1: not well-formed JSON"},
         {"\xEF\xBB\xBF{}", "m.json: field \"name\" is missing"}, // a byte order mark is no fault
         {"1e999", "line 1: not well-formed JSON"},
+        {"-99999999999999999999", "must be an object, not a number"},
         {"{\"a\":{\"b\":1,\"b\":2}}", "/a/b: field given twice"},
         {"{\"f\":[0,{\"b\":1,\"b\":2}]}", "/f/1/b: field given twice"},
         {std::string(1000000, '['), "nested too deeply"},

@@ -2,6 +2,7 @@
 // stands, is broken and kept at its edge in a shipped model, and the reader must refuse and take it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 #include <string>
 
@@ -76,6 +77,8 @@ protected:
         {
             EXPECT_EQ(Refuses(place, json::array(), "must not be empty"), schema.value("minItems", 0) == 1);
             Check(schema["items"], place / 0);
+            if (schema["items"].contains("if"))
+                CheckPageSizeValues(schema["items"], place / 0);
         }
     }
 
@@ -105,6 +108,11 @@ protected:
     {
         EXPECT_TRUE(!schema.contains("pattern") || Refuses(place, "!", ""));
         EXPECT_EQ(Refuses(place, "", ""), schema.value("minLength", 0) == 1 || schema.contains("pattern"));
+        if (schema.contains("not"))
+        {
+            EXPECT_TRUE(Refuses(place, "a\u2028", "line separator"));
+            EXPECT_EQ(Refuses(place, " \u3000", "blanks"), schema.contains("minLength"));
+        }
         if (schema.contains("maxLength"))
         {
             const std::size_t most = schema["maxLength"];
@@ -131,6 +139,21 @@ protected:
             Check(isMap ? schema["additionalProperties"] : schema["properties"].at(name), place / name);
         }
         EXPECT_TRUE(required.empty()) << *required.begin() << ": a shipped model has it not";
+    }
+
+    void CheckPageSizeValues(const json& form, const Pointer& place)
+    {
+        const json sound = m_model;
+        const json without = form["if"]["properties"]["type"]["enum"];
+        for (const json& type : form["properties"]["type"]["enum"])
+        {
+            SCOPED_TRACE(type);
+            m_model[place / "type"] = type;
+            const bool hasNone = std::find(without.begin(), without.end(), type) != without.end();
+            EXPECT_EQ(Refuses(place / "valueId", 1, "must be 0"), hasNone);
+            EXPECT_EQ(Refuses(place / "valueId", 0, "needs a page-size value"), !hasNone);
+        }
+        m_model = sound;
     }
 
     void CheckCoreDrivers(const json& drivers, const Pointer& place)

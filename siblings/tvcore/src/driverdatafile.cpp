@@ -16,6 +16,7 @@ namespace
 {
 
 constexpr ThrowSite kSite{W("ProductData::ProductData"), W("siblings\\tvcore\\src\\driverdatafile")};
+
 } // namespace
 
 std::filesystem::path FindDriverDataFile(HANDLE printer)

@@ -56,14 +56,12 @@ void ThrowModelFault(std::string_view fileName, std::string_view pointer, std::s
 std::string EscapeJsonPointerToken(std::string_view name)
 {
     std::string token;
-    for (const char character : name)
+    for (const char character : SingleLine(CXString::FromUtf8(name).View()).ToUtf8()) // the message stays one line
     {
         if (character == '~')
             token += "~0";
         else if (character == '/')
             token += "~1";
-        else if (static_cast<unsigned char>(character) < 0x20) // the message stays one line
-            token += '?';
         else
             token += character;
     }

@@ -20,7 +20,7 @@
 [[noreturn]] void ThrowModelFault(std::string_view fileName, std::string_view what);
 [[noreturn]] void ThrowModelFault(std::string_view fileName, std::string_view pointer, std::string_view what);
 
-// A name as one token of a JSON pointer.
+// A name as one token of a JSON pointer, on one line.
 [[nodiscard]] std::string EscapeJsonPointerToken(std::string_view name);
 
 class JsonCursor

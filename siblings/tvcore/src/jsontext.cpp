@@ -61,9 +61,14 @@ public:
         return true;
     }
 
-    bool number_float(number_float_t, const string_t&) override
+    // Also what no integer of the parser's holds.
+    bool number_float(number_float_t value, const string_t& written) override
     {
-        Add(JsonValue::Kind::Real);
+        using Limits = std::numeric_limits<std::int64_t>;
+        if (written.find_first_of(".eE") != string_t::npos)
+            Add(JsonValue::Kind::Real);
+        else
+            Add(JsonValue::Kind::Integer).integer = value < 0 ? Limits::min() : Limits::max();
         return true;
     }
 

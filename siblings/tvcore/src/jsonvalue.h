@@ -23,7 +23,7 @@ struct JsonValue
 
     Kind kind = Kind::Null;
     bool isTrue = false;
-    std::int64_t integer = 0;       // a greater one is the greatest there is
+    std::int64_t integer = 0;       // one out of this range is its nearest
     std::string text;               // UTF-8
     std::vector<std::string> names; // of an object's fields, each once, in their order
     std::vector<JsonValue> items;   // of a list; or the fields' values, as many as names
