@@ -1,15 +1,16 @@
 #include "printersetup.h"
 
 #include <cstddef>
+#include <cstring>
 #include <filesystem>
-#include <vector>
+#include <span>
 
 #include <tvcore/featurevalues.h>
 #include <tvcore/workflowmodulenames.h>
 #include <tvutil/devicesettingsmanager.h>
 #include <tvutil/devmodebounds.h>
-#include <tvutil/exceptions.h>
 #include <tvutil/printdriver.h>
+#include <tvutil/printer.h>
 #include <tvutil/spoolerbuffer.h>
 
 #include "driverpackage.h"
@@ -48,18 +49,20 @@ bool StoreDeviceSettings(const PrinterHandle& printer, const PrinterModel& model
     return DeviceSettingsManager::Store(spoolersPrinter, settings);
 }
 
-// The printer's own description with the devmode in it; empty when it has none whose bytes lie in the answer.
-std::span<const std::byte> StoredDevmode(const SpoolerBuffer& answer)
+// The devmode of the printer's description; null when there is none whose bytes lie in the answer.
+const DEVMODEW* StoredDevmode(const SpoolerBuffer& answer, const PRINTER_INFO_2W& info)
 {
-    const auto* const info = answer.Get<PRINTER_INFO_2W>();
-    if (info == nullptr || info->pDevMode == nullptr)
-        return {};
     const std::span<const std::byte> bytes = answer.Bytes();
     const auto offset =
-        reinterpret_cast<std::uintptr_t>(info->pDevMode) - reinterpret_cast<std::uintptr_t>(bytes.data());
-    if (offset >= bytes.size() || !DevmodeFitsIn(info->pDevMode, bytes.size() - offset))
-        return {};
-    return bytes.subspan(offset, std::size_t{info->pDevMode->dmSize} + info->pDevMode->dmDriverExtra);
+        reinterpret_cast<std::uintptr_t>(info.pDevMode) - reinterpret_cast<std::uintptr_t>(bytes.data());
+    const bool isInside = info.pDevMode != nullptr && offset < bytes.size() && offset % alignof(DEVMODEW) == 0;
+    return isInside && DevmodeFitsIn(info.pDevMode, bytes.size() - offset) ? info.pDevMode : nullptr;
+}
+
+bool AreSame(const DEVMODEW* stored, const ByteBuffer& renewed)
+{
+    return stored != nullptr && std::size_t{stored->dmSize} + stored->dmDriverExtra == renewed.size() &&
+           std::memcmp(stored, renewed.data(), renewed.size()) == 0;
 }
 
 } // namespace
@@ -103,27 +106,17 @@ bool StoreModelData(const PrinterHandle& printer, const std::string& name, const
 void RenewDevmode(const PrinterHandle& printer, const std::string& name)
 {
     SpoolerBuffer answer;
-    DWORD error = answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
-                              { return ErrorOf(GetPrinterW(printer.Get(), 2, room, size, needed)); });
-    if (error != ERROR_SUCCESS)
-        FailWithWin32Error(kRenewing, name, error);
-    const std::span<const std::byte> stored = StoredDevmode(answer);
-    std::vector<WCHAR> printerName = Terminated(CXString::FromUtf8(name));
-    auto* const input = const_cast<DEVMODEW*>(reinterpret_cast<const DEVMODEW*>(stored.data()));
-    const auto ask = [&](DEVMODEW* output, DWORD mode)
-    {
-        const LONG result = DocumentPropertiesW(nullptr, printer.Get(), printerName.data(), output, input, mode);
-        if (result < 0)
-            FailWithWin32Error(kRenewing, name, GetLastError());
-        return static_cast<std::size_t>(result);
-    };
-    std::vector<std::byte> renewed(ask(nullptr, 0));
-    auto* const devmode = reinterpret_cast<DEVMODEW*>(renewed.data());
-    ask(devmode, DM_OUT_BUFFER | (stored.empty() ? DWORD{0} : DWORD{DM_IN_BUFFER}));
-    if (std::equal(renewed.begin(), renewed.end(), stored.begin(), stored.end()))
+    const DWORD error = answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
+                                    { return ErrorOf(GetPrinterW(printer.Get(), 2, room, size, needed)); });
+    const auto* const described = answer.Get<PRINTER_INFO_2W>();
+    if (error != ERROR_SUCCESS || described == nullptr)
+        FailWithWin32Error(kRenewing, name, error != ERROR_SUCCESS ? error : DWORD{ERROR_INVALID_DATA});
+    const DEVMODEW* const stored = StoredDevmode(answer, *described);
+    ByteBuffer renewed = Printer(printer.Get()).GetDriverDevmode(stored);
+    if (AreSame(stored, renewed))
         return;
-    PRINTER_INFO_2W info = *answer.Get<PRINTER_INFO_2W>();
-    info.pDevMode = devmode;
+    PRINTER_INFO_2W info = *described;
+    info.pDevMode = reinterpret_cast<DEVMODEW*>(renewed.data());
     info.pSecurityDescriptor = nullptr; // stays
     if (!SetPrinterW(printer.Get(), 2, reinterpret_cast<LPBYTE>(&info), 0))
         FailWithWin32Error(kRenewing, name, GetLastError());

@@ -28,5 +28,6 @@ enum class SetUpState
 bool StoreModelData(const PrinterHandle& printer, const std::string& name, const PrinterModel& model);
 
 // Lets the driver bring the printer's stored devmode in line with its model: what the printer cannot do becomes the
-// default, and the list of papers is the model's. Throws Failure.
+// default, and the list of papers is the model's. Throws Failure, or ExceptionPrinterFailure when the driver makes
+// none.
 void RenewDevmode(const PrinterHandle& printer, const std::string& name);

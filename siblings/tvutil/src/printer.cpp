@@ -66,7 +66,7 @@ CXString TextOf(HANDLE printer, DWORD level, LPWSTR Info::*text, ThrowSite site)
 }
 
 // What the driver makes; empty, with the last error, when it makes nothing or something that is no devmode.
-ByteBuffer AskDriverForDevmode(HANDLE printer, const CXString& name)
+ByteBuffer AskDriverForDevmode(HANDLE printer, const CXString& name, const DEVMODEW* input)
 {
     WideString mutableName(name.View()); // the platform's parameter is not const
     SetLastError(ERROR_SUCCESS);
@@ -82,7 +82,9 @@ ByteBuffer AskDriverForDevmode(HANDLE printer, const CXString& name)
     ByteBuffer devmode(static_cast<std::size_t>(size));
     auto* const fields = reinterpret_cast<DEVMODEW*>(devmode.data()); // from the heap: aligned
     SetLastError(ERROR_SUCCESS);
-    if (DocumentPropertiesW(nullptr, printer, mutableName.data(), fields, nullptr, DM_OUT_BUFFER) != IDOK)
+    const DWORD mode = DM_OUT_BUFFER | (input != nullptr ? DWORD{DM_IN_BUFFER} : DWORD{0});
+    auto* const mutableInput = const_cast<DEVMODEW*>(input); // as the name
+    if (DocumentPropertiesW(nullptr, printer, mutableName.data(), fields, mutableInput, mode) != IDOK)
         return ByteBuffer();
     SetLastError(ERROR_INVALID_DATA);
     if (!DevmodeFitsIn(fields, devmode.size()))
@@ -177,6 +179,15 @@ void Printer::SetPrinterDataW(const CXString& valueName, DWORD type, const void*
         ThrowFailure(site, CXString::Format(W("writing the printer data \"%s\""), {valueName}), m_printer, error);
 }
 
+ByteBuffer Printer::GetDriverDevmode(const DEVMODEW* input) const
+{
+    ByteBuffer devmode = AskDriverForDevmode(m_printer, GetPrinterName(), input);
+    if (devmode.empty())
+        ThrowFailure({W("Printer::GetDriverDevmode"), kSourceFile}, W("DocumentPropertiesW"), m_printer,
+                     ErrorOf(FALSE));
+    return devmode;
+}
+
 ByteBuffer Printer::GetUserDefaultDevmode() const
 {
     const CXString name = GetPrinterName();
@@ -184,10 +195,7 @@ ByteBuffer Printer::GetUserDefaultDevmode() const
     if (std::optional<ByteBuffer> known = cache.Find(name))
         return *std::move(known);
     const std::uint64_t stage = cache.Stage();
-    ByteBuffer devmode = AskDriverForDevmode(m_printer, name);
-    if (devmode.empty())
-        ThrowFailure({W("Printer::GetUserDefaultDevmode"), kSourceFile}, W("DocumentPropertiesW"), m_printer,
-                     ErrorOf(FALSE));
+    ByteBuffer devmode = GetDriverDevmode(nullptr);
     cache.Add(name, devmode, stage);
     return devmode;
 }

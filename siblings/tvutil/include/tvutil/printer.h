@@ -33,9 +33,13 @@ public:
     bool GetPrinterDataW(const CXString& valueName, DWORD& type, ByteBuffer& data) const;
     void SetPrinterDataW(const CXString& valueName, DWORD type, const void* data, DWORD size) const;
 
+    // What the printer's driver makes of a devmode, dmSize + dmDriverExtra bytes that are there, or its own default of
+    // null. Asked each time. A driver that makes none, or one whose sizes are not those of its bytes, is a failure of
+    // the printer.
+    [[nodiscard]] ByteBuffer GetDriverDevmode(const DEVMODEW* input) const;
+
     // The devmode that a document of this user starts with, dmSize + dmDriverExtra bytes, as the printer's driver makes
-    // it. The driver is asked once in a process for each printer, until the cache is cleared. A driver that makes none,
-    // or one whose sizes are not those of its bytes, is a failure of the printer.
+    // it of null. The driver is asked once in a process for each printer, until the cache is cleared.
     [[nodiscard]] ByteBuffer GetUserDefaultDevmode() const;
     // For whoever has changed the printer's settings: this process's next question goes to the driver.
     void ClearDevmode1stLevelCache() const;
