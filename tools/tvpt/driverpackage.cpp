@@ -162,7 +162,7 @@ std::filesystem::path DriverFolder()
         [&](LPBYTE room, DWORD size, LPDWORD needed)
         { return ErrorOf(GetPrinterDriverDirectoryW(nullptr, environment.data(), 1, room, size, needed)); });
     const auto folder = answer.Text(reinterpret_cast<const WCHAR*>(answer.Bytes().data()));
-    if (error != ERROR_SUCCESS || !folder)
+    if (error != ERROR_SUCCESS || !folder || folder->empty())
         FailWithWin32Error("finding the folder of drivers", SpoolerPlace(),
                            error != ERROR_SUCCESS ? error : DWORD{ERROR_INVALID_DATA});
     return PathFromUtf8(CXString(*folder).ToUtf8());

@@ -78,6 +78,32 @@ std::optional<DriverSummary> SummaryOf(const SpoolerBuffer& answer, const DRIVER
         (*texts)[0], (*texts)[1], (*texts)[2], (*texts)[3], {dependentFiles->begin(), dependentFiles->end()}};
 }
 
+// The first `count` descriptions of an answer. A Failure when the call failed, or when one is not whole.
+template <class Info>
+auto SummariesOf(const SpoolerBuffer& answer, DWORD error, DWORD count, const char* what, const std::string& which)
+{
+    if (error != ERROR_SUCCESS)
+        FailWithWin32Error(what, which, error);
+    std::vector<typename decltype(SummaryOf(answer, std::declval<const Info&>()))::value_type> summaries;
+    for (const Info& info : answer.List<Info>(count))
+    {
+        auto summary = SummaryOf(answer, info);
+        if (!summary)
+            FailWithWin32Error(what, which, ERROR_INVALID_DATA);
+        summaries.push_back(*std::move(summary));
+    }
+    return summaries;
+}
+
+template <class Info>
+auto OnlySummaryOf(const SpoolerBuffer& answer, DWORD error, const char* what, const std::string& which)
+{
+    auto summaries = SummariesOf<Info>(answer, error, 1, what, which);
+    if (summaries.empty())
+        FailWithWin32Error(what, which, ERROR_INVALID_DATA);
+    return std::move(summaries.front());
+}
+
 } // namespace
 
 PrinterHandle::PrinterHandle(HANDLE printer) noexcept : m_printer(printer)
@@ -168,38 +194,23 @@ DWORD PrinterHandle::StoreDword(const WCHAR* valueName, DWORD value) const
 
 PrinterSummary DescribePrinter(const PrinterHandle& printer, const std::string& name)
 {
-    constexpr char kReading[] = "reading the printer";
     SpoolerBuffer answer;
     const DWORD error = answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
                                     { return ErrorOf(GetPrinterW(printer.Get(), 2, room, size, needed)); });
-    if (error != ERROR_SUCCESS)
-        FailWithWin32Error(kReading, name, error);
-    const auto* const info = answer.Get<PRINTER_INFO_2W>();
-    auto summary = info != nullptr ? SummaryOf(answer, *info) : std::nullopt;
-    if (!summary)
-        FailWithWin32Error(kReading, name, ERROR_INVALID_DATA);
-    return *std::move(summary);
+    return OnlySummaryOf<PRINTER_INFO_2W>(answer, error, "reading the printer", name);
 }
 
 DriverSummary DescribeDriver(const PrinterHandle& printer, const std::string& name)
 {
-    constexpr char kReading[] = "reading the printer's driver";
     SpoolerBuffer answer;
     const DWORD error =
         answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
                     { return ErrorOf(GetPrinterDriverW(printer.Get(), nullptr, 3, room, size, needed)); });
-    if (error != ERROR_SUCCESS)
-        FailWithWin32Error(kReading, name, error);
-    const auto* const info = answer.Get<DRIVER_INFO_3W>();
-    auto driver = info != nullptr ? SummaryOf(answer, *info) : std::nullopt;
-    if (!driver)
-        FailWithWin32Error(kReading, name, ERROR_INVALID_DATA);
-    return *std::move(driver);
+    return OnlySummaryOf<DRIVER_INFO_3W>(answer, error, "reading the printer's driver", name);
 }
 
 std::vector<PrinterSummary> ListLocalPrinters()
 {
-    constexpr char kListing[] = "listing the printers";
     constexpr int kAttempts = 100;
     SpoolerBuffer answer;
     DWORD count = 0;
@@ -209,38 +220,17 @@ std::vector<PrinterSummary> ListLocalPrinters()
         error =
             answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
                         { return ErrorOf(EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, room, size, needed, &count)); });
-    if (error != ERROR_SUCCESS)
-        FailWithWin32Error(kListing, SpoolerPlace(), error);
-    std::vector<PrinterSummary> printers;
-    for (const PRINTER_INFO_2W& info : answer.List<PRINTER_INFO_2W>(count))
-    {
-        auto summary = SummaryOf(answer, info);
-        if (!summary)
-            FailWithWin32Error(kListing, SpoolerPlace(), ERROR_INVALID_DATA);
-        printers.push_back(*std::move(summary));
-    }
-    return printers;
+    return SummariesOf<PRINTER_INFO_2W>(answer, error, count, "listing the printers", SpoolerPlace());
 }
 
 std::vector<DriverSummary> ListDrivers()
 {
-    constexpr char kListing[] = "listing the drivers";
     SpoolerBuffer answer;
     DWORD count = 0;
     const DWORD error =
         answer.Fill([&](LPBYTE room, DWORD size, LPDWORD needed)
                     { return ErrorOf(EnumPrinterDriversW(nullptr, nullptr, 3, room, size, needed, &count)); });
-    if (error != ERROR_SUCCESS)
-        FailWithWin32Error(kListing, SpoolerPlace(), error);
-    std::vector<DriverSummary> drivers;
-    for (const DRIVER_INFO_3W& info : answer.List<DRIVER_INFO_3W>(count))
-    {
-        auto driver = SummaryOf(answer, info);
-        if (!driver)
-            FailWithWin32Error(kListing, SpoolerPlace(), ERROR_INVALID_DATA);
-        drivers.push_back(*std::move(driver));
-    }
-    return drivers;
+    return SummariesOf<DRIVER_INFO_3W>(answer, error, count, "listing the drivers", SpoolerPlace());
 }
 
 std::string SpoolerPlace()
