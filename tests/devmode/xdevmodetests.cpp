@@ -287,7 +287,7 @@ TEST_F(Devmodes, CorruptPartsHoldNoSettings)
     }
 }
 
-// A reader of the hook, and of a wrapper's whole state.
+// Counts the calls of the hook.
 struct Hooked : XDevmode
 {
     using XDevmode::XDevmode;

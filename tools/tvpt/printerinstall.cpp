@@ -94,7 +94,7 @@ PrinterHandle CreatePrinter(const std::string& name, const PrinterModel& model)
 void RequireSameDriver(const std::string& name, const PrinterModel& model, const DriverSummary& driver)
 {
     constexpr char kRefreshing[] = "refreshing the printer";
-    constexpr char kAdvice[] = "; remove the printer and add it again";
+    constexpr char kAdvice[] = "; copy the model away, remove the printer, and add it with the copy";
     if (driver.name != model.name)
         Fail(kRefreshing, name,
              "its driver is \"" + driver.name.ToUtf8() + "\", its model is now named \"" + model.name.ToUtf8() + "\"" +

@@ -3,7 +3,8 @@
 
 #include <string>
 
-// What was half done when something fails is taken back. All of them throw Failure or ExceptionInvalidPrinterModel.
+// What was half done when something fails is taken back. All of them throw Failure, ExceptionInvalidPrinterModel, or
+// what the utility library throws of a printer.
 void InstallPrinter(const std::string& name, const std::string& modelNameOrFile);
 // Only printers that InstallPrinter installed, or began to; their driver goes with the last of them.
 void RemovePrinter(const std::string& name);
