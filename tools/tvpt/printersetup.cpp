@@ -1,12 +1,12 @@
 #include "printersetup.h"
 
 #include <cstddef>
-#include <cstring>
 #include <filesystem>
 #include <span>
 
 #include <tvcore/featurevalues.h>
 #include <tvcore/workflowmodulenames.h>
+#include <tvutil/bytebuffer.h>
 #include <tvutil/devicesettingsmanager.h>
 #include <tvutil/devmodebounds.h>
 #include <tvutil/printdriver.h>
@@ -49,20 +49,21 @@ bool StoreDeviceSettings(const PrinterHandle& printer, const PrinterModel& model
     return DeviceSettingsManager::Store(spoolersPrinter, settings);
 }
 
-// The devmode of the printer's description; null when there is none whose bytes lie in the answer.
-const DEVMODEW* StoredDevmode(const SpoolerBuffer& answer, const PRINTER_INFO_2W& info)
+// The devmode of the printer's description; empty when there is none whose bytes lie in the answer. A copy, which is
+// aligned: not every spooler aligns what it answers.
+ByteBuffer StoredDevmode(const SpoolerBuffer& answer, const PRINTER_INFO_2W& info)
 {
     const std::span<const std::byte> bytes = answer.Bytes();
     const auto offset =
         reinterpret_cast<std::uintptr_t>(info.pDevMode) - reinterpret_cast<std::uintptr_t>(bytes.data());
-    const bool isInside = info.pDevMode != nullptr && offset < bytes.size() && offset % alignof(DEVMODEW) == 0;
-    return isInside && DevmodeFitsIn(info.pDevMode, bytes.size() - offset) ? info.pDevMode : nullptr;
-}
-
-bool AreSame(const DEVMODEW* stored, const ByteBuffer& renewed)
-{
-    return stored != nullptr && std::size_t{stored->dmSize} + stored->dmDriverExtra == renewed.size() &&
-           std::memcmp(stored, renewed.data(), renewed.size()) == 0;
+    if (info.pDevMode == nullptr || offset >= bytes.size())
+        return ByteBuffer();
+    ByteBuffer devmode(bytes.subspan(offset));
+    const auto* const fields = reinterpret_cast<const DEVMODEW*>(devmode.data());
+    if (!DevmodeFitsIn(fields, devmode.size()))
+        return ByteBuffer();
+    devmode.resize(std::size_t{fields->dmSize} + fields->dmDriverExtra);
+    return devmode;
 }
 
 } // namespace
@@ -111,9 +112,11 @@ void RenewDevmode(const PrinterHandle& printer, const std::string& name)
     const auto* const described = answer.Get<PRINTER_INFO_2W>();
     if (error != ERROR_SUCCESS || described == nullptr)
         FailWithWin32Error(kRenewing, name, error != ERROR_SUCCESS ? error : DWORD{ERROR_INVALID_DATA});
-    const DEVMODEW* const stored = StoredDevmode(answer, *described);
-    ByteBuffer renewed = Printer(printer.Get()).GetDriverDevmode(stored);
-    if (AreSame(stored, renewed))
+    const ByteBuffer stored = StoredDevmode(answer, *described);
+    ByteBuffer renewed =
+        Printer(printer.Get())
+            .GetDriverDevmode(stored.empty() ? nullptr : reinterpret_cast<const DEVMODEW*>(stored.data()));
+    if (renewed == stored)
         return;
     PRINTER_INFO_2W info = *described;
     info.pDevMode = reinterpret_cast<DEVMODEW*>(renewed.data());
