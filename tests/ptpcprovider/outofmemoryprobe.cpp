@@ -1,8 +1,8 @@
 // A program of its own for a test, on Windows: the first operations of a process or of a thread, while the n-th
 // allocation of the driver's modules fails.
 //
-//     out_of_memory_probe OPERATION WHERE NTH [PRINTER]
-//         OPERATION  bind, convert
+//     out_of_memory_probe OPERATION WHERE NTH    with the printer's name in the environment, as TVPT_PROBE_PRINTER
+//         OPERATION  bind, convert, or refuse: a binding to what is no printer, which is an exception by itself
 //         WHERE      process: the first operation of this process. thread: each time the first of a new thread, with
 //                    NTH and then every number after it, until nothing fails any more
 //
@@ -106,7 +106,7 @@ void ReplaceAllocations()
 
 struct Setting
 {
-    bool binds = false;
+    std::string operation;
     IPrintOemPrintTicketProvider* provider = nullptr;
     HANDLE printer = nullptr;
     unsigned long nth = 0;
@@ -114,12 +114,13 @@ struct Setting
 
 HRESULT Operate(const Setting& setting)
 {
-    if (setting.binds)
+    if (setting.operation != "convert")
     {
         OEMPTOPTS options = OEMPT_DEFAULT;
         INT count = 0;
         BSTR* namespaces = nullptr; // the process ends: nothing is freed
-        return setting.provider->BindPrinter(setting.printer, 1, &options, &count, &namespaces);
+        HANDLE const printer = setting.operation == "bind" ? setting.printer : &options;
+        return setting.provider->BindPrinter(printer, 1, &options, &count, &namespaces);
     }
     DEVMODEW devmode = {};
     devmode.dmSize = sizeof(devmode);
@@ -172,14 +173,11 @@ int main(int argc, char** argv)
     SetUnhandledExceptionFilter(EndQuietly);
     if (argc < 4 || FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)))
         return 2;
-    Setting setting{.binds = std::strcmp(argv[1], "bind") == 0, .nth = std::strtoul(argv[3], nullptr, 10)};
-    if (argc > 4)
-    {
-        const std::string given = argv[4];
-        std::wstring name(given.begin(), given.end());
-        if (!OpenPrinterW(name.data(), &setting.printer, nullptr))
-            return 3;
-    }
+    Setting setting{.operation = argv[1], .nth = std::strtoul(argv[3], nullptr, 10)};
+    std::wstring name(MAX_PATH, L'\0');
+    name.resize(GetEnvironmentVariableW(L"TVPT_PROBE_PRINTER", name.data(), MAX_PATH));
+    if (!OpenPrinterW(name.data(), &setting.printer, nullptr))
+        return 4;
     using CreateProvider = HRESULT (*)(IPrintOemPrintTicketProvider**);
     HMODULE const module = LoadLibraryA("tvptpc_B.dll");
     const auto create = module != nullptr ? FindFunction<CreateProvider>(module, "CreateTavlenPtProvider") : nullptr;
