@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <set>
 #include <tuple>
 
 #include "tests/tvui/installedprinter.h"
@@ -10,58 +9,50 @@
 namespace
 {
 
-template <std::size_t Length>
-WideString TextOf(const std::array<WCHAR, Length>& name)
-{
-    return {name.data(), static_cast<std::size_t>(std::find(name.begin(), name.end(), WCHAR()) - name.begin())};
-}
-
+using nlohmann::json;
 using Name24 = std::array<WCHAR, 24>;
 using Name64 = std::array<WCHAR, 64>;
-
-// One value of each row of a list.
-template <class Rows, class Projection>
-auto Each(const Rows& rows, Projection projection)
-{
-    std::vector<std::decay_t<decltype(projection(rows.front()))>> values;
-    for (const auto& row : rows)
-        values.push_back(projection(row));
-    return values;
-}
-
-using Pair = std::array<LONG, 2>;
-
-Pair PairOf(LONG first, LONG second)
-{
-    return {first, second};
-}
+template <class Value>
+using One = std::array<Value, 1>;
+using Two = std::array<LONG, 2>;
 
 class Capabilities : public InstalledPrinter
 {
 protected:
-    template <class Name, class Rows>
-    void ExpectNames(WORD capability, const Rows& rows) const
+    // These fields of each item of a list of the model.
+    [[nodiscard]] json Rows(const char* list, const std::vector<const char*>& fields) const
     {
-        EXPECT_EQ(Each(List<Name>(capability), TextOf<std::tuple_size_v<Name>>),
-                  Each(rows, [](const auto& row) { return WideString(row.name.View()); }))
-            << "capability " << capability;
+        json rows = json::array();
+        for (const json& item : m_model[list])
+        {
+            json& row = rows.emplace_back(json::array());
+            for (const char* const field : fields)
+                row.push_back(item[field]);
+        }
+        return rows;
+    }
+
+    template <class Name>
+    [[nodiscard]] json Names(WORD capability) const
+    {
+        json names = json::array();
+        for (const Name& name : List<Name>(capability))
+            names.push_back(
+                {CXString(WStringView(name.begin(), std::find(name.begin(), name.end(), WCHAR()))).ToUtf8()});
+        return names;
     }
 
     void ExpectListsOfModel() const
     {
-        const auto& forms = m_model.forms;
-        EXPECT_EQ(List<WORD>(DC_PAPERS), Each(forms, [](const auto& form) { return WORD{form.paperId}; }));
-        EXPECT_EQ(List<Pair>(DC_PAPERSIZE),
-                  Each(forms, [](const auto& form) { return PairOf(form.width, form.length); }));
-        ExpectNames<Name64>(DC_PAPERNAMES, forms);
-        ExpectNames<Name64>(DC_MEDIAREADY, std::vector{forms.front()});
-        EXPECT_EQ(List<WORD>(DC_BINS), Each(m_model.bins, [](const auto& bin) { return WORD{bin.id}; }));
-        ExpectNames<Name24>(DC_BINNAMES, m_model.bins);
-        EXPECT_EQ(List<DWORD>(DC_MEDIATYPES),
-                  Each(m_model.mediaTypes, [](const auto& type) { return static_cast<DWORD>(type.id); }));
-        ExpectNames<Name64>(DC_MEDIATYPENAMES, m_model.mediaTypes);
-        EXPECT_EQ(List<Pair>(DC_ENUMRESOLUTIONS),
-                  Each(m_model.resolutions, [](const auto& row) { return PairOf(row.x, row.y); }));
+        EXPECT_EQ(json(List<One<WORD>>(DC_PAPERS)), Rows("forms", {"paperId"}));
+        EXPECT_EQ(json(List<Two>(DC_PAPERSIZE)), Rows("forms", {"width", "length"}));
+        EXPECT_EQ(Names<Name64>(DC_PAPERNAMES), Rows("forms", {"name"}));
+        EXPECT_EQ(Names<Name64>(DC_MEDIAREADY), json::array({Rows("forms", {"name"})[0]}));
+        EXPECT_EQ(json(List<One<WORD>>(DC_BINS)), Rows("bins", {"id"}));
+        EXPECT_EQ(Names<Name24>(DC_BINNAMES), Rows("bins", {"name"}));
+        EXPECT_EQ(json(List<One<DWORD>>(DC_MEDIATYPES)), Rows("mediaTypes", {"id"}));
+        EXPECT_EQ(Names<Name64>(DC_MEDIATYPENAMES), Rows("mediaTypes", {"name"}));
+        EXPECT_EQ(json(List<Two>(DC_ENUMRESOLUTIONS)), Rows("resolutions", {"x", "y"}));
     }
 };
 
@@ -105,27 +96,23 @@ TEST_F(Capabilities, AreTheModelsFigures)
 
 TEST_F(Capabilities, NamesMayFillTheirRoom)
 {
-    const std::string whole(64, 'm');
     Install(kUnidrvModel,
-            [&whole](nlohmann::json& model)
+            [](json& model)
             {
-                model["mediaTypes"][0]["name"] = whole;
+                model["mediaTypes"][0]["name"] = std::string(64, 'm');
                 model["forms"][0]["name"] = std::string(63, 'f');
                 model["bins"][0]["name"] = std::string(23, 'b');
             });
-    EXPECT_EQ(TextOf(List<Name64>(DC_MEDIATYPENAMES)[0]).size(), 64u);
     ExpectListsOfModel();
 }
 
 TEST_F(Capabilities, ListTheFilesOfTheDriver)
 {
     Install(kPostScriptModel);
-    std::set<WideString> names;
-    for (const Name64& name : List<Name64>(DC_FILEDEPENDENCIES))
-        names.insert(TextOf(name));
-    for (const WCHAR* const name : {W("tvui_B.dll"), W("tvcore_B.dll"), W("tvutil_B.dll"), W("tvptpc_B.dll"),
-                                    W("tvwftu_b.dll"), W("tvui-tavlen-c9070-ps.json")})
-        EXPECT_EQ(names.count(name), 1u) << CXString(name).ToUtf8();
+    const json files = Names<Name64>(DC_FILEDEPENDENCIES);
+    for (const char* const name :
+         {"tvui_B.dll", "tvcore_B.dll", "tvutil_B.dll", "tvptpc_B.dll", "tvwftu_b.dll", "tvui-tavlen-c9070-ps.json"})
+        EXPECT_EQ(std::count(files.begin(), files.end(), json::array({name})), 1) << files;
 }
 
 TEST_F(Capabilities, ThatAreNotAnsweredAreMinusOneAndWriteNothing)

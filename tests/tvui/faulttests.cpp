@@ -46,7 +46,7 @@ TEST_F(Faults, LeaveCapabilitiesRefusedOrRight)
     Install(kUnidrvModel);
     const ConfigurationModule module;
     WideString name = MutableName();
-    std::vector<WORD> papers(m_model.forms.size()); // the faults are not for the test's own memory
+    std::vector<WORD> papers(m_model["forms"].size()); // the faults are not for the test's own memory
     const auto ask = [&]
     {
         std::fill(papers.begin(), papers.end(), WORD{0});

@@ -7,14 +7,12 @@ void InstalledPrinter::Install(const std::string& shippedModel, const std::funct
         EXPECT_EQ(RunHost({"printer", "remove", name}).status, 0);
     else
         RemoveAtEnd(name);
-    nlohmann::json model =
-        nlohmann::json::parse(ReadBytes(std::filesystem::path(TVPT_MODELS_FOLDER) / (shippedModel + ".json")));
-    model["name"] = "Tavlen Configuration " + shippedModel;
+    m_model = nlohmann::json::parse(ReadBytes(std::filesystem::path(TVPT_MODELS_FOLDER) / (shippedModel + ".json")));
+    m_model["name"] = "Tavlen Configuration " + shippedModel;
     if (change)
-        change(model);
+        change(m_model);
     const std::string file = "tvui-" + shippedModel + ".json";
-    WriteBytes(Folder() / file, model.dump());
-    m_model = ReadPrinterModel(Folder() / file);
+    WriteBytes(Folder() / file, m_model.dump());
     const RunResult added = RunHost({"printer", "add", name, "--model", File(file)});
     ASSERT_EQ(added.status, 0) << added.errors;
     m_isInstalled = true;

@@ -12,7 +12,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <tvcore/printermodel.h>
 #include <tvutil/bytebuffer.h>
 #include <tvutil/printer.h>
 
@@ -39,17 +38,14 @@ protected:
     template <class Record>
     std::vector<Record> List(WORD capability) const
     {
+        SCOPED_TRACE("capability " + std::to_string(capability));
         const int count = Ask(capability);
-        if (count < 0)
-        {
-            ADD_FAILURE() << "capability " << capability << ": " << count;
-            return {};
-        }
-        std::vector<Record> records(static_cast<std::size_t>(count) + 1);
-        const std::vector<BYTE> guard(sizeof(Record), BYTE{0xA5});
-        memcpy(&records.back(), guard.data(), guard.size());
-        EXPECT_EQ(Ask(capability, records.data()), count) << "capability " << capability;
-        EXPECT_EQ(memcmp(&records.back(), guard.data(), guard.size()), 0) << "capability " << capability;
+        EXPECT_GE(count, 0);
+        std::vector<Record> records(static_cast<std::size_t>(count < 0 ? 0 : count) + 1);
+        memset(&records.back(), 0xA5, sizeof(Record));
+        const Record guard = records.back();
+        EXPECT_EQ(Ask(capability, records.data()), count);
+        EXPECT_EQ(memcmp(&records.back(), &guard, sizeof guard), 0);
         records.pop_back();
         return records;
     }
@@ -62,7 +58,7 @@ protected:
     [[nodiscard]] static DEVMODEW PublicPart(const ByteBuffer& devmode);
 
     const CXString m_name = CXString::FromUtf8("Tavlen configuration " + std::to_string(GetCurrentProcessId()));
-    PrinterModel m_model;
+    nlohmann::json m_model;
 
 private:
     bool m_isInstalled = false;
