@@ -15,20 +15,6 @@ namespace
 
 using nlohmann::json;
 
-// Empty when the model is accepted.
-std::string FaultOf(const std::string& text)
-{
-    try
-    {
-        (void)ParsePrinterModel(text, "m.json");
-        return {};
-    }
-    catch (const ExceptionInvalidPrinterModel& fault)
-    {
-        return fault.what();
-    }
-}
-
 TEST(ShippedModels, AreSoundAndHaveMarginsForEveryForm)
 {
     for (const char* const name : {"tavlen-c9070-ps", "tavlen-b4400-uni", "tavlen-w3100-xps", "tavlen-b7000-xps"})

@@ -61,7 +61,6 @@ int main(int argc, char** argv)
     ComPtr<IPrintOemPrintTicketProvider> provider;
     if (create == nullptr || FAILED(create(provider.Put())))
         return 4;
-    Tell("created", S_OK);
     Tell("bound", Bind(*provider.Get(), printer));
     Tell("asked", AskForPageSizes(*provider.Get()));
     provider.Reset();

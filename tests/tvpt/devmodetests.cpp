@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstring>
 #include <nlohmann/json.hpp>
+#include <span>
 
 #include "complugins/xdevmode.h"
 #include "devmode.h"
@@ -79,14 +80,17 @@ protected:
         return ReadBytes(Folder() / "new.dm");
     }
 
-    static json Show(const std::string& bytes)
+    static json Show(const std::string& bytes, const std::vector<std::string>& printer = {})
     {
-        return json::parse(OutputOf({"devmode", "show", "-", "--json"}, bytes));
+        std::vector<std::string> arguments = {"devmode", "show", "-", "--json"};
+        arguments.insert(arguments.end(), printer.begin(), printer.end());
+        return json::parse(OutputOf(arguments, bytes));
     }
 
+    // With the printer of the last new devmode.
     json Compare(const std::string& bytes) const
     {
-        return json::parse(OutputOf({"devmode", "show", "-", "--json", "--printer", m_printer}, bytes))["printer"];
+        return Show(bytes, {"--printer", m_printer})["printer"];
     }
 
     static RunResult TryToSet(const std::string& bytes, const std::vector<std::string>& settings)
@@ -149,7 +153,7 @@ TEST_F(DevmodeFiles, ANewDevmodeIsWholeForEveryShippedModel)
 }
 
 // Values as people write them come back as they are shown; what nobody here understands survives beside them.
-TEST_F(DevmodeFiles, SetFeaturesAreShownAndNothingElseChanges)
+TEST_F(DevmodeFiles, WhatIsSetIsShownAndNothingElseChanges)
 {
     const ByteBuffer unknown =
         Attribute(kUnknownFeature, {static_cast<AttributeBytesKind>(99), 0x82, ByteBuffer("\x01\xAF", 2)});
@@ -157,83 +161,67 @@ TEST_F(DevmodeFiles, SetFeaturesAreShownAndNothingElseChanges)
     const std::string before = WithEntry(WithFeatures(fresh, unknown), kUnknownKey, ByteBuffer("kept", 4));
     struct Row
     {
+        const char* place;
         std::string setting;
-        const char* feature;
         json shown;
+        DWORD flag = 0;
     };
     const std::string name64(64, 'n');
     const std::string text255(255, 't');
+    const std::string text31(31, 't');
     const Row rows[] = {
-        {"feature.46=5421", "/46", 5421},
-        {"feature.43=32767", "/43", 32767},
-        {"feature.78=" + text255, "/78", text255},
-        {"feature.82=H\xC3\xA4\xE2\x82\xAC=\xF0\x9F\x96\xA8", "/82", "H\xC3\xA4\xE2\x82\xAC=\xF0\x9F\x96\xA8"},
-        {"feature.84=", "/84", ""},
-        {"feature.95=12.5mm", "/95", "12.5mm"},
-        {"feature.96=-0.5in", "/96", "-12.7mm"},
-        {"feature.97=1000000um", "/97", "1000mm"},
-        {"feature.98=-0.000001mm", "/98", "-0.000001mm"},
-        {"feature.146=9687:" + name64, "/146", "9687:" + name64},
-        {"feature.174=6756", "/174", 6756},
-        {"feature.175=9700:B\xC3\xBCtten: 90g", "/477/210/175", "9700:B\xC3\xBCtten: 90g"},
+        {"/public/dmFields", "dmFields=0", 0},
+        {"/public/dmDeviceName", "dmDeviceName=" + text31, text31},
+        {"/public/dmPaperSize", "dmPaperSize=65535", 65535, DM_PAPERSIZE},
+        {"/public/dmPaperWidth", "dmPaperWidth=0xB9A", 2970, DM_PAPERWIDTH},
+        {"/public/dmPrintQuality", "dmPrintQuality=-4", -4, DM_PRINTQUALITY},
+        {"/public/dmDuplex", "dmDuplex=3", 3, DM_DUPLEX},
+        {"/public/dmFormName", "dmFormName=A=B \xC3\xA4\xF0\x9F\x96\xA8", "A=B \xC3\xA4\xF0\x9F\x96\xA8", DM_FORMNAME},
+        {"/public/dmICMIntent", "dmICMIntent=4294967295", 4294967295u, DM_ICMINTENT},
+        {"/application", "app=excel.exe", "excel.exe"},
+        {"/features/46", "feature.46=5421", 5421},
+        {"/features/43", "feature.43=32767", 32767},
+        {"/features/78", "feature.78=" + text255, text255},
+        {"/features/82", "feature.82=H\xC3\xA4\xE2\x82\xAC=\xF0\x9F\x96\xA8", "H\xC3\xA4\xE2\x82\xAC=\xF0\x9F\x96\xA8"},
+        {"/features/84", "feature.84=", ""},
+        {"/features/95", "feature.95=12.5mm", "12.5mm"},
+        {"/features/96", "feature.96=-0.5in", "-12.7mm"},
+        {"/features/97", "feature.97=1000000um", "1000mm"},
+        {"/features/98", "feature.98=-0.000001mm", "-0.000001mm"},
+        {"/features/146", "feature.146=9687:" + name64, "9687:" + name64},
+        {"/features/174", "feature.174=6756", 6756},
+        {"/features/477/210/175", "feature.175=9700:B\xC3\xBCtten: 90g", "9700:B\xC3\xBCtten: 90g"},
     };
-    std::vector<std::string> settings = {"app=excel.exe"};
-    json expected = json::parse(R"({"4711": {"kind": 99, "flags": 130, "bytes": "01AF"}, "477": {"210": {}}})");
+    std::vector<std::string> settings;
+    json expected = Show(before);
+    EXPECT_EQ(expected["features"], json::parse(R"({"4711": {"kind": 99, "flags": 130, "bytes": "01AF"}})"));
+    expected["features"]["477"]["210"] = json::object(); // collections, not lists
+    DWORD flags = 0;
     for (const Row& row : rows)
     {
         settings.push_back(row.setting);
-        expected[json::json_pointer(row.feature)] = row.shown;
+        expected[json::json_pointer(row.place)] = row.shown;
+        flags |= row.flag;
     }
+    expected["public"]["dmFields"] = flags;
     const std::string after = Set(before, settings);
     const json shown = Show(after);
-    EXPECT_EQ(shown["features"], expected);
+    for (const char* const part : {"public", "core", "features", "application"})
+        EXPECT_EQ(shown[part], expected[part]);
     EXPECT_EQ(shown["choices"], json({46, 146, 174, 175}));
-    EXPECT_EQ(shown["application"], "excel.exe");
     EXPECT_EQ(shown["oem"]["crcValid"], true);
     EXPECT_EQ(shown["oem"]["entries"][2], json({{"key", kUnknownKey}, {"length", 4}, {"meaning", nullptr}}));
+    EXPECT_EQ(after.substr(sizeof(DEVMODEW), 708), before.substr(sizeof(DEVMODEW), 708)) << "the core driver's part";
     EXPECT_EQ(Show(Set(fresh, settings))["papers"], Show(fresh)["papers"]);
-    EXPECT_EQ(after.substr(0, kOem + Format::kCrcOffset), before.substr(0, kOem + Format::kCrcOffset));
-    for (const Row& row : rows)
+    for (const Row& row : std::span(rows).subspan(1))
     {
-        const json& value = shown["features"][json::json_pointer(row.feature)];
+        const json& value = shown[json::json_pointer(row.place)];
         const std::string again = row.setting.substr(0, row.setting.find('=') + 1);
         EXPECT_EQ(Set(after, {again + (value.is_string() ? value.get<std::string>() : value.dump())}), after)
             << row.setting << ": what is shown can be set";
     }
     // Automatic takes the choice back.
     EXPECT_EQ(Show(Set(after, {"feature.175=5001"}))["choices"], json({46, 146, 174}));
-}
-
-TEST_F(DevmodeFiles, ASetFieldIsShownAndClaimed)
-{
-    const std::string before = NewDevmode();
-    struct Row
-    {
-        std::string field;
-        std::string text;
-        json value;
-        DWORD flag;
-    };
-    const std::string longest(31, 'x');
-    const Row rows[] = {
-        {"dmPaperSize", "65535", 65535, DM_PAPERSIZE},
-        {"dmPaperWidth", "0xB9A", 2970, DM_PAPERWIDTH},
-        {"dmPrintQuality", "-4", -4, DM_PRINTQUALITY},
-        {"dmDuplex", "3", 3, DM_DUPLEX},
-        {"dmICMIntent", "4294967295", 4294967295u, DM_ICMINTENT},
-        {"dmFormName", "A=B \xC3\xA4\xF0\x9F\x96\xA8", "A=B \xC3\xA4\xF0\x9F\x96\xA8", DM_FORMNAME},
-        {"dmFormName", "", "", DM_FORMNAME},
-        {"dmFormName", longest, longest, DM_FORMNAME},
-    };
-    for (const Row& row : rows)
-    {
-        SCOPED_TRACE(row.field + "=" + row.text);
-        const std::string after = Set(before, {row.field + "=" + row.text});
-        const json changed = Show(after);
-        EXPECT_EQ(changed["public"][row.field], row.value);
-        EXPECT_EQ(changed["public"]["dmFields"].get<DWORD>() & row.flag, row.flag);
-        EXPECT_EQ(after.substr(sizeof(DEVMODEW)), before.substr(sizeof(DEVMODEW))) << "the drivers' parts";
-    }
 }
 
 TEST_F(DevmodeFiles, ABadSettingNamesTheKeyAndLeavesTheInput)
@@ -329,13 +317,11 @@ TEST_F(DevmodeFiles, SettingsThatDoNotFitAreRefusedWithTheFigures)
     {
         return WithFeatures(fresh, Attribute(kUnknownFeature, {AttributeBytesKind::Binary, 0, ByteBuffer(size)}));
     };
-    const auto usedBy = [](const std::string& devmode)
-    {
-        return Show(devmode)["settings"]["size"].get<std::size_t>();
-    };
-    // 8 + 4 bytes for a new integer; 4 for the two entries each, 4 + 4 for a new text entry of one character.
-    const std::size_t roomOfState = Format::kMaxPersistentAttributesSize - usedBy(withFeature(0)) - 12;
-    const std::size_t roomOfPart = Format::kSize - Format::kEntriesOffset - 4 - usedBy(fresh) - 4 - 8;
+    // 8 + 4 bytes for a new integer; 4 for each of the two entries there, 4 + 4 for a new text entry of one character.
+    const std::size_t used = Show(fresh)["settings"]["size"];
+    const std::size_t usedWithFeature = Show(withFeature(0))["settings"]["size"];
+    const std::size_t roomOfState = Format::kMaxPersistentAttributesSize - usedWithFeature - 12;
+    const std::size_t roomOfPart = Format::kSize - Format::kEntriesOffset - 4 - used - 4 - 8;
     const std::string fullState = withFeature(roomOfState);
     const std::string fullPart = WithEntry(fresh, kUnknownKey, ByteBuffer(roomOfPart));
     EXPECT_EQ(Set(fullState, {"feature.43=1"}).size(), fresh.size());

@@ -117,6 +117,14 @@ void HostTest::RemoveAtEnd(const std::string& printer)
     m_printers.push_back(printer);
 }
 
+std::string HostTest::ChangedModel(const std::string& fileName, const nlohmann::json& changes) const
+{
+    nlohmann::json model = nlohmann::json::parse(ReadBytes(fs::path(TVPT_MODELS_FOLDER) / "tavlen-b4400-uni.json"));
+    model.merge_patch(changes);
+    WriteBytes(m_folder / fileName, model.dump());
+    return File(fileName);
+}
+
 nlohmann::json HostTest::Shown(const std::string& printer)
 {
     return nlohmann::json::parse(OutputOf({"printer", "show", printer, "--json"}));

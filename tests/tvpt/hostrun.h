@@ -44,6 +44,8 @@ protected:
     // Adds a printer, expects success, and removes it at the end.
     std::string InstallTestPrinter(const std::string& model = "tavlen-c9070-ps");
     void RemoveAtEnd(const std::string& printer);
+    // The Unidrv model with changes, where null removes a field, as a file of the scratch folder.
+    [[nodiscard]] std::string ChangedModel(const std::string& fileName, const nlohmann::json& changes) const;
     // What "printer show" tells of it, as JSON.
     [[nodiscard]] static nlohmann::json Shown(const std::string& printer);
     // A new devmode of the printer, as the file "d.dm", and what comes of making a ticket "t" from it.

@@ -74,15 +74,6 @@ protected:
         }
         return *info.pDevMode;
     }
-
-    // A shipped model with changes, as a file of the scratch folder.
-    std::string ChangedModel(const std::string& fileName, const json& changes)
-    {
-        json model = json::parse(ReadBytes(std::filesystem::path(TVPT_MODELS_FOLDER) / "tavlen-b4400-uni.json"));
-        model.update(changes);
-        WriteBytes(Folder() / fileName, model.dump());
-        return File(fileName);
-    }
 };
 
 TEST_F(Printers, AreInstalledListedShownAndRemovedWithTheirDriver)

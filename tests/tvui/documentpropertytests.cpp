@@ -20,9 +20,7 @@ namespace
 
 namespace Format = OemDevmodeFormat;
 
-class DocumentProperties : public InstalledPrinter
-{
-};
+using DocumentProperties = InstalledPrinter;
 
 TEST_F(DocumentProperties, AreTheModelsDefaults)
 {
@@ -280,14 +278,11 @@ TEST_F(DocumentProperties, OfATruncatedDevmodeAreReadToItsEnd)
         auto* const devmode = reinterpret_cast<DEVMODEW*>(input.data());
         DOCUMENTPROPERTYHEADER header =
             ConfigurationModule::Header(name.data(), devmode, output, DM_IN_BUFFER | DM_OUT_BUFFER);
-        if (size < 76)
-        {
-            EXPECT_EQ(module.PropertySheets(nullptr, &header), -1);
-            EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
-            EXPECT_EQ(output, untouched);
+        const bool isTaken = size >= 76;
+        EXPECT_EQ(module.PropertySheets(nullptr, &header), isTaken ? IDOK : -1);
+        EXPECT_TRUE(isTaken || (GetLastError() == ERROR_INVALID_PARAMETER && output == untouched));
+        if (!isTaken)
             continue;
-        }
-        ASSERT_EQ(module.PropertySheets(nullptr, &header), IDOK);
         const DEVMODEW fields = PublicPart(ByteBuffer(output.data(), output.size()));
         EXPECT_EQ(fields.dmCopies, size >= 88 ? 5 : 1);
         EXPECT_EQ(fields.dmMediaType, size >= 204 ? 6800u : 5001u);
@@ -358,7 +353,6 @@ TEST_F(DocumentProperties, AreKeptByThePrinterAndTheProcess)
     EXPECT_EQ(printer.GetUserDefaultDevmode(), first);
     printer.ClearDevmode1stLevelCache();
     EXPECT_EQ(printer.GetUserDefaultDevmode(), Properties());
-    EXPECT_NE(Properties(), first);
     printer.ClearDevmode1stLevelCache();
     EXPECT_THROW(static_cast<void>(Printer().GetUserDefaultDevmode()), ExceptionPrinterFailure);
 }

@@ -23,13 +23,6 @@ int InstalledPrinter::Ask(WORD capability, void* output) const
     return DeviceCapabilitiesW(m_name.c_str(), W("FILE:"), capability, static_cast<LPWSTR>(output), nullptr);
 }
 
-DEVMODEW InstalledPrinter::PublicPart(const ByteBuffer& devmode)
-{
-    DEVMODEW fields{};
-    memcpy(&fields, devmode.data(), sizeof fields);
-    return fields;
-}
-
 DOCUMENTPROPERTYHEADER ConfigurationModule::Header(LPWSTR name, DEVMODEW* input, std::vector<BYTE>& output, DWORD mode)
 {
     DOCUMENTPROPERTYHEADER header{};

@@ -55,7 +55,10 @@ protected:
     {
         return Printer(m_name).GetDriverDevmode(input);
     }
-    [[nodiscard]] static DEVMODEW PublicPart(const ByteBuffer& devmode);
+    [[nodiscard]] static DEVMODEW PublicPart(const ByteBuffer& devmode)
+    {
+        return *reinterpret_cast<const DEVMODEW*>(devmode.data());
+    }
 
     const CXString m_name = CXString::FromUtf8("Tavlen configuration " + std::to_string(GetCurrentProcessId()));
     nlohmann::json m_model;
