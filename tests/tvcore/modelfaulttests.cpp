@@ -15,20 +15,6 @@ namespace
 
 using nlohmann::json;
 
-// Empty when the model is accepted.
-std::string FaultOf(const std::string& text)
-{
-    try
-    {
-        (void)ParsePrinterModel(text, "m.json");
-        return {};
-    }
-    catch (const ExceptionInvalidPrinterModel& fault)
-    {
-        return fault.what();
-    }
-}
-
 TEST(ShippedModels, AreSoundAndHaveMarginsForEveryForm)
 {
     for (const char* const name : {"tavlen-c9070-ps", "tavlen-b4400-uni", "tavlen-w3100-xps", "tavlen-b7000-xps"})
@@ -75,6 +61,7 @@ TEST(PrinterModels, AFaultIsToldByItsJsonPointer)
         longDefaults[option] = "9700:" + std::string(64, 'n');
     json twoOwn = model["mediaTypes"];
     twoOwn[2] = twoOwn[3] = own;
+    twoOwn[3]["id"] = 9701;
     ExpectFaults(
         "tavlen-c9070-ps",
         {
@@ -83,14 +70,8 @@ TEST(PrinterModels, AFaultIsToldByItsJsonPointer)
             {"/a~1b~0\u2028\u009B", 1, "/a~1b~0  : unknown field"},
             {"/name", 5, "/name: must be a text, not a number"},
             {"/name", "a\nb", "/name: holds a control character or a line separator"},
-            {"/name", "a\u2028", "/name: holds a control character or a line separator"},
-            {"/name", "", "/name: must not be empty"},
-            {"/bins/0/name", " \u00A0", "/bins/0/name: must not be of blanks only"},
             {"/name", "a\\b", "/name: holds one of the characters \\ , ! \" < > &"},
-            {"/name", std::string(64, 'x'), "/name: longer than 63 characters"},
-            {"/capability", "0xXY", "/capability: not a hexadecimal word such as \"0x888\""},
             {"/capability", "0x11112222333344445", "/capability: not a hexadecimal word such as \"0x888\""},
-            {"/coreDriver/kind", "pcl", "/coreDriver/kind: must be \"postscript\" or \"unidrv\""},
             {"/workflowModule", "../x.dll",
              "/workflowModule: \"../x.dll\" is unknown; known are tvwftu_B.dll, tvwfwu_B.dll, tvwfuv_B.dll"},
             {"/productStrings/41035", {}, "/productStrings: product string 41035 is missing"},
@@ -116,7 +97,6 @@ TEST(PrinterModels, AFaultIsToldByItsJsonPointer)
             {"/defaults/146", 9687,
              "/defaults/146: FinishingBypass must be one of 5001, from 9687 on with a name (9687:NAME) of at most 64 "
              "characters"},
-            {"/defaults/95", 12, "/defaults/95: must be a text, not a number"},
             {"/defaults/720", 1, "/defaults/720: must be true or false, not a number"},
             {"/defaults/210", 6800, "/defaults/210: MediaCollection has no value of its own, only features"},
             {"/defaults", longDefaults,
@@ -153,7 +133,6 @@ TEST(PrinterModels, FormsAgreeWithThePageSizeDictionary)
             {"/forms/2", sameName, "/forms/2/valueId: another form would have the same option name"},
             // The driver's own A4 shares the number of the A4, so it is not listed; under its own number it is.
             {"/forms/19/paperId", 341, "/forms/19/valueId: another form would have the same option name"},
-            {"/forms/0/paperId", 49152, "/forms/0/paperId: paper ids from 49152 on are for named custom sizes"},
         });
 }
 

@@ -4,12 +4,14 @@
 
 #include <algorithm>
 #include <fstream>
+#include <limits>
 #include <sstream>
 #include <system_error>
 
 #include <tvutil/cxstring.h>
 
 #include "commandline.h"
+#include "filebytes.h"
 
 namespace
 {
@@ -17,12 +19,6 @@ namespace
 namespace fs = std::filesystem;
 
 constexpr char kStoreFolder[] = "store";
-
-void ChooseStore(const fs::path& folder)
-{
-    const std::u8string name = folder.u8string();
-    SetEnvironmentVariableW(W("TVPT_STORE"), CXString::FromUtf8(std::string(name.begin(), name.end())).c_str());
-}
 
 } // namespace
 
@@ -37,11 +33,7 @@ RunResult RunHost(const std::vector<std::string>& arguments, const std::string& 
 
 std::string ReadBytes(const fs::path& path)
 {
-    std::ifstream stream(path, std::ios::binary);
-    EXPECT_TRUE(stream.is_open()) << path;
-    std::ostringstream bytes;
-    bytes << stream.rdbuf();
-    return bytes.str();
+    return ReadFileBytes(path, std::numeric_limits<std::size_t>::max());
 }
 
 void WriteBytes(const fs::path& path, const std::string& bytes)
@@ -53,13 +45,24 @@ void WriteBytes(const fs::path& path, const std::string& bytes)
 
 testing::AssertionResult IsOneErrorLine(const std::string& errors, const std::string& text)
 {
-    if (std::count(errors.begin(), errors.end(), '\n') != 1 || errors.back() != '\n')
-        return testing::AssertionFailure() << "not one line: " << errors;
-    if (!errors.starts_with("tvpt: "))
-        return testing::AssertionFailure() << "not the program's line: " << errors;
-    if (errors.find(text) == std::string::npos)
-        return testing::AssertionFailure() << "no \"" << text << "\" in: " << errors;
-    return testing::AssertionSuccess();
+    const bool isOneLine = !errors.empty() && errors.find('\n') == errors.size() - 1;
+    if (isOneLine && errors.starts_with("tvpt: ") && errors.find(text) != std::string::npos)
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "not one line of the program's with \"" << text << "\": " << errors;
+}
+
+testing::AssertionResult IsRefused(const RunResult& result, const std::string& text)
+{
+    if (result.status != 1 || !result.out.empty())
+        return testing::AssertionFailure() << "status " << result.status << ", output: " << result.out;
+    return IsOneErrorLine(result.errors, text);
+}
+
+std::string OutputOf(const std::vector<std::string>& arguments, const std::string& input)
+{
+    const RunResult result = RunHost(arguments, input);
+    EXPECT_EQ(result.status, 0) << result.errors;
+    return result.out;
 }
 
 HostTest::HostTest()
@@ -68,7 +71,7 @@ HostTest::HostTest()
 {
     fs::remove_all(m_folder);
     fs::create_directories(m_folder / kStoreFolder);
-    ChooseStore(m_folder / kStoreFolder);
+    SetEnvironmentVariableW(W("TVPT_STORE"), CXString::FromUtf8(File(kStoreFolder)).c_str());
 }
 
 HostTest::~HostTest()
@@ -81,8 +84,7 @@ HostTest::~HostTest()
 
 std::string HostTest::File(const std::string& name) const
 {
-    const std::u8string path = (m_folder / name).u8string();
-    return std::string(path.begin(), path.end());
+    return Utf8FromPath(m_folder / PathFromUtf8(name));
 }
 
 const fs::path& HostTest::Folder() const
@@ -105,8 +107,7 @@ std::string HostTest::InstallTestPrinter(const std::string& model)
     // A name of this process's own: what an earlier run left in the machine's spooler is not in the way.
     const std::string name =
         "Test " + model + " " + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(m_printers.size());
-    const RunResult result = RunHost({"printer", "add", name, "--model", model});
-    EXPECT_EQ(result.status, 0) << result.errors;
+    (void)OutputOf({"printer", "add", name, "--model", model});
     RemoveAtEnd(name);
     return name;
 }
@@ -114,4 +115,27 @@ std::string HostTest::InstallTestPrinter(const std::string& model)
 void HostTest::RemoveAtEnd(const std::string& printer)
 {
     m_printers.push_back(printer);
+}
+
+std::string HostTest::ChangedModel(const std::string& fileName, const nlohmann::json& changes) const
+{
+    nlohmann::json model = nlohmann::json::parse(ReadBytes(fs::path(TVPT_MODELS_FOLDER) / "tavlen-b4400-uni.json"));
+    model.merge_patch(changes);
+    WriteBytes(m_folder / fileName, model.dump());
+    return File(fileName);
+}
+
+nlohmann::json HostTest::Shown(const std::string& printer)
+{
+    return nlohmann::json::parse(OutputOf({"printer", "show", printer, "--json"}));
+}
+
+void HostTest::MakePlainDevmode(const std::string& printer) const
+{
+    (void)OutputOf({"devmode", "new", "--printer", printer, "-o", File("d.dm")});
+}
+
+RunResult HostTest::Convert(const std::string& printer) const
+{
+    return RunHost({"ticket", "from-devmode", "--printer", printer, File("d.dm"), "-o", File("t")});
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 struct RunResult
 {
@@ -23,6 +24,10 @@ void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
 
 // Exactly one line on the error stream, and it holds this text.
 testing::AssertionResult IsOneErrorLine(const std::string& errors, const std::string& text);
+// The status of a failure, one such line, and nothing else is printed.
+testing::AssertionResult IsRefused(const RunResult& result, const std::string& text);
+// What a run prints that succeeds.
+std::string OutputOf(const std::vector<std::string>& arguments, const std::string& input = {});
 
 class HostTest : public testing::Test
 {
@@ -39,6 +44,13 @@ protected:
     // Adds a printer, expects success, and removes it at the end.
     std::string InstallTestPrinter(const std::string& model = "tavlen-c9070-ps");
     void RemoveAtEnd(const std::string& printer);
+    // The Unidrv model with changes, where null removes a field, as a file of the scratch folder.
+    [[nodiscard]] std::string ChangedModel(const std::string& fileName, const nlohmann::json& changes) const;
+    // What "printer show" tells of it, as JSON.
+    [[nodiscard]] static nlohmann::json Shown(const std::string& printer);
+    // A new devmode of the printer, as the file "d.dm", and what comes of making a ticket "t" from it.
+    void MakePlainDevmode(const std::string& printer) const;
+    [[nodiscard]] RunResult Convert(const std::string& printer) const;
 
 private:
     std::filesystem::path m_folder;

@@ -13,6 +13,14 @@ class Faults : public InstalledPrinter
 {
 protected:
     // `ask` is true for the right answer and false for a refused one; anything else is a failure of its own.
+    static void ExpectAnswersOrRefusals(const std::function<bool()>& ask)
+    {
+        ExpectAnswerOrRefusal(winport::FaultKind::PlatformCall, ask);
+        if (TVPT_ALLOCATION_FAULTS != 0)
+            ExpectAnswerOrRefusal(winport::FaultKind::Allocation, ask);
+    }
+
+private:
     static void ExpectAnswerOrRefusal(winport::FaultKind kind, const std::function<bool()>& ask)
     {
         unsigned refusals = 0;
@@ -38,7 +46,7 @@ TEST_F(Faults, LeaveCapabilitiesRefusedOrRight)
     Install(kUnidrvModel);
     const ConfigurationModule module;
     WideString name = MutableName();
-    std::vector<WORD> papers(Model().forms.size()); // the faults are not for the test's own memory
+    std::vector<WORD> papers(m_model["forms"].size()); // the faults are not for the test's own memory
     const auto ask = [&]
     {
         std::fill(papers.begin(), papers.end(), WORD{0});
@@ -47,36 +55,28 @@ TEST_F(Faults, LeaveCapabilitiesRefusedOrRight)
         EXPECT_EQ(papers[0], answer == -1 ? 0 : 9);
         return answer != -1;
     };
-    ExpectAnswerOrRefusal(winport::FaultKind::PlatformCall, ask);
-    if (TVPT_ALLOCATION_FAULTS != 0)
-        ExpectAnswerOrRefusal(winport::FaultKind::Allocation, ask);
+    ExpectAnswersOrRefusals(ask);
 }
 
 TEST_F(Faults, LeaveDevmodesUnwrittenOrWhole)
 {
     Install(kUnidrvModel);
     const ConfigurationModule module;
-    const ByteBuffer whole = Properties();
+    const ByteBuffer properties = Properties();
+    const std::vector<BYTE> whole(properties.data(), properties.data() + properties.size());
     WideString name = MutableName();
-    const ByteBuffer nothing(whole.size());
-    ByteBuffer output(whole.size());
+    const std::vector<BYTE> nothing(whole.size());
+    std::vector<BYTE> output(whole.size());
     const auto ask = [&]
     {
-        std::fill_n(output.data(), output.size(), BYTE{0});
-        DOCUMENTPROPERTYHEADER header{};
-        header.cbSize = sizeof header;
-        header.pszPrinterName = name.data();
-        header.pdmOut = reinterpret_cast<DEVMODEW*>(output.data());
-        header.cbOut = static_cast<DWORD>(output.size());
-        header.fMode = DM_OUT_BUFFER;
+        std::fill(output.begin(), output.end(), BYTE{0});
+        DOCUMENTPROPERTYHEADER header = ConfigurationModule::Header(name.data(), nullptr, output, DM_OUT_BUFFER);
         const LONG answer = module.PropertySheets(nullptr, &header);
         EXPECT_TRUE(answer == -1 || answer == IDOK) << answer;
         EXPECT_TRUE(output == (answer == IDOK ? whole : nothing));
         return answer == IDOK;
     };
-    ExpectAnswerOrRefusal(winport::FaultKind::PlatformCall, ask);
-    if (TVPT_ALLOCATION_FAULTS != 0)
-        ExpectAnswerOrRefusal(winport::FaultKind::Allocation, ask);
+    ExpectAnswersOrRefusals(ask);
 }
 
 } // namespace
