@@ -1,9 +1,6 @@
 // Running out of memory in the document layer's own steps has its HRESULT, as every other failure. Linux.
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <string>
-
 #include "complugins/ptpcprovider/domhelpers.h"
 #include "tests/common/failurecode.h"
 #include "winport/faultinjection.h"

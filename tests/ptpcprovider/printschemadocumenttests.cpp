@@ -171,12 +171,12 @@ TEST(WrappedDocument, NamesThePlaceOfItsFailures)
 TEST(WrappedDocument, SpellsEveryPrivateNameWithTk)
 {
     const std::string content =
-        "<psf:Feature name=\"ns1:A\"><psf:Option name=\"ns1:ns1:B\"/></psf:Feature>"
-        "<psf:Feature name=\"psk:ns1:C\"/><psf:Feature name=\"ns10:D\"/>"
+        "<psf:Feature name='ns1:\"]A'><psf:Option name=\"ns1:ns1:B\"/></psf:Feature>"
+        "<psf:Feature name=\"psk:ns1:C\"/><psf:Feature name='ns10:\"]'/>"
         "<psf:ParameterInit name=\"ns1:P\"><psf:Value>ns1:Stays</psf:Value></psf:ParameterInit>";
     const WrappedTicket ticket(TicketAround(content, Declare("xmlns:ns1", kPrivate)));
-    EXPECT_EQ((Texts{"tk:A", "tk:tk:B", "psk:ns1:C", "ns10:D", "tk:P"}), ticket.TextsOf("//@name"));
-    EXPECT_EQ((Texts{"ns1:Stays"}), ticket.TextsOf("//psf:Value"));
+    EXPECT_EQ((Texts{"tk:\"]A", "tk:tk:B", "psk:ns1:C", "ns10:\"]", "tk:P"}), Select(ticket.Dom(), "//@name"));
+    EXPECT_EQ((Texts{"ns1:Stays"}), Select(ticket.Dom(), "//psf:Value"));
     EXPECT_EQ(!DomRemovesDeclarations(), TextOf(ticket.Dom()).find("xmlns:ns1=") != std::string::npos);
 
     // Wrapping what was wrapped changes nothing, also after a trip through text.
@@ -210,13 +210,13 @@ TEST(Operations, TellAbsenceFromFailureAndLeaveTheOutput)
     BSTR text = earlier.Get();
     EXPECT_EQ(S_FALSE, ticket->GetPrefixFromURI(W("urn:x"), &text));
     EXPECT_EQ(S_FALSE, ticket->GetAttributeValue(feature.Get(), W("other"), &text));
+    EXPECT_EQ(S_FALSE, ticket->GetAttributeValue(ticket.Dom(), W("name"), &text)); // can have none
     EXPECT_EQ(earlier.Get(), text);
 
     CComBSTR value;
     EXPECT_EQ(S_OK, ticket->GetAttributeValue(feature.Get(), W("name"), value.Put()));
     EXPECT_EQ("psk:F", Utf8(value.View()));
     EXPECT_EQ(S_OK, ticket->GetAttributeValue(feature.Get(), W("empty"), value.Put()));
-    EXPECT_TRUE(value.IsEmpty());
 }
 
 TEST(Operations, DeleteOneOfSeveralCopies)
@@ -226,7 +226,7 @@ TEST(Operations, DeleteOneOfSeveralCopies)
     for (const Texts& left : {Texts{"2", "3"}, Texts{"3"}, Texts{"3"}})
     {
         EXPECT_EQ(S_OK, ticket->DeleteFeatureNodeIfADuplicateExists(W("psk:"), W("F")));
-        EXPECT_EQ(left, ticket.TextsOf("//@n"));
+        EXPECT_EQ(left, Select(ticket.Dom(), "//@n"));
     }
     EXPECT_EQ(S_OK, ticket->DeleteFeatureNodeIfADuplicateExists(W("psk:"), W("G")));
 }

@@ -14,7 +14,7 @@ std::string Feature(const std::string& content)
 
 std::string Init(const std::string& name)
 {
-    return "<psf:ParameterInit name=\"" + name + "\"><psf:Value>1</psf:Value></psf:ParameterInit>";
+    return "<psf:ParameterInit name='" + name + "'><psf:Value>1</psf:Value></psf:ParameterInit>";
 }
 
 std::string OptionName(const std::string& value)
@@ -33,7 +33,7 @@ struct OptionCase
 
 const OptionCase kOptionCases[] = {
     {"an option", Feature("<psf:Option name=\"psk:ISOA4\"/>"), S_OK, "ISOA4", "psk:"},
-    {"an option of another namespace", Feature("<psf:Option name=\"ns7:A:B\"/>"), S_OK, "A:B", "ns7:"},
+    {"an option of another namespace", Feature("<psf:Option name='ns7:A:\"B'/>"), S_OK, "A:\"B", "ns7:"},
     {"an option by property", Feature(OptionName("psk:OneSided")), S_OK, "OneSided", "psk:"},
     {"the first in document order", Feature(OptionName("psk:First") + "<psf:Option name=\"psk:Second\"/>"), S_OK,
      "First", "psk:"},
@@ -74,7 +74,7 @@ constexpr ScoredCase kScoredCases[] = {
     {"digits, then letters", "<psf:Value>12abc</psf:Value>", "12abc", 12},
     {"no digits", "<psf:Value>abc</psf:Value>", "abc", 0},
     {"more than fits", "<psf:Value>99999999999</psf:Value>", "99999999999", 2147483647},
-    {"by reference", "<psf:ParameterRef name=\"psk:Q\"/>", "1", 1},
+    {"by reference", "<psf:ParameterRef name='psk:\"]Q'/>", "1", 1},
     {"empty", "", "", 0},
 };
 
@@ -86,7 +86,7 @@ TEST(PrintTicket, ReadsScoredPropertiesAsTextAndNumber)
         const WrappedTicket ticket(
             TicketAround(Feature("<psf:Option><psf:ScoredProperty name=\"psk:P\">" + std::string(test.content) +
                                  "</psf:ScoredProperty></psf:Option>") +
-                         Init("psk:Q")));
+                         Init("psk:\"]Q")));
         CComBSTR text;
         EXPECT_EQ(S_OK, ticket->GetScoredPropertyValue(W("F"), W("P"), text.Put()));
         EXPECT_EQ(test.text, Utf8(text.View()));
@@ -129,7 +129,7 @@ TEST(PrintTicket, MakesPairsAndInitialisersInTheirShapes)
     ComPtr<IXMLDOMNode> value;
     EXPECT_EQ(S_OK, ticket->GetParameterInitValueNodeIfExists(W("psk:"), W("I"), value.Put()));
     value->put_text(CComBSTR(W("5")).Get());
-    EXPECT_EQ((Texts{"a<b", "5"}), ticket.TextsOf("//psf:ParameterInit/psf:Value"));
+    EXPECT_EQ((Texts{"a<b", "5"}), Select(ticket.Dom(), "//psf:ParameterInit/psf:Value"));
 }
 
 struct OrphanCase
@@ -142,7 +142,7 @@ struct OrphanCase
 };
 
 const OrphanCase kOrphanCases[] = {
-    {"the only reference goes", {"psk:A"}, {"psk:B"}, Init("psk:A") + Init("psk:B"), {"psk:B"}},
+    {"the only reference goes", {"psk:\"A"}, {"psk:\"]B"}, Init("psk:\"A") + Init("psk:\"]B"), {"psk:\"]B"}},
     {"another feature refers to it", {"psk:A", "psk:B"}, {"psk:A"}, Init("psk:A") + Init("psk:B"), {"psk:A"}},
     {"orphans of nobody go too", {}, {"psk:B"}, Init("psk:A") + Init("psk:B") + Init("psk:C"), {"psk:B"}},
     {"without any reference all go", {"psk:A"}, {}, Init("psk:A") + Init("psk:B") + "<psf:ParameterInit/>", {}},
@@ -159,7 +159,7 @@ std::string References(const Texts& names)
 {
     std::string text;
     for (const std::string& name : names)
-        text += "<psf:ScoredProperty><psf:ParameterRef" + (name.empty() ? "" : " name=\"" + name + "\"") +
+        text += "<psf:ScoredProperty><psf:ParameterRef" + (name.empty() ? "" : " name='" + name + "'") +
                 "/></psf:ScoredProperty>";
     return text;
 }

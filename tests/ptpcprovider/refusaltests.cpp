@@ -8,13 +8,19 @@ namespace
 class Refusals : public testing::Test
 {
 protected:
+    Refusals()
+    {
+        t->CreateXMLElement(W("psf:X"), element.Put());
+    }
+
     const std::string ticketText = TicketAround("<psf:Feature name=\"psk:F\"/>");
     const std::string capabilitiesText = CapabilitiesAround("<psf:Feature name=\"psk:F\"/>");
     const WrappedTicket t{ticketText};
     const WrappedCapabilities c{capabilitiesText};
     const ComPtr<IXMLDOMNode> feature = t.Feature(W("F"));
-    ComPtr<IXMLDOMElement> element;
+    ComPtr<IXMLDOMElement> element; // detached
     ComPtr<IXMLDOMElement> option;
+    ComPtr<IXMLDOMElement> other;
     ComPtr<IXMLDOMNode> node;
     ComPtr<IXMLDOMNodeList> list;
     CComBSTR text;
@@ -23,15 +29,12 @@ protected:
 
 TEST_F(Refusals, OfNullPointers)
 {
-    BSTR* const noText = nullptr;
     ULONG* const noNumber = nullptr;
-    t->CreateXMLElement(W("psf:X"), element.Put());
     ExpectCode(E_POINTER,
                {
                    [&] { t->GetPrefixFromURI(W("urn:x"), nullptr); },
                    [&] { t->GetNode(W("//psf:Feature"), nullptr); },
                    [&] { t->GetNodes(W("Feature"), nullptr); },
-                   [&] { t->GetFeatureNode(W("psk:"), W("F"), nullptr); },
                    [&] { t->GetNodeValue(W("//psf:Feature"), nullptr); },
                    [&] { t->GetAttributeValue(feature.Get(), W("name"), nullptr); },
                    [&] { t->GetAttributeValue(nullptr, W("name"), text.Put()); },
@@ -40,11 +43,9 @@ TEST_F(Refusals, OfNullPointers)
                    [&] { t->AppendXMLAttribute(nullptr, W("a"), W(""), W("v")); },
                    [&] { t->CreateProperty(0, W("P"), W("integer"), W("1"), nullptr); },
                    [&] { t->AppendChild(nullptr, element.Get()); },
-                   [&] { t->AppendChildToRootNode(nullptr); },
                    [&] { t->GetFeatureOption(W("F"), nullptr, text.Put()); },
-                   [&] { t->GetScoredPropertyValue(W("F"), W("P"), noText); },
+                   [&] { t->CreateFeatureOptionPair(1, W("F"), other.Put(), nullptr); },
                    [&] { t->GetScoredPropertyValue(W("F"), W("P"), noNumber); },
-                   [&] { t->CreateFeatureOptionPair(1, W("F"), element.Put(), nullptr); },
                    [&] { t->CreateStringParameterInit(W("tk:"), W("P"), W("v"), nullptr); },
                    [&] { t->DeleteParamInitOrphans(nullptr, nullptr); },
                    [&] { t->DeleteNodeList(nullptr); },
@@ -59,7 +60,6 @@ TEST_F(Refusals, OfNullPointers)
 
 TEST_F(Refusals, OfEmptyNames)
 {
-    t->CreateXMLElement(W("psf:X"), element.Put());
     ExpectCode(E_INVALIDARG,
                {
                    [&] { t->GetPrefixFromURI(W(""), text.Put()); },
@@ -74,8 +74,8 @@ TEST_F(Refusals, OfEmptyNames)
                    [&] { t->CreateParameterRef(W(""), option.Put()); },
                    [&] { t->GetFeatureOption(W(""), text.Put(), second.Put()); },
                    [&] { t->GetScoredPropertyValue(W("F"), W(""), text.Put()); },
-                   [&] { t->CreateFeatureOptionPair(1, W(""), element.Put(), option.Put()); },
-                   [&] { t->CreateFeatureOptionPair(1, W("F"), true, W(""), element.Put(), option.Put()); },
+                   [&] { t->CreateFeatureOptionPair(1, W(""), other.Put(), option.Put()); },
+                   [&] { t->CreateFeatureOptionPair(1, W("F"), true, W(""), other.Put(), option.Put()); },
                    [&] { t->CreateStringParameterInit(W(""), W("P"), W("v"), option.Put()); },
                    [&] { t->CreateStringParameterInit(W("tk:"), W("P"), W(""), option.Put()); },
                    [&] { t->AppendIntegerParameterInit(W("psk:"), W(""), 1); },
@@ -102,7 +102,6 @@ TEST_F(Refusals, OfEmptyNames)
 TEST_F(Refusals, OfAnEmptyWrapper)
 {
     const PrintTicketXmlDocument empty(nullptr);
-    t->CreateXMLElement(W("psf:X"), element.Put());
     t->GetNodes(W("Nothing"), list.Put());
     ExpectCode(E_POINTER,
                {

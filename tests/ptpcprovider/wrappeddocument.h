@@ -1,4 +1,4 @@
-// A document with its wrapper and its parts by name, as the tests of the document layer want them.
+// A document with its wrapper, as the tests of the document layer want them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -37,11 +37,6 @@ public:
         ComPtr<IXMLDOMNode> feature;
         m_document.GetFeatureNode(W("psk:"), publicName, feature.Put());
         return feature;
-    }
-
-    [[nodiscard]] Texts TextsOf(const std::string& query) const
-    {
-        return Select(m_dom.Get(), query);
     }
 
     // As it stands, and as it is read back.
