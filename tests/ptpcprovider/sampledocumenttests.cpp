@@ -1,5 +1,4 @@
-// Every sample loses a feature or a definition and nothing else; capabilities are wrapped as they are. What conversions
-// leave of the tickets: conversiontests.cpp.
+// Every sample loses a feature or a definition and nothing else; capabilities are wrapped as they are.
 #include <tvutil/cxstring.h>
 
 #include "tests/ptpcprovider/wrappeddocument.h"
@@ -33,9 +32,11 @@ TEST(SampleTickets, LoseAFeatureAndNothingElse)
     for (const std::string& file : TestDocumentsIn("tickets"))
     {
         SCOPED_TRACE(file);
+        if (file.find("/odd-") != std::string::npos)
+            continue; // refused
         const ComPtr<IXMLDOMDocument2> whole = LoadTestDocument(file);
-        if (file.find("/odd-") == std::string::npos) // those are refused
-            ExpectOneLess<PrintTicketXmlDocument>(whole, "Feature", &PrintTicketXmlDocument::DeleteFeatureNodeIfExists);
+        const PrintTicketXmlDocument ticket(whole.Get()); // spells private names with "tk"
+        ExpectOneLess<PrintTicketXmlDocument>(whole, "Feature", &PrintTicketXmlDocument::DeleteFeatureNodeIfExists);
     }
 }
 
