@@ -142,9 +142,13 @@ TEST_F(Conversions, TakeEveryTicketOrRefuseItWhole)
         EXPECT_EQ(isRefused ? 5 : 4, devmode.Get()->dmCopies);
         EXPECT_EQ(isRefused ? 2u : 0u, reports.size());
         reports.clear();
+        if (isRefused)
+        {
+            EXPECT_EQ(before.ToUtf8(), TextOf(ticket.Get()));
+            continue;
+        }
         // Everything but the copies stays, with private names spelled by the prefix "tk".
-        if (!isRefused)
-            before.ReplaceAll(W("ns1:"), W("tk:"));
+        before.ReplaceAll(W("ns1:"), W("tk:"));
         const ComPtr<IXMLDOMDocument2> expected = LoadDocument(before.View());
         for (const ComPtr<IXMLDOMDocument2>& document : {expected, again})
             Remove(document.Get(), kCopies);
@@ -207,6 +211,7 @@ TEST_F(Conversions, RefuseADevmodeThatIsNotWhole)
     EXPECT_EQ(E_INVALIDARG, provider->ConvertPrintTicketToDevMode(ticket.Get(), 220, nullptr, 0, nullptr));
     EXPECT_EQ(E_INVALIDARG, ToDevmode(nullptr, devmode));
     EXPECT_EQ(E_INVALIDARG, provider->CompletePrintCapabilities(ticket.Get(), nullptr));
+    EXPECT_EQ(E_INVALIDARG, provider->ExpandIntentOptions(nullptr));
     EXPECT_EQ(E_INVALIDARG, provider->ValidatePrintTicket(nullptr));
     EXPECT_TRUE(reports.empty()); // bad arguments are no failures to report
 }

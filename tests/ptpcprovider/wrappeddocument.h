@@ -10,6 +10,7 @@
 #include "complugins/ptpcprovider/printticketxmldocument.h"
 #include "tests/common/documentcomparer.h"
 #include "tests/common/testdocuments.h"
+#include "tests/platform/wine.h"
 
 using Texts = std::vector<std::string>;
 
@@ -43,7 +44,10 @@ public:
     void ExpectIs(const std::string& text) const
     {
         const ComPtr<IXMLDOMDocument2> expected = LoadDocument(text);
-        EXPECT_EQ("", CompareDocuments(expected.Get(), m_dom.Get()));
+        if (!IsWine()) // whose DOM learns the namespace of a new attribute from the text only
+        {
+            EXPECT_EQ("", CompareDocuments(expected.Get(), m_dom.Get()));
+        }
         EXPECT_EQ("", CompareDocuments(expected.Get(), Reparse(m_dom.Get()).Get()));
     }
 
