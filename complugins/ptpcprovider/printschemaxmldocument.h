@@ -11,6 +11,10 @@
 // only a string of our own that finds no memory is std::bad_alloc. A wrapper of a null document is empty: every
 // operation throws E_POINTER.
 //
+// Names in "name" attributes are compared as text, spelled with the root's prefixes. A prefix that an inner element
+// binds anew still counts as the root's here: no DOM tells what is bound at an element at a price that a hostile
+// document could not drive up. The host refuses such a document.
+//
 // New elements are created detached and appended last, so no failure leaves a half-built element in the document.
 #pragma once
 

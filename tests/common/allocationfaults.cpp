@@ -6,41 +6,21 @@
 
 #include "winport/faultinjection.h"
 
-namespace
-{
-
-void* AllocateOrNull(std::size_t size) noexcept
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
     return winport::AllocationMustFail() ? nullptr : std::malloc(size != 0 ? size : 1);
 }
 
-void* OrThrow(void* memory)
-{
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    return memory;
-}
-
-} // namespace
-
 void* operator new(std::size_t size)
 {
-    return OrThrow(AllocateOrNull(size));
+    if (void* const memory = ::operator new(size, std::nothrow))
+        return memory;
+    throw std::bad_alloc();
 }
 
 void* operator new[](std::size_t size)
 {
-    return OrThrow(AllocateOrNull(size));
-}
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return AllocateOrNull(size);
-}
-
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-    return AllocateOrNull(size);
+    return ::operator new(size);
 }
 
 void operator delete(void* memory) noexcept

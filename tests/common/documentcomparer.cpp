@@ -12,22 +12,22 @@ namespace
 
 constexpr ThrowSite kSite{W("CompareDocuments"), W("tests"), 0};
 
-using Getter = HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*)(BSTR*);
+struct Element
+{
+    std::string path;                              // a step: local[place among its siblings, name attribute]
+    std::string name;                              // {namespace}local
+    std::map<std::string, std::string> attributes; // by {namespace}local
+    std::string text;                              // of the element itself, blanks at both ends cut
 
-std::string Get(IXMLDOMNode* node, Getter getter)
+    bool operator==(const Element&) const = default;
+};
+
+std::string Get(IXMLDOMNode* node, HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*getter)(BSTR*))
 {
     CComBSTR text;
     (node->*getter)(text.Put());
     return CXString(text).ToUtf8();
 }
-
-struct Element
-{
-    std::string name;                              // {namespace}local
-    std::map<std::string, std::string> attributes; // by {namespace}local
-    std::string text;                              // of the element itself, blanks at both ends cut
-    std::vector<ComPtr<IXMLDOMNode>> children;
-};
 
 std::string QualifiedName(IXMLDOMNode* node)
 {
@@ -42,90 +42,65 @@ std::string Trimmed(const std::string& text)
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-Element Describe(IXMLDOMNode* node)
+// The element and, behind it, all below it in document order.
+void List(IXMLDOMNode* node, const std::string& parent, std::size_t place, std::vector<Element>& elements)
 {
-    Element element;
-    element.name = QualifiedName(node);
+    Element element{{}, QualifiedName(node), {}, {}};
     ComPtr<IXMLDOMNamedNodeMap> attributes;
     node->get_attributes(attributes.Put());
     for (const ComPtr<IXMLDOMNode>& attribute : NodesOf(attributes.Get(), kSite))
         if (const std::string name = Get(attribute.Get(), &IXMLDOMNode::get_nodeName);
             name != "xmlns" && !name.starts_with("xmlns:"))
             element.attributes[QualifiedName(attribute.Get())] = Get(attribute.Get(), &IXMLDOMNode::get_text);
-    ComPtr<IXMLDOMNodeList> children;
-    node->get_childNodes(children.Put());
-    for (const ComPtr<IXMLDOMNode>& child : NodesOf(children.Get(), kSite))
+    ComPtr<IXMLDOMNodeList> list;
+    node->get_childNodes(list.Put());
+    std::vector<ComPtr<IXMLDOMNode>> children;
+    for (const ComPtr<IXMLDOMNode>& child : NodesOf(list.Get(), kSite))
     {
         DOMNodeType type = NODE_INVALID;
         child->get_nodeType(&type);
         if (type == NODE_ELEMENT)
-            element.children.push_back(child);
+            children.push_back(child);
         else if (type == NODE_TEXT || type == NODE_CDATA_SECTION)
             element.text += Get(child.Get(), &IXMLDOMNode::get_text);
     }
     element.text = Trimmed(element.text);
-    return element;
-}
-
-std::string StepOf(const Element& element, std::size_t index)
-{
-    const std::string local = element.name.substr(element.name.rfind('}') + 1);
     const auto name = element.attributes.find("name");
-    return "/" + local + "[" + std::to_string(index + 1) + "]" +
-           (name != element.attributes.end() ? "[" + name->second + "]" : "");
+    element.path = parent + "/" + Get(node, &IXMLDOMNode::get_baseName) + "[" + std::to_string(place) +
+                   (name != element.attributes.end() ? " " + name->second : "") + "]";
+    elements.push_back(element);
+    for (std::size_t at = 0; at < children.size(); ++at)
+        List(children[at].Get(), element.path, at + 1, elements);
 }
 
-std::string CompareAttributes(const Element& expected, const Element& actual)
+std::vector<Element> ElementsOf(IXMLDOMDocument2* document)
 {
-    for (const auto& [name, value] : expected.attributes)
-    {
-        const auto found = actual.attributes.find(name);
-        if (found == actual.attributes.end())
-            return "attribute " + name + " is missing";
-        if (found->second != value)
-            return "attribute " + name + " is \"" + found->second + "\", not \"" + value + "\"";
-    }
-    for (const auto& [name, value] : actual.attributes)
-        if (!expected.attributes.contains(name))
-            return "unexpected attribute " + name + "=\"" + value + "\"";
-    return {};
+    std::vector<Element> elements;
+    ComPtr<IXMLDOMElement> root;
+    document->get_documentElement(root.Put());
+    if (root)
+        List(root.Get(), "", 1, elements);
+    return elements;
 }
 
-std::string CompareElements(IXMLDOMNode* expectedNode, IXMLDOMNode* actualNode, const std::string& parent,
-                            std::size_t index)
+std::string Describe(const std::vector<Element>& elements, std::vector<Element>::const_iterator at)
 {
-    const Element expected = Describe(expectedNode);
-    const Element actual = Describe(actualNode);
-    const std::string path = parent + StepOf(expected, index);
-    if (expected.name != actual.name)
-        return path + ": element is " + actual.name + ", not " + expected.name;
-    if (const std::string difference = CompareAttributes(expected, actual); !difference.empty())
-        return path + ": " + difference;
-    if (expected.text != actual.text)
-        return path + ": text is \"" + actual.text + "\", not \"" + expected.text + "\"";
-    for (std::size_t child = 0; child < std::max(expected.children.size(), actual.children.size()); ++child)
-    {
-        if (child >= actual.children.size())
-            return path + StepOf(Describe(expected.children[child].Get()), child) + " is missing";
-        if (child >= expected.children.size())
-            return path + ": unexpected" + StepOf(Describe(actual.children[child].Get()), child);
-        const std::string difference =
-            CompareElements(expected.children[child].Get(), actual.children[child].Get(), path, child);
-        if (!difference.empty())
-            return difference;
-    }
-    return {};
+    if (at == elements.end())
+        return "nothing more";
+    std::string text = at->path + ": " + at->name;
+    for (const auto& [name, value] : at->attributes)
+        text.append(" ").append(name).append("=\"").append(value).append("\"");
+    return text + " \"" + at->text + "\"";
 }
 
 } // namespace
 
 std::string CompareDocuments(IXMLDOMDocument2* expected, IXMLDOMDocument2* actual)
 {
-    ComPtr<IXMLDOMElement> expectedRoot;
-    expected->get_documentElement(expectedRoot.Put());
-    ComPtr<IXMLDOMElement> actualRoot;
-    actual->get_documentElement(actualRoot.Put());
-    if (!expectedRoot || !actualRoot)
-        return expectedRoot || actualRoot ? "one of the documents is empty" : "";
-    return CompareElements(expectedRoot.Get(), actualRoot.Get(), "", 0);
+    const std::vector<Element> left = ElementsOf(expected);
+    const std::vector<Element> right = ElementsOf(actual);
+    if (left == right)
+        return {};
+    const auto [first, second] = std::mismatch(left.begin(), left.end(), right.begin(), right.end());
+    return "expected " + Describe(left, first) + ", found " + Describe(right, second);
 }

@@ -10,6 +10,5 @@
 
 #include <string>
 
-// Empty when they are equal; else the first difference, with its path: "/PrintTicket/Feature[2][psk:PageMediaSize]:
-// attribute "name" …".
+// Empty when they are equal; else what stands on either side at the first difference, with its path.
 std::string CompareDocuments(IXMLDOMDocument2* expected, IXMLDOMDocument2* actual);

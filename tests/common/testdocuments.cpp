@@ -44,13 +44,24 @@ WStringView WithoutXmlDeclaration(WStringView text)
     return text.starts_with(start) && end != WStringView::npos ? text.substr(end + 2) : text;
 }
 
-std::string ReasonOf(IXMLDOMDocument2* document)
+std::vector<ComPtr<IXMLDOMNode>> SelectNodes(IXMLDOMDocument2* document, const std::string& query)
 {
-    ComPtr<IXMLDOMParseError> error;
-    CComBSTR reason;
-    if (document->get_parseError(error.Put()) == S_OK)
-        error->get_reason(reason.Put());
-    return Utf8(reason.View());
+    const CComBSTR namespaces(kSelectionNamespaces);
+    EXPECT_EQ(S_OK,
+              document->setProperty(CComBSTR(W("SelectionLanguage")).Get(), BorrowAsVariant(CComBSTR(W("XPath")))));
+    EXPECT_EQ(S_OK, document->setProperty(CComBSTR(W("SelectionNamespaces")).Get(), BorrowAsVariant(namespaces)));
+    ComPtr<IXMLDOMNodeList> list;
+    EXPECT_EQ(S_OK, document->selectNodes(CXString::FromUtf8(query).ToBstr().Get(), list.Put())) << query;
+    return NodesOf(list.Get(), {W("SelectNodes"), W("tests")});
+}
+
+std::string DocumentAround(const std::string& root, const std::string& content, const std::string& moreDeclarations)
+{
+    return "<" + root +
+           " xmlns:psf=\"http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework\" "
+           "xmlns:psk=\"http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords\" "
+           "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\" " +
+           moreDeclarations + " version=\"1\">" + content + "</" + root + ">";
 }
 
 } // namespace
@@ -67,7 +78,7 @@ ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text, bool keepBlanks)
     VARIANT_BOOL loaded = VARIANT_FALSE;
     document->loadXML(CComBSTR(WithoutXmlDeclaration(text)).Get(), &loaded);
     if (loaded != VARIANT_TRUE)
-        throw std::runtime_error("no document: " + ReasonOf(document.Get()) + ": " + Utf8(text));
+        throw std::runtime_error("no document: " + Utf8(text));
     return document;
 }
 
@@ -96,22 +107,27 @@ ComPtr<IXMLDOMDocument2> Reparse(IXMLDOMDocument2* document)
     return LoadDocument(TextOf(document));
 }
 
-std::vector<std::string> Select(IXMLDOMDocument2* document, const char* query)
+std::vector<std::string> Select(IXMLDOMDocument2* document, const std::string& query)
 {
-    const CComBSTR namespaces(kSelectionNamespaces);
-    EXPECT_EQ(S_OK,
-              document->setProperty(CComBSTR(W("SelectionLanguage")).Get(), BorrowAsVariant(CComBSTR(W("XPath")))));
-    EXPECT_EQ(S_OK, document->setProperty(CComBSTR(W("SelectionNamespaces")).Get(), BorrowAsVariant(namespaces)));
-    ComPtr<IXMLDOMNodeList> list;
-    EXPECT_EQ(S_OK, document->selectNodes(CXString::FromUtf8(query).ToBstr().Get(), list.Put())) << query;
     std::vector<std::string> texts;
-    for (const ComPtr<IXMLDOMNode>& node : NodesOf(list.Get(), {W("Select"), W("tests")}))
+    for (const ComPtr<IXMLDOMNode>& node : SelectNodes(document, query))
     {
         CComBSTR text;
         EXPECT_EQ(S_OK, node->get_text(text.Put()));
         texts.push_back(Utf8(text.View()));
     }
     return texts;
+}
+
+void Remove(IXMLDOMDocument2* document, const std::string& query)
+{
+    for (const ComPtr<IXMLDOMNode>& node : SelectNodes(document, query))
+    {
+        ComPtr<IXMLDOMNode> parent;
+        ComPtr<IXMLDOMNode> removed;
+        EXPECT_EQ(S_OK, node->get_parentNode(parent.Put()));
+        EXPECT_EQ(S_OK, parent->removeChild(node.Get(), removed.Put()));
+    }
 }
 
 std::vector<std::string> TestDocumentsIn(const std::string& folder)
@@ -125,10 +141,12 @@ std::vector<std::string> TestDocumentsIn(const std::string& folder)
 
 std::string TicketAround(const std::string& content, const std::string& moreDeclarations)
 {
-    return "<psf:PrintTicket xmlns:psf=\"http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework\" "
-           "xmlns:psk=\"http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords\" "
-           "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\" " +
-           moreDeclarations + " version=\"1\">" + content + "</psf:PrintTicket>";
+    return DocumentAround("psf:PrintTicket", content, moreDeclarations);
+}
+
+std::string CapabilitiesAround(const std::string& content)
+{
+    return DocumentAround("psf:PrintCapabilities", content, "");
 }
 
 std::string Utf8(WStringView text)

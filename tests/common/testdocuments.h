@@ -9,7 +9,7 @@
 #include "utilitiesstaticlib/comptr.h"
 #include "utilitiesstaticlib/wideliteral.h"
 
-// A text that is no document is thrown as std::runtime_error with the DOM's reason.
+// A text that is no document is thrown as std::runtime_error.
 // With `keepBlanks` the blanks between elements stay, as the host has it; the DOM drops them by default.
 ComPtr<IXMLDOMDocument2> LoadDocument(WStringView text, bool keepBlanks = false);
 ComPtr<IXMLDOMDocument2> LoadDocument(const std::string& utf8, bool keepBlanks = false);
@@ -22,12 +22,15 @@ std::string TextOf(IXMLDOMDocument2* document);
 ComPtr<IXMLDOMDocument2> Reparse(IXMLDOMDocument2* document);
 
 // What an XPath query finds, by its text; the framework namespace is psf.
-std::vector<std::string> Select(IXMLDOMDocument2* document, const char* query);
+std::vector<std::string> Select(IXMLDOMDocument2* document, const std::string& query);
+// Takes out the elements that it finds.
+void Remove(IXMLDOMDocument2* document, const std::string& query);
 
 // The files of a folder below tests/data, sorted, with the folder's name before them.
 std::vector<std::string> TestDocumentsIn(const std::string& folder);
 
-// A ticket around the given content; declarations are attributes of its root. The usual four are written by default.
+// A document around the given content; declarations are attributes of its root, which has the usual four.
 std::string TicketAround(const std::string& content, const std::string& moreDeclarations = "");
+std::string CapabilitiesAround(const std::string& content);
 
 std::string Utf8(WStringView text);

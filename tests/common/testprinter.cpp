@@ -117,14 +117,6 @@ HANDLE AddTestPrinter()
     return added;
 }
 
-std::array<BYTE, 8> LittleEndian(ULONGLONG value)
-{
-    std::array<BYTE, 8> bytes = {};
-    for (std::size_t at = 0; at < bytes.size(); ++at)
-        bytes[at] = static_cast<BYTE>(value >> (8 * at));
-    return bytes;
-}
-
 CXString StoreVariable()
 {
     std::array<WCHAR, 1024> value = {};
@@ -148,9 +140,9 @@ TestPrinter::TestPrinter(const SetUp& setUp)
     m_printer = AddTestPrinter();
     if (!setUp.capabilityWord)
         return;
-    std::array<BYTE, 8> bytes = LittleEndian(*setUp.capabilityWord);
-    EXPECT_EQ(ERROR_SUCCESS, SetPrinterDataExW(m_printer, g_dataKey, g_capability, REG_BINARY, bytes.data(),
-                                               static_cast<DWORD>(bytes.size())));
+    ULONGLONG word = *setUp.capabilityWord; // little-endian, as this machine is
+    EXPECT_EQ(ERROR_SUCCESS, SetPrinterDataExW(m_printer, g_dataKey, g_capability, REG_BINARY,
+                                               reinterpret_cast<BYTE*>(&word), sizeof(word)));
 }
 
 TestPrinter::~TestPrinter()

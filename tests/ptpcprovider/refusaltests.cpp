@@ -1,0 +1,128 @@
+// What the document layer's operations refuse: null pointers, empty names, and everything when there is no document.
+#include "tests/common/failurecode.h"
+#include "tests/ptpcprovider/wrappeddocument.h"
+
+namespace
+{
+
+class Refusals : public testing::Test
+{
+protected:
+    Refusals()
+    {
+        t->CreateXMLElement(W("psf:X"), element.Put());
+    }
+
+    const std::string ticketText = TicketAround("<psf:Feature name=\"psk:F\"/>");
+    const std::string capabilitiesText = CapabilitiesAround("<psf:Feature name=\"psk:F\"/>");
+    const WrappedTicket t{ticketText};
+    const WrappedCapabilities c{capabilitiesText};
+    const ComPtr<IXMLDOMNode> feature = t.Feature(W("F"));
+    ComPtr<IXMLDOMElement> element; // detached
+    ComPtr<IXMLDOMElement> option;
+    ComPtr<IXMLDOMElement> other;
+    ComPtr<IXMLDOMNode> node;
+    ComPtr<IXMLDOMNodeList> list;
+    CComBSTR text;
+    CComBSTR second;
+};
+
+TEST_F(Refusals, OfNullPointers)
+{
+    ULONG* const noNumber = nullptr;
+    ExpectCode(E_POINTER,
+               {
+                   [&] { t->GetPrefixFromURI(W("urn:x"), nullptr); },
+                   [&] { t->GetNode(W("//psf:Feature"), nullptr); },
+                   [&] { t->GetNodes(W("Feature"), nullptr); },
+                   [&] { t->GetNodeValue(W("//psf:Feature"), nullptr); },
+                   [&] { t->GetAttributeValue(feature.Get(), W("name"), nullptr); },
+                   [&] { t->GetAttributeValue(nullptr, W("name"), text.Put()); },
+                   [&] { t->DeleteNode(nullptr); },
+                   [&] { t->CreateXMLElement(W("psf:X"), nullptr); },
+                   [&] { t->AppendXMLAttribute(nullptr, W("a"), W(""), W("v")); },
+                   [&] { t->CreateProperty(0, W("P"), W("integer"), W("1"), nullptr); },
+                   [&] { t->AppendChild(nullptr, element.Get()); },
+                   [&] { t->GetFeatureOption(W("F"), nullptr, text.Put()); },
+                   [&] { t->CreateFeatureOptionPair(1, W("F"), other.Put(), nullptr); },
+                   [&] { t->GetScoredPropertyValue(W("F"), W("P"), noNumber); },
+                   [&] { t->CreateStringParameterInit(W("tk:"), W("P"), W("v"), nullptr); },
+                   [&] { t->DeleteParamInitOrphans(nullptr, nullptr); },
+                   [&] { t->DeleteNodeList(nullptr); },
+                   [&] { c->CreateFeature(W("F"), W(""), nullptr); },
+                   [&] { c->CreateStringParameterDef(W("psk:"), W("S"), {}, nullptr); },
+                   [&] { c->ReplaceDisplayNamePropertyValue(nullptr, W("x")); },
+                   [&] { c->GetChildOptionNodeIfExists(nullptr, W("psk:"), W("A"), node.Put()); },
+                   [&] { c->GetChildOptionNodes(nullptr, list.Put()); },
+                   [&] { c->GetChildScoredPropertyValueAsString(nullptr, W("P"), text.Put()); },
+               });
+}
+
+TEST_F(Refusals, OfEmptyNames)
+{
+    ExpectCode(E_INVALIDARG,
+               {
+                   [&] { t->GetPrefixFromURI(W(""), text.Put()); },
+                   [&] { t->GetNode(W(""), node.Put()); },
+                   [&] { t->GetNodeValue(W(""), text.Put()); },
+                   [&] { t->GetAttributeValue(feature.Get(), W(""), text.Put()); },
+                   [&] { t->AppendXMLAttribute(element.Get(), W(""), W(""), W("v")); },
+                   [&] { t->AppendXMLAttribute(element.Get(), W("a"), W(""), W("")); },
+                   [&] { t->CreateXMLElement(W(""), option.Put()); },
+                   [&] { t->CreateProperty(0, W(""), option.Put()); },
+                   [&] { t->CreateScoredProperty(W(""), option.Put()); },
+                   [&] { t->CreateParameterRef(W(""), option.Put()); },
+                   [&] { t->GetFeatureOption(W(""), text.Put(), second.Put()); },
+                   [&] { t->GetScoredPropertyValue(W("F"), W(""), text.Put()); },
+                   [&] { t->CreateFeatureOptionPair(1, W(""), other.Put(), option.Put()); },
+                   [&] { t->CreateFeatureOptionPair(1, W("F"), true, W(""), other.Put(), option.Put()); },
+                   [&] { t->CreateStringParameterInit(W(""), W("P"), W("v"), option.Put()); },
+                   [&] { t->CreateStringParameterInit(W("tk:"), W("P"), W(""), option.Put()); },
+                   [&] { t->AppendIntegerParameterInit(W("psk:"), W(""), 1); },
+                   [&] { t->GetParameterInitValueNodeIfExists(W("psk:"), W(""), node.Put()); },
+                   [&] { t->DeleteFeatureAndOrphanParameterInitsIfExists(W("psk:"), W("")); },
+                   [&] { c->CreateFeature(W(""), W(""), option.Put()); },
+                   [&] { c->CreateOption(W("psk:"), W(""), W(""), W(""), option.Put()); },
+                   [&] { c->CreateIntegerParameterDef(W("psk:"), W(""), {}, option.Put()); },
+                   [&] { c->GetChildOptionNodeIfExists(feature.Get(), W("psk:"), W(""), node.Put()); },
+                   [&] { c->GetChildScoredPropertyValueAsString(feature.Get(), W(""), text.Put()); },
+                   [&] { c->DeleteParameterDefNodeIfExists(W("psk:"), W("")); },
+               });
+    ExpectCode(E_FAIL,
+               {
+                   [&] { t->GetNodes(W(""), list.Put()); },
+                   [&] { t->DeletePropertyNodesIfExist(W("psk:"), W("")); },
+               });
+    t.ExpectIs(ticketText);
+    c.ExpectIs(capabilitiesText);
+}
+
+// One call for each guard that nothing behind it would do for. The nodes are another document's: only the wrapper's own
+// emptiness can fail the calls.
+TEST_F(Refusals, OfAnEmptyWrapper)
+{
+    const PrintTicketXmlDocument empty(nullptr);
+    t->GetNodes(W("Nothing"), list.Put());
+    ExpectCode(E_POINTER,
+               {
+                   [&] { static_cast<void>(empty.GetNsPrefix(0)); },
+                   [&] { empty.GetPrefixFromURI(W("urn:x"), text.Put()); },
+                   [&] { empty.GetNode(W("//x"), node.Put()); },
+                   [&] { empty.GetNodes(W("Feature"), ComPtr<IXMLDOMNodeList>().Put()); },
+                   [&] { empty.GetFeatureNode(W("psk:"), W("F"), node.Put()); },
+                   [&] { empty.GetAttributeValue(feature.Get(), W("name"), text.Put()); },
+                   [&] { empty.DeleteNode(feature.Get()); },
+                   [&] { empty.DeleteFeatureNodeIfADuplicateExists(W("psk:"), W("F")); },
+                   [&] { empty.DeletePropertyNodesIfExist(W("psk:"), W("F")); },
+                   [&] { empty.AppendChild(feature.Get(), element.Get()); },
+                   [&] { empty.CreateXMLElement(W("psf:X"), option.Put()); },
+                   [&] { empty.AppendXMLAttribute(element.Get(), W("a"), W(""), W("v")); },
+                   [&] { empty.GetFeatureOption(W("F"), text.Put(), second.Put()); },
+                   [&] { empty.GetScoredPropertyValue(W("F"), W("P"), text.Put()); },
+                   [&] { empty.GetParameterInitValueNodeIfExists(W("psk:"), W("P"), node.Put()); },
+                   [&] { empty.DeleteParamInitOrphans(list.Get(), list.Get()); },
+                   [&] { empty.DeleteNodeList(list.Get()); },
+               });
+}
+
+} // namespace
