@@ -210,6 +210,7 @@ TEST(Workflow, ForgetsAModuleThatALoadLeftWithoutAnObject)
     }
     const TestPrinter without(ColorPrinter({}));
     EXPECT_FALSE(workflow.Load(without.Handle()));
+    EXPECT_THROW(static_cast<void>(workflow.GetWorkFlowType()), ExceptionWorkflowObjectNotInitialized);
 }
 
 TEST_F(BoundProvider, AnswersForItsProduct)

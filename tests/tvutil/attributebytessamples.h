@@ -28,9 +28,7 @@ inline std::string Hex(const ByteBuffer& bytes)
 
 inline AttributeBytesRawList RawListOf(const AttributeBytesIndexedList& list)
 {
-    AttributeBytesRawList raw;
-    raw.ImportFromIndexedList(list);
-    return raw;
+    return AttributeBytesRawList(list);
 }
 
 inline AttributeBytesRawList RawListOf(const ByteBuffer& bytes)

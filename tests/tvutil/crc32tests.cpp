@@ -31,7 +31,6 @@ TEST(Crc32, AgreesWithTheBitwiseDefinitionAndChains)
     const ULONG whole = Crc32::GetCrc(bytes.data(), bytes.size());
     for (std::size_t cut = 0; cut <= bytes.size(); ++cut)
         EXPECT_EQ(Crc32::GetCrc(bytes.data() + cut, bytes.size() - cut, Crc32::GetCrc(bytes.data(), cut)), whole);
-    EXPECT_EQ(Crc32::GetCrc(nullptr, 0, 1397442489), 1397442489u);
 }
 
 } // namespace

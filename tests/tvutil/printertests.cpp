@@ -3,6 +3,7 @@
 
 #include <winspool.h>
 
+#include <algorithm>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -47,10 +48,8 @@ std::string FailureOf(Call call)
 
 bool Mentions(const std::string& message, std::initializer_list<const char*> parts)
 {
-    for (const char* const part : parts)
-        if (message.find(part) == std::string::npos)
-            return false;
-    return true;
+    return std::all_of(parts.begin(), parts.end(),
+                       [&](const char* part) { return message.find(part) != std::string::npos; });
 }
 
 TEST_F(InstalledPrinter, FailuresNameTheOperationThePrinterAndTheError)
@@ -143,7 +142,6 @@ TEST_F(InstalledPrinter, ListsEveryFileOfItsDriver)
         for (std::size_t index = 0; index < files.size(); ++index)
             EXPECT_TRUE(Mentions(files[index].ToUtf8(), {names[index]})) << files[index].ToUtf8();
     }
-    EXPECT_THROW(static_cast<void>(driver.GetDriverFiles(m_handle, 2, CXString())), ExceptionPrintDriverFailure);
     EXPECT_THROW(static_cast<void>(driver.GetDriverFiles(m_handle, 9, W("Windows 4.0"))), ExceptionPrintDriverFailure);
 }
 
@@ -154,7 +152,8 @@ TEST_F(InstalledPrinter, EveryFailingSpoolerCallIsAFailureAndNothingMore)
     const Printer printer(m_handle);
     printer.SetPrinterDataW(W("Value"), REG_DWORD, "1234", 4);
     unsigned failures = 0;
-    for (unsigned nth = 1;; ++nth)
+    bool fired = true;
+    for (unsigned nth = 1; fired; ++nth)
     {
         winport::ArmFault(winport::FaultKind::PlatformCall, nth);
         const std::string failure = FailureOf<ExceptionPrinterFailure>(
@@ -165,10 +164,8 @@ TEST_F(InstalledPrinter, EveryFailingSpoolerCallIsAFailureAndNothingMore)
                 ByteBuffer data;
                 EXPECT_TRUE(printer.GetPrinterDataW(W("Value"), type, data));
             });
-        const bool fired = winport::DisarmFault(winport::FaultKind::PlatformCall);
+        fired = winport::DisarmFault(winport::FaultKind::PlatformCall);
         EXPECT_TRUE(failure.empty() || (fired && Mentions(failure, {"Win32 error"}))) << nth << ": " << failure;
-        if (!fired)
-            break;
         failures += failure.empty() ? 0u : 1u;
     }
     EXPECT_EQ(failures, 5u) << "open, the driver's name twice, the value twice";
