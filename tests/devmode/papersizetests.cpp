@@ -88,9 +88,9 @@ TEST(PaperLists, ThatContradictThemselvesAreNotBelieved)
     EXPECT_FALSE(DevicePaperList::Read(longer.bytes()));
     for (const std::size_t at : {0U, 2U, 10U}) // format, count, length of the first name
     {
-        ByteBuffer changed = whole;
+        ByteBuffer changed = DevicePaperList::Write(NumberedForms(1, 63), 0);
         ByteWriter(changed.bytes().subspan(at)).U16(64);
-        changed.resize(2 * whole.size());
+        changed.resize(changed.size() + sizeof(WCHAR));
         EXPECT_FALSE(DevicePaperList::Read(changed.bytes())) << at;
     }
 }
@@ -185,6 +185,7 @@ const MatchCase kMatchCases[] = {
     {"high number, other's size", {kNumber, 10000, 2159, 2794, W("?")}, true, {0, 10000, 2159, 2794, kUsual}},
     {"below the high numbers", {kNumber, 9999, 2159, 2794, W("?")}, true, {0, 9999, 2159, 2794, W("Letter")}},
     // By name, ignoring case.
+    {"name", {kName, 0, 1, 2, W("LETTER")}, true, {0, 1, 2159, 2794, W("LETTER")}},
     {"name of a standard size with a driver's form", {kName, 0, 0, 0, W("a4")}, true, {0, 328, 2100, 2970, W("a4")}},
     {"user-defined name, its size", {kName, 5, 3000, 2159, W("custom")}, true, {0, 5, 2159, 3000, W("custom")}},
     {"user-defined name, driver's size", {kName, 5, 2150, 3400, W("Custom")}, true, {0, 330, 2150, 3400, W("Oficio")}},

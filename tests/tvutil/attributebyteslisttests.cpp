@@ -105,11 +105,12 @@ TEST_P(AttributeLists, BelieveNoBytesThatMakeNoSense)
         {AttributeBytesKind::Boolean, {2}},
         {AttributeBytesKind::Boolean, {1, 0}},
         {AttributeBytesKind::Integer, {1, 0, 0}},
+        {AttributeBytesKind::Integer, {1, 0, 0, 0, 0}},
         {AttributeBytesKind::String, {1, 0, 0}},
         {AttributeBytesKind::Option, {1, 0}},
         {AttributeBytesKind::Option, {1, 0, 0, 0, 65}},
         {AttributeBytesKind::Dimension, {1, 0, 0, 0, 0, 0, 0}},
-        {AttributeBytesKind::List, {}},
+        {AttributeBytesKind::Dimension, {1, 0, 0, 0, 0, 0, 0, 0, 0}},
         {AttributeBytesKind::List, {0, 0}}, // no level: no collection
         {AttributeBytesKind::List, {1, 0, 1, 0}},
         {AttributeBytesKind::List, {1, 0, 0, 0, 0}},          // behind the last level

@@ -15,10 +15,7 @@ TEST(ByteBuffer, ReadsItsFirstWordAndNothingOfAShorterContent)
 {
     const BYTE bytes[] = {0x01, 0x02, 0x03, 0xF4, 0x55};
     for (std::size_t size = 0; size <= sizeof(bytes); ++size)
-    {
-        const ByteBuffer buffer(bytes, size);
-        EXPECT_EQ(buffer.getDword(), size >= 4 ? 0xF4030201u : 0u) << size;
-    }
+        EXPECT_EQ(ByteBuffer(bytes, size).getDword(), size >= 4 ? 0xF4030201u : 0u) << size;
 }
 
 TEST(ByteBuffer, SettingMayTakeNothingOrAPartOfItself)

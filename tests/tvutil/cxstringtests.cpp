@@ -10,9 +10,9 @@ namespace
 
 TEST(CXString, FormatReplacesDirectivesInOrder)
 {
-    const CXString name(W("A4"));
-    const CXString text = CXString::Format(W("%s: %i, %u%% of %s%s"), {name, -2147483647 - 1, 4294967295u, W("\u00e9"),
-                                                                       static_cast<const WCHAR*>(nullptr)});
+    const CXString text =
+        CXString::Format(W("%s: %i, %u%% of %s%s"),
+                         {W("A4"), -2147483647 - 1, 4294967295u, W("\u00e9"), static_cast<const WCHAR*>(nullptr)});
     EXPECT_EQ(text.ToUtf8(), "A4: -2147483648, 4294967295% of \xC3\xA9");
     EXPECT_EQ(CXString::Format(W("%u"), {~0ull}).ToUtf8(), "18446744073709551615");
 }

@@ -18,7 +18,6 @@ namespace
 {
 
 constexpr const WCHAR* kValueName = DeviceSettingsManager::kDeviceSettingsValueName;
-constexpr auto kDeviceSettings = PersistentAttributes::GetDeviceSettingsNameSpaceId();
 constexpr auto kDocProp = PersistentAttributes::GetDataModelDocPropNameSpaceId();
 
 TEST(DeviceSettings, AreStoredWithThePrinterAndReadAgain)
@@ -39,7 +38,7 @@ TEST(DeviceSettings, AreStoredWithThePrinterAndReadAgain)
         DeviceSettingsManager::Store(printer, settings);
     DeviceSettingsManager read(printer);
     EXPECT_EQ(read.GetBooleanValueFromAttributeBytes(720), true);
-    EXPECT_EQ(read.GetAttributeBytesIndexedList(kDeviceSettings)->GetCount(), 1u);
+    EXPECT_EQ(read.GetDefaultAttributeBytesIndexedList()->GetCount(), 1u);
     EXPECT_EQ(read.GetAttributeBytesIndexedListOf(kDocProp)->GetCount(), 0u);
 
     DWORD type = 0;

@@ -10,6 +10,7 @@
 #include <tvutil/bytebuffer.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/executioncontext.h>
+#include <tvutil/globalcaches.h>
 #include <tvutil/persistentattributes.h>
 #include <tvutil/throwexception.h>
 #include <tvutil/utilitiesdllperthreadstorage.h>
@@ -81,7 +82,7 @@ TEST_F(AllocationFaults, EveryOperationThrowsAndLeavesItsObjectAsItWas)
               1u);
 }
 
-TEST_F(AllocationFaults, LeaveListsAndStatesAsTheyWere)
+TEST_F(AllocationFaults, LeaveListsStatesAndCachesAsTheyWere)
 {
     constexpr AttributeBytesNameSpacesId kId = PersistentAttributes::GetDataModelDocPropNameSpaceId();
     const AttributeBytesIndexedList sample = SampleList();
@@ -124,6 +125,15 @@ TEST_F(AllocationFaults, LeaveListsAndStatesAsTheyWere)
     EXPECT_GT(FailEachAllocation([&] { static_cast<void>(stored.SetAttributeBytesNameSpaces(nameSpaces)); },
                                  [&] { EXPECT_EQ(stored.GetPersistentAttributesState(), state); }),
               1u);
+
+    GlobalCaches::Clear();
+    EXPECT_GT(FailEachAllocation(
+                  [&] {
+                      GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(GlobalCaches::kDocPropListCacheName,
+                                                                                   kId, 1, sample);
+                  },
+                  [] { EXPECT_EQ(GlobalCaches::GetListCounters().entries, 0u); }),
+              2u);
 }
 
 TEST_F(AllocationFaults, AThrowThatRunsOutOfMemoryIsABadAllocation)

@@ -79,7 +79,7 @@ TEST_F(InstalledPrinter, KeepsPrinterDataOfEverySize)
     EXPECT_TRUE(type == 77 && data == ByteBuffer("before", 6)) << "an absent value changes nothing";
     for (const std::size_t size : {0u, 5000u})
     {
-        const ByteBuffer written(size);
+        const ByteBuffer written(std::string(size, 'x').data(), size);
         printer.SetPrinterDataW(W("Value"), REG_BINARY, written.data(), static_cast<DWORD>(size));
         EXPECT_TRUE(printer.GetPrinterDataW(W("Value"), type, data));
         EXPECT_TRUE(type == REG_BINARY && data == written) << size;
@@ -117,6 +117,7 @@ TEST_F(InstalledPrinter, AnswersTheCapabilityWordMasked)
         return FailureOf<ExceptionPrintDriverFailure>([&] { capability(1); });
     };
     EXPECT_TRUE(Mentions(failure(), {"set-up has not run"}));
+    EXPECT_THROW(static_cast<void>(PrintDriver().GetDriverCapability(nullptr, 1)), ExceptionPrintDriverFailure);
 
     const Printer printer(m_handle);
     constexpr BYTE kWord[] = {0x02, 0x0E, 0, 0, 0, 0, 0, 0x80, 0xFF};
@@ -142,6 +143,7 @@ TEST_F(InstalledPrinter, ListsEveryFileOfItsDriver)
         for (std::size_t index = 0; index < files.size(); ++index)
             EXPECT_TRUE(Mentions(files[index].ToUtf8(), {names[index]})) << files[index].ToUtf8();
     }
+    EXPECT_THROW(static_cast<void>(driver.GetDriverFiles(m_handle, 2, CXString())), ExceptionPrintDriverFailure);
     EXPECT_THROW(static_cast<void>(driver.GetDriverFiles(m_handle, 9, W("Windows 4.0"))), ExceptionPrintDriverFailure);
 }
 

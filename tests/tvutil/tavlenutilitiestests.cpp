@@ -17,8 +17,6 @@ TEST(Paths, AModuleIsFoundByWhatItContains)
 {
     const CXString program = TavlenUtilities::getModulePath(&AFunctionOfThisProgram);
     EXPECT_NE(program.ToLower().Find(W("tvutil_tests")), CXString::npos) << program.ToUtf8();
-    static const int anObject = 1;
-    EXPECT_EQ(TavlenUtilities::getModulePath(&anObject), program);
     const int onTheStack = 1;
     EXPECT_TRUE(TavlenUtilities::getModulePath(&onTheStack).IsEmpty());
     EXPECT_TRUE(TavlenUtilities::getModulePath(nullptr).IsEmpty());
