@@ -19,7 +19,7 @@ SpoolerBuffer Answer(WStringView text)
                       *needed = size;
                       if (given >= size)
                           std::memcpy(room, text.data(), size);
-                      return DWORD{given < size ? ERROR_INSUFFICIENT_BUFFER : ERROR_SUCCESS};
+                      return static_cast<DWORD>(given < size ? ERROR_INSUFFICIENT_BUFFER : ERROR_SUCCESS);
                   }),
               ERROR_SUCCESS);
     return answer;
