@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include <tvutil/attributebytesreader.h>
 #include <tvutil/persistentattributes.h>
 
 #include "tests/tvutil/attributebytessamples.h"
@@ -26,6 +27,27 @@ void Require(bool holds)
 ByteBuffer ListOf(const PersistentAttributes& attributes, AttributeBytesNameSpacesId id)
 {
     return ByteBuffer(attributes.GetAttributeBytesListForNameSpace(id).GetBytes());
+}
+
+// Asks for each value as every type, and for what collections hold.
+void ReadAll(const AttributeBytesRawList& raw, int depth)
+{
+    AttributeBytesIndexedList list;
+    list.ImportFromRawList(raw);
+    list.SetIndexed(true);
+    for (std::size_t position = 0; position < list.GetCount(); ++position)
+    {
+        const AttributeBytesFeatureId feature = list.GetFeature(position);
+        static_cast<void>(AttributeBytesReader::GetBooleanValueFromAttributeBytes(list, feature));
+        static_cast<void>(AttributeBytesReader::GetIntegerValueFromAttributeBytes(list, feature));
+        static_cast<void>(AttributeBytesReader::GetStringValueFromAttributeBytes(list, feature));
+        static_cast<void>(AttributeBytesReader::GetOptionValueFromAttributeBytes(list, feature));
+        static_cast<void>(AttributeBytesReader::GetDimensionValueFromAttributeBytes(list, feature));
+        static_cast<void>(list.GetCollection(feature));
+        const auto levels = AttributeBytesListValue::FromAttributeBytes(list.GetValue(position));
+        for (std::size_t level = 0; depth > 0 && levels && level < levels->GetLevelCount(); ++level)
+            ReadAll(levels->GetLevel(level), depth - 1);
+    }
 }
 
 // A list that was read and is written again has the same bytes; edited, it has what was set beside what it had.

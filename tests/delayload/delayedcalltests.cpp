@@ -2,6 +2,8 @@
 // nothing is delayed.
 #include <windows.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <thread>
 #include <vector>
@@ -10,7 +12,7 @@
 
 #include <tvutil/exceptions.h>
 
-#include "tests/delayload/usermodule.h"
+#include "utilitiesstaticlib/wideliteral.h"
 
 namespace
 {
@@ -20,71 +22,101 @@ using Sum = int(int, int, int, int, int);
 constexpr WCHAR kNear[] = W("delayload_near.dll");
 constexpr WCHAR kThird[] = W("delayload_third.dll");
 
+// The path of a module's file, with slashes; empty when there is no such module.
+WideString PathOf(HMODULE module)
+{
+    std::array<WCHAR, 4096> path{};
+    const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    WideString name(path.data(), length);
+    std::ranges::replace(name, W('\\'), W('/'));
+    return name;
+}
+
+// The folder of delayload_user, with the separator at the end.
+WideString Folder()
+{
+    const WideString program = PathOf(nullptr);
+    return program.substr(0, program.find_last_of(W('/')) + 1) + W("delayload/");
+}
+
+HMODULE LoadFrom(WideString file)
+{
+    std::ranges::replace(file, W('/'), W('\\'));
+    return LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+}
+
+// With delayload_user loaded.
+class DelayedCall : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_module = LoadFrom(Folder() + W("delayload_user.dll"));
+        ASSERT_NE(m_module, nullptr);
+    }
+
+    void TearDown() override
+    {
+        Unload();
+    }
+
+    void Unload()
+    {
+        if (m_module != nullptr)
+            FreeLibrary(m_module);
+        m_module = nullptr;
+    }
+
+    template <class Function>
+    [[nodiscard]] Function* Find(const char* name) const
+    {
+        return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(m_module, name)));
+    }
+
+private:
+    HMODULE m_module = nullptr;
+};
+
 } // namespace
 
-TEST(DelayedCall, LoadsAtTheFirstUseAndFreesWithTheModule)
+TEST_F(DelayedCall, LoadsAtTheFirstUseAndFreesWithTheModule)
 {
-    UserModule user;
-    ASSERT_NE(user.Handle(), nullptr);
     EXPECT_EQ(GetModuleHandleW(kNear), nullptr) << "loaded before its first use";
-    EXPECT_EQ(user.Find<Sum>("UserNearSum")(1, 2, 3, 4, 5), 54321) << "arguments of the first call";
-    EXPECT_EQ(PathOf(GetModuleHandleW(kNear)), UserModule::Folder() + kNear);
-    EXPECT_EQ(user.Find<Sum>("UserNearSum")(6, 7, 8, 9, 0), 9876) << "arguments of a later call";
+    EXPECT_EQ(Find<Sum>("UserNearSum")(1, 2, 3, 4, 5), 54321) << "arguments of the first call";
+    EXPECT_EQ(PathOf(GetModuleHandleW(kNear)), Folder() + kNear);
+    EXPECT_EQ(Find<Sum>("UserNearSum")(6, 7, 8, 9, 0), 9876) << "arguments of a later call";
 
     EXPECT_EQ(GetModuleHandleW(kThird), nullptr) << "loaded before its first use";
-    EXPECT_EQ(user.Find<int()>("UserThirdAnswer")(), 3);
-    EXPECT_EQ(PathOf(GetModuleHandleW(kThird)), UserModule::Folder() + W("3/") + kThird);
+    EXPECT_EQ(Find<int()>("UserThirdAnswer")(), 3);
+    EXPECT_EQ(PathOf(GetModuleHandleW(kThird)), Folder() + W("3/") + kThird);
 
-    user.Unload();
+    Unload();
     EXPECT_EQ(GetModuleHandleW(kNear), nullptr);
     EXPECT_EQ(GetModuleHandleW(kThird), nullptr);
 }
 
-TEST(DelayedCall, ConstructsAndDerivesFromClasses)
+TEST_F(DelayedCall, FailsByExceptionAsOftenAsItIsTried)
 {
-    const UserModule user;
-    ASSERT_NE(user.Handle(), nullptr);
-    EXPECT_EQ(GetModuleHandleW(kNear), nullptr) << "loaded before its first use";
-    EXPECT_EQ(user.Find<int(int)>("UserNearCounter")(6), 7 + 14);
-}
-
-TEST(DelayedCall, FailsByExceptionAsOftenAsItIsTried)
-{
-    UserModule user;
-    ASSERT_NE(user.Handle(), nullptr);
-    const auto absentAnswer = user.Find<int(bool*)>("UserAbsentAnswer");
+    const auto absentAnswer = Find<int(bool*)>("UserAbsentAnswer");
     for (int attempt = 0; attempt < 2; ++attempt)
     {
         SCOPED_TRACE(attempt);
         bool unwound = false;
         EXPECT_THROW(absentAnswer(&unwound), ExceptionDelayLoadDllLoadFailure);
         EXPECT_TRUE(unwound);
-        EXPECT_TRUE(user.Find<bool()>("UserCatchesAbsence")());
     }
-    EXPECT_EQ(user.Find<Sum>("UserNearSum")(1, 0, 0, 0, 0), 1) << "another module after a failure";
-    user.Unload();
+    EXPECT_EQ(Find<Sum>("UserNearSum")(1, 0, 0, 0, 0), 1) << "another module after a failure";
+    Unload();
     EXPECT_EQ(GetModuleHandleW(kNear), nullptr);
 }
 
-TEST(DelayedCall, IsThePlatformsAloneWhenTheHookIsOff)
-{
-    const UserModule user;
-    ASSERT_NE(user.Handle(), nullptr);
-    EXPECT_THROW(user.Find<bool()>("UserSearchesAsThePlatform")(), ExceptionDelayLoadDllLoadFailure);
-    user.Find<void(bool)>("UserSetEnabled")(false);
-    EXPECT_TRUE(user.Find<bool()>("UserSearchesAsThePlatform")());
-}
-
 // Threads race for the first call: some load the module more than once, and every reference is given back once.
-TEST(DelayedCall, CountsReferencesRightWhenThreadsRace)
+TEST_F(DelayedCall, CountsReferencesRightWhenThreadsRace)
 {
     constexpr int kThreads = 8;
-    const WideString file = UserModule::Folder() + kNear;
-    for (int round = 0; round < 20; ++round)
+    for (int round = 0; round < 20; ++round, SetUp())
     {
-        UserModule user;
-        ASSERT_NE(user.Handle(), nullptr);
-        const auto sum = user.Find<Sum>("UserNearSum");
+        const auto sum = Find<Sum>("UserNearSum");
         std::atomic<int> waiting = kThreads;
         std::atomic<int> right = 0;
         std::vector<std::thread> threads;
@@ -102,8 +134,8 @@ TEST(DelayedCall, CountsReferencesRightWhenThreadsRace)
             thread.join();
         EXPECT_EQ(right, kThreads);
 
-        HMODULE const ours = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-        user.Unload();
+        HMODULE const ours = LoadFrom(Folder() + kNear);
+        Unload();
         ASSERT_EQ(GetModuleHandleW(kNear), ours) << "freed once too often";
         FreeLibrary(ours);
         ASSERT_EQ(GetModuleHandleW(kNear), nullptr) << "a reference is left";

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <new>
+#include <string>
 
 #include "complugins/ptpcprovider/failureguard.h"
 #include "complugins/workflowobject.h"
@@ -11,7 +12,6 @@
 #include "tests/common/testdocuments.h"
 #include "tests/common/testprinter.h"
 #include "tests/ptpcprovider/provideraccess.h"
-#include "utilitiesstaticlib/cotaskmemptr.h"
 #include "utilitiesstaticlib/findfunction.h"
 #include "winport/faultinjection.h"
 
@@ -34,14 +34,6 @@ ULONG References(IXMLDOMDocument2* document)
 {
     document->AddRef();
     return document->Release();
-}
-
-CComBSTR TakeFirst(BSTR* namespaces)
-{
-    CComBSTR first;
-    if (namespaces != nullptr)
-        first.Attach(*namespaces);
-    return first;
 }
 
 struct ConversionCase
@@ -100,42 +92,13 @@ TEST_F(Faults, LeaveConversionsCleanAndRepeatable)
         }
 }
 
-// One binding, and what it published.
-struct Binding
-{
-    Binding()
-    {
-        EXPECT_EQ(S_OK, CreateTavlenPtProvider(provider.Put()));
-        TavlenPtProviderTestAccess::UseDataModel(Object());
-    }
-
-    HRESULT BindTo(HANDLE printer)
-    {
-        OEMPTOPTS options = OEMPT_DEFAULT;
-        BSTR* namespaces = nullptr;
-        const HRESULT result = provider->BindPrinter(printer, 1, &options, &count, &namespaces);
-        uri = TakeFirst(namespaces);
-        CoTaskMemFree(namespaces);
-        return result;
-    }
-
-    [[nodiscard]] TavlenPtProvider& Object() const
-    {
-        return static_cast<TavlenPtProvider&>(*provider.Get());
-    }
-
-    ComPtr<IPrintOemPrintTicketProvider> provider;
-    INT count = 77;
-    CComBSTR uri;
-};
-
 TEST_F(Faults, OfBindingHaveTheirCodes)
 {
     // With the driver's workflow module, which reads the whole model.
     const TestPrinter printer(
         {.capabilityWord = 0xE02, .model = "tavlen-c9070-ps.json", .dependentFiles = {"tvwftu_b.dll"}});
     // What the process keeps of a first binding is not asked for again: every round below asks for the same.
-    Binding first;
+    ProviderBinding first;
     ASSERT_EQ(S_OK, first.BindTo(printer.Handle()));
     unsigned published = 0;
     for (const FaultKind kind : {FaultKind::Allocation, FaultKind::PlatformCall})
@@ -144,15 +107,16 @@ TEST_F(Faults, OfBindingHaveTheirCodes)
         for (unsigned nth = 1; again; ++nth)
         {
             SCOPED_TRACE(nth);
-            Binding binding;
+            ProviderBinding binding;
+            TavlenPtProviderTestAccess::UseDataModel(*binding.object);
             winport::ArmFault(kind, nth);
             const HRESULT result = binding.BindTo(printer.Handle());
             again = winport::DisarmFault(kind);
             // A fault while the workflow module is looked for does not keep the printer from being bound.
             EXPECT_TRUE(result == S_OK || (again && (result == E_FAIL || result == E_OUTOFMEMORY))) << result;
-            EXPECT_FALSE(TavlenPtProviderTestAccess::DataModelIsInUse(binding.Object()));
+            EXPECT_FALSE(TavlenPtProviderTestAccess::DataModelIsInUse(*binding.object));
             // Without memory for the namespace the count stays at 1, for the array and for its string alike.
-            if (result == E_OUTOFMEMORY && binding.count == 1)
+            if (result == E_OUTOFMEMORY && binding.namespaceCount == 1)
             {
                 ++published;
                 EXPECT_TRUE(binding.uri.IsEmpty());
@@ -160,6 +124,31 @@ TEST_F(Faults, OfBindingHaveTheirCodes)
         }
     }
     EXPECT_EQ(2u, published);
+}
+
+// The search asks the spooler for every file of the driver. Whatever call of it fails, the printer has no workflow
+// module for now; that is no failure. None is stored for this printer, so that each round searches.
+TEST_F(Faults, OfTheSearchForAWorkflowModuleFindNone)
+{
+    static std::string traced;
+    traced.clear();
+    TavlenException::SetDebugHook(
+        [](const WCHAR* line, const ThrowSite&, const ExecutionContextStack&)
+        {
+            traced += Utf8(line) + "\n";
+            return false;
+        });
+    const TestPrinter printer({.capabilityWord = 0xE02, .model = "tavlen-c9070-ps.json", .dependentFiles = {}});
+    bool again = true;
+    for (unsigned nth = 1; again; ++nth)
+    {
+        WorkflowObject workflow;
+        winport::ArmFault(FaultKind::PlatformCall, nth);
+        EXPECT_NO_THROW(EXPECT_FALSE(workflow.Load(printer.Handle()))) << nth;
+        again = winport::DisarmFault(FaultKind::PlatformCall);
+    }
+    TavlenException::SetDebugHook(nullptr);
+    EXPECT_NE(std::string::npos, traced.find("GetPrinterDriverW failed for level 6, environment \"\"")) << traced;
 }
 
 // The guard's report of a failed allocation finds no memory either, and must not ask for any.

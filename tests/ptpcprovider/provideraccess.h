@@ -1,7 +1,12 @@
-// What tests see of a provider object's state.
+// What tests see of a provider object's state, and a provider that they bind.
 #pragma once
 
+#include <objbase.h>
+
+#include <gtest/gtest.h>
+
 #include "complugins/ptpcprovider/tavlenptprovider.h"
+#include "utilitiesstaticlib/ccombstr.h"
 
 struct TavlenPtProviderTestAccess
 {
@@ -34,4 +39,36 @@ struct TavlenPtProviderTestAccess
     {
         return provider.m_osMajorVersion;
     }
+};
+
+// A provider, and what its last binding published.
+struct ProviderBinding
+{
+    ProviderBinding()
+    {
+        EXPECT_EQ(S_OK, CreateTavlenPtProvider(provider.Put()));
+        object = static_cast<TavlenPtProvider*>(provider.Get());
+    }
+
+    HRESULT BindTo(HANDLE printer, INT version = 1)
+    {
+        options = OEMPT_NOSNAPSHOT;
+        namespaceCount = 77;
+        BSTR untouched = nullptr;
+        BSTR* namespaces = &untouched;
+        const HRESULT result = provider->BindPrinter(printer, version, &options, &namespaceCount, &namespaces);
+        EXPECT_NE(&untouched, namespaces) << "cleared first";
+        hasNamespaces = namespaces != nullptr;
+        uri.Attach(hasNamespaces ? *namespaces : nullptr);
+        if (namespaces != &untouched)
+            CoTaskMemFree(namespaces);
+        return result;
+    }
+
+    ComPtr<IPrintOemPrintTicketProvider> provider;
+    TavlenPtProvider* object = nullptr;
+    OEMPTOPTS options = OEMPT_NOSNAPSHOT;
+    INT namespaceCount = 0;
+    bool hasNamespaces = false;
+    CComBSTR uri;
 };

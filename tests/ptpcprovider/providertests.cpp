@@ -1,11 +1,14 @@
 // The provider object: references, versions, binding, the helper, the private namespace.
 #include <gtest/gtest.h>
 
-#include <cstddef>
+#include <tvutil/tavlenexception.h>
+
 #include <cstring>
+#include <string>
 
 #include "complugins/ptpcprovider/printschemanamespaces.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
+#include "tests/common/testdevmode.h"
 #include "tests/common/testdocuments.h"
 #include "tests/common/testprinter.h"
 #include "tests/ptpcprovider/provideraccess.h"
@@ -17,198 +20,7 @@ namespace
 
 using Access = TavlenPtProviderTestAccess;
 
-class Provider : public testing::Test
-{
-protected:
-    Provider()
-    {
-        EXPECT_EQ(S_OK, CreateTavlenPtProvider(m_interface.Put()));
-        m_object = static_cast<TavlenPtProvider*>(m_interface.Get());
-    }
-
-    struct Binding
-    {
-        HRESULT result = E_UNEXPECTED;
-        OEMPTOPTS options = OEMPT_NOSNAPSHOT;
-        INT namespaceCount = 77;
-        CoTaskMemPtr<BSTR> namespaces;
-        CComBSTR uri;
-    };
-
-    Binding Bind(HANDLE printer, INT version = 1)
-    {
-        Binding binding;
-        BSTR untouched = nullptr;
-        BSTR* namespaces = &untouched;
-        binding.result =
-            m_interface->BindPrinter(printer, version, &binding.options, &binding.namespaceCount, &namespaces);
-        EXPECT_NE(&untouched, namespaces); // cleared first
-        if (namespaces != &untouched)
-            binding.namespaces.reset(namespaces);
-        if (binding.namespaces && binding.namespaceCount == 1)
-            binding.uri.Attach(*binding.namespaces);
-        return binding;
-    }
-
-    ComPtr<IPrintOemPrintTicketProvider> m_interface;
-    TavlenPtProvider* m_object = nullptr;
-};
-
-TEST_F(Provider, CountsReferencesOfTheObjectAndOfTheProcess)
-{
-    const LONG processCount = TavlenPtProvider::GetModuleObjectCount();
-    EXPECT_EQ(2u, m_interface->AddRef());
-    EXPECT_EQ(processCount + 1, TavlenPtProvider::GetModuleObjectCount());
-    EXPECT_EQ(1u, m_interface->Release());
-    EXPECT_EQ(processCount, TavlenPtProvider::GetModuleObjectCount());
-
-    // An object's whole life leaves the constructor's one behind less the last Release: nothing, and no more.
-    IPrintOemPrintTicketProvider* other = nullptr;
-    ASSERT_EQ(S_OK, CreateTavlenPtProvider(&other));
-    EXPECT_EQ(processCount + 1, TavlenPtProvider::GetModuleObjectCount());
-    EXPECT_EQ(0u, other->Release());
-    EXPECT_EQ(processCount, TavlenPtProvider::GetModuleObjectCount());
-
-    // An object that ends without Release, as a member or a local, keeps its one: the destructor takes nothing back.
-    {
-        const TavlenPtProvider local;
-    }
-    EXPECT_EQ(processCount + 1, TavlenPtProvider::GetModuleObjectCount());
-}
-
-TEST_F(Provider, AnswersForItsTwoInterfacesOnly)
-{
-    for (const IID& id : {IID_IUnknown, IID_IPrintOemPrintTicketProvider})
-    {
-        ComPtr<IUnknown> face;
-        EXPECT_EQ(S_OK, m_interface->QueryInterface(id, face.PutVoid()));
-        EXPECT_EQ(static_cast<IUnknown*>(m_interface.Get()), face.Get());
-    }
-    void* nothing = this;
-    EXPECT_EQ(E_NOINTERFACE, m_interface->QueryInterface(IID_IPrintCoreHelper, &nothing));
-    EXPECT_EQ(nullptr, nothing);
-    EXPECT_EQ(E_POINTER, CreateTavlenPtProvider(nullptr));
-}
-
-// The service calls by place: the slots of the published interface, counted from IUnknown's first.
-TEST_F(Provider, HasItsOperationsInThePublishedSlots)
-{
-    constexpr std::size_t kGetSupportedVersions = 3;
-    constexpr std::size_t kQueryDeviceDefaultNamespace = 6;
-    constexpr std::size_t kValidatePrintTicket = 11;
-    const IID publishedId{0xBCF5E011, 0xF60A, 0x49FF, {0xAB, 0x2F, 0xE0, 0x6F, 0x4A, 0xBD, 0xF2, 0x81}};
-    ComPtr<IPrintOemPrintTicketProvider> provider;
-    ASSERT_EQ(S_OK, m_interface->QueryInterface(publishedId, provider.PutVoid()));
-
-    IPrintOemPrintTicketProvider* const object = provider.Get();
-    void** slots = nullptr;
-    // NOLINTNEXTLINE(bugprone-undefined-memory-manipulation): the slots are what is looked at
-    std::memcpy(&slots, static_cast<const void*>(object), sizeof(slots));
-    using TakesPointer = HRESULT(STDMETHODCALLTYPE*)(void*, void*);
-    using TakesThree = HRESULT(STDMETHODCALLTYPE*)(void*, void*, void*, void*);
-    INT* versions = nullptr;
-    INT count = 0;
-    EXPECT_EQ(S_OK, reinterpret_cast<TakesThree>(slots[kGetSupportedVersions])(object, nullptr, &versions, &count));
-    const CoTaskMemPtr<INT> owner(versions);
-    EXPECT_EQ(1, count);
-    BSTR uri = nullptr;
-    EXPECT_EQ(E_NOTIMPL, reinterpret_cast<TakesPointer>(slots[kQueryDeviceDefaultNamespace])(object, &uri));
-    const ComPtr<IXMLDOMDocument2> ticket = LoadDocument(TicketAround(""));
-    EXPECT_EQ(S_OK, reinterpret_cast<TakesPointer>(slots[kValidatePrintTicket])(object, ticket.Get()));
-}
-
-TEST_F(Provider, SupportsVersionOne)
-{
-    INT* versions = nullptr;
-    INT count = 0;
-    EXPECT_EQ(S_OK, m_interface->GetSupportedVersions(nullptr, &versions, &count));
-    const CoTaskMemPtr<INT> owner(versions);
-    ASSERT_EQ(1, count);
-    EXPECT_EQ(1, *versions);
-    EXPECT_EQ(E_INVALIDARG, m_interface->GetSupportedVersions(nullptr, nullptr, &count));
-    EXPECT_EQ(E_INVALIDARG, m_interface->GetSupportedVersions(nullptr, &versions, nullptr));
-}
-
-TEST_F(Provider, PublishesThePrivateNamespaceWhereBitTenIsSet)
-{
-    struct Case
-    {
-        ULONGLONG word;
-        INT namespaces;
-        ULONGLONG capabilities; // as read: the driver kind, then the core flags
-    };
-    constexpr Case kCases[] = {
-        {0xE02, 1, 0x600'0002},
-        {0x888, 0, 0x080'0008},
-        {0xC08, 1, 0x400'0008},
-        {0x1404, 1, 0x400'0004},
-        {0, 0, 0},
-        {0xFFFFFFFF'FFFFFBFF, 0, 0x3C0'000F},
-    };
-    for (const Case& test : kCases)
-    {
-        SCOPED_TRACE(test.word);
-        const TestPrinter printer(test.word);
-        const Binding binding = Bind(printer.Handle());
-        EXPECT_EQ(S_OK, binding.result);
-        EXPECT_EQ(OEMPT_DEFAULT, binding.options);
-        EXPECT_EQ(test.namespaces, binding.namespaceCount);
-        EXPECT_EQ(test.namespaces == 1, binding.namespaces != nullptr);
-        EXPECT_EQ(test.capabilities, Access::Capabilities(*m_object));
-        EXPECT_EQ(10u, Access::OsMajorVersion(*m_object));
-
-        CComBSTR uri;
-        EXPECT_EQ(test.namespaces == 1 ? S_OK : E_NOTIMPL, m_interface->QueryDeviceDefaultNamespace(uri.Put()));
-        EXPECT_EQ(Utf8(binding.uri.View()), Utf8(uri.View()));
-        EXPECT_EQ(test.namespaces == 1 ? Utf8(PrintSchema::kPrivateKeywordsUri) : "", Utf8(uri.View()));
-    }
-    EXPECT_EQ(E_INVALIDARG, m_interface->QueryDeviceDefaultNamespace(nullptr));
-}
-
-TEST_F(Provider, RefusesBadBindings)
-{
-    const TestPrinter printer(0xE02);
-    OEMPTOPTS options = OEMPT_DEFAULT;
-    INT count = 77;
-    BSTR* namespaces = nullptr;
-    EXPECT_EQ(E_INVALIDARG, m_interface->BindPrinter(nullptr, 1, &options, &count, &namespaces));
-    EXPECT_EQ(E_INVALIDARG, m_interface->BindPrinter(printer.Handle(), 1, nullptr, &count, &namespaces));
-    EXPECT_EQ(E_INVALIDARG, m_interface->BindPrinter(printer.Handle(), 1, &options, nullptr, &namespaces));
-    EXPECT_EQ(E_INVALIDARG, m_interface->BindPrinter(printer.Handle(), 1, &options, &count, nullptr));
-    EXPECT_EQ(77, count);
-
-    const Binding version2 = Bind(printer.Handle(), 2);
-    EXPECT_EQ(E_VERSION_NOT_SUPPORTED, version2.result);
-    EXPECT_EQ(0, version2.namespaceCount); // the outputs are cleared first
-    EXPECT_EQ(nullptr, version2.namespaces);
-    EXPECT_EQ(static_cast<HRESULT>(0x80040001u), version2.result);
-}
-
-TEST_F(Provider, DoesNotBindToAPrinterThatOurSetUpDidNotInstall)
-{
-    const TestPrinter foreign(std::nullopt);
-    EXPECT_EQ(E_FAIL, Bind(foreign.Handle()).result);
-    HANDLE const noPrinter = this;
-    EXPECT_EQ(E_FAIL, Bind(noPrinter).result);
-    EXPECT_EQ(0u, Access::Capabilities(*m_object));
-}
-
-TEST_F(Provider, ClearsTheDataModelFlagAtEveryBinding)
-{
-    const TestPrinter printer(0xE02);
-    EXPECT_FALSE(Access::DataModelIsInUse(*m_object));
-    Access::UseDataModel(*m_object);
-    EXPECT_EQ(S_OK, Bind(printer.Handle()).result);
-    EXPECT_FALSE(Access::DataModelIsInUse(*m_object));
-
-    // A binding that fails clears it too, and keeps what the last one found.
-    const ULONGLONG before = Access::Capabilities(*m_object);
-    Access::UseDataModel(*m_object);
-    HANDLE const noPrinter = this;
-    EXPECT_EQ(E_FAIL, Bind(noPrinter).result);
-    EXPECT_FALSE(Access::DataModelIsInUse(*m_object));
-    EXPECT_EQ(before, Access::Capabilities(*m_object));
-}
+constexpr const WCHAR* kWorkflowModule = W("tvwftu_B.dll");
 
 // A helper as the service's, or one that answers every query with a failure and leaves rubbish in its output.
 class FakeHelper final : public IPrintCoreHelper
@@ -219,6 +31,7 @@ public:
     }
 
     ULONG references = 1;
+    bool hadModuleAtTheEnd = false; // whether the printer's workflow module was still loaded at the last Release
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override
     {
@@ -238,6 +51,7 @@ public:
     }
     ULONG STDMETHODCALLTYPE Release() override
     {
+        hadModuleAtTheEnd = GetModuleHandleW(kWorkflowModule) != nullptr;
         return --references;
     }
     HRESULT STDMETHODCALLTYPE GetOption(const DEVMODEW*, DWORD, PCSTR, PCSTR*) override
@@ -283,23 +97,201 @@ private:
     HRESULT m_answer;
 };
 
+class Provider : public testing::Test, protected ProviderBinding
+{
+};
+
+TEST_F(Provider, CountsReferencesOfTheObjectAndOfTheProcess)
+{
+    const LONG processCount = TavlenPtProvider::GetModuleObjectCount();
+    provider->AddRef();
+    EXPECT_EQ(processCount + 1, TavlenPtProvider::GetModuleObjectCount());
+    EXPECT_EQ(1u, provider->Release());
+    EXPECT_EQ(processCount, TavlenPtProvider::GetModuleObjectCount());
+
+    // An object's whole life leaves the constructor's one behind less the last Release: nothing, and no more.
+    IPrintOemPrintTicketProvider* other = nullptr;
+    ASSERT_EQ(S_OK, CreateTavlenPtProvider(&other));
+    EXPECT_EQ(processCount + 1, TavlenPtProvider::GetModuleObjectCount());
+    EXPECT_EQ(0u, other->Release());
+    EXPECT_EQ(processCount, TavlenPtProvider::GetModuleObjectCount());
+
+    // An object that ends without Release, as a member or a local, keeps its one: the destructor takes nothing back.
+    {
+        const TavlenPtProvider local;
+    }
+    EXPECT_EQ(processCount + 1, TavlenPtProvider::GetModuleObjectCount());
+}
+
+TEST_F(Provider, AnswersForNoOtherInterface)
+{
+    void* nothing = this;
+    EXPECT_EQ(E_NOINTERFACE, provider->QueryInterface(IID_IPrintCoreHelper, &nothing));
+    EXPECT_EQ(nullptr, nothing);
+    EXPECT_EQ(E_POINTER, CreateTavlenPtProvider(nullptr));
+}
+
+// The published interface as the service calls it: by place.
+struct PublishedSlots
+{
+    HRESULT(STDMETHODCALLTYPE* queryInterface)(void*, REFIID, void**);
+    ULONG(STDMETHODCALLTYPE* addRef)(void*);
+    ULONG(STDMETHODCALLTYPE* release)(void*);
+    HRESULT(STDMETHODCALLTYPE* getSupportedVersions)(void*, HANDLE, INT**, INT*);
+    HRESULT(STDMETHODCALLTYPE* bindPrinter)(void*, HANDLE, INT, POEMPTOPTS, INT*, BSTR**);
+    HRESULT(STDMETHODCALLTYPE* publishPrintTicketHelperInterface)(void*, IUnknown*);
+    HRESULT(STDMETHODCALLTYPE* queryDeviceDefaultNamespace)(void*, BSTR*);
+    HRESULT(STDMETHODCALLTYPE* convertPrintTicketToDevMode)(void*, IXMLDOMDocument2*, ULONG, DEVMODEW*, ULONG, PVOID);
+    HRESULT(STDMETHODCALLTYPE* convertDevModeToPrintTicket)(void*, ULONG, DEVMODEW*, ULONG, PVOID, IXMLDOMDocument2*);
+    HRESULT(STDMETHODCALLTYPE* completePrintCapabilities)(void*, IXMLDOMDocument2*, IXMLDOMDocument2*);
+    HRESULT(STDMETHODCALLTYPE* expandIntentOptions)(void*, IXMLDOMDocument2*);
+    HRESULT(STDMETHODCALLTYPE* validatePrintTicket)(void*, IXMLDOMDocument2*);
+};
+
+TEST_F(Provider, HasItsOperationsInThePublishedSlots)
+{
+    const IID publishedId{0xBCF5E011, 0xF60A, 0x49FF, {0xAB, 0x2F, 0xE0, 0x6F, 0x4A, 0xBD, 0xF2, 0x81}};
+    ComPtr<IUnknown> face;
+    ASSERT_EQ(S_OK, provider->QueryInterface(publishedId, face.PutVoid()));
+    void* const called = face.Get();
+    const PublishedSlots* slots = nullptr;
+    std::memcpy(&slots, called, sizeof(slots));
+
+    void* unknown = nullptr;
+    EXPECT_EQ(S_OK, slots->queryInterface(called, IID_IUnknown, &unknown));
+    EXPECT_EQ(called, unknown);
+    EXPECT_EQ(4u, slots->addRef(called));
+    EXPECT_EQ(3u, slots->release(called));
+    EXPECT_EQ(2u, slots->release(called));
+
+    INT* versions = nullptr;
+    INT count = 0;
+    EXPECT_EQ(E_INVALIDARG, slots->getSupportedVersions(called, nullptr, nullptr, &count));
+    EXPECT_EQ(E_INVALIDARG, slots->getSupportedVersions(called, nullptr, &versions, nullptr));
+    ASSERT_EQ(S_OK, slots->getSupportedVersions(called, nullptr, &versions, &count));
+    const CoTaskMemPtr<INT> owner(versions);
+    ASSERT_EQ(1, count);
+    EXPECT_EQ(1, *versions);
+    BSTR* array = nullptr;
+    EXPECT_EQ(E_VERSION_NOT_SUPPORTED, slots->bindPrinter(called, this, 2, &options, &count, &array));
+    FakeHelper none(E_NOINTERFACE);
+    EXPECT_EQ(S_OK, slots->publishPrintTicketHelperInterface(called, &none)) << "the helper is optional";
+    BSTR text = nullptr;
+    EXPECT_EQ(E_NOTIMPL, slots->queryDeviceDefaultNamespace(called, &text));
+
+    // The document operations are told apart by their reports of a document that is no ticket.
+    static std::string reporter;
+    const TavlenException::Sink previous = TavlenException::SetReportSink(
+        {[](const TavlenException::Report& report, void*) { reporter = Utf8(report.site.method); }, nullptr});
+    const ComPtr<IXMLDOMDocument2> foreign = LoadDocument(W("<foreign/>"));
+    const TestDevmode devmode;
+    const auto reporterOf = [](HRESULT result)
+    {
+        return result == E_FAIL ? reporter : std::to_string(result);
+    };
+    EXPECT_EQ("TavlenPtProvider::ConvertPrintTicketToDevMode",
+              reporterOf(slots->convertPrintTicketToDevMode(called, foreign.Get(), devmode.Size(), devmode.Get(), 0,
+                                                            nullptr)));
+    EXPECT_EQ("TavlenPtProvider::ConvertDevModeToPrintTicket",
+              reporterOf(slots->convertDevModeToPrintTicket(called, devmode.Size(), devmode.Get(), 0, nullptr,
+                                                            foreign.Get())));
+    EXPECT_EQ(E_NOTIMPL, slots->completePrintCapabilities(called, nullptr, foreign.Get()));
+    EXPECT_EQ("TavlenPtProvider::ExpandIntentOptions", reporterOf(slots->expandIntentOptions(called, foreign.Get())));
+    EXPECT_EQ("TavlenPtProvider::ValidatePrintTicket", reporterOf(slots->validatePrintTicket(called, foreign.Get())));
+    TavlenException::SetReportSink(previous);
+}
+
+TEST_F(Provider, PublishesThePrivateNamespaceWhereBitTenIsSet)
+{
+    struct Case
+    {
+        ULONGLONG word;
+        INT namespaces;
+        ULONGLONG capabilities; // as read: the driver kind, then the core flags
+    };
+    constexpr Case kCases[] = {
+        {0xE02, 1, 0x600'0002},
+        {0x888, 0, 0x080'0008},
+        {0xC08, 1, 0x400'0008},
+        {0x1404, 1, 0x400'0004},
+        {0, 0, 0},
+        {0xFFFFFFFF'FFFFFBFF, 0, 0x3C0'000F},
+    };
+    for (const Case& test : kCases)
+    {
+        SCOPED_TRACE(test.word);
+        const TestPrinter printer(test.word);
+        EXPECT_EQ(S_OK, BindTo(printer.Handle()));
+        EXPECT_EQ(OEMPT_DEFAULT, options);
+        EXPECT_EQ(test.namespaces, namespaceCount);
+        EXPECT_EQ(test.namespaces == 1, hasNamespaces);
+        EXPECT_EQ(test.capabilities, Access::Capabilities(*object));
+        EXPECT_EQ(10u, Access::OsMajorVersion(*object));
+
+        CComBSTR asked;
+        EXPECT_EQ(test.namespaces == 1 ? S_OK : E_NOTIMPL, provider->QueryDeviceDefaultNamespace(asked.Put()));
+        for (const CComBSTR& found : {uri, asked})
+            EXPECT_EQ(test.namespaces == 1 ? Utf8(PrintSchema::kPrivateKeywordsUri) : "", Utf8(found.View()));
+    }
+    EXPECT_EQ(E_INVALIDARG, provider->QueryDeviceDefaultNamespace(nullptr));
+}
+
+TEST_F(Provider, RefusesBadBindings)
+{
+    const TestPrinter printer(0xE02);
+    INT count = 77;
+    BSTR* namespaces = nullptr;
+    EXPECT_EQ(E_INVALIDARG, provider->BindPrinter(nullptr, 1, &options, &count, &namespaces));
+    EXPECT_EQ(E_INVALIDARG, provider->BindPrinter(printer.Handle(), 1, nullptr, &count, &namespaces));
+    EXPECT_EQ(E_INVALIDARG, provider->BindPrinter(printer.Handle(), 1, &options, nullptr, &namespaces));
+    EXPECT_EQ(E_INVALIDARG, provider->BindPrinter(printer.Handle(), 1, &options, &count, nullptr));
+    EXPECT_EQ(77, count);
+
+    EXPECT_EQ(static_cast<HRESULT>(0x80040001u), BindTo(printer.Handle(), 2));
+    EXPECT_EQ(0, namespaceCount) << "the outputs are cleared first";
+    EXPECT_FALSE(hasNamespaces);
+}
+
+TEST_F(Provider, ClearsTheDataModelFlagAtEveryBindingAlsoOneThatFails)
+{
+    {
+        const TestPrinter foreign(std::nullopt);
+        EXPECT_EQ(E_FAIL, BindTo(foreign.Handle())) << "our set-up did not install it";
+        EXPECT_EQ(0u, Access::Capabilities(*object));
+    }
+    const TestPrinter printer(0xE02);
+    HANDLE const noPrinter = this;
+    for (HANDLE const handle : {printer.Handle(), noPrinter})
+    {
+        Access::UseDataModel(*object);
+        EXPECT_EQ(handle == noPrinter ? E_FAIL : S_OK, BindTo(handle));
+        EXPECT_FALSE(Access::DataModelIsInUse(*object));
+        EXPECT_EQ(0x600'0002u, Access::Capabilities(*object)) << "those of the last printer that was bound";
+    }
+}
+
+// What the helper does at its end may still ask the workflow module: the provider keeps it loaded until then.
 TEST_F(Provider, KeepsTheFirstHelperUntilItEnds)
 {
+    const TestPrinter printer({0xE02, "tavlen-c9070-ps.json", {"tvwftu_b.dll"}});
+    ASSERT_EQ(S_OK, BindTo(printer.Handle()));
     FakeHelper none(E_NOINTERFACE);
     FakeHelper broken(E_FAIL);
     FakeHelper first(S_OK);
     FakeHelper second(S_OK);
-    EXPECT_EQ(E_INVALIDARG, m_interface->PublishPrintTicketHelperInterface(nullptr));
-    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(&none)); // optional
-    EXPECT_EQ(E_FAIL, m_interface->PublishPrintTicketHelperInterface(&broken));
-    EXPECT_EQ(nullptr, Access::Helper(*m_object));
-    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(&first));
-    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(&second));
-    EXPECT_EQ(&first, Access::Helper(*m_object));
+    EXPECT_EQ(E_INVALIDARG, provider->PublishPrintTicketHelperInterface(nullptr));
+    EXPECT_EQ(S_OK, provider->PublishPrintTicketHelperInterface(&none)); // optional
+    EXPECT_EQ(E_FAIL, provider->PublishPrintTicketHelperInterface(&broken));
+    EXPECT_EQ(nullptr, Access::Helper(*object));
+    EXPECT_EQ(S_OK, provider->PublishPrintTicketHelperInterface(&first));
+    EXPECT_EQ(S_OK, provider->PublishPrintTicketHelperInterface(&second));
+    EXPECT_EQ(&first, Access::Helper(*object));
     EXPECT_EQ(2u, first.references);
     EXPECT_EQ(1u, second.references);
-    m_interface.Reset();
+    provider.Reset();
     EXPECT_EQ(1u, first.references);
+    EXPECT_TRUE(first.hadModuleAtTheEnd);
+    EXPECT_EQ(nullptr, GetModuleHandleW(kWorkflowModule));
 }
 
 } // namespace

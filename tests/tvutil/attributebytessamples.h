@@ -1,7 +1,6 @@
-// Attribute bytes for tests: bytes written down, a list of every kind, and a reader of everything.
+// Attribute bytes for tests: bytes written down, and a list of every kind.
 #pragma once
 
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -17,14 +16,6 @@ inline ByteBuffer Bytes(const std::vector<int>& values)
     return bytes;
 }
 
-inline ByteBuffer Join(std::initializer_list<ByteBuffer> parts)
-{
-    ByteBuffer whole;
-    for (const ByteBuffer& part : parts)
-        whole.append(part.bytes());
-    return whole;
-}
-
 // For messages that a person compares.
 inline std::string Hex(const ByteBuffer& bytes)
 {
@@ -37,9 +28,7 @@ inline std::string Hex(const ByteBuffer& bytes)
 
 inline AttributeBytesRawList RawListOf(const AttributeBytesIndexedList& list)
 {
-    AttributeBytesRawList raw;
-    raw.ImportFromIndexedList(list);
-    return raw;
+    return AttributeBytesRawList(list);
 }
 
 inline AttributeBytesRawList RawListOf(const ByteBuffer& bytes)
@@ -73,25 +62,4 @@ inline AttributeBytesIndexedList SampleList()
     list.SetAttributeBytes(70, {AttributeBytesKind::Binary, 0, Bytes({1, 2, 3})});
     list.SetAttributeBytes(-1, {static_cast<AttributeBytesKind>(200), 0xFE, Bytes({0})});
     return list;
-}
-
-// Asks for each value as every type, and for what collections hold.
-inline void ReadAll(const AttributeBytesRawList& raw, int depth)
-{
-    AttributeBytesIndexedList list;
-    list.ImportFromRawList(raw);
-    list.SetIndexed(true);
-    for (std::size_t position = 0; position < list.GetCount(); ++position)
-    {
-        const AttributeBytesFeatureId feature = list.GetFeature(position);
-        static_cast<void>(AttributeBytesReader::GetBooleanValueFromAttributeBytes(list, feature));
-        static_cast<void>(AttributeBytesReader::GetIntegerValueFromAttributeBytes(list, feature));
-        static_cast<void>(AttributeBytesReader::GetStringValueFromAttributeBytes(list, feature));
-        static_cast<void>(AttributeBytesReader::GetOptionValueFromAttributeBytes(list, feature));
-        static_cast<void>(AttributeBytesReader::GetDimensionValueFromAttributeBytes(list, feature));
-        static_cast<void>(list.GetCollection(feature));
-        const auto levels = AttributeBytesListValue::FromAttributeBytes(list.GetValue(position));
-        for (std::size_t level = 0; depth > 0 && levels && level < levels->GetLevelCount(); ++level)
-            ReadAll(levels->GetLevel(level), depth - 1);
-    }
 }

@@ -1,7 +1,7 @@
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -29,7 +29,6 @@ CXString Encode(const Bytes& bytes, DWORD flags)
     int length = TavlenUtilities::Base64EncodeGetRequiredLength(size, flags);
     std::vector<WCHAR> room(static_cast<std::size_t>(length));
     EXPECT_TRUE(TavlenUtilities::Base64Encode(bytes.data(), size, room.data(), &length, flags));
-    EXPECT_EQ(static_cast<std::size_t>(length), room.size());
     return CXString(WStringView(room.data(), room.size()));
 }
 
@@ -39,13 +38,8 @@ std::optional<Bytes> Decode(WStringView text)
     const int size = static_cast<int>(exact.size());
     int length = TavlenUtilities::Base64DecodeGetRequiredLength(size);
     Bytes room(static_cast<std::size_t>(length));
-    const bool decoded = TavlenUtilities::Base64Decode(exact.data(), size, room.data(), &length);
-    EXPECT_LE(static_cast<std::size_t>(length), room.size());
-    if (!decoded)
-    {
-        EXPECT_EQ(length, 0);
+    if (!TavlenUtilities::Base64Decode(exact.data(), size, room.data(), &length))
         return std::nullopt;
-    }
     room.resize(static_cast<std::size_t>(length));
     return room;
 }
@@ -59,13 +53,9 @@ TEST(Base64, WritesAndReadsTheStandardsVectors)
         const char* unpadded;
     };
     constexpr Case kCases[] = {
-        {"", "", ""},
         {"f", "Zg==", "Zg"},
         {"fo", "Zm8=", "Zm8"},
         {"foo", "Zm9v", "Zm9v"},
-        {"foob", "Zm9vYg==", "Zm9vYg"},
-        {"fooba", "Zm9vYmE=", "Zm9vYmE"},
-        {"foobar", "Zm9vYmFy", "Zm9vYmFy"},
         {"\xFB\xEF\xFF", "++//", "++//"},
     };
     for (const Case& test : kCases)
@@ -73,7 +63,6 @@ TEST(Base64, WritesAndReadsTheStandardsVectors)
         SCOPED_TRACE(test.padded);
         const Bytes bytes = ToBytes(test.bytes);
         EXPECT_EQ(Encode(bytes, kDefault).ToUtf8(), test.padded);
-        EXPECT_EQ(Encode(bytes, kOneLine).ToUtf8(), test.padded);
         EXPECT_EQ(Encode(bytes, kOneLine | kNoPadding).ToUtf8(), test.unpadded);
         EXPECT_EQ(Decode(CXString::FromUtf8(test.padded)), bytes);
         EXPECT_EQ(Decode(CXString::FromUtf8(test.unpadded)), bytes);
@@ -92,65 +81,39 @@ TEST(Base64, EverySizeComesBackWithEveryFlag)
     }
     const CXString lines = Encode(Bytes(57 * 2 + 1), kDefault);
     EXPECT_EQ(lines.Find(W("\r\n")), 76u);
-    EXPECT_EQ(lines.Find(W("\r\n"), 77), 76u * 2 + 2);
-    EXPECT_EQ(Encode(Bytes(57), kDefault).Find(W("\r")), CXString::npos) << "no break behind the last line";
+    EXPECT_EQ(Encode(Bytes(57), kDefault).Length(), 76u) << "no break behind the last line";
 }
 
 TEST(Base64, RefusesMalformedText)
 {
-    struct Case
-    {
-        const char* fault;
-        WStringView text;
+    constexpr std::pair<const char*, WStringView> kCases[] = {
+        {"lone digit behind a group", W("Zm9vY")},  {"half of the padding", W("Zg=")},
+        {"too much padding", W("Zg===")},           {"padding within", W("Z=g=")},
+        {"text behind the padding", W("Zg==Zg==")}, {"a group of padding", W("Zm9v====")},
+        {"foreign character", W("Zm9*")},           {"a character whose low byte is a digit", W("Zm9\u0141")},
+        {"no-break space", W("Zm8=\u00a0")},        {"bits that belong to no byte", W("Zh==")},
     };
-    constexpr Case kCases[] = {
-        {"lone digit", W("Z")},
-        {"lone digit behind a group", W("Zm9vY")},
-        {"half of the padding", W("Zg=")},
-        {"too much padding", W("Zg===")},
-        {"padding in front", W("=Zg=")},
-        {"padding within", W("Z=g=")},
-        {"text behind the padding", W("Zg==Zg==")},
-        {"padding of a full group", W("Zm9v=")},
-        {"a group of padding", W("Zm9v====")},
-        {"nothing but padding", W("====")},
-        {"foreign character", W("Zm9*")},
-        {"the other alphabet", W("Zm9-")},
-        {"a character whose low byte is a digit", W("Zm9\u0141")},
-        {"no-break space", W("Zm8=\u00a0")},
-        {"zero character", WStringView(W("Zm\0v"), 4)},
-        {"bits that belong to no byte", W("Zh==")},
-        {"the same without padding", W("Zm9")},
-    };
-    for (const Case& test : kCases)
-        EXPECT_FALSE(Decode(test.text).has_value()) << test.fault;
+    for (const auto& [fault, text] : kCases)
+        EXPECT_FALSE(Decode(text).has_value()) << fault;
     EXPECT_EQ(Decode(W(" Zm\t9\r\nv ")), ToBytes("foo")) << "blanks are no fault";
 }
 
 TEST(Base64, WritesNothingIntoARoomThatIsTooSmall)
 {
     const Bytes bytes = ToBytes("foobar");
-    WCHAR room[8] = {W('x'), W('x'), W('x'), W('x'), W('x'), W('x'), W('x'), W('x')};
+    WCHAR room[8] = {W('x')};
     int length = 7;
     EXPECT_FALSE(TavlenUtilities::Base64Encode(bytes.data(), 6, room, &length, kOneLine));
     EXPECT_EQ(length, 8) << "what is required";
     EXPECT_EQ(room[0], W('x'));
 
     BYTE small[3] = {};
-    for (int size = 0; size < 3; ++size)
-    {
-        length = size;
-        EXPECT_FALSE(TavlenUtilities::Base64Decode(W("Zm9v"), 4, small, &length));
-        EXPECT_EQ(small[size], 0);
-    }
+    length = 2;
+    EXPECT_FALSE(TavlenUtilities::Base64Decode(W("Zm9v"), 4, small, &length));
+    EXPECT_EQ(length, 0);
+    EXPECT_EQ(small[2], 0);
     for (const int size : {-1, 2000000000})
-    {
-        length = 1 << 30;
         EXPECT_EQ(TavlenUtilities::Base64EncodeGetRequiredLength(size, kOneLine), 0);
-        EXPECT_FALSE(TavlenUtilities::Base64Encode(bytes.data(), size, room, &length, kOneLine));
-    }
-    length = 3;
-    EXPECT_FALSE(TavlenUtilities::Base64Decode(W("Zm9v"), -1, small, &length));
 }
 
 } // namespace

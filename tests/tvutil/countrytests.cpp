@@ -1,5 +1,7 @@
 // Linux only: the user's country comes from the environment here, on Windows from the user's settings.
 #include <cstdlib>
+#include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -8,45 +10,25 @@
 namespace
 {
 
-void Set(const char* name, const char* value)
-{
-    if (value != nullptr)
-        setenv(name, value, 1);
-    else
-        unsetenv(name);
-}
-
+// The last answers stay: no other test asks for a country.
 TEST(Country, MeasuresAndPaperAreToldApart)
 {
-    struct Case
+    const auto answers = [](const char* all, const char* category, const char* language)
     {
-        const char* all;
-        const char* category;
-        const char* language;
-        bool metric;
-        bool letter;
+        const std::pair<const char*, const char*> variables[] = {
+            {"LC_ALL", all}, {"LC_MEASUREMENT", category}, {"LC_PAPER", category}, {"LANG", language}};
+        for (const auto& [name, value] : variables)
+            value != nullptr ? setenv(name, value, 1) : unsetenv(name);
+        return std::string(OperatingSystem::IsMetricCountry() ? "metric, " : "inches, ") +
+               (OperatingSystem::UseEnglishPaperSizes() ? "Letter" : "A4");
     };
-    constexpr Case kCases[] = {
-        {nullptr, nullptr, "de_DE.UTF-8", true, false},
-        {nullptr, nullptr, "en_US.UTF-8", false, true},
-        {nullptr, nullptr, "es_MX@euro", true, true}, // metric, on Letter
-        {nullptr, nullptr, "en_LR", false, false},    // not metric, on A4
-        {nullptr, "en_US", "de_DE.UTF-8", false, true},
-        {"de_DE", "en_US", "en_US", true, false},
-        {"", "", "en_US", false, true},
-        {"C", nullptr, "en_US", true, false},
-        {nullptr, nullptr, nullptr, true, false}, // and so it stays: no other test asks for a country
-    };
-    for (const Case& test : kCases)
-    {
-        SCOPED_TRACE(test.language != nullptr ? test.language : "none");
-        Set("LC_ALL", test.all);
-        Set("LC_MEASUREMENT", test.category);
-        Set("LC_PAPER", test.category);
-        Set("LANG", test.language);
-        EXPECT_EQ(OperatingSystem::IsMetricCountry(), test.metric);
-        EXPECT_EQ(OperatingSystem::UseEnglishPaperSizes(), test.letter);
-    }
+    EXPECT_EQ(answers(nullptr, nullptr, "de_DE.UTF-8"), "metric, A4");
+    EXPECT_EQ(answers(nullptr, nullptr, "es_MX@euro"), "metric, Letter");
+    EXPECT_EQ(answers(nullptr, nullptr, "en_LR"), "inches, A4");
+    EXPECT_EQ(answers(nullptr, "en_US", "de_DE.UTF-8"), "inches, Letter");
+    EXPECT_EQ(answers("de_DE", "en_US", "en_US"), "metric, A4");
+    EXPECT_EQ(answers("", "", "en_US"), "inches, Letter");
+    EXPECT_EQ(answers(nullptr, nullptr, nullptr), "metric, A4");
 }
 
 } // namespace

@@ -81,20 +81,11 @@ TEST_F(ThrowPattern, ShowsTheHookTheLineTheSiteAndTheContextsBeforeTheThrow)
 TEST_F(ThrowPattern, MessagesThatCannotBeComposedDoNotHideTheFailure)
 {
     const std::string fixed = "A message argument was supplied, but the resulting string is empty.";
-    struct Case
-    {
-        const char* what;
-        CXString message;
-        bool isFixed;
-    };
-    const Case cases[] = {
-        {"no message at all", ComposeExceptionMessage({}, {}), false},
-        {"empty argument", ComposeExceptionMessage(W("%s"), {W("")}), true},
-        {"wrong directive", ComposeExceptionMessage(W("%s %x"), {W("a"), 1}), true},
-        {"missing argument", ComposeExceptionMessage(W("%s %s"), {W("a")}), true},
-    };
-    for (const Case& test : cases)
-        EXPECT_EQ(test.message.ToUtf8().substr(0, fixed.size()), test.isFixed ? fixed : "") << test.what;
+    EXPECT_TRUE(ComposeExceptionMessage({}, {}).IsEmpty());
+    for (const CXString& message :
+         {ComposeExceptionMessage(W("%s"), {W("")}), ComposeExceptionMessage(W("wrong: %s %x"), {W("a"), 1}),
+          ComposeExceptionMessage(W("missing: %s %s"), {W("a")})})
+        EXPECT_EQ(message.ToUtf8().substr(0, fixed.size()), fixed);
 }
 
 TEST_F(ThrowPattern, ResultCodesThrowWithTheirOwnLineUnlessTheySucceed)
@@ -139,14 +130,11 @@ TYPED_TEST_SUITE(ExceptionFamily, Family);
 TYPED_TEST(ExceptionFamily, IsCaughtAsItselfAndNamesItself)
 {
     static_assert(std::is_nothrow_copy_constructible_v<TypeParam>);
+    static_assert(!std::is_base_of_v<TavlenComException, TypeParam>);
     try
     {
         ThrowException<TypeParam>(kSite, W("text"));
         FAIL();
-    }
-    catch (const TavlenComException&)
-    {
-        FAIL() << "caught as a sibling";
     }
     catch (const TypeParam& exception)
     {
@@ -202,9 +190,6 @@ TEST(ReportSink, ReceivesWhatAGuardCaught)
     const TavlenException::Sink former = TavlenException::SetReportSink({nullptr, nullptr});
     EXPECT_EQ(former.function, &RecordingSink);
     EXPECT_EQ(former.context, &reported);
-    const TavlenException longMessage(CXString(WideString(5000, W('x'))), kSite);
-    display(&longMessage, nullptr); // one bounded trace line
-    EXPECT_EQ(reported.exception, nullptr);
 }
 
 // Pairs must stay pairs: a function must never be called with the other one's context.

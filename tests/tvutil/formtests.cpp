@@ -16,7 +16,7 @@ namespace
 {
 
 constexpr int kRefusal = -1;
-constexpr int kTooMany = paperssample::kTooMany - paperssample::kNoPaper;
+constexpr int kTooMany = 0x10001;
 
 // How many papers the driver announces and brings: their numbers, sizes and names.
 using Script = std::array<int, 6>;
@@ -24,20 +24,16 @@ using Script = std::array<int, 6>;
 class Forms : public testing::Test
 {
 protected:
-    void TearDown() override
-    {
-        SetEnvironmentVariableW(paperssample::kVariable, nullptr);
-    }
-
     // What is found for a paper number; a record of zeros when nothing is.
     [[nodiscard]] CFormRecord Find(DWORD paperNumber, const Script& script) const
     {
-        WideString text;
+        CXString text;
         for (const int count : script)
-            text.push_back(static_cast<WCHAR>(paperssample::kNoPaper + count));
+            text += CXString::FromInteger(count) + W(" ");
         SetEnvironmentVariableW(paperssample::kVariable, text.c_str());
         CFormRecord form;
         const bool isFound = CForms(m_printer.Handle()).GetFormW(paperNumber, form);
+        SetEnvironmentVariableW(paperssample::kVariable, nullptr);
         EXPECT_EQ(isFound, form.paperNumber != 0);
         return form;
     }
@@ -67,7 +63,6 @@ TEST_F(Forms, OfTheDriverAreReadWithinWhatItBrings)
     };
     constexpr Case kCases[] = {
         {"as drivers do", {70, 70, 70, 70, 70, 70}, 369},
-        {"none", {0, 0, 70, 70, 70, 70}, 0},
         {"fewer than announced", {70, 66, 70, 69, 70, 70}, 365},
         {"more, within reason", {70, 326, 70, 326, 70, 326}, 625},
         {"more than there is room for", {70, 327, 70, 327, 70, 327}, 0},
@@ -75,7 +70,6 @@ TEST_F(Forms, OfTheDriverAreReadWithinWhatItBrings)
         {"too few sizes", {70, 70, 66, 66, 70, 70}, 365},
         {"too few names", {70, 70, 70, 70, 70, 66}, 365},
         {"a refusal at first", {kRefusal, 70, 70, 70, 70, 70}, 0},
-        {"a refusal then", {70, kRefusal, 70, 70, 70, 70}, 0},
         {"no sizes", {70, 70, kRefusal, kRefusal, 70, 70}, 0},
         {"no names", {70, 70, 70, 70, 70, kRefusal}, 0},
     };

@@ -5,7 +5,8 @@
 #include <winddiui.h>
 
 #include <algorithm>
-#include <cstring>
+#include <sstream>
+#include <string>
 
 #include "tests/tvutil/paperssample.h"
 
@@ -20,42 +21,29 @@ struct Answer
     int brought = -1;
 };
 
-int CountOf(WCHAR character)
-{
-    return character == kTooMany ? 0x10001 : character - kNoPaper;
-}
-
 Answer AnswerTo(WORD capability)
 {
-    WCHAR script[7] = {};
-    if (GetEnvironmentVariableW(kVariable, script, 7) != 6)
-        return {};
-    const WCHAR* const pair = script + (capability == DC_PAPERS ? 0 : capability == DC_PAPERSIZE ? 2 : 4);
-    return {CountOf(pair[0]), CountOf(pair[1])};
+    WCHAR script[64] = {};
+    const DWORD length = GetEnvironmentVariableW(kVariable, script, 64);
+    std::istringstream counts(std::string(script, script + length));
+    Answer answer;
+    for (const int asked : {DC_PAPERS, DC_PAPERSIZE, DC_PAPERNAMES})
+        if (counts >> answer.announced >> answer.brought && asked == capability)
+            return answer;
+    return {};
 }
-
-template <class Record>
-void Put(void* output, int position, const Record& record)
-{
-    std::memcpy(static_cast<Record*>(output) + position, &record, sizeof(record));
-}
-
-struct Name
-{
-    WCHAR text[kNameLength];
-};
 
 void PutPaper(WORD capability, void* output, int paper)
 {
     if (capability == DC_PAPERS)
-        Put(output, paper, static_cast<WORD>(kFirstNumber + paper));
+        static_cast<WORD*>(output)[paper] = static_cast<WORD>(kFirstNumber + paper);
     else if (capability == DC_PAPERSIZE)
-        Put(output, paper, POINTL{paper * 10, paper * 20});
+        static_cast<POINTL*>(output)[paper] = {paper * 10, paper * 20};
     else
     {
-        Name name = {};
-        std::fill_n(name.text, std::min(static_cast<std::size_t>(paper), kNameLength), W('p'));
-        Put(output, paper, name);
+        WCHAR* const name = static_cast<WCHAR*>(output) + static_cast<std::size_t>(paper) * kNameLength;
+        std::fill_n(name, kNameLength, WCHAR());
+        std::fill_n(name, std::min(static_cast<std::size_t>(paper), kNameLength), W('p'));
     }
 }
 

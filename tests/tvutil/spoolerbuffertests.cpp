@@ -17,10 +17,9 @@ SpoolerBuffer Answer(WStringView text)
                   [&](LPBYTE room, DWORD given, LPDWORD needed)
                   {
                       *needed = size;
-                      if (given < size)
-                          return DWORD{ERROR_INSUFFICIENT_BUFFER};
-                      std::memcpy(room, text.data(), size);
-                      return DWORD{ERROR_SUCCESS};
+                      if (given >= size)
+                          std::memcpy(room, text.data(), size);
+                      return static_cast<DWORD>(given < size ? ERROR_INSUFFICIENT_BUFFER : ERROR_SUCCESS);
                   }),
               ERROR_SUCCESS);
     return answer;
