@@ -131,29 +131,16 @@ WINPORT_API BOOL WINAPI EnumPrintersW(DWORD flags, LPWSTR name, DWORD level, LPB
 
 // ---- Printer data ---------------------------------------------------------------------------------------------------
 
-struct PRINTER_ENUM_VALUESW
-{
-    LPWSTR pValueName;
-    DWORD cbValueName;
-    DWORD dwType;
-    LPBYTE pData;
-    DWORD cbData;
-};
-using LPPRINTER_ENUM_VALUESW = PRINTER_ENUM_VALUESW*;
-
 // The forms without a key name use the key "PrinterDriverData". A buffer that is too small gives ERROR_MORE_DATA, an
 // unknown value ERROR_FILE_NOT_FOUND. Writing needs PRINTER_ACCESS_ADMINISTER.
 WINPORT_API DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR valueName, LPDWORD type, LPBYTE data, DWORD size,
                                          LPDWORD needed);
 WINPORT_API DWORD WINAPI SetPrinterDataW(HANDLE printer, LPWSTR valueName, DWORD type, LPBYTE data, DWORD size);
-WINPORT_API DWORD WINAPI DeletePrinterDataW(HANDLE printer, LPWSTR valueName);
 WINPORT_API DWORD WINAPI GetPrinterDataExW(HANDLE printer, LPCWSTR keyName, LPCWSTR valueName, LPDWORD type,
                                            LPBYTE data, DWORD size, LPDWORD needed);
 WINPORT_API DWORD WINAPI SetPrinterDataExW(HANDLE printer, LPCWSTR keyName, LPCWSTR valueName, DWORD type, LPBYTE data,
                                            DWORD size);
 WINPORT_API DWORD WINAPI DeletePrinterDataExW(HANDLE printer, LPCWSTR keyName, LPCWSTR valueName);
-WINPORT_API DWORD WINAPI EnumPrinterDataExW(HANDLE printer, LPCWSTR keyName, LPBYTE values, DWORD size, LPDWORD needed,
-                                            LPDWORD returned);
 
 // ---- Drivers --------------------------------------------------------------------------------------------------------
 
@@ -253,31 +240,6 @@ WINPORT_API BOOL WINAPI EnumPrinterDriversW(LPWSTR server, LPWSTR environment, D
 // version's own, in which the files end.
 WINPORT_API BOOL WINAPI GetPrinterDriverDirectoryW(LPWSTR server, LPWSTR environment, DWORD level, LPBYTE directory,
                                                    DWORD size, LPDWORD needed);
-
-// ---- Ports ----------------------------------------------------------------------------------------------------------
-
-inline constexpr DWORD PORT_TYPE_WRITE = 0x0001;
-inline constexpr DWORD PORT_TYPE_READ = 0x0002;
-
-struct PORT_INFO_1W
-{
-    LPWSTR pName;
-};
-using LPPORT_INFO_1W = PORT_INFO_1W*;
-
-struct PORT_INFO_2W
-{
-    LPWSTR pPortName;
-    LPWSTR pMonitorName;
-    LPWSTR pDescription;
-    DWORD fPortType;
-    DWORD Reserved;
-};
-using LPPORT_INFO_2W = PORT_INFO_2W*;
-
-// Levels 1 and 2: the local ports (LPT1: to LPT3:, COM1: to COM4:, FILE:).
-WINPORT_API BOOL WINAPI EnumPortsW(LPWSTR server, DWORD level, LPBYTE ports, DWORD size, LPDWORD needed,
-                                   LPDWORD returned);
 
 // ---- Forms ----------------------------------------------------------------------------------------------------------
 
