@@ -17,7 +17,7 @@ namespace
 std::string ExpandedName(IXMLDOMNode* node)
 {
     const std::string name = NameOf(node);
-    if (name.empty() || name == "xmlns" || name.starts_with("xmlns:"))
+    if (name.empty() || name.starts_with("xmlns"))
         return {};
     const std::string uri = Ask(node, &IXMLDOMNode::get_namespaceURI);
     return "{" + (uri == "-" ? "" : uri) + "}" + Ask(node, &IXMLDOMNode::get_baseName);
@@ -40,18 +40,21 @@ std::string AttributesMeaning(IXMLDOMNode* element)
 std::string ChildrenMeaning(IXMLDOMNode* node)
 {
     std::string meaning;
-    DomNode child;
-    for (HRESULT found = node->get_firstChild(child.Put()); found == S_OK;)
+    DomNode child, next;
+    for (HRESULT found = node->get_firstChild(child.Put()); found == S_OK; child = next)
     {
         meaning += Meaning(child.Get());
-        DomNode next;
         found = child->get_nextSibling(next.Put());
-        child = next;
     }
     return meaning;
 }
 
 } // namespace
+
+std::string Variant::Text() const
+{
+    return m_value.vt == VT_BSTR ? Narrow(WStringView(m_value.bstrVal, SysStringLen(m_value.bstrVal))) : "-";
+}
 
 std::string Narrow(WStringView text)
 {
@@ -197,20 +200,13 @@ std::string Meaning(IXMLDOMNode* node)
 {
     DOMNodeType kind = NODE_INVALID;
     node->get_nodeType(&kind);
-    Variant value;
-    switch (kind)
-    {
-    case NODE_TEXT:
-    case NODE_CDATA_SECTION:
-        node->get_nodeValue(value.Put());
-        return Narrow(WStringView(value.Get().bstrVal, SysStringLen(value.Get().bstrVal)));
-    case NODE_ELEMENT:
-        return ExpandedName(node) + AttributesMeaning(node) + "[" + ChildrenMeaning(node) + "]";
-    case NODE_DOCUMENT:
+    if (kind == NODE_DOCUMENT)
         return ChildrenMeaning(node);
-    default:
-        return {};
-    }
+    if (kind == NODE_ELEMENT)
+        return ExpandedName(node) + AttributesMeaning(node) + "[" + ChildrenMeaning(node) + "]";
+    Variant text;
+    const bool isText = kind == NODE_TEXT || kind == NODE_CDATA_SECTION;
+    return isText && node->get_nodeValue(text.Put()) == S_OK ? text.Text() : std::string();
 }
 
 std::string MeaningOfText(IXMLDOMNode* node)

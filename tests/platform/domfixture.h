@@ -47,6 +47,7 @@ public:
     {
         return m_value;
     }
+    std::string Text() const; // "-" for what is no text
 
 private:
     VARIANT m_value{};

@@ -1,23 +1,11 @@
-// A module to be loaded by the loader's tests.
+// A module to be loaded by the loader's tests: it has a function, which makes it import another module.
 #include <windows.h>
 
 #include <objbase.h>
 
-extern "C"
+extern "C" PLATFORM_SAMPLE_API void* SampleFunction();
+
+void* SampleFunction()
 {
-
-    PLATFORM_SAMPLE_API int SampleAnswer();
-    PLATFORM_SAMPLE_API void* SampleAllocate();
-
-    int SampleAnswer()
-    {
-        return 42;
-    }
-
-    // Makes the module import another one.
-    void* SampleAllocate()
-    {
-        return CoTaskMemAlloc(1);
-    }
-
-} // extern "C"
+    return CoTaskMemAlloc(1);
+}

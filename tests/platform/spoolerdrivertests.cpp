@@ -34,12 +34,10 @@ bool IsKnownDriver(WStringView name)
     const Answer<DRIVER_INFO_2W> drivers(
         [](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD count)
         { return EnumPrinterDriversW(nullptr, Mutable(kEnvironment), 2, bytes, size, needed, count); });
-    for (DWORD index = 0; index < drivers.Count(); ++index)
-    {
-        if (drivers[index].pName == name)
-            return true;
-    }
-    return false;
+    DWORD index = 0;
+    while (index < drivers.Count() && drivers[index].pName != name)
+        ++index;
+    return index < drivers.Count();
 }
 
 DWORD DeleteDriver(const WCHAR* name, DWORD flags = 0)
@@ -61,9 +59,8 @@ TEST_F(SpoolerDrivers, LieInTheDriverDirectoryAndAreUpdatedByAddingThemAgain)
     const fs::path folder = DriverFolder();
     EXPECT_EQ(driver->cVersion, 3u);
     EXPECT_EQ(WideString(driver->pName) + driver->pEnvironment, WideString(kDriver) + kEnvironment);
-    EXPECT_EQ(fs::path(driver->pDriverPath), folder / "tvplatform.drv");
-    EXPECT_EQ(fs::path(driver->pConfigFile), folder / "spooler_sample.dll"); // whatever the module's file is called
     EXPECT_EQ(Content(driver->pDriverPath), "the driver");
+    EXPECT_EQ(fs::path(driver->pConfigFile), folder / "spooler_sample.dll"); // whatever the module's file is called
     const WCHAR* file = driver->pDependentFiles;
     for (const char* const name : {"tvone.txt", "tvtwo.txt"})
     {
@@ -72,12 +69,11 @@ TEST_F(SpoolerDrivers, LieInTheDriverDirectoryAndAreUpdatedByAddingThemAgain)
     }
     EXPECT_EQ(*file, 0);
     EXPECT_EQ(fs::path(DriverAnswer<DRIVER_INFO_6W>(printer.get(), 6)->pDataFile), folder / "tvplatform.json");
-    EXPECT_EQ(WideString(DriverAnswer<DRIVER_INFO_1W>(printer.get(), 1)->pName), kDriver);
     EXPECT_TRUE(IsKnownDriver(kDriver));
 
     const WideString newer = SourceFile("tvnewer.json", "a newer model");
     ASSERT_TRUE(InstallDriver(W("TAVLEN platform driver"), newer.c_str())) << GetLastError();
-    EXPECT_EQ(Content(DriverAnswer<DRIVER_INFO_3W>(printer.get(), 3)->pDataFile), "a newer model");
+    EXPECT_EQ(Content(DriverAnswer<DRIVER_INFO_2W>(printer.get(), 2)->pDataFile), "a newer model");
     ASSERT_TRUE(InstallDriver());
 }
 
@@ -85,25 +81,16 @@ TEST_F(SpoolerDrivers, AreFilesWhateverTheCaseOfTheirNames)
 {
     const PrinterOwner printer = InstallPrinter();
     SourceFile("tvCased.json", "a model");
-    const WideString named = (Scratch() / "TVcased.json").string<WCHAR>();
-    ASSERT_TRUE(InstallDriver(kDriver, named.c_str())) << GetLastError();
+    ASSERT_TRUE(InstallDriver(kDriver, (Scratch() / "TVcased.json").string<WCHAR>().c_str())) << GetLastError();
     const fs::path installed = DriverAnswer<DRIVER_INFO_3W>(printer.get(), 3)->pDataFile;
     EXPECT_EQ(installed.filename(), "TVcased.json"); // as the installer named it
     EXPECT_EQ(Content(installed), "a model");
 
     // A second driver's file of that name is the same file.
-    const WideString newer = SourceFile("second/TvCased.json", "a newer model");
-    ASSERT_TRUE(InstallDriver(kSecond, newer.c_str())) << GetLastError();
-    std::string contents;
-    for (const fs::directory_entry& entry : fs::directory_iterator(DriverFolder()))
-    {
-        std::string name = entry.path().filename().string();
-        std::transform(name.begin(), name.end(), name.begin(), [](char c) { return static_cast<char>(c | 0x20); });
-        if (name == "tvcased.json")
-            contents += Content(entry.path());
-    }
-    EXPECT_EQ(contents, "a newer model");
+    ASSERT_TRUE(InstallDriver(kSecond, SourceFile("second/TvCased.json", "a newer model").c_str())) << GetLastError();
+    EXPECT_EQ(Content(installed), "a newer model");
     EXPECT_EQ(DeleteDriver(kSecond, IsWine() ? 0 : DPD_DELETE_UNUSED_FILES), ERROR_SUCCESS);
+    EXPECT_EQ(Content(installed), "a newer model");
     EXPECT_TRUE(InstallDriver()) << GetLastError();
 }
 
@@ -139,7 +126,6 @@ TEST_F(SpoolerDrivers, AreRefusedWithTheReason)
                   refusal.error);
         EXPECT_FALSE(fs::exists(DriverFolder() / "tvother.json"));
     }
-    EXPECT_EQ(ErrorOf(AddPrinterDriverExW(nullptr, 3, nullptr, APD_COPY_ALL_FILES)), ERROR_INVALID_PARAMETER);
     EXPECT_FALSE(IsKnownDriver(kSecond));
 }
 
@@ -151,8 +137,7 @@ TEST_F(SpoolerDrivers, StayWhileAPrinterUsesThem)
     EXPECT_EQ(DeleteDriver(kDriver), ERROR_PRINTER_DRIVER_IN_USE);
     EXPECT_TRUE(IsKnownDriver(kDriver));
     ASSERT_TRUE(DeletePrinter(printer.get()));
-    const WideString other = SourceFile("tvother.json", "other");
-    ASSERT_TRUE(InstallDriver(kSecond, other.c_str()));
+    ASSERT_TRUE(InstallDriver(kSecond, SourceFile("tvother.json", "other").c_str()));
     const fs::path folder = DriverFolder();
     EXPECT_EQ(DeleteDriver(kSecond, DPD_DELETE_ALL_FILES), ERROR_PRINTER_DRIVER_IN_USE);
     EXPECT_EQ(DeleteDriver(kSecond, DPD_DELETE_UNUSED_FILES), ERROR_SUCCESS);
@@ -163,33 +148,24 @@ TEST_F(SpoolerDrivers, StayWhileAPrinterUsesThem)
     EXPECT_EQ(DeleteDriver(kDriver), ERROR_UNKNOWN_PRINTER_DRIVER);
 }
 
-TEST_F(SpoolerDrivers, AnswerCapabilities)
+TEST_F(SpoolerDrivers, AnswerCapabilitiesAndMakeDevModes)
 {
     const PrinterOwner printer = InstallPrinter();
-    const auto ask = [](WORD capability, void* output = nullptr)
-    {
-        return DeviceCapabilitiesW(kPrinter, W("FILE:"), capability, static_cast<LPWSTR>(output), nullptr);
-    };
-    EXPECT_EQ(ask(DC_COPIES), spoolersample::kCopies);
     std::array<WORD, 4> papers = {0, 0, 0, 0xEE};
-    EXPECT_EQ(ask(DC_PAPERS, papers.data()), 3);
+    EXPECT_EQ(DeviceCapabilitiesW(kPrinter, W("FILE:"), DC_PAPERS, reinterpret_cast<LPWSTR>(papers.data()), nullptr),
+              3);
     EXPECT_EQ(papers, (std::array<WORD, 4>{1, 9, 256, 0xEE}));
-    EXPECT_EQ(ask(DC_TRUETYPE), -1);
+    EXPECT_EQ(DeviceCapabilitiesW(kPrinter, nullptr, DC_TRUETYPE, nullptr, nullptr), -1);
     if (!IsWine()) // which answers 0 for an unknown printer
     {
         EXPECT_EQ(DeviceCapabilitiesW(W("No printer"), nullptr, DC_COPIES, nullptr, nullptr), -1);
         EXPECT_EQ(GetLastError(), ERROR_INVALID_PRINTER_NAME);
     }
-}
 
-TEST_F(SpoolerDrivers, MakeDevModes)
-{
-    const PrinterOwner printer = InstallPrinter();
     const auto added = PrinterAnswer<PRINTER_INFO_2W>(printer.get(), 2);
     ASSERT_EQ(added.Count(), 1u);
     ASSERT_NE(added->pDevMode, nullptr) << "the printer was added without a devmode and should have its driver's";
     EXPECT_EQ(added->pDevMode->dmDriverExtra, spoolersample::kPrivateSize);
-
     DEVMODEW input = {};
     input.dmSize = sizeof(input);
     input.dmCopies = 12;
@@ -212,15 +188,14 @@ TEST_F(SpoolerDrivers, HearOfEvents)
     if (IsWine())
         GTEST_SKIP() << "Wine does not tell drivers";
     const PrinterOwner printer = InstallPrinter();
-    const auto lastEvent = [&]
+    for (const DWORD expected : {DWORD{PRINTER_EVENT_INITIALIZE}, DWORD{PRINTER_EVENT_ATTRIBUTES_CHANGED}})
     {
         DWORD event = 0;
         DWORD needed = 0;
-        GetPrinterDataExW(printer.get(), spoolersample::kKey, spoolersample::kEvent, nullptr,
-                          reinterpret_cast<BYTE*>(&event), sizeof(event), &needed);
-        return event;
-    };
-    EXPECT_EQ(lastEvent(), DWORD{PRINTER_EVENT_INITIALIZE});
-    ASSERT_TRUE(SetInfo(printer.get(), PrinterInfo()));
-    EXPECT_EQ(lastEvent(), DWORD{PRINTER_EVENT_ATTRIBUTES_CHANGED});
+        EXPECT_EQ(GetPrinterDataExW(printer.get(), spoolersample::kKey, spoolersample::kEvent, nullptr,
+                                    reinterpret_cast<BYTE*>(&event), sizeof(event), &needed),
+                  ERROR_SUCCESS);
+        EXPECT_EQ(event, expected);
+        ASSERT_TRUE(SetInfo(printer.get(), PrinterInfo()));
+    }
 }

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <utility>
 
 #include "tests/platform/spoolerfixture.h"
 #include "tests/platform/wine.h"
@@ -24,20 +23,13 @@ TEST_F(SpoolerPrinters, AnswerWhatTheyWereAddedWith)
           &PRINTER_INFO_2W::pLocation})
         EXPECT_EQ(WideString(info[0].*text), PrinterInfo().*text);
     EXPECT_NE(info->Attributes & PRINTER_ATTRIBUTE_LOCAL, 0u);
-    EXPECT_EQ(info->cJobs, 0u);
-    EXPECT_EQ(WideString(PrinterAnswer<PRINTER_INFO_1W>(printer.get(), 1)->pName), kPrinter);
     EXPECT_EQ(WideString(PrinterAnswer<PRINTER_INFO_4W>(printer.get(), 4)->pPrinterName), kPrinter);
     EXPECT_EQ(WideString(PrinterAnswer<PRINTER_INFO_5W>(printer.get(), 5)->pPortName), W("FILE:"));
-    for (const DWORD level : {1u, 2u, 4u, 5u})
-    {
-        SCOPED_TRACE(level);
-        DWORD needed = 0;
-        EXPECT_EQ(ErrorOf(GetPrinterW(printer.get(), level, nullptr, 0, &needed)), ERROR_INSUFFICIENT_BUFFER);
-        std::vector<BYTE> bytes(needed, 0xEE);
-        EXPECT_EQ(ErrorOf(GetPrinterW(printer.get(), level, bytes.data(), std::exchange(needed, 0) - 1, &needed)),
-                  ERROR_INSUFFICIENT_BUFFER);
-        EXPECT_TRUE(needed == bytes.size() && bytes.back() == 0xEE);
-    }
+    DWORD needed = 0;
+    EXPECT_EQ(ErrorOf(GetPrinterW(printer.get(), 2, nullptr, 0, &needed)), ERROR_INSUFFICIENT_BUFFER);
+    std::vector<BYTE> bytes(needed, 0xEE);
+    EXPECT_EQ(ErrorOf(GetPrinterW(printer.get(), 2, bytes.data(), needed - 1, &needed)), ERROR_INSUFFICIENT_BUFFER);
+    EXPECT_TRUE(needed == bytes.size() && bytes.back() == 0xEE);
 
     const auto names = PrinterNames();
     EXPECT_EQ(std::count(names.begin(), names.end(), kPrinter), 1);
@@ -58,15 +50,12 @@ TEST_F(SpoolerPrinters, AreRefusedWithTheReason)
     };
     constexpr Refusal kRefusals[] = {
         {&PRINTER_INFO_2W::pDriverName, W("No driver"), ERROR_UNKNOWN_PRINTER_DRIVER, false},
-        {&PRINTER_INFO_2W::pDriverName, nullptr, ERROR_UNKNOWN_PRINTER_DRIVER, true},
         {&PRINTER_INFO_2W::pPrintProcessor, W("noprint"), ERROR_UNKNOWN_PRINTPROCESSOR, false},
-        {&PRINTER_INFO_2W::pPrinterName, W(""), ERROR_INVALID_PRINTER_NAME, false},
         {&PRINTER_INFO_2W::pPrinterName, nullptr, ERROR_INVALID_PRINTER_NAME, false},
         {&PRINTER_INFO_2W::pPrinterName, W("a\\b"), ERROR_INVALID_PRINTER_NAME, true},
         {&PRINTER_INFO_2W::pPrinterName, W("a,b"), ERROR_INVALID_PRINTER_NAME, true},
         {&PRINTER_INFO_2W::pPrinterName, W("TAVLEN platform PRINTER"), ERROR_PRINTER_ALREADY_EXISTS, true},
         {&PRINTER_INFO_2W::pPortName, W("NOPORT:"), ERROR_UNKNOWN_PORT, true},
-        {&PRINTER_INFO_2W::pPortName, nullptr, ERROR_UNKNOWN_PORT, true},
         {&PRINTER_INFO_2W::pDatatype, W("BOGUS"), ERROR_INVALID_DATATYPE, true},
     };
     const PrinterOwner printer = InstallPrinter();
@@ -78,12 +67,9 @@ TEST_F(SpoolerPrinters, AreRefusedWithTheReason)
         SCOPED_TRACE(&refusal - kRefusals);
         PRINTER_INFO_2W info = PrinterInfo(W("Tavlen Platform Other"));
         info.*refusal.field = Mutable(refusal.value);
-        EXPECT_EQ(Add(info), nullptr);
-        EXPECT_EQ(GetLastError(), refusal.error);
+        EXPECT_EQ(ErrorOf(Add(info) != nullptr), refusal.error);
     }
     EXPECT_EQ(PrinterNames(), before);
-    EXPECT_EQ(AddPrinterW(nullptr, 2, nullptr), nullptr);
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
 }
 
 // Every function finds out what is no handle (null, noise, and one that is closed) and what is no level.
@@ -104,14 +90,6 @@ TEST_F(SpoolerPrinters, AreNotReachedThroughWhatIsNoHandleOrNoLevel)
     };
     PrinterOwner printer = InstallPrinter();
     EXPECT_EQ(leveled(printer.get(), 77), Errors(4, ERROR_INVALID_LEVEL));
-    PRINTER_INFO_2W info = PrinterInfo(W("Tavlen Platform Other"));
-    const Errors errors{
-        ErrorOf(EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 77, room, kSize, &needed, &count)),
-        ErrorOf(GetPrinterDriverDirectoryW(nullptr, nullptr, 77, room, kSize, &needed)),
-        ErrorOf(AddPrinterW(nullptr, 9, reinterpret_cast<BYTE*>(&info)) != nullptr),
-    };
-    EXPECT_EQ(errors, Errors(3, ERROR_INVALID_LEVEL));
-
     const HANDLE closed = printer.release();
     ASSERT_TRUE(ClosePrinter(closed));
     for (const HANDLE handle : {HANDLE{nullptr}, closed, reinterpret_cast<HANDLE>(0x7654321)})
@@ -144,8 +122,7 @@ TEST_F(SpoolerPrinters, KeepWhatIsSet)
 
     const auto set = PrinterAnswer<PRINTER_INFO_2W>(Open(kPrinter).get(), 2);
     ASSERT_EQ(set.Count(), 1u);
-    EXPECT_EQ(WideString(set->pComment), W("another comment"));
-    EXPECT_EQ(WideString(set->pPortName), W("LPT1:"));
+    EXPECT_EQ(WideString(set->pComment) + set->pPortName, W("another commentLPT1:"));
     EXPECT_EQ(set->pDevMode->dmCopies, 5);
     ASSERT_EQ(set->pDevMode->dmDriverExtra, 10);
     // Wine writes the printer's name into the public part.
