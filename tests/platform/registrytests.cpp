@@ -35,12 +35,12 @@ LSTATUS Get(HKEY key, const WCHAR* name, DWORD& type, Bytes& bytes)
     return error;
 }
 
-class Registry : public spoolertests::StoreTest
+class Registry : public SpoolerTest
 {
 protected:
     void SetUp() override
     {
-        StoreTest::SetUp();
+        SpoolerTest::SetUp();
         RegDeleteTreeW(HKEY_CURRENT_USER, kRoot);
         EXPECT_EQ(Create(HKEY_CURRENT_USER, kRoot, m_root), DWORD{REG_CREATED_NEW_KEY});
     }
@@ -48,7 +48,7 @@ protected:
     {
         EXPECT_EQ(RegCloseKey(m_root), ERROR_SUCCESS);
         RegDeleteTreeW(HKEY_CURRENT_USER, kRoot);
-        StoreTest::TearDown();
+        SpoolerTest::TearDown();
     }
 
     HKEY m_root = nullptr;

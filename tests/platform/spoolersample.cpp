@@ -11,39 +11,26 @@
 #include "interfaces/documentpropertyheader.h"
 #include "tests/platform/spoolersample.h"
 
-namespace
-{
-
-constexpr std::array<WORD, 3> kPapers = {1, 9, 256};
-constexpr LONG kDevModeSize = sizeof(DEVMODEW) + spoolersample::kPrivateSize;
-
-} // namespace
-
 extern "C"
 {
 
     SPOOLER_SAMPLE_API DWORD WINAPI DrvDeviceCapabilities(HANDLE, LPWSTR, WORD capability, PVOID output, PDEVMODEW)
     {
-        switch (capability)
-        {
-        case DC_COPIES:
+        constexpr std::array<WORD, 3> kPapers = {1, 9, 256};
+        if (capability == DC_COPIES)
             return spoolersample::kCopies;
-        case DC_PAPERS:
-            if (output != nullptr)
-                std::copy(kPapers.begin(), kPapers.end(), static_cast<WORD*>(output));
-            return kPapers.size();
-        default:
+        if (capability != DC_PAPERS)
             return static_cast<DWORD>(-1);
-        }
+        if (output != nullptr)
+            std::copy(kPapers.begin(), kPapers.end(), static_cast<WORD*>(output));
+        return kPapers.size();
     }
 
     SPOOLER_SAMPLE_API LONG WINAPI DrvDocumentPropertySheets(PVOID, LPARAM param)
     {
         const auto& header = *reinterpret_cast<const DOCUMENTPROPERTYHEADER*>(param);
-        if (header.cbSize < sizeof(header))
-            return -1;
         if (header.fMode == 0 || header.pdmOut == nullptr)
-            return kDevModeSize;
+            return sizeof(DEVMODEW) + spoolersample::kPrivateSize;
         const short copies = header.pdmIn != nullptr ? header.pdmIn->dmCopies : short{1};
         *header.pdmOut = {};
         header.pdmOut->dmSize = sizeof(DEVMODEW);
@@ -60,10 +47,8 @@ extern "C"
         HANDLE printer = nullptr;
         if (!OpenPrinterW(printerName, &printer, &defaults))
             return FALSE;
-        auto noted = static_cast<DWORD>(event);
-        const DWORD error = SetPrinterDataExW(printer, spoolersample::kKey, spoolersample::kEvent, REG_DWORD,
-                                              reinterpret_cast<BYTE*>(&noted), sizeof(noted));
-        ClosePrinter(printer);
-        return error == ERROR_SUCCESS ? TRUE : FALSE;
+        SetPrinterDataW(printer, const_cast<LPWSTR>(spoolersample::kEvent), REG_DWORD, reinterpret_cast<BYTE*>(&event),
+                        sizeof(event));
+        return ClosePrinter(printer);
     }
 }

@@ -9,7 +9,6 @@ namespace spoolersample
 inline constexpr int kCopies = 77;
 inline constexpr WORD kPrivateSize = 24;
 inline constexpr BYTE kPrivateByte = 0x5A;
-inline constexpr const WCHAR* kKey = W("Sample");
-inline constexpr const WCHAR* kEvent = W("LastEvent");
+inline constexpr const WCHAR* kEvent = W("LastEvent"); // of the driver's data
 
 } // namespace spoolersample

@@ -15,8 +15,6 @@
 #include "tests/platform/spoolersample.h"
 #include "winport/faultinjection.h"
 
-using namespace spoolertests;
-
 namespace
 {
 
