@@ -1,12 +1,7 @@
-// The owners of COM resources: strings, interfaces, task memory.
-#include <windows.h>
-
+// The owners of COM resources: strings and interfaces.
 #include <utility>
 
-#include <gtest/gtest.h>
-
 #include "tests/platform/domfixture.h"
-#include "utilitiesstaticlib/cotaskmemptr.h"
 
 TEST(CComBstr, CopiesMovesAndHandsOver)
 {
@@ -49,13 +44,4 @@ TEST(ComPtr, GivesBackEveryReferenceItTook)
         EXPECT_EQ(ComPtr<IUnknown>().As(missing), E_POINTER);
     }
     EXPECT_EQ(ReferencesOf(object.Get()), before);
-}
-
-TEST(CoTaskMemPtr, TakesOverWhatACallHandsOut)
-{
-    CoTaskMemPtr<int> number;
-    *static_cast<int**>(TaskMemoryOut(number)) = static_cast<int*>(CoTaskMemAlloc(sizeof(int)));
-    EXPECT_NE(number, nullptr);
-    *static_cast<int**>(TaskMemoryOut(number)) = nullptr; // frees the first: the address sanitizer would tell
-    EXPECT_EQ(number, nullptr);
 }

@@ -1,12 +1,9 @@
 #include "tests/platform/domfixture.h"
 
-#include <windows.h>
 #include <objbase.h>
 
 #include <filesystem>
 #include <set>
-
-#include <gtest/gtest.h>
 
 #include "utilitiesstaticlib/domclassid.h"
 
@@ -25,27 +22,13 @@ std::string ExpandedName(IXMLDOMNode* node)
 
 std::string AttributesMeaning(IXMLDOMNode* element)
 {
-    const ComPtr<IXMLDOMNamedNodeMap> map = MapOf(element);
     std::set<std::string> parts;
-    DomNode attribute;
-    for (LONG at = 0; map->get_item(at, attribute.Put()) == S_OK; ++at)
+    for (const DomNode& attribute : AttributesOf(element))
         if (const std::string name = ExpandedName(attribute.Get()); !name.empty())
             parts.insert("@" + name + "=" + TextOf(attribute.Get()));
     std::string meaning;
     for (const std::string& part : parts)
         meaning += (meaning.empty() ? "" : " ") + part;
-    return "(" + meaning + ")";
-}
-
-std::string ChildrenMeaning(IXMLDOMNode* node)
-{
-    std::string meaning;
-    DomNode child, next;
-    for (HRESULT found = node->get_firstChild(child.Put()); found == S_OK; child = next)
-    {
-        meaning += Meaning(child.Get());
-        found = child->get_nextSibling(next.Put());
-    }
     return meaning;
 }
 
@@ -140,6 +123,18 @@ ComPtr<IXMLDOMNamedNodeMap> MapOf(IXMLDOMNode* element)
     return map;
 }
 
+std::vector<DomNode> AttributesOf(IXMLDOMNode* element)
+{
+    const ComPtr<IXMLDOMNamedNodeMap> map = MapOf(element);
+    std::vector<DomNode> attributes;
+    LONG length = 0;
+    EXPECT_EQ(S_OK, map->get_length(&length));
+    for (DomNode attribute; map->get_item(static_cast<LONG>(attributes.size()), attribute.Put()) == S_OK;)
+        attributes.push_back(attribute);
+    EXPECT_EQ(static_cast<std::size_t>(length), attributes.size());
+    return attributes;
+}
+
 void AddAttribute(const DomDocument& document, IXMLDOMNode* element, const WCHAR* name, const WCHAR* uri,
                   const WCHAR* value)
 {
@@ -200,13 +195,17 @@ std::string Meaning(IXMLDOMNode* node)
 {
     DOMNodeType kind = NODE_INVALID;
     node->get_nodeType(&kind);
-    if (kind == NODE_DOCUMENT)
-        return ChildrenMeaning(node);
-    if (kind == NODE_ELEMENT)
-        return ExpandedName(node) + AttributesMeaning(node) + "[" + ChildrenMeaning(node) + "]";
     Variant text;
-    const bool isText = kind == NODE_TEXT || kind == NODE_CDATA_SECTION;
-    return isText && node->get_nodeValue(text.Put()) == S_OK ? text.Text() : std::string();
+    if ((kind == NODE_TEXT || kind == NODE_CDATA_SECTION) && node->get_nodeValue(text.Put()) == S_OK)
+        return text.Text();
+    std::string children;
+    DomNode child, next;
+    for (HRESULT found = node->get_firstChild(child.Put()); found == S_OK; child = next)
+    {
+        children += Meaning(child.Get());
+        found = child->get_nextSibling(next.Put());
+    }
+    return kind != NODE_ELEMENT ? children : ExpandedName(node) + "(" + AttributesMeaning(node) + ")[" + children + "]";
 }
 
 std::string MeaningOfText(IXMLDOMNode* node)

@@ -1,6 +1,4 @@
 // What foreign text may not do: each bound at its edge and beyond it.
-#include <gtest/gtest.h>
-
 #include "tests/platform/domfixture.h"
 
 namespace
@@ -22,11 +20,8 @@ WideString Nested(unsigned levels)
 WideString WithAttributes(unsigned count)
 {
     WideString text = W("<a");
-    for (unsigned at = 0; at < count; ++at)
-    {
-        const std::string number = std::to_string(at);
-        text += W(" a") + WideString(number.begin(), number.end()) + W("='>='"); // signs in values do not count
-    }
+    for (WCHAR name = 0x4E00; name < 0x4E00 + count; ++name)
+        text += WideString(W(" ")) + name + W("='>='"); // signs in values do not count
     return text + W("/>");
 }
 
@@ -41,41 +36,37 @@ TEST(DomLimits, RefuseWithAReasonThatNamesTheBoundAndTheLine)
 {
     struct Case
     {
-        const char* name;
         WideString text;
         const char* reason; // a part of it; empty when the text is within the bounds
         LONG line = 1;
     };
     const WideString signs = Repeated(W("<a b='' "), 2'000);
     const Case cases[] = {
-        {"256 levels", Nested(256), ""},
-        {"257 levels, the last one empty", Nested(257), "256 levels"},
-        {"1,000 attributes", WithAttributes(1'000), ""},
-        {"1,001 attributes", WithAttributes(1'001), "1000 attributes"},
-        {"600 elements of 1,000 attributes", W("<r>") + Repeated(WithAttributes(1'000), 600) + W("</r>"),
-         "attributes in all"},
-        {"the same signs in comments, sections and instructions",
-         W("<a><!--") + signs + W("--><![CDATA[") + signs + W("]]><?p ") + signs + W("?></a>"), ""},
-        {"16 MB", OfMegabytes(16, W('x')), ""},
-        {"more than 16 MB", OfMegabytes(16, W('x'), 1), "16 MB"},
-        {"more than 16 MB of UTF-8", OfMegabytes(6, W('\u4E2D')), "16 MB"},
-        {"a document type behind a comment", W("<?xml version='1.0'?><!--c-->\n\n<!DOCTYPE a><a/>"), "DOCTYPE", 3},
-        {"a document type's text in a comment", W("<a><!--<!DOCTYPE a>--><![CDATA[<!DOCTYPE a>]]></a>"), ""},
-        {"an undeclared element prefix", W("<p:a/>"), "'p' is not declared"},
-        {"an attribute's prefix declared beside", W("<a><b xmlns:p='u'/><c p:d=''/></a>"), "'p' is not declared"},
-        {"a prefix unbound", W("<p:a xmlns:p=''/>"), "declaration of the prefix 'p'"},
-        {"one attribute under two prefixes", W("<a xmlns:p='u' xmlns:q='u' p:b='' q:b=''/>"), "given twice"},
-        {"two colons", W("<a:b:c xmlns:a='u'/>"), "qualified name"},
-        {"an end tag of another element", W("<a>\n<b></c></a>"), "end tag 'c' does not match the start tag 'b'", 2},
-        {"a high surrogate alone", WideString(W("<a>")) + char16_t{0xD800} + W("</a>"), "surrogate"},
-        {"a low surrogate alone", WideString(W("<a>")) + char16_t{0xDC00} + W("</a>"), "surrogate"},
-        {"what looks like UTF-16 to a parser", WideString(W("<\0?\0a\0/\0>\0"), 10), "zero character"},
+        {Nested(256), ""},
+        {Nested(257), "256 levels"},
+        {WithAttributes(1'000), ""},
+        {WithAttributes(1'001), "1000 attributes"},
+        {W("<r>") + Repeated(WithAttributes(1'000), 600) + W("</r>"), "attributes in all"},
+        {W("<a><!--") + signs + W("--><![CDATA[") + signs + W("]]><?p ") + signs + W("?></a>"), ""},
+        {OfMegabytes(16, W('x')), ""},
+        {OfMegabytes(16, W('x'), 1), "16 MB"},
+        {OfMegabytes(6, W('\u4E2D')), "16 MB"}, // of UTF-8
+        {W("<?xml version='1.0'?><!--c-->\n\n<!DOCTYPE a><a/>"), "DOCTYPE", 3},
+        {W("<a><!--<!DOCTYPE a>--><![CDATA[<!DOCTYPE a>]]></a>"), ""},
+        {W("<p:a/>"), "'p' is not declared"},
+        {W("<a><b xmlns:p='u'/><c p:d=''/></a>"), "'p' is not declared"},
+        {W("<p:a xmlns:p=''/>"), "declaration of the prefix 'p'"},
+        {W("<a xmlns:p='u' xmlns:q='u' p:b='' q:b=''/>"), "given twice"},
+        {W("<a:b:c xmlns:a='u'/>"), "qualified name"},
+        {W("<a>\n<b></c></a>"), "end tag 'c' does not match the start tag 'b'", 2},
+        {WideString(W("<a>")) + char16_t{0xD800} + W("</a>"), "surrogate"},
+        {WideString(W("<\0?\0a\0/\0>\0"), 10), "zero character"}, // looks like UTF-16 to a parser
         // A fault before a bound: the parser must not go on to what the scan could not see.
-        {"attributes behind a fault", W("<a b=\"<c") + Repeated(W(" x=\"\""), 50'000) + W("/>"), "attribute"},
+        {W("<a b=\"<c") + Repeated(W(" x=\"\""), 50'000) + W("/>"), "attribute"},
     };
     for (const Case& test : cases)
     {
-        SCOPED_TRACE(test.name);
+        SCOPED_TRACE(&test - cases);
         const DomDocument document = NewDocument();
         const bool isTaken = *test.reason == '\0';
         EXPECT_EQ(isTaken ? S_OK : S_FALSE, LoadText(document, test.text));

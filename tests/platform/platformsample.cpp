@@ -1,11 +1,11 @@
-// A module to be loaded by the loader's tests: it has a function, which makes it import another module.
+// A module for the loader's tests to load, and for the spooler's a driver's configuration module.
 #include <windows.h>
+#include <winspool.h>
 
 #include <objbase.h>
 
-extern "C" PLATFORM_SAMPLE_API void* SampleFunction();
-
-void* SampleFunction()
+extern "C" PLATFORM_SAMPLE_API DWORD WINAPI DrvDeviceCapabilities(HANDLE, LPWSTR, WORD, PVOID, PDEVMODEW)
 {
-    return CoTaskMemAlloc(1);
+    CoTaskMemFree(nullptr); // makes the module import another one
+    return 77;
 }

@@ -1,11 +1,8 @@
 // The registry: keys and values below HKEY_CURRENT_USER\Software\TavlenPlatformTests.
-#include <windows.h>
-
 #include <utility>
 #include <vector>
 
 #include "tests/platform/spoolerfixture.h"
-#include "utilitiesstaticlib/wideliteral.h"
 
 namespace
 {
@@ -61,8 +58,7 @@ TEST_F(Registry, MakesThePathOfAKeyOnceAndDeletesLeavesAndTrees)
     HKEY made = nullptr;
     HKEY again = nullptr;
     EXPECT_EQ(Create(m_root, W("a\\b"), made), DWORD{REG_CREATED_NEW_KEY});
-    EXPECT_EQ(Create(HKEY_CURRENT_USER, W("software\\TAVLENplatformtests\\A\\B\\"), again),
-              DWORD{REG_OPENED_EXISTING_KEY});
+    EXPECT_EQ(Create(m_root, W("A\\B\\"), again), DWORD{REG_OPENED_EXISTING_KEY});
     EXPECT_EQ(RegCloseKey(again), ERROR_SUCCESS);
     EXPECT_EQ(RegCloseKey(again), LSTATUS{ERROR_INVALID_HANDLE});
     EXPECT_EQ(RegDeleteKeyW(m_root, W("a")), LSTATUS{ERROR_ACCESS_DENIED}) << "it has a key below";

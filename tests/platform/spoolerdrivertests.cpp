@@ -1,13 +1,7 @@
-// Driver packages, and the questions that their configuration modules answer.
-#include <windows.h>
-
-#include <winddiui.h>
-
+// Driver packages. What their configuration modules answer is tested with ours.
 #include <algorithm>
-#include <array>
 
 #include "tests/platform/spoolerfixture.h"
-#include "tests/platform/spoolersample.h"
 #include "tests/platform/wine.h"
 
 namespace
@@ -127,54 +121,4 @@ TEST_F(SpoolerDrivers, StayWhileAPrinterUsesThem)
     EXPECT_EQ(DeleteDriver(kDriver), ERROR_SUCCESS);
     EXPECT_TRUE(fs::exists(folder / "tvplatform.drv")); // not asked for
     EXPECT_EQ(DeleteDriver(kDriver), ERROR_UNKNOWN_PRINTER_DRIVER);
-}
-
-TEST_F(SpoolerDrivers, AnswerCapabilitiesAndMakeDevModes)
-{
-    const PrinterOwner printer = InstallPrinter();
-    std::array<WORD, 4> papers = {0, 0, 0, 0xEE};
-    EXPECT_EQ(DeviceCapabilitiesW(kPrinter, nullptr, DC_PAPERS, reinterpret_cast<LPWSTR>(papers.data()), nullptr), 3);
-    EXPECT_EQ(papers, (std::array<WORD, 4>{1, 9, 256, 0xEE}));
-    EXPECT_EQ(DeviceCapabilitiesW(kPrinter, nullptr, DC_TRUETYPE, nullptr, nullptr), -1);
-    if (!IsWine()) // which answers 0 for an unknown printer
-    {
-        EXPECT_EQ(DeviceCapabilitiesW(W("No printer"), nullptr, DC_COPIES, nullptr, nullptr), -1);
-        EXPECT_EQ(GetLastError(), ERROR_INVALID_PRINTER_NAME);
-    }
-
-    DEVMODEW input = {};
-    input.dmSize = sizeof(input);
-    input.dmCopies = 12;
-    DEVMODEW output[2] = {}; // more room than the driver needs
-    const auto ask = [&](HANDLE handle, DEVMODEW* in, DWORD mode)
-    {
-        return DocumentPropertiesW(nullptr, handle, Mutable(kPrinter), output, in, mode);
-    };
-    EXPECT_EQ(ask(printer.get(), nullptr, 0), LONG{sizeof(DEVMODEW) + spoolersample::kPrivateSize});
-    ASSERT_EQ(ask(printer.get(), &input, DM_IN_BUFFER | DM_OUT_BUFFER), IDOK);
-    EXPECT_EQ(output[0].dmCopies, 12);
-    EXPECT_EQ(*reinterpret_cast<const BYTE*>(&output[1]), spoolersample::kPrivateByte);
-    EXPECT_EQ(ask(printer.get(), nullptr, DM_OUT_BUFFER), IDOK);
-    EXPECT_EQ(output[0].dmCopies, 1);
-    EXPECT_LT(ask(reinterpret_cast<HANDLE>(0x5555), nullptr, 0), 0);
-    // The printer was added without a devmode and has its driver's.
-    const auto added = PrinterAnswer<PRINTER_INFO_2W>(printer.get(), 2);
-    ASSERT_TRUE(added.begin() != added.end() && added->pDevMode != nullptr);
-    EXPECT_EQ(added->pDevMode->dmDriverExtra, spoolersample::kPrivateSize);
-}
-
-TEST_F(SpoolerDrivers, HearOfEvents)
-{
-    if (IsWine())
-        GTEST_SKIP() << "Wine does not tell drivers";
-    const PrinterOwner printer = InstallPrinter();
-    for (const INT expected : {PRINTER_EVENT_INITIALIZE, PRINTER_EVENT_ATTRIBUTES_CHANGED})
-    {
-        INT event = 0;
-        DWORD needed = 0;
-        GetPrinterDataW(printer.get(), Mutable(spoolersample::kEvent), nullptr, reinterpret_cast<BYTE*>(&event),
-                        sizeof(event), &needed);
-        EXPECT_EQ(event, expected);
-        ASSERT_TRUE(SetInfo(printer.get(), PrinterInfo()));
-    }
 }

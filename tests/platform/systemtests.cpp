@@ -1,7 +1,6 @@
-// Version, environment, last error and the layout of DEVMODEW.
+// Version, slim locks, environment and last error.
 #include <windows.h>
 
-#include <cstddef>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -58,9 +57,3 @@ TEST(Environment, ValuesAreFetchedWithTheirSize)
     EXPECT_EQ(WithLastError([&] { return GetEnvironmentVariableW(name, value, 4); }),
               std::pair(DWORD{0}, DWORD{ERROR_ENVVAR_NOT_FOUND}));
 }
-
-// As drivers exchange it. A field at a wrong place moves those behind it, so the end of each stretch is enough.
-static_assert(offsetof(DEVMODEW, dmDriverExtra) == 70 && offsetof(DEVMODEW, dmPaperWidth) == 82);
-static_assert(offsetof(DEVMODEW, dmPrintQuality) == 90 && offsetof(DEVMODEW, dmCollate) == 100);
-static_assert(offsetof(DEVMODEW, dmLogPixels) == 166 && offsetof(DEVMODEW, dmICMMethod) == 188);
-static_assert(offsetof(DEVMODEW, dmDitherType) == 200 && sizeof(DEVMODEW) == 220);

@@ -1,57 +1,38 @@
 // What the portability layer has beyond Windows: fault injection, debug output on request.
-#include <windows.h>
-
-#include <oleauto.h>
-
-#include <new>
 #include <string>
-#include <thread>
 
-#include <gtest/gtest.h>
+#include "tests/platform/domfixture.h"
+#include "tests/platform/eachfault.h"
 
-#include "utilitiesstaticlib/wideliteral.h"
-#include "winport/faultinjection.h"
-
-using winport::FaultKind;
-
-TEST(FaultInjection, FailsTheNthAllocationOnceAndOnThisThreadOnly)
+TEST(FaultInjection, LoadingAModuleFailsCleanlyAndThenWorksAgain)
 {
-    std::thread([] { winport::ArmFault(FaultKind::Allocation, 1); }).join();
-    winport::ArmFault(FaultKind::Allocation, 2);
-    BSTR const first = SysAllocString(W("x"));
-    BSTR const second = SysAllocString(W("x"));
-    BSTR const third = SysAllocString(W("x"));
-    const bool fired = winport::DisarmFault(FaultKind::Allocation);
-    EXPECT_TRUE(fired && first != nullptr && second == nullptr && third != nullptr);
-    SysFreeString(first);
-    SysFreeString(third);
-
-    if (TVPT_ALLOCATION_FAULTS == 0)
-        GTEST_SKIP() << "this program has the sanitizer's allocation functions";
-    winport::ArmFault(FaultKind::Allocation, 1);
-    EXPECT_THROW(std::string(100, 'x'), std::bad_alloc);
-    EXPECT_TRUE(winport::DisarmFault(FaultKind::Allocation));
+    const auto load = []
+    {
+        HMODULE const module = LoadLibraryW(W("platform_sample.dll"));
+        EXPECT_TRUE(module != nullptr || GetLastError() == ERROR_NOT_ENOUGH_MEMORY);
+        return module != nullptr && FreeLibrary(module);
+    };
+    ExpectEachFaultHarmless(load,
+                            [&load](bool) { return GetModuleHandleW(W("platform_sample.dll")) == nullptr && load(); });
 }
 
-// Each allocation and each platform call of loading a module fails in turn; the next try always works.
-TEST(FaultInjection, LoadingFailsCleanlyAndThenWorksAgain)
+// Changes under faults are tested with the provider's conversions.
+TEST(FaultInjection, ADocumentIsReadAndWrittenOrNot)
 {
-    for (const FaultKind kind : {FaultKind::PlatformCall, FaultKind::Allocation})
+    const CComBSTR text(W("<a xmlns:p='u' p:x='\u00E9'><p:b>one</p:b><c> <d/> </c><!--e--><?f g?><![CDATA[h]]></a>"));
+    const DomDocument document = Loaded(text.View());
+    const std::string expected = XmlOf(document.Get());
+    CComBSTR written;
+    const auto readAndWrite = [&]
     {
-        bool fired = kind == FaultKind::PlatformCall || TVPT_ALLOCATION_FAULTS != 0;
-        for (unsigned nth = 1; fired; ++nth)
-        {
-            ASSERT_LT(nth, 200u);
-            winport::ArmFault(kind, nth);
-            HMODULE const module = LoadLibraryW(W("platform_sample.dll"));
-            const DWORD error = GetLastError();
-            fired = winport::DisarmFault(kind);
-            EXPECT_EQ(module == nullptr, fired) << nth;
-            EXPECT_TRUE(module == nullptr ? error == ERROR_NOT_ENOUGH_MEMORY : FreeLibrary(module) != FALSE) << nth;
-            EXPECT_EQ(GetModuleHandleW(W("platform_sample.dll")), nullptr) << nth;
-            EXPECT_TRUE(fired || nth > 1) << "nothing of it can fail";
-        }
-    }
+        return document->loadXML(text.Get(), nullptr) == S_OK && document->get_xml(written.Put()) == S_OK;
+    };
+    ExpectEachFaultHarmless(readAndWrite,
+                            [&](bool succeeded)
+                            {
+                                return (written.Get() != nullptr) == succeeded && readAndWrite() &&
+                                       XmlOf(document.Get()) == expected && !*written.Put();
+                            });
 }
 
 TEST(DebugOutput, GoesToStandardErrorOnRequestWithoutAllocating)
@@ -61,9 +42,9 @@ TEST(DebugOutput, GoesToStandardErrorOnRequestWithoutAllocating)
     {
         SetEnvironmentVariableW(W("WINPORT_DEBUG_OUTPUT"), request);
         testing::internal::CaptureStderr();
-        winport::ArmFault(FaultKind::Allocation, 1);
+        winport::ArmFault(winport::FaultKind::Allocation, 1);
         OutputDebugStringW(text.c_str());
-        EXPECT_FALSE(winport::DisarmFault(FaultKind::Allocation)) << "it allocates";
+        EXPECT_FALSE(winport::DisarmFault(winport::FaultKind::Allocation)) << "it allocates";
         const std::string written = testing::internal::GetCapturedStderr();
         EXPECT_EQ(written.size(), request == nullptr ? 0 : 3u * 600 + 8);
         EXPECT_TRUE(request == nullptr || written.ends_with("\xE2\x82\xAC\xEF\xBF\xBD end\n"));
