@@ -6,6 +6,7 @@
 
 #include <tvcore/workflowmodulenames.h>
 #include <tvutil/exceptions.h>
+#include <tvutil/executioncontext.h>
 #include <tvutil/printdriver.h>
 #include <tvutil/printer.h>
 #include <tvutil/tavlenutilities.h>
@@ -22,6 +23,14 @@ namespace
 
 constexpr WCHAR kSourceFile[] = W("complugins\\workflowobject");
 constexpr DWORD kEveryDriverFile = 9;
+
+// A printer without a workflow module is bound all the same, so nobody but the trace says why its product is missing.
+void TraceMissing(WStringView reason, std::initializer_list<CXString::Argument> arguments = {})
+{
+    const CXString line =
+        CXString(W("WorkflowObject::Load: no workflow module: ")) + CXString::Format(reason, arguments);
+    OutputDebugStringW((line + W("\n")).c_str());
+}
 
 // Of the three only the names sought are brought to lower case, not the list that the spooler returns, on purpose: a
 // driver whose files are spelled otherwise has no workflow module.
@@ -48,12 +57,14 @@ void StoreDetectedKind(HANDLE printer)
             ++kind;
         }
     }
-    catch (const ExceptionPrintDriverFailure&)
+    // A driver that cannot be asked, or a printer that cannot be written: the kind is looked for again next time.
+    catch (const ExceptionPrintDriverFailure& failure)
     {
-        // A driver that cannot be asked, or a printer that cannot be written: the kind is looked for again next time.
+        TraceMissing(W("the driver's files cannot be listed: %s"), {failure.GetText()});
     }
-    catch (const ExceptionPrinterFailure&)
+    catch (const ExceptionPrinterFailure& failure)
     {
+        TraceMissing(W("its kind cannot be kept in the printer's data: %s"), {failure.GetText()});
     }
 }
 
@@ -102,15 +113,16 @@ bool WorkflowObject::Load(HANDLE printer)
 {
     if (m_loaded)
         return true;
+    const ExecutionContextLifetime context({W("WorkflowObject::Load"), kSourceFile});
     m_module.reset(); // of a load that an exception ended: another printer may have another module
     m_printerHandle = printer;
     try
     {
         LoadModuleFor(printer);
     }
-    catch (const ExceptionPrinterFailure&)
+    catch (const ExceptionPrinterFailure& failure) // a printer that cannot be asked has no workflow module
     {
-        // A printer that cannot be asked has no workflow module.
+        TraceMissing(W("the printer cannot be asked: %s"), {failure.GetText()});
     }
     if (!m_object)
         m_module.reset();
@@ -128,10 +140,14 @@ void WorkflowObject::LoadModuleFor(HANDLE printerHandle)
         StoreDetectedKind(printerHandle);
         ReadStoredKind(printer, kind);
     }
-    if (!m_module && kind != kNoWorkflowModule && kind <= std::size(kWorkflowModuleNames))
+    if (kind == kNoWorkflowModule)
+        TraceMissing(W("the driver has none"));
+    else if (kind > std::size(kWorkflowModuleNames))
+        TraceMissing(W("the printer's data name an unknown one, number %u"), {kind});
+    else
         LoadModuleOfKind(kind);
-    if (m_module && !m_object)
-        CreateObject();
+    if (m_module)
+        CreateObject(kWorkflowModuleNames[kind - 1]);
 }
 
 void WorkflowObject::LoadModuleOfKind(DWORD kind)
@@ -139,19 +155,23 @@ void WorkflowObject::LoadModuleOfKind(DWORD kind)
     const CXString folder = TavlenUtilities::getPathFromFileName(TavlenUtilities::getModulePath(&OwnFolderMarker));
     const CXString path = folder + kWorkflowModuleNames[kind - 1];
     m_module.reset(LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+    if (!m_module)
+        TraceMissing(W("%s cannot be loaded: Win32 error %u"), {path, GetLastError()});
 }
 
-// An object that cannot be initialised for this printer is given back: it counts as none.
-void WorkflowObject::CreateObject()
+// An object that cannot be initialised for this printer is given back: it counts as none. What it throws decides
+// whether the printer is bound without it; memory that runs out, also for making the object, never passes for a missing
+// module.
+void WorkflowObject::CreateObject(const WCHAR* moduleName)
 {
     HMODULE const module = m_module.get();
     const auto getObject = FindFunction<GetWorkflowObjectFunction>(module, kGetWorkflowObjectName);
     const auto releaseObject = FindFunction<ReleaseWorkflowObjectFunction>(module, kReleaseWorkflowObjectName);
     if (getObject == nullptr || releaseObject == nullptr) // an object that could not be given back is not taken
-        return;
+        return TraceMissing(W("%s does not export the two functions of one"), {moduleName});
     ObjectOwner object(getObject(0), WorkflowObjectRelease{releaseObject});
     if (!object)
-        return;
+        return TraceMissing(W("%s has no object to give"), {moduleName});
     object->Initialize(m_printerHandle);
     m_object = std::move(object);
 }

@@ -2,7 +2,8 @@
 // own file, and forwards to its object.
 //
 // The answer of the search is remembered in the printer's data ("XWorkflowDLL"). A printer without a workflow module
-// is no failure: Load answers false, and every forwarding operation throws ExceptionWorkflowObjectNotInitialized.
+// is no failure: Load answers false, a trace line says why, and every forwarding operation throws
+// ExceptionWorkflowObjectNotInitialized.
 //
 // Lifetime: the printer handle is borrowed and must outlive the object; references into the module end with it. One
 // thread at a time.
@@ -57,7 +58,7 @@ private:
     [[nodiscard]] WorkflowModuleObject& Require(const WCHAR* method) const;
     void LoadModuleFor(HANDLE printer);
     void LoadModuleOfKind(DWORD kind);
-    void CreateObject();
+    void CreateObject(const WCHAR* moduleName);
 
     bool m_loaded = false;
     HANDLE m_printerHandle = nullptr;

@@ -22,24 +22,6 @@ using GetModuleHandleExAFunction = BOOL(WINAPI*)(DWORD flags, LPCSTR moduleName,
 constinit DllDelayLoaderPlatform systemPlatform;
 constinit DllDelayLoader instance(systemPlatform);
 
-class ListLock
-{
-public:
-    explicit ListLock(SRWLOCK& lock) noexcept : m_lock(lock)
-    {
-        AcquireSRWLockExclusive(&m_lock);
-    }
-    ~ListLock()
-    {
-        ReleaseSRWLockExclusive(&m_lock);
-    }
-    ListLock(const ListLock&) = delete;
-    ListLock& operator=(const ListLock&) = delete;
-
-private:
-    SRWLOCK& m_lock;
-};
-
 // Of A to Z only. The utility library's own comparison would have to be loaded first.
 bool EqualIgnoringCase(std::string_view left, std::string_view right)
 {
@@ -147,7 +129,7 @@ HMODULE DllDelayLoader::Keep(HMODULE module)
 // Each module once: when threads race for the first call, the delay-load helper gives every reference but one back.
 void DllDelayLoader::Remember(HMODULE module)
 {
-    const ListLock guard(m_lock);
+    const SlimLock::Guard guard(m_lock);
     if (std::find(m_modules.begin(), m_modules.end(), module) == m_modules.end())
         m_modules.push_back(module);
 }
@@ -156,7 +138,7 @@ void DllDelayLoader::FreeModules() noexcept
 {
     std::vector<HMODULE> modules;
     {
-        const ListLock guard(m_lock);
+        const SlimLock::Guard guard(m_lock);
         modules.swap(m_modules);
     }
     for (HMODULE const module : modules)

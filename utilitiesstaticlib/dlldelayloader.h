@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "utilitiesstaticlib/dlldelayloaderplatform.h"
+#include "utilitiesstaticlib/slimlock.h"
 
 class DllDelayLoader
 {
@@ -66,6 +67,6 @@ private:
     // Guards the list, and is held only while the list is looked at: never over a call of the platform's loader, whose
     // own lock the module's end holds. A lock that is ready from the start, since a constructor of another file may be
     // the first caller of a delay-loaded function.
-    SRWLOCK m_lock = SRWLOCK_INIT;
+    SlimLock m_lock;
     std::vector<HMODULE> m_modules; // each once
 };

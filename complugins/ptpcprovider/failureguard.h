@@ -1,4 +1,4 @@
-// The failure guard of the document operations: no exception passes the COM boundary.
+// The failure guard of the interface's operations: no exception passes the COM boundary.
 #pragma once
 
 #include <windows.h>
@@ -22,9 +22,9 @@ inline void ReportFailure(const std::exception* exception, const ThrowSite& site
 
 // Runs the body in an execution context of its own, which is still open when a failure is reported. Every exception is
 // reported with the operation's place and becomes E_FAIL; the code that a TavlenComException carries is not passed on,
-// deliberately.
+// deliberately. Only memory that runs out has a code of its own where the operation promises one.
 template <class Body>
-HRESULT RunGuarded(const ThrowSite& site, Body&& body) noexcept
+HRESULT RunGuarded(const ThrowSite& site, Body&& body, HRESULT outOfMemoryResult = E_FAIL) noexcept
 {
     const ExecutionContextLifetime context(site);
     try
@@ -34,6 +34,7 @@ HRESULT RunGuarded(const ThrowSite& site, Body&& body) noexcept
     catch (const std::bad_alloc& outOfMemory)
     {
         ReportFailure(&outOfMemory, site); // reported as "bad allocation", without allocating
+        return outOfMemoryResult;
     }
     catch (const std::exception& exception)
     {

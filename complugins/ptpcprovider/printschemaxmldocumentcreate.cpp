@@ -7,7 +7,7 @@
 namespace
 {
 
-constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\printschemaxmldocument");
+constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\printschemaxmldocumentcreate");
 
 constexpr FailureCheck Check(kSourceFile);
 

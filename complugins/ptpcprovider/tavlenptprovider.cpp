@@ -16,6 +16,9 @@ namespace
 {
 
 constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\tavlenptprovider");
+constexpr ThrowSite kBindPrinter{W("TavlenPtProvider::BindPrinter"), kSourceFile};
+constexpr ThrowSite kPublishHelper{W("TavlenPtProvider::PublishPrintTicketHelperInterface"), kSourceFile};
+
 constexpr INT kSupportedVersion = 1;
 
 // Capability numbers are masks over the printer model's capability word.
@@ -89,7 +92,12 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::GetSupportedVersions(HANDLE /*printe
 
 HRESULT STDMETHODCALLTYPE TavlenPtProvider::BindPrinter(HANDLE printer, INT version, POEMPTOPTS options,
                                                         INT* namespaceCount, BSTR** namespaces)
-try
+{
+    return RunGuarded(
+        kBindPrinter, [&] { return Bind(printer, version, options, namespaceCount, namespaces); }, E_OUTOFMEMORY);
+}
+
+HRESULT TavlenPtProvider::Bind(HANDLE printer, INT version, POEMPTOPTS options, INT* namespaceCount, BSTR** namespaces)
 {
     if (options == nullptr || namespaceCount == nullptr || namespaces == nullptr || printer == nullptr)
         return E_INVALIDARG;
@@ -124,20 +132,6 @@ try
     *options = OEMPT_DEFAULT;
     return PrivateNamespaceIsEnabled() ? PublishPrivateNamespace(namespaceCount, namespaces) : S_OK;
 }
-catch (const std::bad_alloc&)
-{
-    return E_OUTOFMEMORY;
-}
-catch (const std::exception& failure)
-{
-    // The code says nothing of a missing module or an unreadable printer model; the report does.
-    ReportFailure(&failure, {W("TavlenPtProvider::BindPrinter"), kSourceFile});
-    return E_FAIL;
-}
-catch (...)
-{
-    return E_FAIL;
-}
 
 // Out of memory leaves the count at 1, on purpose: the service frees what it finds in the array.
 HRESULT TavlenPtProvider::PublishPrivateNamespace(INT* namespaceCount, BSTR** namespaces) const noexcept
@@ -156,6 +150,12 @@ bool TavlenPtProvider::PrivateNamespaceIsEnabled() const noexcept
 }
 
 HRESULT STDMETHODCALLTYPE TavlenPtProvider::PublishPrintTicketHelperInterface(IUnknown* helper)
+{
+    return RunGuarded(
+        kPublishHelper, [&] { return KeepHelper(helper); }, E_OUTOFMEMORY);
+}
+
+HRESULT TavlenPtProvider::KeepHelper(IUnknown* helper)
 {
     if (helper == nullptr)
         return E_INVALIDARG;

@@ -10,9 +10,9 @@
 //
 // Threads: references are counted atomically; everything else serves one call at a time.
 //
-// Errors: the operations that take no document return their own codes; the five document operations return
-// E_INVALIDARG for bad arguments and E_FAIL for everything that fails inside, deliberately without its own code, after
-// reporting it through TavlenException::DisplayExceptionMessage. What a failed conversion has already written stays.
+// Errors: E_INVALIDARG for bad arguments, E_FAIL for everything that fails inside, deliberately without its own code,
+// after reporting it through TavlenException::DisplayExceptionMessage. The operations that take no document have codes
+// of their own beside these, E_OUTOFMEMORY among them. What a failed conversion has already written stays.
 #pragma once
 
 #include <atomic>
@@ -76,6 +76,10 @@ public:
 
 private:
     friend struct TavlenPtProviderTestAccess;
+
+    // --- What two operations do within their guards.
+    HRESULT Bind(HANDLE printer, INT version, POEMPTOPTS options, INT* namespaceCount, BSTR** namespaces);
+    HRESULT KeepHelper(IUnknown* helper);
 
     HRESULT PublishPrivateNamespace(INT* namespaceCount, BSTR** namespaces) const noexcept;
     [[nodiscard]] bool PrivateNamespaceIsEnabled() const noexcept;

@@ -45,6 +45,20 @@ TEST(LastError, BelongsToItsThread)
     std::thread([] { EXPECT_NE(GetLastError(), DWORD{ERROR_MORE_DATA}); }).join();
 }
 
+TEST(ThreadSlots, HoldAPointerForEachThread)
+{
+    const DWORD slot = TlsAlloc();
+    ASSERT_NE(slot, TLS_OUT_OF_INDEXES);
+    int value = 0;
+    EXPECT_EQ(TlsGetValue(slot), nullptr);
+    EXPECT_TRUE(TlsSetValue(slot, &value));
+    std::thread([slot]() { EXPECT_EQ(TlsGetValue(slot), nullptr); }).join();
+    SetLastError(ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(TlsGetValue(slot), &value);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_SUCCESS));
+    EXPECT_TRUE(TlsFree(slot));
+}
+
 TEST(Environment, ValuesAreFetchedWithTheirSize)
 {
     const WCHAR* const name = W("TVPT_PLATFORM_TEST");

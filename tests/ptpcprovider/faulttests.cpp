@@ -5,12 +5,14 @@
 #include <new>
 
 #include "complugins/ptpcprovider/failureguard.h"
+#include "complugins/workflowobject.h"
 #include "tests/common/documentcomparer.h"
 #include "tests/common/testdevmode.h"
 #include "tests/common/testdocuments.h"
 #include "tests/common/testprinter.h"
 #include "tests/ptpcprovider/provideraccess.h"
 #include "utilitiesstaticlib/cotaskmemptr.h"
+#include "utilitiesstaticlib/findfunction.h"
 #include "winport/faultinjection.h"
 
 namespace
@@ -177,6 +179,18 @@ TEST_F(Faults, AreReportedWithoutAllocating)
     TavlenException::SetReportSink(previous);
     EXPECT_EQ(E_FAIL, result);
     EXPECT_EQ(1, reports);
+}
+
+// A module that has no memory for its object is not one that has none to give.
+TEST_F(Faults, OfTheWorkflowModulesObjectAreThrown)
+{
+    const std::unique_ptr<std::remove_pointer_t<HMODULE>, WorkflowModuleRelease> module(
+        LoadLibraryExW(W("tvwftu_B.dll"), nullptr, 0));
+    ASSERT_NE(nullptr, module);
+    const auto getObject = FindFunction<GetWorkflowObjectFunction>(module.get(), kGetWorkflowObjectName);
+    winport::ArmFault(FaultKind::Allocation, 1);
+    EXPECT_THROW(static_cast<void>(getObject(0)), std::bad_alloc);
+    EXPECT_TRUE(winport::DisarmFault(FaultKind::Allocation));
 }
 
 TEST_F(Faults, OfTheSmallOperationsHaveTheirCodes)

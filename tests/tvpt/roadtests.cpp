@@ -1,5 +1,6 @@
 // The road of a conversion: devmode to ticket and back, through files, with the module of the installed driver.
 #include <algorithm>
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "coredriverticket.h"
@@ -143,7 +144,11 @@ protected:
 TEST_F(Roads, EveryBaseGivesAWholeTicketOrOneErrorLine)
 {
     // Documents that are no Print Schema documents to the provider.
-    const std::vector<std::string> refused = {"odd-default-namespace.xml", "odd-https-namespaces.xml"};
+    const std::map<std::string, std::string> refused = {
+        {"odd-default-namespace.xml", "line 1: the root declares the framework's namespace as the default; it needs a "
+                                      "prefix, such as psf"},
+        {"odd-https-namespaces.xml", "the root element is psf:PrintTicket in the namespace https:"},
+    };
     const std::string devmode = ReadBytes(Folder() / "in.dm");
     int converted = 0;
     for (const fs::directory_entry& entry : fs::directory_iterator(fs::path(TVPT_TEST_DATA_FOLDER) / "tickets"))
@@ -151,11 +156,11 @@ TEST_F(Roads, EveryBaseGivesAWholeTicketOrOneErrorLine)
         const std::string name = entry.path().filename().string();
         SCOPED_TRACE(name);
         const RunResult result = FromDevmode(Utf8FromPath(entry.path()));
-        if (std::find(refused.begin(), refused.end(), name) != refused.end())
+        if (const auto row = refused.find(name); row != refused.end())
         {
             EXPECT_EQ(result.status, 1);
-            EXPECT_TRUE(IsOneErrorLine(result.errors, "converting the devmode to a ticket: " +
-                                                          Utf8FromPath(entry.path()) + ": E_FAIL (0x80004005)"));
+            EXPECT_TRUE(IsOneErrorLine(result.errors,
+                                       "reading the document: " + Utf8FromPath(entry.path()) + ": " + row->second));
             EXPECT_FALSE(fs::exists(Folder() / "out.xml"));
             continue;
         }
@@ -208,7 +213,7 @@ TEST_F(Roads, TheDriversOwnNamesAreInTheNamespaceThatItsModelHas)
     const std::string own(kPrivateKeywords.uri);
     const Row rows[] = {
         {"tavlen-c9070-ps", "260", own},
-        {"tavlen-b4400-uni", "1", "http://schemas.microsoft.com/windows/printing/oemdriverpt/Tavlen B4400 Uni"},
+        {"tavlen-b4400-uni", "1", "http://schemas.microsoft.com/windows/printing/oemdriverpt/Tavlen_B4400_Uni"},
         {"tavlen-w3100-xps", "260", own},
         {"tavlen-b7000-xps", "260", own},
     };
@@ -276,6 +281,83 @@ TEST_F(Roads, TextBeyondAsciiAndBlanksSurvive)
     EXPECT_NE(out.find("<!-- \xC3\xA4 -->"), std::string::npos) << out;
 }
 
+// A root element that binds the framework to "psf", with more in it.
+std::string Ticket(const std::string& declarations, const std::string& content)
+{
+    return "<?xml version='1.0'?>\n<!-- xmlns:psk='urn:x' -->\n<psf:PrintTicket xmlns:psf='" +
+           std::string(kFramework.uri) + "'" + declarations + " version='1'>\n" + content + "</psf:PrintTicket>";
+}
+
+std::string Binding(const std::string& prefix, std::string_view uri)
+{
+    return " xmlns:" + prefix + "='" + std::string(uri) + "'";
+}
+
+// As a print service does, so that the provider's names have prefixes.
+TEST_F(Roads, ABaseGetsTheStandardPrefixesThatItsRootLacks)
+{
+    const std::string inner = "<psf:Feature" + Binding("psk", kKeywords.uri) +
+                              " name='psk:PageOrientation'><psf:Option name='psk:Portrait'/></psf:Feature>";
+    struct Row
+    {
+        std::string base;
+        const char* copies; // the parameter's name
+        const char* type;   // of its value
+    };
+    const Row rows[] = {
+        {Ticket("", inner), "psk:JobCopiesAllDocuments", "xsi:type=\"xsd:integer\""},
+        {Ticket(Binding("psk", "urn:x") + Binding("xsd", "urn:y"), ""), "psk1:JobCopiesAllDocuments",
+         "xsi:type=\"xsd1:integer\""},
+        {Ticket("", "<psf:Feature" + Binding("psk", "urn:x") + " name='psk:A'/>"), "psk1:JobCopiesAllDocuments",
+         "xsi:type=\"xsd:integer\""},
+        {Ticket(Binding("k", kKeywords.uri) + Binding("xsi", kXmlSchemaInstance.uri), inner), "k:JobCopiesAllDocuments",
+         "xsi:type=\"xsd:integer\""},
+        {Ticket(Binding("k", "http&#x3A;" + std::string(kKeywords.uri.substr(5))), ""), "k:JobCopiesAllDocuments",
+         "xsi:type=\"xsd:integer\""},
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.base);
+        WriteBytes(Folder() / "base.xml", row.base);
+        const RunResult result = FromDevmode(File("base.xml"));
+        ASSERT_EQ(result.status, 0) << result.errors;
+        const std::string out = ReadBytes(Folder() / "out.xml");
+        EXPECT_NE(out.find(" name=\"" + std::string(row.copies) + "\""), std::string::npos) << out;
+        EXPECT_NE(out.find(row.type), std::string::npos) << out;
+        EXPECT_EQ(CopiesOf(ReadTree(out)), "3;");
+        EXPECT_EQ(WhatWasLost(ReadTree(row.base), ReadTree(out)), "");
+    }
+}
+
+TEST_F(Roads, ABaseThatAProviderWouldMisreadIsRefusedWithItsLine)
+{
+    const std::string own = Binding("p", kPrivateKeywords.uri);
+    struct Row
+    {
+        std::string base;
+        const char* error;
+    };
+    const Row rows[] = {
+        {Ticket(" xmlns='" + std::string(kKeywords.uri) + "'", ""),
+         "line 3: the root declares the keywords' namespace as the default; it needs a prefix, such as psk"},
+        {Ticket(own + Binding("tk", "urn:x"), ""),
+         "line 3: the root binds the prefix tk, which the driver's namespace needs, to urn:x"},
+        {Ticket(own, "<psf:Feature" + Binding("tk", "urn:x") + " name='tk:A'/>"),
+         "line 4: the prefix tk, which stands for the driver's namespace at the root, is bound to urn:x here"},
+        {Ticket(own, "\n<psf:Feature" + Binding("p", "urn:x") + " name='p:A'/>"),
+         "line 5: the prefix p, which stands for the driver's namespace at the root, is bound to urn:x here"},
+        {Ticket(Binding("k", kKeywords.uri), "<psf:Feature><psf:Option" + Binding("k", "urn:x") + "/></psf:Feature>"),
+         "line 4: the prefix k, which stands for the keywords' namespace at the root, is bound to urn:x here"},
+    };
+    for (const Row& row : rows)
+    {
+        WriteBytes(Folder() / "base.xml", row.base);
+        const RunResult result = FromDevmode(File("base.xml"));
+        EXPECT_EQ(result.status, 1);
+        EXPECT_TRUE(IsOneErrorLine(result.errors, File("base.xml") + ": " + row.error)) << result.errors;
+    }
+}
+
 // Wine's DOM knows neither line nor reason of a parse error; Windows' own and the Linux one do.
 bool DomTellsLines()
 {
@@ -333,9 +415,11 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
          "line 3: An element has more than 1000 attributes."},
         {"just too large", "<a>" + std::string(documentlimits::kMaximumTextBytes, ' ') + "</a>", "larger than 16 MB"},
         {"50 MB", "<a>" + std::string(50u << 20, 'x') + "</a>", "larger than 33554434 bytes"},
-        {"another root", "<Ticket/>", "the root element is Ticket in no namespace, expected psf:PrintTicket in http:"},
+        {"another root", "<Ticket/>", "the root element is Ticket in no namespace, expected PrintTicket in http:"},
         {"another namespace", "<psf:PrintTicket xmlns:psf='urn:x'/>",
-         "the root element is psf:PrintTicket in the namespace urn:x, expected psf:PrintTicket in http:"},
+         "the root element is psf:PrintTicket in the namespace urn:x, expected PrintTicket in http:"},
+        {"the framework's, but no ticket", "<p:PrintCapabilities xmlns:p='" + std::string(kFramework.uri) + "'/>",
+         "the root element is p:PrintCapabilities, expected PrintTicket\n"},
     };
     for (const Row& row : rows)
     {
@@ -363,6 +447,11 @@ TEST_F(Roads, AReportHidesNothingThatATicketHoldsTwice)
                             [](const json& row) { return row["name"] == "psk:PageOrientation"; }),
               2);
     EXPECT_EQ(shown["driverData"]["present"], false);
+    EXPECT_FALSE(shown.contains("properties"));
+    const std::string property = "<psf:Property name='psk:A'><psf:Value>b</psf:Value></psf:Property>";
+    const json other =
+        json::parse(RunHost({"ticket", "show", "-", "--json"}, Ticket(Binding("psk", kKeywords.uri), property)).out);
+    EXPECT_EQ(other["properties"], (json{{{"name", "psk:A"}, {"value", "b"}}}));
     EXPECT_EQ(shown["jobTicket"], nullptr);
 }
 

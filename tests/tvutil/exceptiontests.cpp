@@ -236,32 +236,28 @@ TEST(ReportSink, IsExchangedAsAWhole)
     TavlenException::SetReportSink({nullptr, nullptr});
 }
 
-TEST(ExecutionContexts, NestBeyondTheirBoundAndBelongToTheirThread)
+TEST(ExecutionContexts, NestAndBelongToTheirThread)
 {
-    ExecutionContextStack& stack = UtilitiesDllPerThreadStorage::GetExecutionContextStack();
-    ASSERT_EQ(stack.Depth(), 0u);
-    EXPECT_EQ(stack.Top(), nullptr);
+    const auto open = []()
     {
-        std::vector<std::unique_ptr<ExecutionContextLifetime>> open;
-        constexpr std::size_t kMany = ExecutionContextStack::kCapacity + 10;
-        for (std::size_t index = 0; index < kMany; ++index)
-            open.push_back(std::make_unique<ExecutionContextLifetime>(kSite, static_cast<LONG>(index)));
-        EXPECT_EQ(stack.Depth(), kMany);
-        EXPECT_EQ(stack.Top()->id, static_cast<LONG>(ExecutionContextStack::kCapacity - 1)) << "the innermost kept";
-        EXPECT_EQ(stack.At(ExecutionContextStack::kCapacity), nullptr);
-        std::thread([]() { EXPECT_EQ(UtilitiesDllPerThreadStorage::GetExecutionContextStack().Depth(), 0u); }).join();
-        while (open.size() > 3)
-            open.pop_back();
-        EXPECT_EQ(stack.Depth(), 3u);
-        EXPECT_EQ(stack.Top()->id, 2);
-        EXPECT_EQ(stack.At(0)->id, 0);
-        EXPECT_EQ(stack.At(3), nullptr) << "a record that has ended";
-        while (!open.empty())
-            open.pop_back();
+        return UtilitiesDllPerThreadStorage::GetExecutionContextStack();
+    };
+    EXPECT_EQ(open().Top(), nullptr);
+    {
+        const ExecutionContextLifetime outer(kSite, 1);
+        std::vector<std::unique_ptr<ExecutionContextLifetime>> many;
+        for (LONG id = 2; id <= 1000; ++id)
+            many.push_back(std::make_unique<ExecutionContextLifetime>(kSite, id));
+        EXPECT_EQ(open().Depth(), 1000u);
+        EXPECT_EQ(open().Top()->id, 1000);
+        EXPECT_EQ(open().Top()->outer->id, 999);
+        std::thread([&open]() { EXPECT_EQ(open().Depth(), 0u); }).join();
+        while (!many.empty())
+            many.pop_back();
+        EXPECT_EQ(open().Top()->id, 1);
+        EXPECT_EQ(open().Depth(), 1u);
     }
-    EXPECT_EQ(stack.Depth(), 0u);
-    stack.Pop();
-    EXPECT_EQ(stack.Depth(), 0u);
+    EXPECT_EQ(open().Depth(), 0u);
 }
 
 } // namespace

@@ -180,13 +180,26 @@ void WriteLayout(const CoreSettings& core, TicketWriter& ticket)
     ticket.Feature("psk:JobPageOrder", core.reversePageOrder ? "psk:Reverse" : "psk:Standard");
 }
 
+// One '_' for each character that a URI could not hold as it is, and for the few that it could, as services do.
+std::string UriSegment(WStringView text)
+{
+    constexpr WStringView kKept = W("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.-_");
+    std::string segment;
+    for (const WCHAR character : text)
+        if (kKept.find(character) != WStringView::npos)
+            segment += static_cast<char>(character);
+        else if ((character & 0xFC00) != 0xDC00) // the second half of a character beyond the basic plane
+            segment += '_';
+    return segment;
+}
+
 } // namespace
 
 std::string DriverNamespaceUri(const CXString& providerNamespace, const CXString& driverName)
 {
     if (!providerNamespace.IsEmpty())
         return providerNamespace.ToUtf8();
-    return std::string(kDriverNamespaceRoot) + driverName.ToUtf8();
+    return std::string(kDriverNamespaceRoot) + UriSegment(driverName.View());
 }
 
 std::string MakeCoreDriverTicket(const Devmode& devmode, const PrinterModel& model,

@@ -1,11 +1,12 @@
 #include "documenttext.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
+#include <optional>
+#include <utility>
 
 #include <tvutil/cxstring.h>
 
+#include "documentencoding.h"
 #include "failure.h"
 #include "utilitiesstaticlib/documentlimits.h"
 
@@ -13,9 +14,6 @@ namespace
 {
 
 constexpr char kReading[] = "reading the document";
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view kUtf16LittleEndianMark = "\xFF\xFE";
-constexpr std::string_view kUtf16BigEndianMark = "\xFE\xFF";
 
 bool IsHighSurrogate(WCHAR character)
 {
@@ -47,32 +45,6 @@ void RequireText(WStringView text, std::string_view name)
     }
 }
 
-WideString FromUtf8(std::string_view bytes, std::string_view name)
-{
-    if (bytes.empty())
-        return {};
-    const auto length = static_cast<int>(bytes.size()); // bounded by documentlimits::kMaximumFileBytes
-    const int count = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), length, nullptr, 0);
-    if (count <= 0)
-        Fail(kReading, name, "neither UTF-8, nor UTF-16 with a byte-order mark");
-    WideString text(static_cast<std::size_t>(count), WCHAR());
-    MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), length, text.data(), count);
-    return text;
-}
-
-WideString FromUtf16(std::string_view bytes, bool bigEndian, std::string_view name)
-{
-    if (bytes.size() % sizeof(WCHAR) != 0)
-        Fail(kReading, name, "UTF-16 with half a character at its end");
-    WideString text(bytes.size() / sizeof(WCHAR), WCHAR());
-    if (!bytes.empty())
-        std::memcpy(text.data(), bytes.data(), bytes.size());
-    if (bigEndian)
-        for (WCHAR& character : text)
-            character = static_cast<WCHAR>((character & 0xFF) << 8 | (character >> 8 & 0xFF));
-    return text;
-}
-
 // The text of the XML declaration, if the document has one.
 WStringView DeclarationOf(WStringView text)
 {
@@ -84,25 +56,75 @@ WStringView DeclarationOf(WStringView text)
     return WStringView(W(" \t\r\n")).find(next) != WStringView::npos ? text.substr(0, end) : WStringView();
 }
 
-// A malformed declaration stays: the DOM will say so.
-void BlankDeclaredEncoding(WideString& text, bool isUtf16, std::string_view name)
+// Where the declaration names an encoding, from the word to behind the closing quote; nowhere, and empty, when it names
+// none. A malformed declaration names none: the DOM will say so.
+struct DeclaredEncoding
+{
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::string name;
+};
+
+DeclaredEncoding FindDeclaredEncoding(WStringView text)
 {
     const WStringView declaration = DeclarationOf(text);
     const std::size_t begin = declaration.find(W("encoding"));
     const std::size_t opening = begin == WStringView::npos ? begin : declaration.find_first_of(W("\"'"), begin);
     if (opening == WStringView::npos)
-        return;
+        return {};
     const std::size_t closing = declaration.find(declaration[opening], opening + 1);
     if (closing == WStringView::npos)
-        return;
+        return {};
+    return {begin, closing + 1, CXString(declaration.substr(opening + 1, closing - opening - 1)).ToUtf8()};
+}
 
-    const CXString encoding(declaration.substr(opening + 1, closing - opening - 1));
-    const bool agrees = encoding.CompareNoCase(isUtf16 ? WStringView(W("utf-16")) : WStringView(W("utf-8"))) == 0;
-    if (!agrees)
-        Fail(kReading, name,
-             "declares the encoding \"" + encoding.ToUtf8() + "\" but is " + (isUtf16 ? "UTF-16" : "UTF-8"));
-    std::fill(text.begin() + static_cast<std::ptrdiff_t>(begin),
-              text.begin() + static_cast<std::ptrdiff_t>(closing + 1), W(' '));
+// Of bytes whose encoding only the declaration will tell: itself it holds ASCII alone.
+std::string DeclaredEncodingOf(std::string_view bytes)
+{
+    const std::size_t end = bytes.find("?>");
+    if (end == std::string_view::npos)
+        return {};
+    return FindDeclaredEncoding(*DecodeBytes(bytes.substr(0, end + 2), DocumentEncoding::Latin1)).name;
+}
+
+const char* FamilyOf(DocumentEncoding encoding)
+{
+    const bool isUtf16 =
+        encoding == DocumentEncoding::Utf16LittleEndian || encoding == DocumentEncoding::Utf16BigEndian;
+    return isUtf16 ? "UTF-16" : "UTF-8";
+}
+
+// Of bytes with a mark only the mark's own encoding; of others any that has a single byte for each of ASCII's.
+bool Fits(DocumentEncoding declared, const EncodingMark& mark)
+{
+    const bool isOfSingleBytes = declared == DocumentEncoding::Ascii || declared == DocumentEncoding::Latin1;
+    return declared == mark.encoding || (mark.length == 0 && isOfSingleBytes);
+}
+
+DocumentEncoding EncodingOf(const std::string& declared, const EncodingMark& mark, std::string_view name)
+{
+    if (declared.empty())
+        return mark.encoding;
+    const auto known = FindEncoding(declared, mark);
+    if (!known)
+        Fail(kReading, name, "encoding \"" + declared + "\" is not supported; UTF-8 or UTF-16 is");
+    if (!Fits(*known, mark))
+        Fail(kReading, name, "declares the encoding \"" + declared + "\" but is " + FamilyOf(mark.encoding));
+    return *known;
+}
+
+const char* DescribeUndecodable(DocumentEncoding encoding)
+{
+    switch (encoding)
+    {
+    case DocumentEncoding::Utf16LittleEndian:
+    case DocumentEncoding::Utf16BigEndian:
+        return "UTF-16 with half a character at its end";
+    case DocumentEncoding::Ascii:
+        return "declares US-ASCII but holds other characters";
+    default:
+        return "neither UTF-8, nor UTF-16 with a byte-order mark";
+    }
 }
 
 // Not every DOM has bounds: Wine's follows a document type declaration, and takes its time over too many attributes.
@@ -116,19 +138,26 @@ void RefuseExcess(std::string_view utf8, std::string_view name)
 
 WideString DecodeDocument(std::string_view bytes, std::string_view name)
 {
-    const bool isLittleEndian = bytes.starts_with(kUtf16LittleEndianMark);
-    const bool isBigEndian = bytes.starts_with(kUtf16BigEndianMark);
-    const bool isUtf16 = isLittleEndian || isBigEndian;
-    if (isUtf16)
-        bytes.remove_prefix(kUtf16LittleEndianMark.size());
-    else if (bytes.starts_with(kUtf8Mark))
-        bytes.remove_prefix(kUtf8Mark.size());
+    const EncodingMark mark = EncodingMark::Find(bytes);
+    if (mark.length == 0 && LooksLikeUnmarkedUtf16(bytes))
+        Fail(kReading, name, "UTF-16 without its byte-order mark");
+    bytes.remove_prefix(mark.length);
 
-    WideString text = isUtf16 ? FromUtf16(bytes, isBigEndian, name) : FromUtf8(bytes, name);
+    // Of single bytes the declaration is read first: it decides what the others are.
+    const bool isUtf8 = mark.encoding == DocumentEncoding::Utf8;
+    const DocumentEncoding encoding = isUtf8 ? EncodingOf(DeclaredEncodingOf(bytes), mark, name) : mark.encoding;
+    std::optional<WideString> decoded = DecodeBytes(bytes, encoding);
+    if (!decoded)
+        Fail(kReading, name, DescribeUndecodable(encoding));
+    WideString text = std::move(*decoded);
     if (text.empty())
         Fail(kReading, name, "the document is empty");
     RequireText(text, name);
-    BlankDeclaredEncoding(text, isUtf16, name);
-    RefuseExcess(isUtf16 ? CXString(WStringView(text)).ToUtf8() : std::string(bytes), name);
+    const DeclaredEncoding declared = FindDeclaredEncoding(text);
+    if (!isUtf8)
+        (void)EncodingOf(declared.name, mark, name);
+    std::fill(text.begin() + static_cast<std::ptrdiff_t>(declared.begin),
+              text.begin() + static_cast<std::ptrdiff_t>(declared.end), W(' '));
+    RefuseExcess(encoding == DocumentEncoding::Utf8 ? std::string(bytes) : CXString(WStringView(text)).ToUtf8(), name);
     return text;
 }

@@ -5,7 +5,8 @@
 
 #include "utilitiesstaticlib/wideliteral.h"
 
-// UTF-8 with or without a byte-order mark, or UTF-16 with one; a declared encoding must agree and is blanked out,
-// since the text has none any more. Lines stay where they are. Throws Failure for bytes that are no text of these
-// encodings and for a text beyond the bounds that documents keep (documentlimits.h).
+// UTF-8 with or without a byte-order mark, UTF-16 with one, and where the document says so US-ASCII and ISO-8859-1. A
+// declared encoding must fit the bytes and is blanked out, since the text has none any more. Lines stay where they are.
+// Throws Failure for bytes that are no text of these encodings and for a text beyond the bounds that documents keep
+// (documentlimits.h).
 [[nodiscard]] WideString DecodeDocument(std::string_view bytes, std::string_view name);

@@ -67,10 +67,15 @@ ComApartment::~ComApartment()
 
 ComPtr<IXMLDOMDocument2> LoadDocument(std::string_view bytes, std::string_view name)
 {
-    const CComBSTR text{WStringView(DecodeDocument(bytes, name))};
+    return ParseDocument(DecodeDocument(bytes, name), name);
+}
+
+ComPtr<IXMLDOMDocument2> ParseDocument(WStringView text, std::string_view name)
+{
+    const CComBSTR content(text);
     ComPtr<IXMLDOMDocument2> document = CreateDocument(name);
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    Require(document->loadXML(text.Get(), &loaded), kReading, name);
+    Require(document->loadXML(content.Get(), &loaded), kReading, name);
     if (loaded != VARIANT_TRUE)
         Fail(kReading, name, ParseErrorOf(*document.Get()));
     return document;
@@ -91,9 +96,11 @@ std::string DescribeRootFault(IXMLDOMDocument2& document, std::string_view expec
     const std::string space = CXString(uri.View()).ToUtf8();
     if (space == kFramework.uri && CXString(local.View()).ToUtf8() == expected)
         return {};
-    return "the root element is " + CXString(name.View()).ToUtf8() +
-           (space.empty() ? " in no namespace" : " in the namespace " + space) + ", expected " +
-           std::string(kFramework.prefix) + ":" + std::string(expected) + " in " + std::string(kFramework.uri);
+    const std::string where = space.empty() ? " in no namespace" : " in the namespace " + space;
+    const std::string fault = "the root element is " + CXString(name.View()).ToUtf8();
+    if (space == kFramework.uri)
+        return fault + ", expected " + std::string(expected);
+    return fault + where + ", expected " + std::string(expected) + " in " + std::string(kFramework.uri);
 }
 
 std::string DocumentToBytes(IXMLDOMDocument2& document)

@@ -35,9 +35,12 @@ public:
     ComApartment& operator=(const ComApartment&) = delete;
 };
 
-// UTF-8 with or without a byte-order mark, or UTF-16 with one. Throws Failure, which names the file, the line and the
-// reason, for anything that is no well-formed document or exceeds a bound (documentlimits.h). White space is kept.
+// In any encoding that DecodeDocument reads. Throws Failure, which names the file, the line and the reason, for
+// anything that is no well-formed document or exceeds a bound (documentlimits.h). White space is kept.
 [[nodiscard]] ComPtr<IXMLDOMDocument2> LoadDocument(std::string_view bytes, std::string_view name);
+
+// The same of a text that DecodeDocument gave.
+[[nodiscard]] ComPtr<IXMLDOMDocument2> ParseDocument(WStringView text, std::string_view name);
 
 // Empty when the root element is the framework's of that name; else what it is and what it should be.
 [[nodiscard]] std::string DescribeRootFault(IXMLDOMDocument2& document, std::string_view expected);

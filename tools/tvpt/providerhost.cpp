@@ -9,7 +9,6 @@
 #include "driverpackage.h"
 #include "failure.h"
 #include "filebytes.h"
-#include "printschemadocument.h"
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/cotaskmemptr.h"
 #include "utilitiesstaticlib/findfunction.h"
@@ -173,24 +172,24 @@ const CXString& ProviderHost::DefaultNamespace() const noexcept
 
 void ProviderHost::ConvertDevModeToPrintTicket(Devmode& devmode, IXMLDOMDocument2& ticket, const std::string& file)
 {
-    RequireDone(m_provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Raw(), 0, nullptr, &ticket),
-                "converting the devmode to a ticket", file, ticket);
+    Require(m_provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Raw(), 0, nullptr, &ticket),
+            "converting the devmode to a ticket", file);
 }
 
 void ProviderHost::ConvertPrintTicketToDevMode(IXMLDOMDocument2& ticket, Devmode& devmode, const std::string& file)
 {
-    RequireDone(m_provider->ConvertPrintTicketToDevMode(&ticket, devmode.Size(), devmode.Raw(), 0, nullptr),
-                "converting the ticket to a devmode", file, ticket);
+    Require(m_provider->ConvertPrintTicketToDevMode(&ticket, devmode.Size(), devmode.Raw(), 0, nullptr),
+            "converting the ticket to a devmode", file);
 }
 
 void ProviderHost::ValidatePrintTicket(IXMLDOMDocument2& ticket, const std::string& file)
 {
-    RequireDone(m_provider->ValidatePrintTicket(&ticket), "validating the ticket", file, ticket);
+    Require(m_provider->ValidatePrintTicket(&ticket), "validating the ticket", file);
 }
 
 void ProviderHost::ExpandIntentOptions(IXMLDOMDocument2& ticket, const std::string& file)
 {
-    RequireDone(m_provider->ExpandIntentOptions(&ticket), "expanding the ticket's intents", file, ticket);
+    Require(m_provider->ExpandIntentOptions(&ticket), "expanding the ticket's intents", file);
 }
 
 // The module reports on the thread that called it, so there is no race for the text. It must neither throw nor
@@ -248,14 +247,4 @@ void ProviderHost::Require(HRESULT result, const char* what, const std::string& 
 {
     if (FAILED(result))
         FailWithHresult(what, which, result, m_report.text);
-}
-
-void ProviderHost::RequireDone(HRESULT result, const char* what, const std::string& file,
-                               IXMLDOMDocument2& ticket) const
-{
-    if (SUCCEEDED(result))
-        return;
-    // The provider only says where it failed: what is no ticket at all is told in words.
-    const std::string fault = DescribeRootFault(ticket, "PrintTicket");
-    FailWithHresult(what, file, result, fault.empty() ? m_report.text : fault);
 }

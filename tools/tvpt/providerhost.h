@@ -72,7 +72,6 @@ private:
     void Bind(const PrinterHandle& printer);
     void QueryDefaultNamespace();
     void Require(HRESULT result, const char* what, const std::string& which) const;
-    void RequireDone(HRESULT result, const char* what, const std::string& file, IXMLDOMDocument2& ticket) const;
 
     std::string m_printerName;
     CXString m_moduleFile;

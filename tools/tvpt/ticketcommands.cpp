@@ -10,11 +10,14 @@
 #include "printersetup.h"
 #include "printschemadocument.h"
 #include "providerhost.h"
+#include "ticketdocument.h"
 #include "ticketreport.h"
 #include "utilitiesstaticlib/documentlimits.h"
 
 namespace
 {
+
+constexpr std::string_view kTicketRoot = "PrintTicket";
 
 struct TicketArguments
 {
@@ -36,6 +39,11 @@ ComPtr<IXMLDOMDocument2> ReadDocument(const std::string& file, const StandardStr
     return LoadDocument(ReadInput(file, documentlimits::kMaximumFileBytes, streams), file);
 }
 
+ComPtr<IXMLDOMDocument2> ReadTicket(const std::string& file, const StandardStreams& streams)
+{
+    return LoadForProvider(ReadInput(file, documentlimits::kMaximumFileBytes, streams), file, kTicketRoot);
+}
+
 ComPtr<IXMLDOMDocument2> MakeBase(const PrinterHandle& printer, const std::string& printerName,
                                   const CXString& providerNamespace, const Devmode& devmode)
 {
@@ -54,7 +62,7 @@ void FromDevmode(const TicketArguments& arguments, const StandardStreams& stream
     ProviderHost provider(printer, arguments.printer);
     const ComPtr<IXMLDOMDocument2> ticket =
         arguments.base.empty() ? MakeBase(printer, arguments.printer, provider.DefaultNamespace(), devmode)
-                               : ReadDocument(arguments.base, streams);
+                               : ReadTicket(arguments.base, streams);
     provider.ConvertDevModeToPrintTicket(devmode, *ticket.Get(),
                                          arguments.base.empty() ? arguments.devmode : arguments.base);
     WriteOutput(arguments.output, DocumentToBytes(*ticket.Get()), streams);
@@ -66,7 +74,7 @@ void ToDevmode(const TicketArguments& arguments, const StandardStreams& streams)
         throw UsageFailure("--devmode and TICKET cannot both be standard input");
     const ComApartment apartment;
     Devmode devmode = ReadDevmode(arguments.devmode, streams);
-    const ComPtr<IXMLDOMDocument2> ticket = ReadDocument(arguments.ticket, streams);
+    const ComPtr<IXMLDOMDocument2> ticket = ReadTicket(arguments.ticket, streams);
     const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
     ProviderHost provider(printer, arguments.printer);
     provider.ConvertPrintTicketToDevMode(*ticket.Get(), devmode, arguments.ticket);
@@ -79,7 +87,7 @@ using TicketOperation = void (ProviderHost::*)(IXMLDOMDocument2&, const std::str
 void Pass(const TicketArguments& arguments, TicketOperation operation, const StandardStreams& streams)
 {
     const ComApartment apartment;
-    const ComPtr<IXMLDOMDocument2> ticket = ReadDocument(arguments.ticket, streams);
+    const ComPtr<IXMLDOMDocument2> ticket = ReadTicket(arguments.ticket, streams);
     const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
     ProviderHost provider(printer, arguments.printer);
     (provider.*operation)(*ticket.Get(), arguments.ticket);
@@ -91,7 +99,7 @@ void Show(const TicketArguments& arguments, const StandardStreams& streams)
     const ComApartment apartment;
     const ComPtr<IXMLDOMDocument2> ticket = ReadDocument(arguments.ticket, streams);
     const SchemaElement root = ReadDocumentTree(*ticket.Get(), arguments.ticket);
-    if (const std::string fault = DescribeRootFault(*ticket.Get(), "PrintTicket"); !fault.empty())
+    if (const std::string fault = DescribeRootFault(*ticket.Get(), kTicketRoot); !fault.empty())
         Fail("reading the ticket", arguments.ticket, fault);
     const nlohmann::ordered_json shown = DescribeTicket(root);
     WriteOutput({}, arguments.json ? JsonText(shown) : PlainText(shown), streams);

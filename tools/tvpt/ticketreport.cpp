@@ -156,8 +156,10 @@ ordered_json ShownJobTicket(const SchemaElement& root)
 
 nlohmann::ordered_json DescribeTicket(const SchemaElement& root)
 {
-    return {{"features", ShownFeatures(root)},
-            {"parameters", ShownParameters(root)},
-            {"driverData", ShownDriverData(root)},
-            {"jobTicket", ShownJobTicket(root)}};
+    ordered_json shown = {{"features", ShownFeatures(root)}, {"parameters", ShownParameters(root)}};
+    if (ordered_json properties = ShownProperties(root, "Property"); !properties.empty())
+        shown["properties"] = std::move(properties);
+    shown["driverData"] = ShownDriverData(root);
+    shown["jobTicket"] = ShownJobTicket(root);
+    return shown;
 }

@@ -22,6 +22,8 @@ struct SRWLOCK
 using PSRWLOCK = SRWLOCK*;
 inline constexpr SRWLOCK SRWLOCK_INIT = {nullptr};
 
+inline constexpr DWORD TLS_OUT_OF_INDEXES = 0xFFFFFFFF;
+
 struct OSVERSIONINFOW
 {
     DWORD dwOSVersionInfoSize;
@@ -63,6 +65,13 @@ extern "C"
     // By one thread at a time, which must not hold it already.
     WINPORT_API void WINAPI AcquireSRWLockExclusive(PSRWLOCK lock);
     WINPORT_API void WINAPI ReleaseSRWLockExclusive(PSRWLOCK lock);
+
+    // A slot holds a pointer for each thread, null until the thread sets it. The pointers are nobody's: nothing is ended
+    // with a thread or a slot. TlsGetValue succeeds for any slot in use, and sets the last error to say so.
+    WINPORT_API DWORD WINAPI TlsAlloc();
+    WINPORT_API BOOL WINAPI TlsFree(DWORD slot);
+    WINPORT_API LPVOID WINAPI TlsGetValue(DWORD slot);
+    WINPORT_API BOOL WINAPI TlsSetValue(DWORD slot, LPVOID value);
 
     // Answers 10.0 unless a test set another version (winport/versionoverride.h).
     WINPORT_API BOOL WINAPI GetVersionExW(OSVERSIONINFOW* versionInformation);

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <tvutil/executioncontext.h>
 #include <tvutil/printer.h>
 #include <tvutil/textresourceloader.h>
 
@@ -18,6 +19,7 @@ struct NamedModel
 
 NamedModel ReadInstalledModel(HANDLE printer)
 {
+    const ExecutionContextLifetime context({W("ProductData::ProductData"), W("siblings\\tvcore\\src\\productdata")});
     // In this order: a handle that is no printer's is told as such.
     return {Printer(printer).GetPrinterName(), ReadPrinterModel(FindDriverDataFile(printer))};
 }

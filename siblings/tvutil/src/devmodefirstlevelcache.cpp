@@ -16,30 +16,32 @@ auto IsOf(const CXString& printerName)
     };
 }
 
+// Ready when the library is loaded: a static of a function would be made when memory may be short.
+DevmodeFirstLevelCache g_instance;
+
 } // namespace
 
-DevmodeFirstLevelCache& DevmodeFirstLevelCache::Instance()
+DevmodeFirstLevelCache& DevmodeFirstLevelCache::Instance() noexcept
 {
-    static DevmodeFirstLevelCache instance;
-    return instance;
+    return g_instance;
 }
 
 std::optional<ByteBuffer> DevmodeFirstLevelCache::Find(const CXString& printerName) const
 {
-    const std::lock_guard lock(m_mutex);
+    const SlimLock::Guard guard(m_lock);
     const auto found = std::find_if(m_entries.begin(), m_entries.end(), IsOf(printerName));
     return found != m_entries.end() ? std::optional(found->second) : std::nullopt;
 }
 
 std::uint64_t DevmodeFirstLevelCache::Stage() const
 {
-    const std::lock_guard lock(m_mutex);
+    const SlimLock::Guard guard(m_lock);
     return m_stage;
 }
 
 void DevmodeFirstLevelCache::Add(const CXString& printerName, const ByteBuffer& devmode, std::uint64_t stage)
 {
-    const std::lock_guard lock(m_mutex);
+    const SlimLock::Guard guard(m_lock);
     if (stage != m_stage)
         return;
     std::erase_if(m_entries, IsOf(printerName));
@@ -50,7 +52,7 @@ void DevmodeFirstLevelCache::Add(const CXString& printerName, const ByteBuffer& 
 
 void DevmodeFirstLevelCache::Remove(const CXString& printerName)
 {
-    const std::lock_guard lock(m_mutex);
+    const SlimLock::Guard guard(m_lock);
     ++m_stage;
     std::erase_if(m_entries, IsOf(printerName));
 }

@@ -6,19 +6,20 @@
 
 #include <cstdint>
 #include <deque>
-#include <mutex>
 #include <optional>
 #include <utility>
 
 #include <tvutil/bytebuffer.h>
 #include <tvutil/cxstring.h>
 
+#include "utilitiesstaticlib/slimlock.h"
+
 class DevmodeFirstLevelCache
 {
 public:
     static constexpr std::size_t kCapacity = 32;
 
-    static DevmodeFirstLevelCache& Instance();
+    static DevmodeFirstLevelCache& Instance() noexcept;
 
     [[nodiscard]] std::optional<ByteBuffer> Find(const CXString& printerName) const;
 
@@ -29,7 +30,7 @@ public:
     void Remove(const CXString& printerName);
 
 private:
-    mutable std::mutex m_mutex;
+    mutable SlimLock m_lock;
     std::deque<std::pair<CXString, ByteBuffer>> m_entries;
     std::uint64_t m_stage = 0;
 };

@@ -14,27 +14,14 @@ using PropertyBagCache = LruCache<DWORD, GlobalCaches::PropertyBagEntries>;
 // By namespace and CRC, in one number.
 using ListCache = LruCache<ULONGLONG, AttributeBytesIndexedList>;
 
-PropertyBagCache& PropertyBags()
-{
-    static PropertyBagCache cache(GlobalCaches::kCapacity);
-    return cache;
-}
-
-ListCache& DeviceCapsLists()
-{
-    static ListCache cache(GlobalCaches::kCapacity);
-    return cache;
-}
-
-ListCache& DocPropLists()
-{
-    static ListCache cache(GlobalCaches::kCapacity);
-    return cache;
-}
+// Ready when the library is loaded: statics of functions would be made when memory may be short.
+PropertyBagCache g_propertyBags(GlobalCaches::kCapacity);
+ListCache g_deviceCapsLists(GlobalCaches::kCapacity);
+ListCache g_docPropLists(GlobalCaches::kCapacity);
 
 ListCache& ListsOf(AttributeBytesNameSpacesId id)
 {
-    return id == PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId() ? DeviceCapsLists() : DocPropLists();
+    return id == PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId() ? g_deviceCapsLists : g_docPropLists;
 }
 
 constexpr ULONGLONG KeyOf(AttributeBytesNameSpacesId id, DWORD crc) noexcept
@@ -56,7 +43,7 @@ std::shared_ptr<const ByteBuffer> GlobalCaches::MakeBuffer(std::span<const std::
 
 bool GlobalCaches::CheckXDevmodePropertyBagCache(DWORD crc, PropertyBagEntries& entries)
 {
-    const auto found = PropertyBags().Find(crc);
+    const auto found = g_propertyBags.Find(crc);
     if (!found)
         return false;
     entries = *found;
@@ -65,7 +52,7 @@ bool GlobalCaches::CheckXDevmodePropertyBagCache(DWORD crc, PropertyBagEntries& 
 
 void GlobalCaches::AddXDevmodePropertyBagCacheEntry(DWORD crc, const PropertyBagEntries& entries)
 {
-    PropertyBags().Add(crc, std::make_shared<PropertyBagEntries>(entries));
+    g_propertyBags.Add(crc, std::make_shared<PropertyBagEntries>(entries));
 }
 
 bool GlobalCaches::CheckXDevmodeAttributeBytesIndexedListCache(AttributeBytesNameSpacesId id, DWORD crc,
@@ -82,21 +69,21 @@ void GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(const CXString
                                                                   DWORD crc, const AttributeBytesIndexedList& list)
 {
     if (name == kDeviceCapsListCacheName)
-        DeviceCapsLists().Add(KeyOf(id, crc), std::make_shared<AttributeBytesIndexedList>(list));
+        g_deviceCapsLists.Add(KeyOf(id, crc), std::make_shared<AttributeBytesIndexedList>(list));
     else if (name == kDocPropListCacheName)
-        DocPropLists().Add(KeyOf(id, crc), std::make_shared<AttributeBytesIndexedList>(list));
+        g_docPropLists.Add(KeyOf(id, crc), std::make_shared<AttributeBytesIndexedList>(list));
 }
 
 GlobalCaches::Counters GlobalCaches::GetPropertyBagCounters() noexcept
 {
-    const PropertyBagCache::Counters counters = PropertyBags().Count();
+    const PropertyBagCache::Counters counters = g_propertyBags.Count();
     return {counters.hits, counters.misses, counters.entries};
 }
 
 GlobalCaches::Counters GlobalCaches::GetListCounters() noexcept
 {
     Counters sum;
-    for (const ListCache* const cache : {&DeviceCapsLists(), &DocPropLists()})
+    for (const ListCache* const cache : {&g_deviceCapsLists, &g_docPropLists})
     {
         const ListCache::Counters counters = cache->Count();
         sum.hits += counters.hits;
@@ -108,7 +95,7 @@ GlobalCaches::Counters GlobalCaches::GetListCounters() noexcept
 
 void GlobalCaches::Clear() noexcept
 {
-    PropertyBags().Clear();
-    DeviceCapsLists().Clear();
-    DocPropLists().Clear();
+    g_propertyBags.Clear();
+    g_deviceCapsLists.Clear();
+    g_docPropLists.Clear();
 }

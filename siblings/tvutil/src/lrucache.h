@@ -7,9 +7,10 @@
 #include <cstddef>
 #include <list>
 #include <memory>
-#include <mutex>
 #include <unordered_map>
 #include <utility>
+
+#include "utilitiesstaticlib/slimlock.h"
 
 template <class Key, class Value, class Hash = std::hash<Key>>
 class LruCache
@@ -29,7 +30,7 @@ public:
     // Null when the key is unknown.
     [[nodiscard]] std::shared_ptr<const Value> Find(const Key& key)
     {
-        const std::lock_guard lock(m_mutex);
+        const SlimLock::Guard guard(m_lock);
         const auto found = m_index.find(key);
         if (found == m_index.end())
         {
@@ -47,7 +48,7 @@ public:
         Entries entry;
         entry.emplace_front(key, std::move(value));
         Entries gone; // destroyed behind the lock
-        const std::lock_guard lock(m_mutex);
+        const SlimLock::Guard guard(m_lock);
         const auto [place, isNew] = m_index.try_emplace(key, entry.begin());
         if (!isNew)
             gone.splice(gone.begin(), m_entries, std::exchange(place->second, entry.begin()));
@@ -63,7 +64,7 @@ public:
     void Clear() noexcept
     {
         Entries gone;
-        const std::lock_guard lock(m_mutex);
+        const SlimLock::Guard guard(m_lock);
         m_index.clear();
         gone.swap(m_entries);
         m_hits = 0;
@@ -72,7 +73,7 @@ public:
 
     [[nodiscard]] Counters Count() const noexcept
     {
-        const std::lock_guard lock(m_mutex);
+        const SlimLock::Guard guard(m_lock);
         return {m_hits, m_misses, m_entries.size()};
     }
 
@@ -80,7 +81,7 @@ private:
     using Entries = std::list<std::pair<const Key, std::shared_ptr<const Value>>>; // the last used one first
 
     const std::size_t m_capacity;
-    mutable std::mutex m_mutex;
+    mutable SlimLock m_lock;
     Entries m_entries;
     std::unordered_map<Key, typename Entries::iterator, Hash> m_index;
     std::size_t m_hits = 0;

@@ -70,12 +70,6 @@ public:
     }
 };
 
-const std::exception* ReportedForm(const std::exception* exception) noexcept
-{
-    static const BadAllocation badAllocation;
-    return dynamic_cast<const std::bad_alloc*>(exception) != nullptr ? &badAllocation : exception;
-}
-
 WStringView OrEmpty(const WCHAR* text) noexcept
 {
     return text != nullptr ? WStringView(text) : WStringView();
@@ -169,7 +163,9 @@ void TavlenException::DisplayExceptionMessage(bool debugBreak, [[maybe_unused]] 
                                               [[maybe_unused]] HWND owner, const WCHAR* text,
                                               const WCHAR* detail) noexcept
 {
-    const Report report{.exception = ReportedForm(exception),
+    const BadAllocation badAllocation; // no static: registering its end may allocate
+    const bool isOutOfMemory = dynamic_cast<const std::bad_alloc*>(exception) != nullptr;
+    const Report report{.exception = isOutOfMemory ? &badAllocation : exception,
                         .site = {methodName, sourceFile, line},
                         .contexts = &contexts,
                         .text = text != nullptr ? text : W(""),

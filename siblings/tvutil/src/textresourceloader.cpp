@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <atomic>
-#include <mutex>
+#include <bit>
 #include <vector>
 
 #include <tvutil/printer.h>
+
+#include "threadslot.h"
+#include "utilitiesstaticlib/slimlock.h"
 
 namespace
 {
@@ -22,7 +25,7 @@ class TextRegistry
 public:
     std::shared_ptr<const Texts> Share(const CXString& printerName, const Texts& texts)
     {
-        const std::lock_guard guard(m_mutex);
+        const SlimLock::Guard guard(m_lock);
         std::erase_if(m_entries, [](const Entry& entry) { return entry.texts.expired(); });
         if (auto known = Newest(printerName); known != nullptr && *known == texts)
             return known;
@@ -36,7 +39,7 @@ public:
     {
         if (texts == nullptr)
             return kNoTexts;
-        const std::lock_guard guard(m_mutex);
+        const SlimLock::Guard guard(m_lock);
         const auto found = std::find_if(m_entries.begin(), m_entries.end(),
                                         [&texts](const Entry& entry) { return entry.texts.lock() == texts; });
         return found != m_entries.end() ? found->ticket : Add(CXString(), texts);
@@ -44,7 +47,7 @@ public:
 
     Ticket Find(const CXString& printerName, bool forget)
     {
-        const std::lock_guard guard(m_mutex);
+        const SlimLock::Guard guard(m_lock);
         if (forget)
             std::erase_if(m_entries,
                           [&](const Entry& entry) { return entry.printerName.CompareNoCase(printerName) == 0; });
@@ -55,7 +58,7 @@ public:
 
     std::shared_ptr<const Texts> Get(Ticket ticket)
     {
-        const std::lock_guard guard(m_mutex);
+        const SlimLock::Guard guard(m_lock);
         const auto found = std::find_if(m_entries.begin(), m_entries.end(),
                                         [ticket](const Entry& entry) { return entry.ticket == ticket; });
         return found != m_entries.end() ? found->texts.lock() : nullptr;
@@ -90,26 +93,44 @@ private:
         return nullptr;
     }
 
-    std::mutex m_mutex;
+    SlimLock m_lock;
     std::vector<Entry> m_entries; // oldest first
     Ticket m_nextTicket = kFirstTicket;
 };
 
-TextRegistry& Registry()
-{
-    static TextRegistry registry;
-    return registry;
-}
+// Ready when the library is loaded: a static of a function would be made when memory may be short.
+TextRegistry g_registry;
 
-// A number, not an owner: storage of a thread with a destructor would pin this library until the thread ends.
-thread_local Ticket t_inForce = kNeverInitialised;
-std::atomic<Ticket> g_inForce{kNeverInitialised};
+// A number, not an owner: nobody ends what a thread's slot holds.
+class TicketInForce
+{
+public:
+    void Set(Ticket ticket) noexcept
+    {
+        static_assert(sizeof(Ticket) == sizeof(void*));
+        m_ofThread.Set(std::bit_cast<void*>(ticket));
+        m_newest = ticket;
+    }
+
+    // This thread's, or the one that any thread set last.
+    [[nodiscard]] Ticket Get() const noexcept
+    {
+        const auto ofThread = std::bit_cast<Ticket>(m_ofThread.Get());
+        return ofThread != kNeverInitialised ? ofThread : m_newest.load();
+    }
+
+private:
+    ThreadSlot m_ofThread;
+    std::atomic<Ticket> m_newest{kNeverInitialised};
+};
+
+constinit TicketInForce g_inForce;
 
 } // namespace
 
 std::shared_ptr<const Texts> TextResourceLoader::Share(const CXString& printerName, const Texts& texts)
 {
-    return Registry().Share(printerName, texts);
+    return g_registry.Share(printerName, texts);
 }
 
 bool TextResourceLoader::Initialize(HANDLE printer, bool forget)
@@ -119,20 +140,19 @@ bool TextResourceLoader::Initialize(HANDLE printer, bool forget)
 
 bool TextResourceLoader::Initialize(const CXString& printerName, bool forget)
 {
-    t_inForce = Registry().Find(printerName, forget);
-    g_inForce = t_inForce;
-    return t_inForce != kNoTexts;
+    const Ticket ticket = g_registry.Find(printerName, forget);
+    g_inForce.Set(ticket);
+    return ticket != kNoTexts;
 }
 
 void TextResourceLoader::Initialize(const std::shared_ptr<const Texts>& texts)
 {
-    t_inForce = Registry().TicketOf(texts);
-    g_inForce = t_inForce;
+    g_inForce.Set(g_registry.TicketOf(texts));
 }
 
 CXString TextResourceLoader::LoadStringW(std::int32_t number)
 {
-    const auto texts = Registry().Get(t_inForce != kNeverInitialised ? t_inForce : g_inForce.load());
+    const auto texts = g_registry.Get(g_inForce.Get());
     if (texts == nullptr)
         return {};
     const auto found = texts->find(number);

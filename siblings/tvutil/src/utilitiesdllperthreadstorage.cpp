@@ -1,12 +1,28 @@
+#include <windows.h>
+
 #include <tvutil/utilitiesdllperthreadstorage.h>
 
-#include <type_traits>
+#include "threadcontexts.h"
+#include "threadslot.h"
 
-// A destructor would pin the library until the last thread that used it ends.
-static_assert(std::is_trivially_destructible_v<ExecutionContextStack>);
-
-ExecutionContextStack& UtilitiesDllPerThreadStorage::GetExecutionContextStack() noexcept
+namespace
 {
-    static constinit thread_local ExecutionContextStack stack;
-    return stack;
+
+constinit ThreadSlot g_innermostContext;
+
+} // namespace
+
+const BasicExecutionContext* ThreadContexts::Innermost() noexcept
+{
+    return static_cast<const BasicExecutionContext*>(g_innermostContext.Get());
+}
+
+bool ThreadContexts::SetInnermost(const BasicExecutionContext* context) noexcept
+{
+    return g_innermostContext.Set(const_cast<BasicExecutionContext*>(context)); // a slot holds any pointer
+}
+
+ExecutionContextStack UtilitiesDllPerThreadStorage::GetExecutionContextStack() noexcept
+{
+    return ExecutionContextStack(ThreadContexts::Innermost());
 }

@@ -17,6 +17,7 @@ set(WINPORT_CORE_SOURCES
   src/core/process.cpp
   src/core/srwlock.cpp
   src/core/taskmemory.cpp
+  src/core/threadslots.cpp
   src/core/utf.cpp
   src/core/utfsteps.cpp
   src/core/variant.cpp

@@ -2,8 +2,8 @@
 // model into the registry and into the devmode.
 //
 // The module exports two plain functions, looked up by name: GetWorkflowObject (called with 0) hands out the object,
-// or null; ReleaseWorkflowObject takes it back. The object stays the module's: nobody else deletes it, and it must not
-// outlive the module.
+// or null where it has none; memory that runs out is thrown. ReleaseWorkflowObject takes it back. The object stays the
+// module's: nobody else deletes it, and it must not outlive the module.
 #pragma once
 
 #include <windows.h>

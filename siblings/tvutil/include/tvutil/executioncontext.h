@@ -4,8 +4,8 @@
 //
 //     const ExecutionContextLifetime context({W("Class::Method"), kSourceFile});
 //
-// Records nest; the stack belongs to one thread (UtilitiesDllPerThreadStorage) and holds references to records that
-// live on the callers' frames, so opening one allocates nothing.
+// Records nest. They live on the callers' frames and each knows the one around it, so opening one allocates nothing and
+// there may be any number. A thread's innermost one is found by UtilitiesDllPerThreadStorage.
 #pragma once
 
 #include <cstddef>
@@ -15,28 +15,34 @@
 struct BasicExecutionContext
 {
     ThrowSite site;
-    LONG id = 0; // 0: none; a few contexts are known by number
+    LONG id = 0;                                  // 0: none; a few contexts are known by number
+    const BasicExecutionContext* outer = nullptr; // the one around it, or null
 };
 
-// Bounded: records beyond the bound are counted and not kept, so that recursion cannot exhaust it.
+// The records that were open on a thread when it was asked. Valid on that thread, and only until one of them ends.
 class TVUTIL_API ExecutionContextStack
 {
 public:
-    static constexpr std::size_t kCapacity = 64;
+    constexpr ExecutionContextStack() noexcept = default; // none open
+    constexpr explicit ExecutionContextStack(const BasicExecutionContext* innermost) noexcept : m_innermost(innermost)
+    {
+    }
 
-    void Push(const BasicExecutionContext& context) noexcept;
-    void Pop() noexcept;
+    // The innermost, or null; from there by `outer`.
+    [[nodiscard]] constexpr const BasicExecutionContext* Top() const noexcept
+    {
+        return m_innermost;
+    }
 
-    [[nodiscard]] std::size_t Depth() const noexcept;                // records open, those beyond the bound included
-    [[nodiscard]] const BasicExecutionContext* Top() const noexcept; // the innermost kept record, or null
-    [[nodiscard]] const BasicExecutionContext* At(std::size_t index) const noexcept; // 0 is the outermost; or null
+    [[nodiscard]] std::size_t Depth() const noexcept; // how many are open
 
 private:
-    const BasicExecutionContext* m_records[kCapacity] = {};
-    std::size_t m_depth = 0;
+    const BasicExecutionContext* m_innermost = nullptr;
 };
 
-// Pushes on construction and pops on destruction, on this thread's stack.
+// Opens a record on this thread for as long as it lives. It ends on the thread that it began on, before those around
+// it. Where the platform has no room for a thread's list, the record is left out of it, silently: what a context
+// describes must not fail for want of it.
 class TVUTIL_API ExecutionContextLifetime
 {
 public:
@@ -47,5 +53,5 @@ public:
 
 private:
     BasicExecutionContext m_context;
-    ExecutionContextStack& m_stack;
+    bool m_isListed;
 };

@@ -6,6 +6,6 @@
 class TVUTIL_API UtilitiesDllPerThreadStorage
 {
 public:
-    // This thread's stack. Never allocates: the storage is trivially destructible, so it does not pin the library.
-    static ExecutionContextStack& GetExecutionContextStack() noexcept;
+    // The execution contexts that are open on this thread. Never allocates.
+    static ExecutionContextStack GetExecutionContextStack() noexcept;
 };

@@ -1,0 +1,20 @@
+// Documents as the PrintTicket service hands them to a provider.
+#pragma once
+
+#include <msxml2.h>
+
+#include <string_view>
+
+#include "utilitiesstaticlib/comptr.h"
+
+// `rootName` is "PrintTicket" or "PrintCapabilities".
+//
+// The service's documents declare the standard prefixes at their root, and a provider writes its names with what the
+// root declares: declarations of the keywords and of the two XML Schema namespaces that are missing there are added,
+// with the usual prefix or, where the document has another use for that, a free one. Nothing else is changed.
+//
+// Throws Failure for what is no such document, and for one that a provider would misread or refuse without a word: a
+// namespace whose first declaration at the root is the default, a root that binds "tk" to another namespace while the
+// driver's has another prefix, and names whose prefix an inner element binds anew.
+[[nodiscard]] ComPtr<IXMLDOMDocument2> LoadForProvider(std::string_view bytes, std::string_view name,
+                                                       std::string_view rootName);
