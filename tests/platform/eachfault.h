@@ -8,8 +8,8 @@
 
 #include "winport/faultinjection.h"
 
-// `run` answers whether it succeeded: it must unless the fault met it. `holds` is asked afterwards, with that answer.
-// The tests' own code allocates, too: a fault that it meets itself is a failure like the callee's.
+// `run` answers whether it succeeded, and `holds` is asked afterwards, with that answer. The tests' own code allocates,
+// too: a fault that it meets itself is a failure like the callee's.
 inline void ExpectEachFaultHarmless(const std::function<bool()>& run, const std::function<bool(bool)>& holds)
 {
     for (const auto kind : {winport::FaultKind::PlatformCall, winport::FaultKind::Allocation})

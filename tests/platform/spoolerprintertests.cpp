@@ -17,7 +17,6 @@ TEST_F(SpoolerPrinters, AnswerWhatTheyWereAddedWith)
           &PRINTER_INFO_2W::pPrintProcessor, &PRINTER_INFO_2W::pDatatype, &PRINTER_INFO_2W::pComment,
           &PRINTER_INFO_2W::pLocation})
         EXPECT_EQ(WideString((*info.begin()).*text), PrinterInfo().*text);
-    EXPECT_NE(info->Attributes & PRINTER_ATTRIBUTE_LOCAL, 0u);
     EXPECT_EQ(WideString(PrinterAnswer<PRINTER_INFO_5W>(printer.get(), 5)->pPortName), W("FILE:"));
     DWORD needed = 0;
     EXPECT_EQ(ErrorOf(GetPrinterW(printer.get(), 2, nullptr, 0, &needed)), ERROR_INSUFFICIENT_BUFFER);

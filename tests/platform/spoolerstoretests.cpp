@@ -1,5 +1,4 @@
-// The store below the spooler (Linux): shared by processes and threads, refused when it cannot be
-// trusted, unharmed by faults.
+// The store below the spooler (Linux): shared by processes and threads, refused when damaged, unharmed by faults.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
