@@ -46,13 +46,13 @@ TEST(DomNamespaces, NamesWithoutADeclarationGetOne)
     EXPECT_EQ(meaning, MeaningOfText(document.Get())) << XmlOf(document.Get());
     EXPECT_NE(std::string::npos, XmlOf(document.Get()).find("xsi:type=\"xsd:integer\""));
 
-    // An element in no namespace stays there.
-    const DomDocument inside = Loaded(W("<a xmlns='u'/>"));
+    // What is in no namespace stays there.
+    const DomDocument inside = Loaded(W("<a xmlns='u' d='1'/>"));
     const DomNode plain = Created(inside, NODE_ELEMENT, W("b"));
     AddAttribute(inside, plain.Get(), W("xmlns"), W(""), W("v")); // cannot hold on an element without a namespace
     ASSERT_EQ(S_OK, Append(plain.Get(), Created(inside, NODE_ELEMENT, W("c"), W("v")).Get()));
     ASSERT_EQ(S_OK, Append(RootOf(inside).Get(), plain.Get()));
-    EXPECT_EQ("{u}a()[{}b()[{v}c()[]]]", MeaningOfText(inside.Get())) << XmlOf(inside.Get());
+    EXPECT_EQ("{u}a(@{}d=1)[{}b()[{v}c()[]]]", MeaningOfText(inside.Get())) << XmlOf(inside.Get());
 }
 
 TEST(DomNamespaces, ADeclarationInUseKeepsItsMeaningAndIsNoAttributeForXPath)

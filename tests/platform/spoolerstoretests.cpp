@@ -111,7 +111,7 @@ protected:
 TEST_F(SpoolerStore, LosesNothingBetweenProcesses)
 {
     constexpr int kProcesses = 6;
-    constexpr int kRounds = 10;
+    constexpr int kRounds = 20;
     const PrinterOwner shared = InstallPrinter();
     // Each adds printers, deletes every second one, and sets numbers in a printer that all share.
     const auto doShare = [](int process)
@@ -121,7 +121,8 @@ TEST_F(SpoolerStore, LosesNothingBetweenProcesses)
         for (int number = process * kRounds; number < (process + 1) * kRounds; ++number)
         {
             const PrinterOwner printer = Add(PrinterInfo(Numbered("Printer ", number).c_str()));
-            succeeded &= printer != nullptr && SetNumber(common.get(), Numbered("n", number), number) &&
+            succeeded &= SetNumber(printer.get(), W("own"), number) &&
+                         SetNumber(common.get(), Numbered("n", number), number) &&
                          (number % 2 != 0 || DeletePrinter(printer.get()));
         }
         return succeeded;
@@ -226,10 +227,10 @@ TEST_F(SpoolerStore, ThatIsDamagedIsRefusedOrReadAndNeverWorse)
     std::string later = whole;
     later[63] = 99; // the schema's version, big-endian at 60
     const std::pair<std::string, DWORD> files[] = {
+        {whole, ERROR_INSUFFICIENT_BUFFER},
         {"no database, and longer than the header of one would be: " + std::string(100, '.'), ERROR_INVALID_DATA},
         {whole.substr(0, 5000), ERROR_INVALID_DATA},
         {later, ERROR_NOT_SUPPORTED},
-        {whole, ERROR_INSUFFICIENT_BUFFER},
     };
     for (const auto& [content, error] : files)
     {
