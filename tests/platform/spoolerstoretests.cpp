@@ -111,7 +111,7 @@ protected:
 TEST_F(SpoolerStore, LosesNothingBetweenProcesses)
 {
     constexpr int kProcesses = 6;
-    constexpr int kRounds = 20;
+    constexpr int kRounds = 50;
     const PrinterOwner shared = InstallPrinter();
     // Each adds printers, deletes every second one, and sets numbers in a printer that all share.
     const auto doShare = [](int process)

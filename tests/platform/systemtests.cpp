@@ -21,7 +21,7 @@ TEST(Version, IsTenPointNoughtAndAsksForTheStructuresSize)
 
 TEST(SlimLock, IsFreeFromTheStartAndHeldByOneThread)
 {
-    constexpr int kRounds = 10'000;
+    constexpr int kRounds = 100'000;
     static SRWLOCK lock = SRWLOCK_INIT;
     int guarded = 0; // plain: the thread sanitizer sees a lock that does not hold
     const auto work = [&guarded]
