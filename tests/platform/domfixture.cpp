@@ -1,12 +1,9 @@
 #include "tests/platform/domfixture.h"
 
-#include <windows.h>
 #include <objbase.h>
 
 #include <filesystem>
 #include <set>
-
-#include <gtest/gtest.h>
 
 #include "utilitiesstaticlib/domclassid.h"
 
@@ -17,7 +14,7 @@ namespace
 std::string ExpandedName(IXMLDOMNode* node)
 {
     const std::string name = NameOf(node);
-    if (name.empty() || name == "xmlns" || name.starts_with("xmlns:"))
+    if (name.empty() || name.starts_with("xmlns"))
         return {};
     const std::string uri = Ask(node, &IXMLDOMNode::get_namespaceURI);
     return "{" + (uri == "-" ? "" : uri) + "}" + Ask(node, &IXMLDOMNode::get_baseName);
@@ -25,33 +22,22 @@ std::string ExpandedName(IXMLDOMNode* node)
 
 std::string AttributesMeaning(IXMLDOMNode* element)
 {
-    const ComPtr<IXMLDOMNamedNodeMap> map = MapOf(element);
     std::set<std::string> parts;
-    DomNode attribute;
-    for (LONG at = 0; map->get_item(at, attribute.Put()) == S_OK; ++at)
+    for (const DomNode& attribute : AttributesOf(element))
         if (const std::string name = ExpandedName(attribute.Get()); !name.empty())
             parts.insert("@" + name + "=" + TextOf(attribute.Get()));
     std::string meaning;
     for (const std::string& part : parts)
         meaning += (meaning.empty() ? "" : " ") + part;
-    return "(" + meaning + ")";
-}
-
-std::string ChildrenMeaning(IXMLDOMNode* node)
-{
-    std::string meaning;
-    DomNode child;
-    for (HRESULT found = node->get_firstChild(child.Put()); found == S_OK;)
-    {
-        meaning += Meaning(child.Get());
-        DomNode next;
-        found = child->get_nextSibling(next.Put());
-        child = next;
-    }
     return meaning;
 }
 
 } // namespace
+
+std::string Variant::Text() const
+{
+    return m_value.vt == VT_BSTR ? Narrow(WStringView(m_value.bstrVal, SysStringLen(m_value.bstrVal))) : "-";
+}
 
 std::string Narrow(WStringView text)
 {
@@ -137,6 +123,18 @@ ComPtr<IXMLDOMNamedNodeMap> MapOf(IXMLDOMNode* element)
     return map;
 }
 
+std::vector<DomNode> AttributesOf(IXMLDOMNode* element)
+{
+    const ComPtr<IXMLDOMNamedNodeMap> map = MapOf(element);
+    std::vector<DomNode> attributes;
+    LONG length = 0;
+    EXPECT_EQ(S_OK, map->get_length(&length));
+    for (DomNode attribute; map->get_item(static_cast<LONG>(attributes.size()), attribute.Put()) == S_OK;)
+        attributes.push_back(attribute);
+    EXPECT_EQ(static_cast<std::size_t>(length), attributes.size());
+    return attributes;
+}
+
 void AddAttribute(const DomDocument& document, IXMLDOMNode* element, const WCHAR* name, const WCHAR* uri,
                   const WCHAR* value)
 {
@@ -197,20 +195,17 @@ std::string Meaning(IXMLDOMNode* node)
 {
     DOMNodeType kind = NODE_INVALID;
     node->get_nodeType(&kind);
-    Variant value;
-    switch (kind)
+    Variant text;
+    if ((kind == NODE_TEXT || kind == NODE_CDATA_SECTION) && node->get_nodeValue(text.Put()) == S_OK)
+        return text.Text();
+    std::string children;
+    DomNode child, next;
+    for (HRESULT found = node->get_firstChild(child.Put()); found == S_OK; child = next)
     {
-    case NODE_TEXT:
-    case NODE_CDATA_SECTION:
-        node->get_nodeValue(value.Put());
-        return Narrow(WStringView(value.Get().bstrVal, SysStringLen(value.Get().bstrVal)));
-    case NODE_ELEMENT:
-        return ExpandedName(node) + AttributesMeaning(node) + "[" + ChildrenMeaning(node) + "]";
-    case NODE_DOCUMENT:
-        return ChildrenMeaning(node);
-    default:
-        return {};
+        children += Meaning(child.Get());
+        found = child->get_nextSibling(next.Put());
     }
+    return kind != NODE_ELEMENT ? children : ExpandedName(node) + "(" + AttributesMeaning(node) + ")[" + children + "]";
 }
 
 std::string MeaningOfText(IXMLDOMNode* node)

@@ -4,6 +4,9 @@
 #include <msxml2.h>
 
 #include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/comptr.h"
@@ -47,6 +50,7 @@ public:
     {
         return m_value;
     }
+    std::string Text() const; // "-" for what is no text
 
 private:
     VARIANT m_value{};
@@ -69,6 +73,7 @@ HRESULT Append(IXMLDOMNode* parent, IXMLDOMNode* child);
 HRESULT Remove(IXMLDOMNode* parent, IXMLDOMNode* child);
 HRESULT PutText(IXMLDOMNode* node, WStringView text);
 ComPtr<IXMLDOMNamedNodeMap> MapOf(IXMLDOMNode* element);
+std::vector<DomNode> AttributesOf(IXMLDOMNode* element); // by index
 // An attribute with a value, put on the element.
 void AddAttribute(const DomDocument& document, IXMLDOMNode* element, const WCHAR* name, const WCHAR* uri,
                   const WCHAR* value);

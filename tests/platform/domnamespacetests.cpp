@@ -1,42 +1,28 @@
 // Namespaces under change: declarations that are removed, moved away from or contradicted. What is written must read
 // back as the same names.
-#include <gtest/gtest.h>
-
 #include "tests/platform/domfixture.h"
 
 TEST(DomNamespaces, ALostDeclarationIsReplacedByOneInScope)
 {
-    struct Case
-    {
-        const char* name;
-        const WCHAR* text;
-        const WCHAR* lost;
-        const char* written; // the root element
-    };
-    const Case cases[] = {
-        {"unused", W("<a xmlns:p='u'/>"), W("xmlns:p"), "<a/>"},
-        {"another prefix beside", W("<a xmlns:p='u' xmlns:tk='u'><p:b p:c='1'/></a>"), W("xmlns:p"),
-         "<a xmlns:tk=\"u\"><tk:b tk:c=\"1\"/></a>"},
-        {"no other prefix", W("<a xmlns:p='u'><b><p:c/></b></a>"), W("xmlns:p"), "<a><b><p:c xmlns:p=\"u\"/></b></a>"},
-        {"on its own element", W("<p:a xmlns:p='u' xmlns:tk='u'/>"), W("xmlns:p"), "<tk:a xmlns:tk=\"u\"/>"},
-        {"declared again below", W("<a xmlns:p='u' xmlns:tk='u'><b xmlns:p='v'><p:c/></b></a>"), W("xmlns:p"),
+    // A text, and its root element without the declaration of p.
+    const std::pair<const WCHAR*, const char*> cases[] = {
+        {W("<a xmlns:p='u' xmlns:tk='u'><p:b p:c='1'/></a>"), "<a xmlns:tk=\"u\"><tk:b tk:c=\"1\"/></a>"},
+        {W("<a xmlns:p='u'><b><p:c/></b></a>"), "<a><b><p:c xmlns:p=\"u\"/></b></a>"},
+        {W("<p:a xmlns:p='u' xmlns:tk='u'/>"), "<tk:a xmlns:tk=\"u\"/>"},
+        {W("<a xmlns:p='u' xmlns:tk='u'><b xmlns:p='v'><p:c/></b></a>"),
          "<a xmlns:tk=\"u\"><b xmlns:p=\"v\"><p:c/></b></a>"},
-        {"the other prefix means something else below", W("<a xmlns:p='u' xmlns:tk='u'><b xmlns:tk='v'><p:c/></b></a>"),
-         W("xmlns:p"), "<a xmlns:tk=\"u\"><b xmlns:tk=\"v\"><p:c xmlns:p=\"u\"/></b></a>"},
-        {"a default for elements", W("<a xmlns='u'><b c='1'/></a>"), W("xmlns"), "<a xmlns=\"u\"><b c=\"1\"/></a>"},
-        {"a default is no help to attributes", W("<a xmlns:p='u' xmlns='u'><b p:c='1'/></a>"), W("xmlns:p"),
+        {W("<a xmlns:p='u' xmlns:tk='u'><b xmlns:tk='v'><p:c/></b></a>"),
+         "<a xmlns:tk=\"u\"><b xmlns:tk=\"v\"><p:c xmlns:p=\"u\"/></b></a>"},
+        {W("<a xmlns:p='u' xmlns='u'><b p:c='1'/></a>"), // a default is no help to attributes
          "<a xmlns=\"u\"><b xmlns:p=\"u\" p:c=\"1\"/></a>"},
     };
-    for (const Case& test : cases)
+    for (const auto& [text, written] : cases)
     {
-        SCOPED_TRACE(test.name);
-        const DomDocument document = Loaded(test.text);
+        const DomDocument document = Loaded(text);
         const std::string meaning = Meaning(document.Get());
-        const DomElement root = RootOf(document);
-        ASSERT_EQ(S_OK, RemoveAttribute(root.Get(), test.lost));
-        EXPECT_EQ(test.written, XmlOf(root.Get()));
+        ASSERT_EQ(S_OK, RemoveAttribute(RootOf(document).Get(), W("xmlns:p")));
+        EXPECT_EQ(written, XmlOf(RootOf(document).Get()));
         EXPECT_EQ(meaning, Meaning(document.Get()));
-        EXPECT_EQ(meaning, MeaningOfText(document.Get()));
     }
 }
 
@@ -60,13 +46,13 @@ TEST(DomNamespaces, NamesWithoutADeclarationGetOne)
     EXPECT_EQ(meaning, MeaningOfText(document.Get())) << XmlOf(document.Get());
     EXPECT_NE(std::string::npos, XmlOf(document.Get()).find("xsi:type=\"xsd:integer\""));
 
-    // An element in no namespace stays there.
-    const DomDocument inside = Loaded(W("<a xmlns='u'/>"));
+    // What is in no namespace stays there.
+    const DomDocument inside = Loaded(W("<a xmlns='u' d='1'/>"));
     const DomNode plain = Created(inside, NODE_ELEMENT, W("b"));
     AddAttribute(inside, plain.Get(), W("xmlns"), W(""), W("v")); // cannot hold on an element without a namespace
     ASSERT_EQ(S_OK, Append(plain.Get(), Created(inside, NODE_ELEMENT, W("c"), W("v")).Get()));
     ASSERT_EQ(S_OK, Append(RootOf(inside).Get(), plain.Get()));
-    EXPECT_EQ("{u}a()[{}b()[{v}c()[]]]", MeaningOfText(inside.Get())) << XmlOf(inside.Get());
+    EXPECT_EQ("{u}a(@{}d=1)[{}b()[{v}c()[]]]", MeaningOfText(inside.Get())) << XmlOf(inside.Get());
 }
 
 TEST(DomNamespaces, ADeclarationInUseKeepsItsMeaningAndIsNoAttributeForXPath)
@@ -74,7 +60,6 @@ TEST(DomNamespaces, ADeclarationInUseKeepsItsMeaningAndIsNoAttributeForXPath)
     const DomDocument document = Loaded(W("<p:a xmlns:p='u' b='1'/>"));
     DomNode declaration;
     ASSERT_EQ(S_OK, MapOf(RootOf(document).Get())->getNamedItem(CComBSTR(W("xmlns:p")).Get(), declaration.Put()));
-    EXPECT_EQ(S_OK, PutText(declaration.Get(), W("u")));
     EXPECT_EQ(E_INVALIDARG, PutText(declaration.Get(), W("v")));
     EXPECT_EQ("{u}a(@{}b=1)[]", MeaningOfText(document.Get()));
     EXPECT_EQ("b", NameOf(Select(document.Get(), W("//@*")).Get()));

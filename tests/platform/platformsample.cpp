@@ -1,23 +1,11 @@
-// A module to be loaded by the loader's tests.
+// A module for the loader's tests to load, and for the spooler's a driver's configuration module.
 #include <windows.h>
+#include <winspool.h>
 
 #include <objbase.h>
 
-extern "C"
+extern "C" PLATFORM_SAMPLE_API DWORD WINAPI DrvDeviceCapabilities(HANDLE, LPWSTR, WORD, PVOID, PDEVMODEW)
 {
-
-    PLATFORM_SAMPLE_API int SampleAnswer();
-    PLATFORM_SAMPLE_API void* SampleAllocate();
-
-    int SampleAnswer()
-    {
-        return 42;
-    }
-
-    // Makes the module import another one.
-    void* SampleAllocate()
-    {
-        return CoTaskMemAlloc(1);
-    }
-
-} // extern "C"
+    CoTaskMemFree(nullptr); // makes the module import another one
+    return 77;
+}

@@ -4,9 +4,6 @@
 #include <fstream>
 #include <iterator>
 
-namespace spoolertests
-{
-
 PrinterOwner Open(const WCHAR* name, ACCESS_MASK access)
 {
     PRINTER_DEFAULTSW defaults = {nullptr, nullptr, access};
@@ -40,12 +37,11 @@ bool SetInfo(HANDLE printer, PRINTER_INFO_2W info)
 
 std::vector<WideString> PrinterNames()
 {
-    const Answer<PRINTER_INFO_4W> printers(
-        [](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD count)
-        { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 4, bytes, size, needed, count); });
     std::vector<WideString> names;
-    for (DWORD index = 0; index < printers.Count(); ++index)
-        names.emplace_back(printers[index].pPrinterName);
+    for (const PRINTER_INFO_4W& printer :
+         Answer<PRINTER_INFO_4W>([](LPBYTE bytes, DWORD size, LPDWORD needed, LPDWORD count)
+                                 { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 4, bytes, size, needed, count); }))
+        names.emplace_back(printer.pPrinterName);
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -56,29 +52,10 @@ std::string Content(const std::filesystem::path& file)
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-void StoreTest::SetUp()
-{
-    m_scratch = std::filesystem::temp_directory_path() / ("tavlen-spooler-" + std::to_string(GetCurrentProcessId()));
-    std::filesystem::remove_all(m_scratch);
-    std::filesystem::create_directories(m_scratch);
-    UseStore(Store());
-}
-
-void StoreTest::TearDown()
-{
-    SetEnvironmentVariableW(W("TVPT_STORE"), nullptr);
-    std::error_code ignored;
-    std::filesystem::remove_all(m_scratch, ignored);
-}
-
-void StoreTest::UseStore(const std::filesystem::path& folder)
-{
-    SetEnvironmentVariableW(W("TVPT_STORE"), folder.string<WCHAR>().c_str());
-}
-
 void SpoolerTest::SetUp()
 {
-    StoreTest::SetUp();
+    std::filesystem::remove_all(Scratch());
+    UseStore(Store());
     ASSERT_TRUE(InstallDriver()) << GetLastError();
 }
 
@@ -93,10 +70,27 @@ void SpoolerTest::TearDown()
     // Wine knows no flags. Some tests have deleted the driver themselves.
     if (!DeletePrinterDriverExW(nullptr, Mutable(kEnvironment), Mutable(kDriver), DPD_DELETE_UNUSED_FILES, 0))
         DeletePrinterDriverExW(nullptr, Mutable(kEnvironment), Mutable(kDriver), 0, 0);
-    StoreTest::TearDown();
+    SetEnvironmentVariableW(W("TVPT_STORE"), nullptr);
+    std::error_code ignored;
+    std::filesystem::remove_all(Scratch(), ignored);
 }
 
-WideString SpoolerTest::SourceFile(const char* name, const char* content) const
+std::filesystem::path SpoolerTest::Scratch()
+{
+    return std::filesystem::temp_directory_path() / ("tavlen-spooler-" + std::to_string(GetCurrentProcessId()));
+}
+
+std::filesystem::path SpoolerTest::Store()
+{
+    return Scratch() / "store";
+}
+
+void SpoolerTest::UseStore(const std::filesystem::path& folder)
+{
+    SetEnvironmentVariableW(W("TVPT_STORE"), folder.string<WCHAR>().c_str());
+}
+
+WideString SpoolerTest::SourceFile(const char* name, const char* content)
 {
     std::filesystem::path path = Scratch() / name;
     std::filesystem::create_directories(path.parent_path());
@@ -104,17 +98,15 @@ WideString SpoolerTest::SourceFile(const char* name, const char* content) const
     return path.make_preferred().string<WCHAR>();
 }
 
-BOOL SpoolerTest::InstallDriver(const WCHAR* name, const WCHAR* dataFile) const
+BOOL SpoolerTest::InstallDriver(const WCHAR* name, const WCHAR* dataFile)
 {
     WCHAR program[4096] = {};
     GetModuleFileNameW(nullptr, program, 4096);
-    const std::filesystem::path folder = std::filesystem::path(program).parent_path();
+    const auto folder = std::filesystem::path(program).parent_path(); // replacing the name does not survive faults
     const WideString configFile = (folder / "spooler_sample.dll").string<WCHAR>();
     const WideString driverFile = SourceFile("tvplatform.drv", "the driver");
     const WideString model = SourceFile("tvplatform.json", "the model");
-    WideString dependent = SourceFile("tvone.txt", "one");
-    dependent.push_back(0);
-    dependent.append(SourceFile("tvtwo.txt", "two")).push_back(0);
+    const WideString dependent = SourceFile("tvone.txt", "one") + WCHAR() + SourceFile("tvtwo.txt", "two") + WCHAR();
     DRIVER_INFO_3W info = {};
     info.cVersion = 3;
     info.pName = Mutable(name);
@@ -122,7 +114,7 @@ BOOL SpoolerTest::InstallDriver(const WCHAR* name, const WCHAR* dataFile) const
     info.pDriverPath = Mutable(driverFile.c_str());
     info.pDataFile = Mutable(dataFile != nullptr ? dataFile : model.c_str());
     info.pConfigFile = Mutable(configFile.c_str());
-    info.pDependentFiles = dependent.data();
+    info.pDependentFiles = Mutable(dependent.c_str());
     info.pDefaultDataType = Mutable(W("RAW"));
     return AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&info),
                                APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY);
@@ -135,5 +127,3 @@ PrinterOwner SpoolerTest::InstallPrinter(const WCHAR* name)
     m_printers.emplace_back(name);
     return printer;
 }
-
-} // namespace spoolertests

@@ -1,5 +1,5 @@
-// What the spooler's tests stand on: a driver whose configuration module is the sample, printers that remove
-// themselves, and the growing buffer of the spooler's answers.
+// What the spooler's and the registry's tests stand on: a driver whose configuration module is the sample, printers
+// that remove themselves, and the growing buffer of the spooler's answers.
 //
 // Over winport the tests have a store of their own in a scratch folder; on Windows it is the machine's spooler.
 #pragma once
@@ -7,7 +7,6 @@
 #include <windows.h>
 #include <winspool.h>
 
-#include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -17,9 +16,6 @@
 #include <gtest/gtest.h>
 
 #include "utilitiesstaticlib/wideliteral.h"
-
-namespace spoolertests
-{
 
 // Texts go into structures whose fields are not const.
 inline LPWSTR Mutable(const WCHAR* text)
@@ -38,7 +34,6 @@ struct PrinterCloser
         ClosePrinter(printer);
     }
 };
-// An open printer handle.
 using PrinterOwner = std::unique_ptr<std::remove_pointer_t<HANDLE>, PrinterCloser>;
 
 // Null when it does not open.
@@ -54,7 +49,7 @@ inline DWORD ErrorOf(BOOL done)
     return done ? ERROR_SUCCESS : GetLastError();
 }
 
-// The whole of an answer, asked for with the size that a first call reports.
+// The records of an answer, asked for with the size that a first call reports; none after a failure.
 template <class Record>
 class Answer
 {
@@ -71,18 +66,17 @@ public:
             m_count = 0;
     }
 
-    // 0 after a failure.
-    [[nodiscard]] DWORD Count() const
+    const Record* begin() const
     {
-        return m_count;
+        return reinterpret_cast<const Record*>(m_bytes.data());
     }
-    const Record& operator[](std::size_t index) const
+    const Record* end() const
     {
-        return reinterpret_cast<const Record*>(m_bytes.data())[index];
+        return begin() + m_count;
     }
     const Record* operator->() const
     {
-        return &(*this)[0];
+        return begin();
     }
 
 private:
@@ -104,48 +98,30 @@ Answer<Record> DriverAnswer(HANDLE printer, DWORD level)
                           { return GetPrinterDriverW(printer, nullptr, level, bytes, size, needed); });
 }
 
-// The names of all printers of the store, sorted.
+// Of all printers of the store, sorted.
 std::vector<WideString> PrinterNames();
 
 // Empty for a file that is not there.
 std::string Content(const std::filesystem::path& file);
 
-// A folder that goes with the test; over winport the store is its folder "store".
-class StoreTest : public testing::Test
+// Has a scratch folder that goes with the test, in which the store lies, and the sample driver.
+class SpoolerTest : public testing::Test
 {
 protected:
     void SetUp() override;
     void TearDown() override;
 
-    [[nodiscard]] const std::filesystem::path& Scratch() const noexcept
-    {
-        return m_scratch;
-    }
-    [[nodiscard]] std::filesystem::path Store() const
-    {
-        return m_scratch / "store";
-    }
+    static std::filesystem::path Scratch();
+    static std::filesystem::path Store();
     static void UseStore(const std::filesystem::path& folder);
 
-private:
-    std::filesystem::path m_scratch;
-};
-
-class SpoolerTest : public StoreTest
-{
-protected:
-    void SetUp() override;
-    void TearDown() override;
-
     // Writes a source file of a driver and gives its name to the spooler.
-    WideString SourceFile(const char* name, const char* content) const;
+    static WideString SourceFile(const char* name, const char* content);
     // A driver with the sample module as its configuration module.
-    BOOL InstallDriver(const WCHAR* name = kDriver, const WCHAR* dataFile = nullptr) const;
+    static BOOL InstallDriver(const WCHAR* name = kDriver, const WCHAR* dataFile = nullptr);
     // Removed, with the driver, at the end of the test.
     PrinterOwner InstallPrinter(const WCHAR* name = kPrinter);
 
 private:
     std::vector<WideString> m_printers;
 };
-
-} // namespace spoolertests

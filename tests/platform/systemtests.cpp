@@ -1,7 +1,6 @@
-// Version, environment, last error and the layout of DEVMODEW.
+// Version, slim locks, environment and last error.
 #include <windows.h>
 
-#include <cstddef>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -13,18 +12,16 @@
 TEST(Version, IsTenPointNoughtAndAsksForTheStructuresSize)
 {
     OSVERSIONINFOW version = {};
+    EXPECT_EQ(WithLastError([&version] { return GetVersionExW(&version); }),
+              std::pair(FALSE, IsWine() ? DWORD{ERROR_SUCCESS} : DWORD{ERROR_INSUFFICIENT_BUFFER})); // Wine: no reason
     version.dwOSVersionInfoSize = 276;
     ASSERT_TRUE(GetVersionExW(&version));
     EXPECT_TRUE(version.dwMajorVersion == 10 && version.dwMinorVersion == 0 && version.dwPlatformId == 2);
-
-    version = {};
-    EXPECT_EQ(WithLastError([&version] { return GetVersionExW(&version); }),
-              std::pair(FALSE, IsWine() ? DWORD{ERROR_SUCCESS} : DWORD{ERROR_INSUFFICIENT_BUFFER})); // Wine: no reason
 }
 
 TEST(SlimLock, IsFreeFromTheStartAndHeldByOneThread)
 {
-    constexpr int kRounds = 10'000;
+    constexpr int kRounds = 100'000;
     static SRWLOCK lock = SRWLOCK_INIT;
     int guarded = 0; // plain: the thread sanitizer sees a lock that does not hold
     const auto work = [&guarded]
@@ -45,9 +42,7 @@ TEST(SlimLock, IsFreeFromTheStartAndHeldByOneThread)
 TEST(LastError, BelongsToItsThread)
 {
     SetLastError(ERROR_MORE_DATA);
-    DWORD elsewhere = ERROR_MORE_DATA;
-    std::thread([&elsewhere] { elsewhere = GetLastError(); }).join();
-    EXPECT_NE(elsewhere, DWORD{ERROR_MORE_DATA});
+    std::thread([] { EXPECT_NE(GetLastError(), DWORD{ERROR_MORE_DATA}); }).join();
 }
 
 TEST(ThreadSlots, HoldAPointerForEachThread)
@@ -69,29 +64,10 @@ TEST(Environment, ValuesAreFetchedWithTheirSize)
     const WCHAR* const name = W("TVPT_PLATFORM_TEST");
     WCHAR value[4] = {};
     ASSERT_TRUE(SetEnvironmentVariableW(name, W("\u00E4\u20ACb")));
-    EXPECT_EQ(GetEnvironmentVariableW(name, nullptr, 0), 4u);
     EXPECT_EQ(GetEnvironmentVariableW(name, value, 3), 4u);
     EXPECT_EQ(GetEnvironmentVariableW(name, value, 4), 3u);
     EXPECT_EQ(WStringView(value), W("\u00E4\u20ACb"));
-
     ASSERT_TRUE(SetEnvironmentVariableW(name, nullptr));
     EXPECT_EQ(WithLastError([&] { return GetEnvironmentVariableW(name, value, 4); }),
               std::pair(DWORD{0}, DWORD{ERROR_ENVVAR_NOT_FOUND}));
-    EXPECT_EQ(WithLastError([] { return SetEnvironmentVariableW(W("A=B"), W("c")); }),
-              std::pair(FALSE, DWORD{ERROR_INVALID_PARAMETER}));
 }
-
-// As drivers exchange it. A field at a wrong place moves those behind it, so one of each stretch is enough.
-static_assert(offsetof(DEVMODEW, dmSpecVersion) == 64 && offsetof(DEVMODEW, dmDriverVersion) == 66);
-static_assert(offsetof(DEVMODEW, dmSize) == 68 && offsetof(DEVMODEW, dmDriverExtra) == 70);
-static_assert(offsetof(DEVMODEW, dmFields) == 72 && offsetof(DEVMODEW, dmOrientation) == 76);
-static_assert(offsetof(DEVMODEW, dmPaperSize) == 78 && offsetof(DEVMODEW, dmPaperLength) == 80);
-static_assert(offsetof(DEVMODEW, dmPaperWidth) == 82 && offsetof(DEVMODEW, dmScale) == 84);
-static_assert(offsetof(DEVMODEW, dmCopies) == 86 && offsetof(DEVMODEW, dmDefaultSource) == 88);
-static_assert(offsetof(DEVMODEW, dmPrintQuality) == 90 && offsetof(DEVMODEW, dmColor) == 92);
-static_assert(offsetof(DEVMODEW, dmDuplex) == 94 && offsetof(DEVMODEW, dmYResolution) == 96);
-static_assert(offsetof(DEVMODEW, dmTTOption) == 98 && offsetof(DEVMODEW, dmCollate) == 100);
-static_assert(offsetof(DEVMODEW, dmFormName) == 102 && offsetof(DEVMODEW, dmLogPixels) == 166);
-static_assert(offsetof(DEVMODEW, dmNup) == 180 && offsetof(DEVMODEW, dmICMMethod) == 188);
-static_assert(offsetof(DEVMODEW, dmICMIntent) == 192 && offsetof(DEVMODEW, dmMediaType) == 196);
-static_assert(offsetof(DEVMODEW, dmDitherType) == 200 && sizeof(DEVMODEW) == 220);

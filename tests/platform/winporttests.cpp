@@ -1,85 +1,53 @@
 // What the portability layer has beyond Windows: fault injection, debug output on request.
-#include <windows.h>
-
-#include <objbase.h>
-#include <oleauto.h>
-
-#include <memory>
-#include <new>
 #include <string>
-#include <thread>
 
-#include <gtest/gtest.h>
+#include "tests/platform/domfixture.h"
+#include "tests/platform/eachfault.h"
 
-#include "utilitiesstaticlib/wideliteral.h"
-#include "winport/faultinjection.h"
-
-using winport::FaultKind;
-
-TEST(FaultInjection, FailsTheNthAllocationOnceAndOnThisThreadOnly)
+TEST(FaultInjection, LoadingAModuleFailsCleanlyAndThenWorksAgain)
 {
-    std::thread([] { winport::ArmFault(FaultKind::Allocation, 1); }).join();
-    winport::ArmFault(FaultKind::Allocation, 3);
-    void* const first = CoTaskMemAlloc(1);
-    BSTR const second = SysAllocString(W("x"));
-    BSTR const third = SysAllocString(W("x"));
-    BSTR const fourth = SysAllocString(W("x"));
-    const bool fired = winport::DisarmFault(FaultKind::Allocation);
-    EXPECT_TRUE(first != nullptr && second != nullptr && third == nullptr && fourth != nullptr);
-    EXPECT_TRUE(fired);
-    EXPECT_FALSE(winport::DisarmFault(FaultKind::Allocation));
-    CoTaskMemFree(first);
-    SysFreeString(second);
-    SysFreeString(fourth);
-
-    if (TVPT_ALLOCATION_FAULTS == 0)
-        GTEST_SKIP() << "this program has the sanitizer's allocation functions";
-    winport::ArmFault(FaultKind::Allocation, 1);
-    EXPECT_THROW(std::make_unique<char[]>(10), std::bad_alloc);
-    EXPECT_TRUE(winport::DisarmFault(FaultKind::Allocation));
-    winport::ArmFault(FaultKind::Allocation, 1);
-    const std::unique_ptr<int> none(new (std::nothrow) int);
-    EXPECT_TRUE(winport::DisarmFault(FaultKind::Allocation));
-    EXPECT_EQ(none, nullptr);
+    const auto load = []
+    {
+        HMODULE const module = LoadLibraryW(W("platform_sample.dll"));
+        EXPECT_TRUE(module != nullptr || GetLastError() == ERROR_NOT_ENOUGH_MEMORY);
+        return module != nullptr && FreeLibrary(module);
+    };
+    ExpectEachFaultHarmless(load,
+                            [&load](bool) { return GetModuleHandleW(W("platform_sample.dll")) == nullptr && load(); });
 }
 
-// Each allocation and each platform call of loading a module fails in turn; the next try always works.
-TEST(FaultInjection, LoadingFailsCleanlyAndThenWorksAgain)
+// Changes under faults are tested with the provider's conversions.
+TEST(FaultInjection, ADocumentIsReadAndWrittenOrNot)
 {
-    for (const FaultKind kind : {FaultKind::PlatformCall, FaultKind::Allocation})
+    const CComBSTR text(W("<a xmlns:p='u' p:x='\u00E9'><p:b>one</p:b><c> <d/> </c><!--e--><?f g?><![CDATA[h]]></a>"));
+    const DomDocument document = Loaded(text.View());
+    const std::string expected = XmlOf(document.Get());
+    CComBSTR written;
+    const auto readAndWrite = [&]
     {
-        bool fired = kind == FaultKind::PlatformCall || TVPT_ALLOCATION_FAULTS != 0;
-        for (unsigned nth = 1; fired; ++nth)
-        {
-            ASSERT_LT(nth, 200u);
-            winport::ArmFault(kind, nth);
-            HMODULE const module = LoadLibraryW(W("platform_sample.dll"));
-            const DWORD error = GetLastError();
-            fired = winport::DisarmFault(kind);
-            EXPECT_EQ(module == nullptr, fired) << nth;
-            EXPECT_TRUE(module == nullptr ? error == ERROR_NOT_ENOUGH_MEMORY : FreeLibrary(module) != FALSE) << nth;
-            EXPECT_EQ(GetModuleHandleW(W("platform_sample.dll")), nullptr) << nth;
-            EXPECT_TRUE(fired || nth > 1) << "nothing of it can fail";
-        }
-    }
+        return document->loadXML(text.Get(), nullptr) == S_OK && document->get_xml(written.Put()) == S_OK;
+    };
+    ExpectEachFaultHarmless(readAndWrite,
+                            [&](bool succeeded)
+                            {
+                                return (written.Get() != nullptr) == succeeded && readAndWrite() &&
+                                       XmlOf(document.Get()) == expected && !*written.Put();
+                            });
 }
 
 TEST(DebugOutput, GoesToStandardErrorOnRequestWithoutAllocating)
 {
     const std::u16string text = std::u16string(600, u'\u20AC') + u"\xD800 end\n";
-    const auto capture = [&text]
+    for (const WCHAR* const request : {static_cast<const WCHAR*>(nullptr), W("1")})
     {
+        SetEnvironmentVariableW(W("WINPORT_DEBUG_OUTPUT"), request);
         testing::internal::CaptureStderr();
-        winport::ArmFault(FaultKind::Allocation, 1);
+        winport::ArmFault(winport::FaultKind::Allocation, 1);
         OutputDebugStringW(text.c_str());
-        OutputDebugStringW(nullptr);
-        EXPECT_FALSE(winport::DisarmFault(FaultKind::Allocation)) << "it allocates";
-        return testing::internal::GetCapturedStderr();
-    };
-    EXPECT_EQ(capture(), "");
-    ASSERT_TRUE(SetEnvironmentVariableW(W("WINPORT_DEBUG_OUTPUT"), W("1")));
-    const std::string written = capture();
-    EXPECT_EQ(written.size(), 3u * 600 + 8);
-    EXPECT_TRUE(written.starts_with("\xE2\x82\xAC") && written.ends_with("\xE2\x82\xAC\xEF\xBF\xBD end\n"));
-    ASSERT_TRUE(SetEnvironmentVariableW(W("WINPORT_DEBUG_OUTPUT"), nullptr));
+        EXPECT_FALSE(winport::DisarmFault(winport::FaultKind::Allocation)) << "it allocates";
+        const std::string written = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(written.size(), request == nullptr ? 0 : 3u * 600 + 8);
+        EXPECT_TRUE(request == nullptr || written.ends_with("\xE2\x82\xAC\xEF\xBF\xBD end\n"));
+    }
+    SetEnvironmentVariableW(W("WINPORT_DEBUG_OUTPUT"), nullptr);
 }

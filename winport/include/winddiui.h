@@ -1,4 +1,4 @@
-// What a driver's configuration module exports and the spooler calls, as far as it is used here.
+// What a driver's configuration module exports and the spooler of Windows calls, as far as it is used here.
 #pragma once
 
 #include "windef.h"
@@ -7,13 +7,10 @@ using LPARAM = LONG_PTR;
 
 inline constexpr INT PRINTER_EVENT_INITIALIZE = 3;
 inline constexpr INT PRINTER_EVENT_DELETE = 4;
-inline constexpr INT PRINTER_EVENT_ATTRIBUTES_CHANGED = 7;
 
 inline constexpr DWORD PRINTER_EVENT_FLAG_NO_UI = 1;
 
 extern "C"
 {
-    // Called by AddPrinterW (INITIALIZE), DeletePrinter (DELETE) and SetPrinterW (ATTRIBUTES_CHANGED), without user
-    // interface. The answer is not asked.
     WINPORT_API BOOL WINAPI DrvPrinterEvent(LPWSTR printerName, INT event, DWORD flags, LPARAM param);
 }

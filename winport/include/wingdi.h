@@ -1,6 +1,7 @@
-// DEVMODEW and the constants of its fields. The structure has Windows' own layout (220 bytes); the platform tests
-// check offsets.
+// DEVMODEW and the constants of its fields. The structure has Windows' own layout (220 bytes).
 #pragma once
+
+#include <cstddef>
 
 #include "windef.h"
 
@@ -132,3 +133,9 @@ using PDEVMODEW = DEVMODEW*;
 using LPDEVMODEW = DEVMODEW*;
 
 static_assert(sizeof(DEVMODEW) == 220);
+
+// As drivers exchange it. A field at a wrong place moves those behind it, so the end of each stretch is enough.
+static_assert(offsetof(DEVMODEW, dmDriverExtra) == 70 && offsetof(DEVMODEW, dmPaperWidth) == 82);
+static_assert(offsetof(DEVMODEW, dmPrintQuality) == 90 && offsetof(DEVMODEW, dmCollate) == 100);
+static_assert(offsetof(DEVMODEW, dmLogPixels) == 166 && offsetof(DEVMODEW, dmICMMethod) == 188);
+static_assert(offsetof(DEVMODEW, dmDitherType) == 200);

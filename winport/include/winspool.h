@@ -120,8 +120,8 @@ WINPORT_API BOOL WINAPI GetPrinterW(HANDLE printer, DWORD level, LPBYTE info, DW
 // Level 2, command 0: everything but the name and the security descriptor. A null port, driver, print processor or
 // devmode leaves what was there. Needs PRINTER_ACCESS_ADMINISTER.
 WINPORT_API BOOL WINAPI SetPrinterW(HANDLE printer, DWORD level, LPBYTE info, DWORD command);
-// Level 2. The handle that is returned has PRINTER_ALL_ACCESS; null on failure. The driver's configuration module gets
-// PRINTER_EVENT_INITIALIZE (winddiui.h) when it exports DrvPrinterEvent.
+// Level 2. The handle that is returned has PRINTER_ALL_ACCESS; null on failure. The driver's configuration module is
+// neither told nor asked for a devmode, as it is on Windows: a printer without one has none.
 WINPORT_API HANDLE WINAPI AddPrinterW(LPWSTR server, DWORD level, LPBYTE info);
 // Needs PRINTER_ACCESS_ADMINISTER; the handle is still to be closed.
 WINPORT_API BOOL WINAPI DeletePrinter(HANDLE printer);
@@ -131,29 +131,16 @@ WINPORT_API BOOL WINAPI EnumPrintersW(DWORD flags, LPWSTR name, DWORD level, LPB
 
 // ---- Printer data ---------------------------------------------------------------------------------------------------
 
-struct PRINTER_ENUM_VALUESW
-{
-    LPWSTR pValueName;
-    DWORD cbValueName;
-    DWORD dwType;
-    LPBYTE pData;
-    DWORD cbData;
-};
-using LPPRINTER_ENUM_VALUESW = PRINTER_ENUM_VALUESW*;
-
 // The forms without a key name use the key "PrinterDriverData". A buffer that is too small gives ERROR_MORE_DATA, an
 // unknown value ERROR_FILE_NOT_FOUND. Writing needs PRINTER_ACCESS_ADMINISTER.
 WINPORT_API DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR valueName, LPDWORD type, LPBYTE data, DWORD size,
                                          LPDWORD needed);
 WINPORT_API DWORD WINAPI SetPrinterDataW(HANDLE printer, LPWSTR valueName, DWORD type, LPBYTE data, DWORD size);
-WINPORT_API DWORD WINAPI DeletePrinterDataW(HANDLE printer, LPWSTR valueName);
 WINPORT_API DWORD WINAPI GetPrinterDataExW(HANDLE printer, LPCWSTR keyName, LPCWSTR valueName, LPDWORD type,
                                            LPBYTE data, DWORD size, LPDWORD needed);
 WINPORT_API DWORD WINAPI SetPrinterDataExW(HANDLE printer, LPCWSTR keyName, LPCWSTR valueName, DWORD type, LPBYTE data,
                                            DWORD size);
 WINPORT_API DWORD WINAPI DeletePrinterDataExW(HANDLE printer, LPCWSTR keyName, LPCWSTR valueName);
-WINPORT_API DWORD WINAPI EnumPrinterDataExW(HANDLE printer, LPCWSTR keyName, LPBYTE values, DWORD size, LPDWORD needed,
-                                            LPDWORD returned);
 
 // ---- Drivers --------------------------------------------------------------------------------------------------------
 
@@ -254,31 +241,6 @@ WINPORT_API BOOL WINAPI EnumPrinterDriversW(LPWSTR server, LPWSTR environment, D
 WINPORT_API BOOL WINAPI GetPrinterDriverDirectoryW(LPWSTR server, LPWSTR environment, DWORD level, LPBYTE directory,
                                                    DWORD size, LPDWORD needed);
 
-// ---- Ports ----------------------------------------------------------------------------------------------------------
-
-inline constexpr DWORD PORT_TYPE_WRITE = 0x0001;
-inline constexpr DWORD PORT_TYPE_READ = 0x0002;
-
-struct PORT_INFO_1W
-{
-    LPWSTR pName;
-};
-using LPPORT_INFO_1W = PORT_INFO_1W*;
-
-struct PORT_INFO_2W
-{
-    LPWSTR pPortName;
-    LPWSTR pMonitorName;
-    LPWSTR pDescription;
-    DWORD fPortType;
-    DWORD Reserved;
-};
-using LPPORT_INFO_2W = PORT_INFO_2W*;
-
-// Levels 1 and 2: the local ports (LPT1: to LPT3:, COM1: to COM4:, FILE:).
-WINPORT_API BOOL WINAPI EnumPortsW(LPWSTR server, DWORD level, LPBYTE ports, DWORD size, LPDWORD needed,
-                                   LPDWORD returned);
-
 // ---- Forms ----------------------------------------------------------------------------------------------------------
 
 inline constexpr DWORD FORM_USER = 0x00000000;
@@ -294,9 +256,7 @@ struct FORM_INFO_1W
 };
 using LPFORM_INFO_1W = FORM_INFO_1W*;
 
-// Forms belong to the server, whatever handle asks: the built-in ones first, then the users' in order of their making.
-WINPORT_API BOOL WINAPI AddFormW(HANDLE printer, DWORD level, LPBYTE form);
-WINPORT_API BOOL WINAPI DeleteFormW(HANDLE printer, LPWSTR formName);
+// Forms belong to the server, whatever handle asks. Here they are the built-in ones: nobody adds any.
 WINPORT_API BOOL WINAPI GetFormW(HANDLE printer, LPWSTR formName, DWORD level, LPBYTE form, DWORD size, LPDWORD needed);
 WINPORT_API BOOL WINAPI EnumFormsW(HANDLE printer, DWORD level, LPBYTE forms, DWORD size, LPDWORD needed,
                                    LPDWORD returned);

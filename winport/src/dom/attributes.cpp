@@ -52,15 +52,11 @@ NodeRef PutAttribute(NodeCore& element, NodeCore& attribute)
     xmlNode* const node = attribute.Node();
     if (!IsAttribute(node))
         throw Failure{E_INVALIDARG};
+    RequireSameTree(element, attribute);
     if (node->parent != nullptr)
         throw Failure{E_FAIL};
     xmlAttr* const rival = FindRival(element.Node(), node);
     NodeRef replaced = rival != nullptr ? ObjectOf(element.GetTree(), AsNode(rival)) : NodeRef();
-    if (attribute.GetTree() != element.GetTree())
-    {
-        const TreePtr source = attribute.GetTree();
-        MoveSubtree(node, element.GetTree());
-    }
     xmlAttr* next = nullptr;
     if (rival != nullptr)
     {

@@ -22,18 +22,6 @@ OwnedNode NewNamedElement(Tree& tree, BSTR name, BSTR namespaceUri)
     return NewElement(tree.Document(), tree.Namespaces().Get(parts->prefix, XmlTextOf(namespaceUri)), parts->local);
 }
 
-OwnedNode NewCheckedInstruction(Tree& tree, BSTR target)
-{
-    const std::string name = Utf8Of(target);
-    const auto parts = ParseQName(name);
-    // "xml" in any spelling is the XML declaration's, which loading makes.
-    const bool isReserved =
-        name.size() == 3 && (name[0] | 0x20) == 'x' && (name[1] | 0x20) == 'm' && (name[2] | 0x20) == 'l';
-    if (!parts || !parts->prefix.empty() || isReserved)
-        throw Failure{E_FAIL};
-    return NewInstruction(tree.Document(), name, {});
-}
-
 OwnedNode NewNode(Tree& tree, LONG kind, BSTR name, BSTR namespaceUri)
 {
     switch (kind)
@@ -43,13 +31,10 @@ OwnedNode NewNode(Tree& tree, LONG kind, BSTR name, BSTR namespaceUri)
     case NODE_ATTRIBUTE:
         return NewNamedAttribute(tree, Utf8Of(name), XmlTextOf(namespaceUri), std::string());
     case NODE_TEXT:
-        return NewText(tree.Document(), {});
     case NODE_CDATA_SECTION:
-        return NewCData(tree.Document(), {});
     case NODE_COMMENT:
-        return NewComment(tree.Document(), {});
     case NODE_PROCESSING_INSTRUCTION:
-        return NewCheckedInstruction(tree, name);
+        throw Failure{E_NOTIMPL};
     case NODE_ENTITY_REFERENCE:
     case NODE_ENTITY:
     case NODE_DOCUMENT:

@@ -1,8 +1,5 @@
 #include "dom/insertion.h"
 
-#include <utility>
-#include <vector>
-
 #include "dom/failure.h"
 #include "dom/links.h"
 #include "dom/nodekinds.h"
@@ -51,44 +48,17 @@ void Check(const xmlNode* parent, const xmlNode* child)
 
 void AppendChild(NodeCore& parent, NodeCore& child)
 {
+    RequireSameTree(parent, child);
     Check(parent.Node(), child.Node());
-    // Objects that move change their tree; this one must last until the end.
-    const TreePtr source = child.GetTree();
-    source->CountChange();
     parent.GetTree()->CountChange();
-    if (source != parent.GetTree())
-        MoveSubtree(child.Node(), parent.GetTree());
     Unlink(child.Node());
     LinkChild(parent.Node(), child.Node(), nullptr);
 }
 
-void MoveSubtree(xmlNode* root, const TreePtr& target)
+void RequireSameTree(const NodeCore& parent, const NodeCore& node)
 {
-    // All that can fail comes first.
-    std::vector<std::pair<xmlNode*, xmlNs*>> moves;
-    const auto collect = [&](xmlNode* node)
-    {
-        moves.emplace_back(node, target->Namespaces().Get(PrefixOf(node), NamespaceOf(node)));
-    };
-    for (xmlNode* node = root; node != nullptr; node = NextInSubtree(node, root))
-    {
-        collect(node);
-        for (xmlAttr* attribute = IsElement(node) ? node->properties : nullptr; attribute != nullptr;
-             attribute = attribute->next)
-        {
-            collect(AsNode(attribute));
-            for (xmlNode* text = attribute->children; text != nullptr; text = text->next)
-                collect(text);
-        }
-    }
-    for (const auto& [node, name] : moves)
-    {
-        node->doc = target->Document();
-        if (IsElement(node) || IsAttribute(node))
-            node->ns = name;
-        if (node->_private != nullptr)
-            static_cast<NodeCore*>(node->_private)->MoveTo(target);
-    }
+    if (node.GetTree() != parent.GetTree())
+        throw Failure{E_INVALIDARG};
 }
 
 } // namespace winport::dom

@@ -6,14 +6,14 @@
 namespace winport::dom
 {
 
-// Puts the child into the parent, behind its children. A child that hangs elsewhere is taken out there; one of another
-// document moves into this one.
+// Puts the child into the parent, behind its children. A child that hangs elsewhere in the document is taken out there.
 //
-// Throws Failure(E_FAIL) for what may not stand there: attributes, documents, the parent itself and what is above it,
-// a second root element or text in a document. Nothing is changed by a failure.
+// Throws Failure(E_INVALIDARG) for a node of another document and Failure(E_FAIL) for what may not stand there:
+// attributes, documents, the parent itself and what is above it, a second root element or text in a document. Nothing
+// is changed by a failure.
 void AppendChild(NodeCore& parent, NodeCore& child);
 
-// Moves a detached subtree, with its objects, into another tree.
-void MoveSubtree(xmlNode* root, const TreePtr& target);
+// Throws Failure(E_INVALIDARG) for a node of another document: nodes stay in the document that made them.
+void RequireSameTree(const NodeCore& parent, const NodeCore& node);
 
 } // namespace winport::dom

@@ -29,7 +29,6 @@ namespace
 using namespace documentlimits;
 
 constexpr std::size_t kPieceBytes = 4096;
-constexpr std::size_t kMaximumSourceLine = 256;
 
 struct FreeParser
 {
@@ -417,12 +416,7 @@ LoadError ErrorAt(std::string_view utf8, std::size_t offset, std::string reason)
     LoadError error;
     error.reason = std::move(reason);
     const std::string_view before = utf8.substr(0, offset);
-    const std::size_t lineStart = before.rfind('\n') + 1; // npos + 1 is 0
     error.line = static_cast<LONG>(std::count(before.begin(), before.end(), '\n')) + 1;
-    error.column = static_cast<LONG>(offset - lineStart) + 1;
-    error.offset = static_cast<LONG>(offset);
-    const std::string_view line = utf8.substr(lineStart);
-    error.sourceLine = line.substr(0, std::min(line.find_first_of("\r\n"), kMaximumSourceLine));
     return error;
 }
 

@@ -3,7 +3,6 @@
 #include <limits>
 #include <new>
 
-#include "dom/failure.h"
 #include "dom/namespacepool.h"
 #include "dom/nodekinds.h"
 #include "dom/strings.h"
@@ -89,23 +88,6 @@ OwnedNode NewComment(xmlDoc* document, const std::string& text)
 OwnedNode NewInstruction(xmlDoc* document, const std::string& target, const std::string& data)
 {
     return WithContent(Owned(xmlNewDocPI(document, XmlChars(target), XmlChars(data))));
-}
-
-void CheckContent(xmlElementType type, std::string_view text)
-{
-    const bool endsComment = text.find("--") != std::string_view::npos || text.ends_with('-');
-    const bool endsInstruction = text.find("?>") != std::string_view::npos;
-    if ((type == XML_COMMENT_NODE && endsComment) || (type == XML_PI_NODE && endsInstruction))
-        throw Failure{E_INVALIDARG};
-}
-
-void SetContent(xmlNode* node, std::string_view text)
-{
-    xmlChar* const content = xmlStrndup(Chars(text), Length(text));
-    if (content == nullptr)
-        throw std::bad_alloc();
-    xmlFree(node->content);
-    node->content = content;
 }
 
 } // namespace winport::dom

@@ -28,11 +28,4 @@ OwnedNode NewCData(xmlDoc* document, std::string_view text);
 OwnedNode NewComment(xmlDoc* document, const std::string& text);
 OwnedNode NewInstruction(xmlDoc* document, const std::string& target, const std::string& data);
 
-// Throws Failure(E_INVALIDARG) for what a node of this type cannot spell: comments and instructions have no way to
-// write their own end.
-void CheckContent(xmlElementType type, std::string_view text);
-
-// Replaces the text of a character data node or the data of an instruction.
-void SetContent(xmlNode* node, std::string_view text);
-
 } // namespace winport::dom

@@ -45,12 +45,6 @@ public:
         return m_node;
     }
 
-    // The node moved into another tree.
-    void MoveTo(TreePtr tree) noexcept
-    {
-        m_tree = std::move(tree);
-    }
-
 protected:
     // The object shows another node from now on.
     void Rebind(TreePtr tree, xmlNode* node) noexcept;
@@ -58,7 +52,6 @@ protected:
     // nodecorenames.cpp
     HRESULT GetNodeName(BSTR* name) const;
     HRESULT GetBaseName(BSTR* name) const;
-    HRESULT GetPrefix(BSTR* prefix) const;
     HRESULT GetNamespace(BSTR* uri) const;
     HRESULT GetKind(DOMNodeType* kind) const;
 
@@ -69,19 +62,16 @@ protected:
     HRESULT GetText(BSTR* text) const;
     HRESULT PutText(BSTR text);
     HRESULT GetXml(BSTR* xml) const;
-    // The value of a character data node, an instruction or an attribute. Throws Failure(E_INVALIDARG) for what could
-    // not be written.
+    // The value of an attribute. Throws Failure: E_NOTIMPL for texts, comments and instructions, E_INVALIDARG for what
+    // would change the meaning of names.
     void SetValue(const std::string& value);
 
     // nodecoretree.cpp
     HRESULT GetParent(IXMLDOMNode** parent) const;
     HRESULT GetChildren(IXMLDOMNodeList** children);
     HRESULT GetFirstChild(IXMLDOMNode** child) const;
-    HRESULT GetLastChild(IXMLDOMNode** child) const;
-    HRESULT GetPreviousSibling(IXMLDOMNode** sibling) const;
     HRESULT GetNextSibling(IXMLDOMNode** sibling) const;
     HRESULT GetAttributes(IXMLDOMNamedNodeMap** attributes);
-    HRESULT GetOwner(IXMLDOMDocument** document) const;
     HRESULT Append(IXMLDOMNode* child, IXMLDOMNode** appended);
     HRESULT Remove(IXMLDOMNode* child, IXMLDOMNode** removed);
 

@@ -31,11 +31,6 @@ HRESULT NodeCore::GetBaseName(BSTR* name) const
     return HandOutText(isNamed ? LocalNameOf(m_node) : std::string_view(), name);
 }
 
-HRESULT NodeCore::GetPrefix(BSTR* prefix) const
-{
-    return HandOutText(PrefixOf(m_node), prefix);
-}
-
 HRESULT NodeCore::GetNamespace(BSTR* uri) const
 {
     return HandOutText(NamespaceOf(m_node), uri);

@@ -30,16 +30,6 @@ HRESULT NodeCore::GetFirstChild(IXMLDOMNode** child) const
     return HandOut(m_tree, m_node->children, child);
 }
 
-HRESULT NodeCore::GetLastChild(IXMLDOMNode** child) const
-{
-    return HandOut(m_tree, m_node->last, child);
-}
-
-HRESULT NodeCore::GetPreviousSibling(IXMLDOMNode** sibling) const
-{
-    return HandOut(m_tree, IsAttribute(m_node) ? nullptr : m_node->prev, sibling);
-}
-
 HRESULT NodeCore::GetNextSibling(IXMLDOMNode** sibling) const
 {
     return HandOut(m_tree, IsAttribute(m_node) ? nullptr : m_node->next, sibling);
@@ -53,17 +43,6 @@ HRESULT NodeCore::GetAttributes(IXMLDOMNamedNodeMap** attributes)
     if (!IsElement(m_node))
         return S_FALSE;
     *attributes = new AttributeMap(NodeRef::Share(this));
-    return S_OK;
-}
-
-HRESULT NodeCore::GetOwner(IXMLDOMDocument** document) const
-{
-    if (document == nullptr)
-        return E_INVALIDARG;
-    *document = nullptr;
-    if (m_node->type == XML_DOCUMENT_NODE)
-        return S_FALSE;
-    *document = ObjectOf(m_tree, m_tree->DocumentNode()).Detach<IXMLDOMDocument>();
     return S_OK;
 }
 

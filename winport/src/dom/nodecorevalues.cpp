@@ -113,11 +113,7 @@ HRESULT NodeCore::GetXml(BSTR* xml) const
 void NodeCore::SetValue(const std::string& value)
 {
     if (!IsAttribute(m_node))
-    {
-        CheckContent(m_node->type, value);
-        SetContent(m_node, value);
-        return;
-    }
+        throw Failure{E_NOTIMPL};
     // Names below were resolved by an element's declaration; it cannot come to mean another namespace under them.
     if (IsDeclaration(m_node) && m_node->parent != nullptr && ValueOf(AsAttribute(m_node)) != value)
         throw Failure{E_INVALIDARG};

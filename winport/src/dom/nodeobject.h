@@ -64,9 +64,9 @@ public:
         return Call([&] { return GetNodeValue(value); });
     }
 
-    HRESULT STDMETHODCALLTYPE put_nodeValue(VARIANT value) override
+    HRESULT STDMETHODCALLTYPE put_nodeValue(VARIANT) override
     {
-        return Call([&] { return PutNodeValue(value); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE get_nodeType(DOMNodeType* kind) override
@@ -89,14 +89,14 @@ public:
         return Call([&] { return GetFirstChild(child); });
     }
 
-    HRESULT STDMETHODCALLTYPE get_lastChild(IXMLDOMNode** child) override
+    HRESULT STDMETHODCALLTYPE get_lastChild(IXMLDOMNode**) override
     {
-        return Call([&] { return GetLastChild(child); });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE get_previousSibling(IXMLDOMNode** sibling) override
+    HRESULT STDMETHODCALLTYPE get_previousSibling(IXMLDOMNode**) override
     {
-        return Call([&] { return GetPreviousSibling(sibling); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE get_nextSibling(IXMLDOMNode** sibling) override
@@ -134,9 +134,9 @@ public:
         return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE get_ownerDocument(IXMLDOMDocument** document) override
+    HRESULT STDMETHODCALLTYPE get_ownerDocument(IXMLDOMDocument**) override
     {
-        return Call([&] { return GetOwner(document); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE cloneNode(VARIANT_BOOL, IXMLDOMNode**) override
@@ -219,9 +219,9 @@ public:
         return Call([&] { return GetNamespace(uri); });
     }
 
-    HRESULT STDMETHODCALLTYPE get_prefix(BSTR* prefix) override
+    HRESULT STDMETHODCALLTYPE get_prefix(BSTR*) override
     {
-        return Call([&] { return GetPrefix(prefix); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE get_baseName(BSTR* name) override

@@ -19,58 +19,56 @@ public:
     {
     }
 
-    HRESULT STDMETHODCALLTYPE get_errorCode(LONG* errorCode) override
+    HRESULT STDMETHODCALLTYPE get_errorCode(LONG*) override
     {
-        return Call([&] { return HandOutNumber(m_error.code, errorCode); });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE get_url(BSTR* url) override
+    HRESULT STDMETHODCALLTYPE get_url(BSTR*) override
     {
-        return Call([&] { return HandOutText({}, url); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE get_reason(BSTR* reason) override
     {
-        return Call([&] { return HandOutText(m_error.reason, reason); });
+        return Call(
+            [&]
+            {
+                if (reason == nullptr)
+                    return E_INVALIDARG;
+                *reason = m_error.reason.empty() ? nullptr : NewBstr(m_error.reason);
+                return m_error.reason.empty() ? S_FALSE : S_OK;
+            });
     }
 
-    HRESULT STDMETHODCALLTYPE get_srcText(BSTR* source) override
+    HRESULT STDMETHODCALLTYPE get_srcText(BSTR*) override
     {
-        return Call([&] { return HandOutText(m_error.sourceLine, source); });
+        return Call([] { return E_NOTIMPL; });
     }
 
     HRESULT STDMETHODCALLTYPE get_line(LONG* line) override
     {
-        return Call([&] { return HandOutNumber(m_error.line, line); });
+        return Call(
+            [&]
+            {
+                if (line == nullptr)
+                    return E_INVALIDARG;
+                *line = m_error.line;
+                return m_error.code != S_OK ? S_OK : S_FALSE;
+            });
     }
 
-    HRESULT STDMETHODCALLTYPE get_linepos(LONG* column) override
+    HRESULT STDMETHODCALLTYPE get_linepos(LONG*) override
     {
-        return Call([&] { return HandOutNumber(m_error.column, column); });
+        return Call([] { return E_NOTIMPL; });
     }
 
-    HRESULT STDMETHODCALLTYPE get_filepos(LONG* offset) override
+    HRESULT STDMETHODCALLTYPE get_filepos(LONG*) override
     {
-        return Call([&] { return HandOutNumber(m_error.offset, offset); });
+        return Call([] { return E_NOTIMPL; });
     }
 
 private:
-    HRESULT HandOutNumber(LONG number, LONG* out) const
-    {
-        if (out == nullptr)
-            return E_INVALIDARG;
-        *out = number;
-        return m_error.code != S_OK ? S_OK : S_FALSE;
-    }
-
-    static HRESULT HandOutText(std::string_view text, BSTR* out)
-    {
-        if (out == nullptr)
-            return E_INVALIDARG;
-        *out = text.empty() ? nullptr : NewBstr(text);
-        return text.empty() ? S_FALSE : S_OK;
-    }
-
     LoadError m_error;
 };
 

@@ -83,8 +83,8 @@ private:
 
 using TreePtr = std::shared_ptr<Tree>;
 
-// A moment in a tree's life, for what remembers places in it. It keeps the tree, so that a node that moved to another
-// tree and back cannot make an old moment look like the present one.
+// A moment in a tree's life, for what remembers places in it. It keeps the tree: a document that loads anew has another
+// one, whose count of changes may be the same.
 class ChangeMark
 {
 public:

@@ -4,7 +4,6 @@
 #include <winbase.h>
 #include <winddiui.h>
 
-#include <algorithm>
 #include <bit>
 #include <filesystem>
 #include <mutex>
@@ -37,7 +36,6 @@ static_assert(sizeof(DocumentPropertyHeader) == 48);
 
 using DeviceCapabilitiesExport = DWORD(WINAPI*)(HANDLE, LPWSTR, WORD, LPVOID, DEVMODEW*);
 using DocumentPropertySheetsExport = LONG(WINAPI*)(LPVOID, LPARAM);
-using PrinterEventExport = BOOL(WINAPI*)(LPWSTR, INT, DWORD, LPARAM);
 
 template <typename Export>
 Export FindExport(HMODULE module, const char* name)
@@ -145,28 +143,6 @@ LONG DriverModule::DocumentProperties(HANDLE printer, std::u16string& name, DEVM
     header.cbOut = header.pdmOut == nullptr ? 0 : static_cast<DWORD>(size);
     header.fMode = mode;
     return ask(nullptr, reinterpret_cast<LPARAM>(&header));
-}
-
-Blob DriverModule::DefaultDevMode(HANDLE printer, std::u16string& name) const
-{
-    const LONG size = DocumentProperties(printer, name, nullptr, nullptr, 0);
-    if (size < static_cast<LONG>(sizeof(DEVMODEW)))
-        return {};
-    Blob devMode(static_cast<std::size_t>(size));
-    const LONG answer =
-        DocumentProperties(printer, name, reinterpret_cast<DEVMODEW*>(devMode.data()), nullptr, DM_OUT_BUFFER);
-    if (answer < 0)
-        return {};
-    const auto* made = reinterpret_cast<const DEVMODEW*>(devMode.data());
-    const std::size_t used = std::size_t{made->dmSize} + made->dmDriverExtra;
-    devMode.resize(std::min(used, devMode.size()));
-    return devMode;
-}
-
-void DriverModule::PrinterEvent(std::u16string& name, INT event) const
-{
-    if (const auto tell = FindExport<PrinterEventExport>(m_module, "DrvPrinterEvent"); tell != nullptr)
-        tell(name.data(), event, PRINTER_EVENT_FLAG_NO_UI, 0);
 }
 
 } // namespace winport::spooler

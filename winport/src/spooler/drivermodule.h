@@ -10,7 +10,6 @@
 #include <winspool.h>
 
 #include "spooler/printerhandle.h"
-#include "spooler/statement.h"
 
 namespace winport::spooler
 {
@@ -32,10 +31,6 @@ public:
     int DeviceCapabilities(HANDLE printer, std::u16string& name, WORD capability, void* output,
                            const DEVMODEW* devMode) const;
     LONG DocumentProperties(HANDLE printer, std::u16string& name, DEVMODEW* output, DEVMODEW* input, DWORD mode) const;
-
-    // The devmode that the module makes of nothing; no bytes when it makes none.
-    Blob DefaultDevMode(HANDLE printer, std::u16string& name) const;
-    void PrinterEvent(std::u16string& name, INT event) const;
 
 private:
     HMODULE m_module;

@@ -62,26 +62,6 @@ Value ReadValue(const PrinterHandle& handle, std::u16string_view key, std::u16st
     return value;
 }
 
-std::vector<Value> ReadValues(const PrinterHandle& handle, std::u16string_view key)
-{
-    Store store(handle.folder);
-    const Transaction transaction(store, Transaction::Kind::Read);
-    RequirePrinter(store, handle);
-    std::vector<Value> values;
-    Statement row = store.Prepare(
-        "SELECT name, type, data FROM printer_data WHERE printer = ? AND folded_key = ? ORDER BY folded_name");
-    row.Bind(handle.printer).Bind(FoldCase(key));
-    while (row.Step())
-    {
-        Value& value = values.emplace_back();
-        value.name = row.Text();
-        value.type = row.Number();
-        value.data = row.Bytes();
-    }
-    Require(!values.empty(), ERROR_FILE_NOT_FOUND);
-    return values;
-}
-
 void WriteValue(const PrinterHandle& handle, std::u16string_view key, const Value& value)
 {
     Store store(handle.folder);
@@ -160,30 +140,6 @@ DWORD WINAPI DeletePrinterDataExW(HANDLE printer, LPCWSTR keyName, LPCWSTR value
         });
 }
 
-DWORD WINAPI EnumPrinterDataExW(HANDLE printer, LPCWSTR keyName, LPBYTE values, DWORD size, LPDWORD needed,
-                                LPDWORD returned)
-{
-    return ErrorOf(
-        [&]
-        {
-            const auto handle = FindPrinterHandle(printer);
-            const CallerBuffer buffer{values, size, needed};
-            RequireUsable(buffer, returned);
-            AnswerRecords<PRINTER_ENUM_VALUESW>(
-                buffer, returned, ERROR_MORE_DATA, ReadValues(*handle, RequireKeyName(keyName)),
-                [](const Value& value, BufferWriter& writer)
-                {
-                    return PRINTER_ENUM_VALUESW{
-                        .pValueName = writer.Text(value.name),
-                        .cbValueName = static_cast<DWORD>((value.name.size() + 1) * sizeof(WCHAR)),
-                        .dwType = value.type,
-                        .pData = writer.Bytes(value.data),
-                        .cbData = static_cast<DWORD>(value.data.size()),
-                    };
-                });
-        });
-}
-
 DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR valueName, LPDWORD type, LPBYTE data, DWORD size, LPDWORD needed)
 {
     return GetPrinterDataExW(printer, kDriverDataKey, valueName, type, data, size, needed);
@@ -192,9 +148,4 @@ DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR valueName, LPDWORD type, LPB
 DWORD WINAPI SetPrinterDataW(HANDLE printer, LPWSTR valueName, DWORD type, LPBYTE data, DWORD size)
 {
     return SetPrinterDataExW(printer, kDriverDataKey, valueName, type, data, size);
-}
-
-DWORD WINAPI DeletePrinterDataW(HANDLE printer, LPWSTR valueName)
-{
-    return DeletePrinterDataExW(printer, kDriverDataKey, valueName);
 }

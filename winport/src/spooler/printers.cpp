@@ -1,11 +1,9 @@
 // Adding, changing and deleting printers.
-#include <winddiui.h>
 #include <winspool.h>
 
 #include <algorithm>
 
 #include "spooler/devmodebytes.h"
-#include "spooler/drivermodule.h"
 #include "spooler/driverrow.h"
 #include "spooler/names.h"
 #include "spooler/ports.h"
@@ -83,14 +81,8 @@ void TakeTextsAndNumbers(PrinterRow& printer, const PRINTER_INFO_2W& info)
     printer.untilTime = info.UntilTime;
 }
 
-// A printer that was added, with its handle. Nothing can fail any more once it is in the store.
-struct AddedPrinter
-{
-    PrinterRow row;
-    ScopedPrinterHandle handle;
-};
-
-AddedPrinter Add(const std::filesystem::path& folder, const PRINTER_INFO_2W& info)
+// The printer's handle: nothing can fail any more once it is in the store.
+ScopedPrinterHandle Add(const std::filesystem::path& folder, const PRINTER_INFO_2W& info)
 {
     PrinterRow printer;
     printer.name = ViewOf(info.pPrinterName);
@@ -107,11 +99,11 @@ AddedPrinter Add(const std::filesystem::path& folder, const PRINTER_INFO_2W& inf
     InsertPrinter(store, printer);
     ScopedPrinterHandle handle({folder, printer.id, PRINTER_ALL_ACCESS});
     transaction.Commit();
-    return {std::move(printer), std::move(handle)};
+    return handle;
 }
 
 // Null and empty texts that a printer cannot be without leave what was there.
-PrinterRow SetRow(const PrinterHandle& handle, const PRINTER_INFO_2W& info)
+void SetRow(const PrinterHandle& handle, const PRINTER_INFO_2W& info)
 {
     Store store(handle.folder);
     Transaction transaction(store, Transaction::Kind::Write);
@@ -127,49 +119,6 @@ PrinterRow SetRow(const PrinterHandle& handle, const PRINTER_INFO_2W& info)
         printer.devMode = DevModeBytes(info.pDevMode);
     UpdatePrinter(store, printer);
     transaction.Commit();
-    return printer;
-}
-
-PrinterRow ReadRow(const PrinterHandle& handle)
-{
-    Store store(handle.folder);
-    return ReadPrinter(store, handle.printer);
-}
-
-// A printer that was added without a devmode gets the one that its driver makes, if it makes one.
-void StoreDriversDevMode(const PrinterHandle& handle, const Blob& devMode)
-{
-    Store store(handle.folder);
-    Transaction transaction(store, Transaction::Kind::Write);
-    store.Prepare("UPDATE printers SET devmode = ? WHERE id = ?")
-        .Bind(std::span<const BYTE>(devMode))
-        .Bind(handle.printer)
-        .Execute();
-    transaction.Commit();
-}
-
-// The driver's module is told, and asked for a devmode. As on Windows, whatever it answers, and even if it cannot be
-// loaded, the printer stays as it is.
-void TellDriver(const PrinterHandle& handle, std::u16string_view printerName, INT event, bool wantsDevMode) noexcept
-{
-    try
-    {
-        std::u16string name(printerName);
-        const std::shared_ptr<const DriverModule> module = DriverModule::Of(handle);
-        if (module == nullptr)
-            return;
-        const ScopedPrinterHandle lent(handle);
-        if (wantsDevMode)
-        {
-            const Blob devMode = module->DefaultDevMode(lent.Get(), name);
-            if (IsWholeDevMode(devMode))
-                StoreDriversDevMode(handle, devMode);
-        }
-        module->PrinterEvent(name, event);
-    }
-    catch (...)
-    {
-    }
 }
 
 // With its data, which the table's own rule deletes.
@@ -197,10 +146,7 @@ HANDLE WINAPI AddPrinterW(LPWSTR server, DWORD level, LPBYTE info)
             RequireLocalServer(server);
             Require(level == 2, ERROR_INVALID_LEVEL);
             Require(info != nullptr, ERROR_INVALID_PARAMETER);
-            const std::filesystem::path folder = StoreFolder();
-            AddedPrinter printer = Add(folder, *reinterpret_cast<const PRINTER_INFO_2W*>(info));
-            added = printer.handle.Release();
-            TellDriver(*FindHandle(added), printer.row.name, PRINTER_EVENT_INITIALIZE, printer.row.devMode.empty());
+            added = Add(StoreFolder(), *reinterpret_cast<const PRINTER_INFO_2W*>(info)).Release();
         });
     return added;
 }
@@ -214,18 +160,11 @@ BOOL WINAPI SetPrinterW(HANDLE printer, DWORD level, LPBYTE info, DWORD command)
             Require(level == 2, ERROR_INVALID_LEVEL);
             Require(command == 0, ERROR_INVALID_PRINTER_COMMAND);
             Require(info != nullptr, ERROR_INVALID_PARAMETER);
-            const PrinterRow set = SetRow(*handle, *reinterpret_cast<const PRINTER_INFO_2W*>(info));
-            TellDriver(*handle, set.name, PRINTER_EVENT_ATTRIBUTES_CHANGED, false);
+            SetRow(*handle, *reinterpret_cast<const PRINTER_INFO_2W*>(info));
         });
 }
 
 BOOL WINAPI DeletePrinter(HANDLE printer)
 {
-    return Succeeds(
-        [&]
-        {
-            const auto handle = FindAdministerHandle(printer);
-            TellDriver(*handle, ReadRow(*handle).name, PRINTER_EVENT_DELETE, false);
-            DeleteRow(*handle);
-        });
+    return Succeeds([&] { DeleteRow(*FindAdministerHandle(printer)); });
 }

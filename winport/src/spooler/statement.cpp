@@ -47,12 +47,6 @@ Statement& Statement::Bind(std::span<const BYTE> value)
     return *this;
 }
 
-Statement& Statement::BindNull()
-{
-    RequireSqlite(sqlite3_bind_null(m_statement.get(), ++m_parameter));
-    return *this;
-}
-
 bool Statement::Step()
 {
     m_column = 0;

@@ -29,7 +29,6 @@ public:
     Statement& Bind(std::int64_t value);
     Statement& Bind(std::u16string_view value);
     Statement& Bind(std::span<const BYTE> value);
-    Statement& BindNull();
 
     template <typename Number>
     requires std::is_integral_v<Number> Statement& Bind(Number value)
