@@ -19,9 +19,9 @@ Data Get(HANDLE printer, const WCHAR* name)
     const WCHAR* const key = W("printerDRIVERdata");
     DWORD type = 0;
     DWORD size = 0;
-    const bool isEmpty = GetPrinterDataExW(printer, key, name, &type, nullptr, 0, &size) == ERROR_SUCCESS;
+    GetPrinterDataExW(printer, key, name, &type, nullptr, 0, &size);
     Bytes room(size + 1, 0xEE);
-    if (!isEmpty)
+    if (size > 0)
     {
         EXPECT_EQ(GetPrinterDataExW(printer, key, name, &type, room.data(), size - 1, &size), ERROR_MORE_DATA);
         EXPECT_TRUE(size + 1 == room.size() && room[size - 1] == 0xEE);

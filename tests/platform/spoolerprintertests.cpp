@@ -93,7 +93,6 @@ TEST_F(SpoolerPrinters, KeepWhatIsSet)
 
     const auto set = PrinterAnswer<PRINTER_INFO_2W>(Open(kPrinter).get(), 2);
     ASSERT_NE(set.begin(), set.end());
-    EXPECT_EQ(WideString(set->pComment), info.pComment);
     EXPECT_EQ(WideString(set->pPortName), info.pPortName);
     EXPECT_EQ(set->pDevMode->dmCopies, 5);
     ASSERT_EQ(set->pDevMode->dmDriverExtra, sizeof(DEVMODEW));
