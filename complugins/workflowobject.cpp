@@ -25,11 +25,17 @@ constexpr WCHAR kSourceFile[] = W("complugins\\workflowobject");
 constexpr DWORD kEveryDriverFile = 9;
 
 // A printer without a workflow module is bound all the same, so nobody but the trace says why its product is missing.
-void TraceMissing(WStringView reason, std::initializer_list<CXString::Argument> arguments = {})
+// Each outcome has one line. Memory that is short costs the line, not the binding.
+void TraceMissing(WStringView reason, std::initializer_list<CXString::Argument> arguments = {}) noexcept
+try
 {
     const CXString line =
         CXString(W("WorkflowObject::Load: no workflow module: ")) + CXString::Format(reason, arguments);
     OutputDebugStringW((line + W("\n")).c_str());
+}
+catch (...)
+{
+    OutputDebugStringW(W("WorkflowObject::Load: no workflow module\n"));
 }
 
 // Of the three only the names sought are brought to lower case, not the list that the spooler returns, on purpose: a
@@ -56,6 +62,7 @@ void StoreDetectedKind(HANDLE printer)
             }
             ++kind;
         }
+        TraceMissing(W("none of the known ones is among the driver's files"));
     }
     // A driver that cannot be asked, or a printer that cannot be written: the kind is looked for again next time.
     catch (const ExceptionPrintDriverFailure& failure)
@@ -75,7 +82,12 @@ bool ReadStoredKind(const Printer& printer, DWORD& kind)
     ByteBuffer data;
     if (!printer.GetPrinterDataW(kWorkflowModuleValueName, type, data))
         return false;
-    kind = type == REG_DWORD && data.size() == sizeof(DWORD) ? data.getDword() : kNoWorkflowModule;
+    const bool isNumber = type == REG_DWORD && data.size() == sizeof(DWORD);
+    kind = isNumber ? data.getDword() : kNoWorkflowModule;
+    if (!isNumber)
+        TraceMissing(W("what the printer's data hold for it is no number"));
+    else if (kind == kNoWorkflowModule)
+        TraceMissing(W("the printer's data say that there is none"));
     return true;
 }
 
@@ -122,7 +134,7 @@ bool WorkflowObject::Load(HANDLE printer)
     }
     catch (const ExceptionPrinterFailure& failure) // a printer that cannot be asked has no workflow module
     {
-        TraceMissing(W("the printer cannot be asked: %s"), {failure.GetText()});
+        TraceMissing(W("the printer does not answer what is asked of it: %s"), {failure.GetText()});
     }
     if (!m_object)
         m_module.reset();
@@ -140,11 +152,9 @@ void WorkflowObject::LoadModuleFor(HANDLE printerHandle)
         StoreDetectedKind(printerHandle);
         ReadStoredKind(printer, kind);
     }
-    if (kind == kNoWorkflowModule)
-        TraceMissing(W("the driver has none"));
-    else if (kind > std::size(kWorkflowModuleNames))
+    if (kind > std::size(kWorkflowModuleNames))
         TraceMissing(W("the printer's data name an unknown one, number %u"), {kind});
-    else
+    else if (kind != kNoWorkflowModule)
         LoadModuleOfKind(kind);
     if (m_module)
         CreateObject(kWorkflowModuleNames[kind - 1]);

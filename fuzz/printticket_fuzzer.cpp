@@ -17,6 +17,7 @@
 #include "failure.h"
 #include "printschemadocument.h"
 #include "tests/common/documentcomparer.h"
+#include "ticketdocument.h"
 
 namespace
 {
@@ -154,6 +155,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     catch (const Failure&)
     {
         return 0; // no document at all
+    }
+    try
+    {
+        // What is handed to a provider has every standard prefix at its root, and can be read as it stands.
+        const std::string whole = ReadBack(*LoadForProvider(bytes, "input", "PrintTicket").Get());
+        Require(ReadBack(*LoadForProvider(whole, "input", "PrintTicket").Get()) == whole, "completing twice is once");
+    }
+    catch (const Failure&)
+    {
+        // No ticket, or one that is refused.
     }
     Use<PrintTicketXmlDocument>(bytes);
     Use<PrintCapabilitiesXmlDocument>(bytes);

@@ -49,7 +49,7 @@ protected:
         if (value)
             settings.SetAttributeBytes(DataModelIds::Feature::ReplaceDriverPaperInSpreadsheets,
                                        MakeBooleanAttributeBytes(*value));
-        const PrinterHandle printer = PrinterHandle::Open(Name().ToUtf8(), PrinterHandle::Access::Administer);
+        const PrinterHandle printer = PrinterHandle::Open(m_name.ToUtf8(), PrinterHandle::Access::Administer);
         DeviceSettingsManager::Store(Printer(printer.Get()), settings);
     }
 };
@@ -90,7 +90,7 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
         {true, W("excel.exe"), 65000, 65000}, // compared unsigned
         {true, W("winword.exe"), DMPAPER_TABLOID, DMPAPER_11X17},
     };
-    const Printer printer(Name());
+    const Printer printer(m_name);
     MSDeviceCapabilities capabilities;
     capabilities.Initialize(printer.GetPrinterHandle(), MSDeviceCapabilities::Context::Spooler);
     // Where the environment tells the country, both kinds of country are asked for.
@@ -116,7 +116,7 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
 
 TEST_F(Reconciliation, NeedsAPrinterButNoListAndNoShortDevmode)
 {
-    const Printer printer(Name());
+    const Printer printer(m_name);
     MSDeviceCapabilities capabilities;
     capabilities.Initialize(printer.GetPrinterHandle(), MSDeviceCapabilities::Context::Application);
     const TestDevmode devmode = MakeDevmode({}, DMPAPER_TABLOID);

@@ -1,13 +1,14 @@
 // A program of its own for a test, on Windows: the first operations of a process or of a thread, while the n-th
 // allocation of the driver's modules fails.
 //
-//     out_of_memory_probe OPERATION WHERE NTH    with the printer's name in the environment, as TVPT_PROBE_PRINTER
+//     out_of_memory_probe OPERATION WHERE HOW NTH    with the printer's name in the environment, as TVPT_PROBE_PRINTER
 //         OPERATION  bind, convert, or refuse: a binding to what is no printer, which is an exception by itself
 //         WHERE      process: the first operation of this process. thread: each time the first of a new thread, with
 //                    NTH and then every number after it, until nothing fails any more
+//         HOW        once: the one allocation fails. on: so does every one after it, until the operation ends
 //
-// Prints a line "<nth> <fired or through> <result in hexadecimal>" for each operation. A process that does not survive
-// one ends with what the platform makes of it.
+// Prints a line "<nth> <fired or through> <result in hexadecimal>" for each operation. Ends with 0; with 1 to 9 when it
+// cannot begin; a process that does not survive an operation ends with what the platform makes of it.
 #include <windows.h>
 #include <winspool.h>
 
@@ -38,10 +39,18 @@ const char* const kModules[] = {"tvptpc_B.dll", "tvutil_B.dll", "tvcore_B.dll", 
 
 std::atomic<DWORD> g_failingThread{0};
 std::atomic<unsigned long> g_countdown{0}; // to the allocation that fails; 0: none
+std::atomic<bool> g_isFired{false};
+bool g_failsOn = false;
 
 bool MustFail()
 {
-    return GetCurrentThreadId() == g_failingThread.load() && g_countdown.load() != 0 && --g_countdown == 0;
+    if (GetCurrentThreadId() != g_failingThread.load())
+        return false;
+    if (g_countdown.load() != 0 && --g_countdown == 0)
+        g_isFired = true;
+    else if (!g_failsOn || !g_isFired.load())
+        return false;
+    return true;
 }
 
 void* FailingMalloc(std::size_t size)
@@ -94,34 +103,44 @@ void ReplaceAllocations()
 {
     HMODULE const runtime = GetModuleHandleA("msvcrt.dll");
     for (const char* const name : kModules)
-        if (auto* const module = reinterpret_cast<BYTE*>(GetModuleHandleA(name)))
-            for (const Replacement& replacement : kReplacements)
-            {
-                const auto address = GetProcAddress(runtime, replacement.name);
-                const bool isReplaced = Replace(module, reinterpret_cast<const void*>(address), replacement.ours);
-                if (!isReplaced && std::strcmp(replacement.name, "malloc") == 0)
-                    std::exit(5); // nothing would fail
-            }
+    {
+        auto* const module = reinterpret_cast<BYTE*>(LoadLibraryA(name));
+        if (module == nullptr)
+            std::exit(5);
+        for (const Replacement& replacement : kReplacements)
+        {
+            const auto address = GetProcAddress(runtime, replacement.name);
+            const bool isReplaced = Replace(module, reinterpret_cast<const void*>(address), replacement.ours);
+            if (!isReplaced && std::strcmp(replacement.name, "malloc") == 0)
+                std::exit(6); // nothing would fail
+        }
+    }
 }
+
+using CreateProvider = HRESULT (*)(IPrintOemPrintTicketProvider**);
 
 struct Setting
 {
     std::string operation;
-    IPrintOemPrintTicketProvider* provider = nullptr;
-    HANDLE printer = nullptr;
     unsigned long nth = 0;
+    HANDLE printer = nullptr;
+    CreateProvider create = nullptr;
+    ComPtr<IPrintOemPrintTicketProvider> provider; // a new one for each operation
 };
+
+HRESULT Bind(IPrintOemPrintTicketProvider& provider, HANDLE printer)
+{
+    OEMPTOPTS options = OEMPT_DEFAULT;
+    INT count = 0;
+    BSTR* namespaces = nullptr; // the process ends: nothing is freed
+    return provider.BindPrinter(printer, 1, &options, &count, &namespaces);
+}
 
 HRESULT Operate(const Setting& setting)
 {
+    static int noPrinter;
     if (setting.operation != "convert")
-    {
-        OEMPTOPTS options = OEMPT_DEFAULT;
-        INT count = 0;
-        BSTR* namespaces = nullptr; // the process ends: nothing is freed
-        HANDLE const printer = setting.operation == "bind" ? setting.printer : &options;
-        return setting.provider->BindPrinter(printer, 1, &options, &count, &namespaces);
-    }
+        return Bind(*setting.provider.Get(), setting.operation == "bind" ? setting.printer : &noPrinter);
     DEVMODEW devmode = {};
     devmode.dmSize = sizeof(devmode);
     devmode.dmCopies = 3;
@@ -141,17 +160,24 @@ DWORD WINAPI OperateOutOfMemory(void* parameter)
     if (FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)))
         return FALSE;
     g_failingThread = GetCurrentThreadId();
+    g_isFired = false;
     g_countdown = setting.nth;
     const HRESULT result = Operate(setting);
-    const bool isFired = g_countdown.exchange(0) == 0;
+    g_countdown = 0;
+    g_failingThread = 0;
+    const bool isFired = g_isFired.exchange(false);
     std::printf("%lu %s %lx\n", setting.nth, isFired ? "fired" : "through", static_cast<unsigned long>(result));
     std::fflush(stdout);
     CoUninitialize();
     return isFired ? TRUE : FALSE;
 }
 
+// The provider comes from this thread, so that the operation is the other's first; a conversion has its product then.
 bool OperateInNewThread(Setting& setting)
 {
+    if (FAILED(setting.create(setting.provider.Put())) ||
+        (setting.operation == "convert" && FAILED(Bind(*setting.provider.Get(), setting.printer))))
+        std::exit(7);
     HANDLE const thread = CreateThread(nullptr, 0, OperateOutOfMemory, &setting, 0, nullptr);
     DWORD isFired = FALSE;
     WaitForSingleObject(thread, INFINITE);
@@ -171,17 +197,19 @@ LONG WINAPI EndQuietly(EXCEPTION_POINTERS*)
 int main(int argc, char** argv)
 {
     SetUnhandledExceptionFilter(EndQuietly);
-    if (argc < 4 || FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)))
+    if (argc != 5 || FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)))
         return 2;
-    Setting setting{.operation = argv[1], .nth = std::strtoul(argv[3], nullptr, 10)};
+    Setting setting;
+    setting.operation = argv[1];
+    setting.nth = std::strtoul(argv[4], nullptr, 10);
+    g_failsOn = std::strcmp(argv[3], "on") == 0;
     std::wstring name(MAX_PATH, L'\0');
     name.resize(GetEnvironmentVariableW(L"TVPT_PROBE_PRINTER", name.data(), MAX_PATH));
     if (!OpenPrinterW(name.data(), &setting.printer, nullptr))
-        return 4;
-    using CreateProvider = HRESULT (*)(IPrintOemPrintTicketProvider**);
+        return 3;
     HMODULE const module = LoadLibraryA("tvptpc_B.dll");
-    const auto create = module != nullptr ? FindFunction<CreateProvider>(module, "CreateTavlenPtProvider") : nullptr;
-    if (create == nullptr || FAILED(create(&setting.provider)))
+    setting.create = module != nullptr ? FindFunction<CreateProvider>(module, "CreateTavlenPtProvider") : nullptr;
+    if (setting.create == nullptr || FAILED(setting.create(setting.provider.Put())))
         return 4;
     ReplaceAllocations();
     if (std::strcmp(argv[2], "process") == 0)

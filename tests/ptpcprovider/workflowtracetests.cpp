@@ -1,6 +1,7 @@
 // Linux, where the trace can be captured: why a printer is bound without a workflow module.
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -20,28 +21,33 @@ TEST(WorkflowTrace, SaysWhyThereIsNoModule)
     struct Case
     {
         std::vector<std::string> driverFiles;
-        DWORD storedKind; // 0: none stored
+        std::vector<BYTE> stored; // as a number; of another length none
         const char* reason;
     };
     const Case cases[] = {
-        {{"tvother_b.dll"}, 0, "no workflow module: the driver has none"},
-        {{"tvwfuv_b.dll"}, 0, "tvwfuv_B.dll cannot be loaded: Win32 error 126"},
-        {{"tvwfwu_b.dll"}, 0, "tvwfwu_B.dll has no object to give"},
-        {{}, 4, "an unknown one, number 4"},
+        {{"tvother_b.dll"}, {}, "none of the known ones is among the driver's files"},
+        {{"tvwfuv_b.dll"}, {}, TVPT_BINARY_FOLDER "/tvwfuv_B.dll cannot be loaded: Win32 error 126"},
+        {{"tvwfwu_b.dll"}, {}, "tvwfwu_B.dll has no object to give"},
+        {{}, {4, 0, 0, 0}, "the printer's data name an unknown one, number 4"},
+        {{}, {0, 0, 0, 0}, "the printer's data say that there is none"},
+        {{}, {1, 0}, "what the printer's data hold for it is no number"},
     };
     for (const Case& test : cases)
     {
         const TestPrinter printer({0xE02, "tavlen-c9070-ps.json", test.driverFiles});
-        if (test.storedKind != 0)
+        if (!test.stored.empty())
             Printer(printer.Handle())
-                .SetPrinterDataW(W("XWorkflowDLL"), REG_DWORD, &test.storedKind, sizeof(test.storedKind));
+                .SetPrinterDataW(W("XWorkflowDLL"), REG_DWORD, test.stored.data(),
+                                 static_cast<DWORD>(test.stored.size()));
         testing::internal::CaptureStderr();
         setenv("WINPORT_DEBUG_OUTPUT", "1", 1);
         WorkflowObject workflow;
         EXPECT_FALSE(workflow.Load(printer.Handle()));
         unsetenv("WINPORT_DEBUG_OUTPUT");
         const std::string trace = testing::internal::GetCapturedStderr();
-        EXPECT_NE(std::string::npos, trace.find(test.reason)) << trace;
+        EXPECT_EQ("WorkflowObject::Load: no workflow module: ", trace.substr(0, trace.find(test.reason)))
+            << test.reason;
+        EXPECT_EQ(1, std::count(trace.begin(), trace.end(), '\n')) << trace;
     }
 }
 

@@ -310,7 +310,14 @@ TEST_F(Roads, ABaseGetsTheStandardPrefixesThatItsRootLacks)
          "xsi:type=\"xsd1:integer\""},
         {Ticket("", "<psf:Feature" + Binding("psk", "urn:x") + " name='psk:A'/>"), "psk1:JobCopiesAllDocuments",
          "xsi:type=\"xsd:integer\""},
-        {Ticket(Binding("k", kKeywords.uri) + Binding("xsi", kXmlSchemaInstance.uri), inner), "k:JobCopiesAllDocuments",
+        {Ticket("", "<psf:Feature" + Binding("k", kKeywords.uri) + " name='k:PageOrientation'/>"),
+         "k:JobCopiesAllDocuments", "xsi:type=\"xsd:integer\""},
+        {Ticket(Binding("psk", "urn:x") + Binding("psk1", "urn:y") + Binding("tk", "urn:z"), ""),
+         "psk2:JobCopiesAllDocuments", "xsi:type=\"xsd:integer\""},
+        {Ticket(" a = '>' b=\"'/&gt;\"\n" + Binding("k", kKeywords.uri),
+                "<![CDATA[<a xmlns:k='urn:x'>]]><?pi <a xmlns:k='urn:x'>?><psf:Property/>"),
+         "k:JobCopiesAllDocuments", "xsi:type=\"xsd:integer\""},
+        {"<psf:PrintTicket" + Binding("psf", kFramework.uri) + "/>", "psk:JobCopiesAllDocuments",
          "xsi:type=\"xsd:integer\""},
         {Ticket(Binding("k", "http&#x3A;" + std::string(kKeywords.uri.substr(5))), ""), "k:JobCopiesAllDocuments",
          "xsi:type=\"xsd:integer\""},
@@ -343,18 +350,32 @@ TEST_F(Roads, ABaseThatAProviderWouldMisreadIsRefusedWithItsLine)
         {Ticket(own + Binding("tk", "urn:x"), ""),
          "line 3: the root binds the prefix tk, which the driver's namespace needs, to urn:x"},
         {Ticket(own, "<psf:Feature" + Binding("tk", "urn:x") + " name='tk:A'/>"),
-         "line 4: the prefix tk, which stands for the driver's namespace at the root, is bound to urn:x here"},
+         "line 4: the prefix tk, with which the provider spells the driver's names, is bound to urn:x here"},
         {Ticket(own, "\n<psf:Feature" + Binding("p", "urn:x") + " name='p:A'/>"),
          "line 5: the prefix p, which stands for the driver's namespace at the root, is bound to urn:x here"},
         {Ticket(Binding("k", kKeywords.uri), "<psf:Feature><psf:Option" + Binding("k", "urn:x") + "/></psf:Feature>"),
          "line 4: the prefix k, which stands for the keywords' namespace at the root, is bound to urn:x here"},
+        {Ticket("", "<psf:Feature" + Binding("k", kKeywords.uri) + "/>\n<psf:Feature" + Binding("psk", kKeywords.uri) +
+                        " name='psk:A'/>"),
+         "line 5: the keywords' namespace has the prefix psk here and k at the root, which alone counts"},
+        {Ticket("",
+                "<psf:Feature" + Binding("p", kPrivateKeywords.uri) + "/><psf:Feature" + Binding("p", "urn:x") + "/>"),
+         "line 4: the driver's namespace has the prefix p here and tk at the root, which alone counts"},
+        {Ticket(Binding("psk", kKeywords.uri), "<a" + Binding("psk", std::string(300, 'x')) + "/>"),
+         "at the root, is bound to xxxxxxxxxx"},
     };
+    const std::string file = File("base.xml");
     for (const Row& row : rows)
     {
         WriteBytes(Folder() / "base.xml", row.base);
-        const RunResult result = FromDevmode(File("base.xml"));
-        EXPECT_EQ(result.status, 1);
-        EXPECT_TRUE(IsOneErrorLine(result.errors, File("base.xml") + ": " + row.error)) << result.errors;
+        for (const RunResult& result :
+             {FromDevmode(file), RunHost({"ticket", "validate", "--printer", m_printer, file}),
+              RunHost({"ticket", "to-devmode", "--printer", m_printer, "--devmode", File("in.dm"), file, "-o", "-"})})
+        {
+            EXPECT_EQ(result.status, 1);
+            EXPECT_TRUE(IsOneErrorLine(result.errors, row.error)) << result.errors;
+            EXPECT_LT(result.errors.size(), file.size() + 400);
+        }
     }
 }
 

@@ -180,7 +180,7 @@ void WriteLayout(const CoreSettings& core, TicketWriter& ticket)
     ticket.Feature("psk:JobPageOrder", core.reversePageOrder ? "psk:Reverse" : "psk:Standard");
 }
 
-// One '_' for each character that a URI could not hold as it is, and for the few that it could, as services do.
+// Letters, digits, '.', '-' and '_' stay, each other character becomes one '_', as services do.
 std::string UriSegment(WStringView text)
 {
     constexpr WStringView kKept = W("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.-_");

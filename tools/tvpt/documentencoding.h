@@ -1,6 +1,7 @@
 // The encodings in which this program reads documents.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -32,5 +33,6 @@ struct EncodingMark
 // does not read. "UTF-16" is the byte order of the mark.
 [[nodiscard]] std::optional<DocumentEncoding> FindEncoding(std::string_view name, const EncodingMark& mark);
 
-// The bytes behind the mark to text. Nothing for bytes that are none of the encoding.
+// The bytes behind the mark, of a file that is no larger than documents may be (documentlimits.h), to text. Nothing for
+// bytes that are none of the encoding.
 [[nodiscard]] std::optional<WideString> DecodeBytes(std::string_view bytes, DocumentEncoding encoding);

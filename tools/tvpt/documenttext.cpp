@@ -14,6 +14,7 @@ namespace
 {
 
 constexpr char kReading[] = "reading the document";
+constexpr WStringView kWhiteSpace = W(" \t\r\n");
 
 bool IsHighSurrogate(WCHAR character)
 {
@@ -23,13 +24,6 @@ bool IsHighSurrogate(WCHAR character)
 bool IsLowSurrogate(WCHAR character)
 {
     return (character & 0xFC00) == 0xDC00;
-}
-
-template <class Text>
-std::string LineAt(Text text, std::size_t position)
-{
-    const Text before = text.substr(0, position);
-    return "line " + std::to_string(1 + std::count(before.begin(), before.end(), '\n'));
 }
 
 void RequireText(WStringView text, std::string_view name)
@@ -49,15 +43,15 @@ void RequireText(WStringView text, std::string_view name)
 WStringView DeclarationOf(WStringView text)
 {
     const WStringView opening = W("<?xml");
-    const std::size_t end = text.find(W("?>"));
-    if (!text.starts_with(opening) || text.size() == opening.size() || end == WStringView::npos)
+    if (!text.starts_with(opening) || text.size() == opening.size())
         return {};
     const WCHAR next = text[opening.size()]; // not a processing instruction such as <?xml-stylesheet
-    return WStringView(W(" \t\r\n")).find(next) != WStringView::npos ? text.substr(0, end) : WStringView();
+    const std::size_t end = kWhiteSpace.find(next) != WStringView::npos ? text.find(W("?>")) : WStringView::npos;
+    return end != WStringView::npos ? text.substr(0, end) : WStringView();
 }
 
 // Where the declaration names an encoding, from the word to behind the closing quote; nowhere, and empty, when it names
-// none. A malformed declaration names none: the DOM will say so.
+// none. What is malformed is left to the DOM, which says so.
 struct DeclaredEncoding
 {
     std::size_t begin = 0;
@@ -67,13 +61,19 @@ struct DeclaredEncoding
 
 DeclaredEncoding FindDeclaredEncoding(WStringView text)
 {
+    constexpr WStringView kWord = W("encoding");
     const WStringView declaration = DeclarationOf(text);
-    const std::size_t begin = declaration.find(W("encoding"));
-    const std::size_t opening = begin == WStringView::npos ? begin : declaration.find_first_of(W("\"'"), begin);
-    if (opening == WStringView::npos)
+    const std::size_t begin = declaration.find(kWord);
+    if (begin == WStringView::npos || kWhiteSpace.find(declaration[begin - 1]) == WStringView::npos)
+        return {};
+    const std::size_t equals = declaration.find_first_not_of(kWhiteSpace, begin + kWord.size());
+    if (equals == WStringView::npos || declaration[equals] != W('='))
+        return {};
+    const std::size_t opening = declaration.find_first_not_of(kWhiteSpace, equals + 1);
+    if (opening == WStringView::npos || (declaration[opening] != W('"') && declaration[opening] != W('\'')))
         return {};
     const std::size_t closing = declaration.find(declaration[opening], opening + 1);
-    if (closing == WStringView::npos)
+    if (closing == WStringView::npos || closing == opening + 1)
         return {};
     return {begin, closing + 1, CXString(declaration.substr(opening + 1, closing - opening - 1)).ToUtf8()};
 }
@@ -81,17 +81,18 @@ DeclaredEncoding FindDeclaredEncoding(WStringView text)
 // Of bytes whose encoding only the declaration will tell: itself it holds ASCII alone.
 std::string DeclaredEncodingOf(std::string_view bytes)
 {
-    const std::size_t end = bytes.find("?>");
+    const std::size_t end = bytes.starts_with("<?xml") ? bytes.find("?>") : std::string_view::npos;
     if (end == std::string_view::npos)
         return {};
     return FindDeclaredEncoding(*DecodeBytes(bytes.substr(0, end + 2), DocumentEncoding::Latin1)).name;
 }
 
-const char* FamilyOf(DocumentEncoding encoding)
+// What the bytes are in place of a declared encoding that they do not fit.
+const char* DescribeMark(const EncodingMark& mark)
 {
-    const bool isUtf16 =
-        encoding == DocumentEncoding::Utf16LittleEndian || encoding == DocumentEncoding::Utf16BigEndian;
-    return isUtf16 ? "UTF-16" : "UTF-8";
+    if (mark.length == 0)
+        return "has no byte-order mark";
+    return mark.encoding == DocumentEncoding::Utf8 ? "is UTF-8" : "is UTF-16";
 }
 
 // Of bytes with a mark only the mark's own encoding; of others any that has a single byte for each of ASCII's.
@@ -107,9 +108,9 @@ DocumentEncoding EncodingOf(const std::string& declared, const EncodingMark& mar
         return mark.encoding;
     const auto known = FindEncoding(declared, mark);
     if (!known)
-        Fail(kReading, name, "encoding \"" + declared + "\" is not supported; UTF-8 or UTF-16 is");
+        Fail(kReading, name, "encoding \"" + Shortened(declared) + "\" is not supported; UTF-8 or UTF-16 is");
     if (!Fits(*known, mark))
-        Fail(kReading, name, "declares the encoding \"" + declared + "\" but is " + FamilyOf(mark.encoding));
+        Fail(kReading, name, "declares the encoding \"" + Shortened(declared) + "\" but " + DescribeMark(mark));
     return *known;
 }
 
@@ -158,6 +159,9 @@ WideString DecodeDocument(std::string_view bytes, std::string_view name)
         (void)EncodingOf(declared.name, mark, name);
     std::fill(text.begin() + static_cast<std::ptrdiff_t>(declared.begin),
               text.begin() + static_cast<std::ptrdiff_t>(declared.end), W(' '));
-    RefuseExcess(encoding == DocumentEncoding::Utf8 ? std::string(bytes) : CXString(WStringView(text)).ToUtf8(), name);
+    if (encoding == DocumentEncoding::Utf8)
+        RefuseExcess(bytes, name);
+    else
+        RefuseExcess(CXString(WStringView(text)).ToUtf8(), name);
     return text;
 }

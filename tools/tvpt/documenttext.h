@@ -1,6 +1,8 @@
 // The bytes of a document to its text.
 #pragma once
 
+#include <algorithm>
+#include <string>
 #include <string_view>
 
 #include "utilitiesstaticlib/wideliteral.h"
@@ -10,3 +12,11 @@
 // Throws Failure for bytes that are no text of these encodings and for a text beyond the bounds that documents keep
 // (documentlimits.h).
 [[nodiscard]] WideString DecodeDocument(std::string_view bytes, std::string_view name);
+
+// "line 3", for an error.
+template <class Text>
+std::string LineAt(Text text, std::size_t position)
+{
+    const Text before = text.substr(0, position);
+    return "line " + std::to_string(1 + std::count(before.begin(), before.end(), '\n'));
+}

@@ -1,7 +1,5 @@
 #include "failure.h"
 
-#include <algorithm>
-
 #include "errornames.h"
 
 namespace
@@ -40,11 +38,27 @@ void FailWithHresult(std::string_view what, std::string_view which, HRESULT resu
     throw Failure(Joined(what, which, why));
 }
 
+std::string Shortened(std::string_view text)
+{
+    constexpr std::size_t kLongest = 200; // bytes
+    std::size_t end = kLongest;
+    if (text.size() <= end)
+        return std::string(text);
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) // within a character
+        --end;
+    return std::string(text.substr(0, end)) + "...";
+}
+
 std::string OneLine(std::string_view text)
 {
-    std::string line(text);
-    std::replace_if(
-        line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
+    std::string line;
+    for (std::size_t at = 0; at < text.size(); ++at)
+    {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        const bool isC1 = byte == 0xC2 && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0;
+        at += isC1; // two bytes; some terminals obey these, too
+        line += byte < 0x20 || byte == 0x7F || isC1 ? ' ' : text[at];
+    }
     while (!line.empty() && line.back() == ' ')
         line.pop_back();
     return line;

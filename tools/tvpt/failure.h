@@ -27,5 +27,8 @@ public:
 [[noreturn]] void FailWithHresult(std::string_view what, std::string_view which, HRESULT result,
                                   std::string_view inside = {});
 
+// At most some hundred characters of a text out of a file, for an error line.
+[[nodiscard]] std::string Shortened(std::string_view text);
+
 // Line breaks and other control characters become blanks: an error stays one line whatever a file or name holds.
 [[nodiscard]] std::string OneLine(std::string_view text);

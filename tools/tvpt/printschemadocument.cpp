@@ -96,8 +96,8 @@ std::string DescribeRootFault(IXMLDOMDocument2& document, std::string_view expec
     const std::string space = CXString(uri.View()).ToUtf8();
     if (space == kFramework.uri && CXString(local.View()).ToUtf8() == expected)
         return {};
-    const std::string where = space.empty() ? " in no namespace" : " in the namespace " + space;
-    const std::string fault = "the root element is " + CXString(name.View()).ToUtf8();
+    const std::string where = space.empty() ? " in no namespace" : " in the namespace " + Shortened(space);
+    const std::string fault = "the root element is " + Shortened(CXString(name.View()).ToUtf8());
     if (space == kFramework.uri)
         return fault + ", expected " + std::string(expected);
     return fault + where + ", expected " + std::string(expected) + " in " + std::string(kFramework.uri);

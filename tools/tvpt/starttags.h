@@ -20,6 +20,6 @@ struct StartTag
     std::vector<NamespaceDeclaration> declarations;
 };
 
-// The root's, then of the others those that declare something; in the document's order. The text must be well-formed:
-// of another one the tags up to the first fault are found.
+// The root's, then of the others those that declare something; in the document's order. Only for the text of a document
+// that a DOM has taken: of another one the answer is any, and may take long.
 [[nodiscard]] std::vector<StartTag> FindStartTags(WStringView text);

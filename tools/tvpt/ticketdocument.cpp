@@ -1,6 +1,8 @@
 #include "ticketdocument.h"
 
 #include <algorithm>
+#include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -16,15 +18,15 @@ namespace
 
 constexpr char kReading[] = "reading the document";
 
-struct RootNamespace
+struct KnownNamespace
 {
     SchemaNamespace name;
     const char* words;
-    bool isAdded;          // where the root does not declare it
+    bool isStandard;       // the provider writes names of it: the root declares it, whoever wrote the document
     bool isComparedAsText; // its names stand in "name" attributes, where no DOM sees which namespace a prefix has
 };
 
-constexpr RootNamespace kRootNamespaces[] = {
+constexpr KnownNamespace kKnownNamespaces[] = {
     {kFramework, "the framework's namespace", false, false},
     {kKeywords, "the keywords' namespace", true, true},
     {kPrivateKeywords, "the driver's namespace", false, true},
@@ -38,28 +40,38 @@ public:
     Declarations(WStringView text, std::string_view documentName)
         : m_text(text), m_documentName(documentName), m_tags(FindStartTags(text))
     {
+        for (const StartTag& tag : m_tags)
+            for (const NamespaceDeclaration& declaration : tag.declarations)
+            {
+                const auto [known, isNew] = m_uses.try_emplace(declaration.prefix, declaration.uri);
+                if (!isNew && known->second != declaration.uri)
+                    known->second.clear(); // several: no namespace that matters here is empty
+            }
     }
 
     void RequireUnderstandable() const
     {
-        for (const RootNamespace& known : kRootNamespaces)
+        for (const KnownNamespace& known : kKnownNamespaces)
             RequirePrefix(known);
         RequireOwnPrivatePrefix();
-        for (std::size_t at = 1; at < m_tags.size(); ++at)
-            RequireSameBindings(m_tags[at]);
+        for (const KnownNamespace& known : kKnownNamespaces)
+            if (const std::string prefix = RootPrefix(known); known.isComparedAsText && !prefix.empty())
+                for (const StartTag& inner : std::span(m_tags).subspan(1))
+                    RequireSameBindings(inner, known, prefix);
     }
 
     // The text with what is missing; empty when nothing is.
     [[nodiscard]] WideString Completed() const
     {
         std::string missing;
-        for (const RootNamespace& known : kRootNamespaces)
-            if (known.isAdded && FirstAtRoot(known.name.uri) == nullptr)
-                missing += " xmlns:" + FreePrefix(known.name) + "=\"" + std::string(known.name.uri) + "\"";
+        for (const KnownNamespace& known : kKnownNamespaces)
+            if (const std::string prefix = RootPrefix(known); !prefix.empty() && FirstAtRoot(known) == nullptr)
+                missing += " xmlns:" + prefix + "=\"" + std::string(known.name.uri) + "\"";
         if (missing.empty())
             return {};
         WideString text(m_text);
-        return text.insert(Root().nameEnd, CXString::FromUtf8(missing).View());
+        text.insert(Root().nameEnd, CXString::FromUtf8(missing).View());
+        return text;
     }
 
 private:
@@ -69,22 +81,52 @@ private:
     }
 
     // A provider takes the first declaration for the one that counts.
-    [[nodiscard]] const NamespaceDeclaration* FirstAtRoot(std::string_view uri) const
+    [[nodiscard]] const NamespaceDeclaration* FirstAtRoot(const KnownNamespace& known) const
     {
-        const auto found = std::ranges::find(Root().declarations, uri, &NamespaceDeclaration::uri);
+        const auto found = std::ranges::find(Root().declarations, known.name.uri, &NamespaceDeclaration::uri);
         return found != Root().declarations.end() ? &*found : nullptr;
+    }
+
+    // The prefix that the root has or gets; empty when it gets none. What only inner elements declare gets theirs.
+    [[nodiscard]] std::string RootPrefix(const KnownNamespace& known) const
+    {
+        if (const NamespaceDeclaration* const first = FirstAtRoot(known))
+            return first->prefix;
+        const NamespaceDeclaration* const inner = known.isComparedAsText ? FirstWithPrefix(known) : nullptr;
+        if (inner != nullptr && !IsTaken(inner->prefix, known))
+            return inner->prefix;
+        if (!known.isStandard && inner == nullptr)
+            return {};
+        std::string prefix(known.name.prefix);
+        for (int number = 1; IsTaken(prefix, known); ++number)
+            prefix = std::string(known.name.prefix) + std::to_string(number);
+        return prefix;
+    }
+
+    [[nodiscard]] const NamespaceDeclaration* FirstWithPrefix(const KnownNamespace& known) const
+    {
+        for (const StartTag& tag : m_tags)
+            for (const NamespaceDeclaration& declaration : tag.declarations)
+                if (declaration.uri == known.name.uri && !declaration.prefix.empty())
+                    return &declaration;
+        return nullptr;
+    }
+
+    // Some element binds it to something else.
+    [[nodiscard]] bool IsTaken(const std::string& prefix, const KnownNamespace& known) const
+    {
+        const auto found = m_uses.find(prefix);
+        return found != m_uses.end() && found->second != known.name.uri;
     }
 
     [[noreturn]] void Refuse(const StartTag& tag, const std::string& reason) const
     {
-        const WStringView before = m_text.substr(0, tag.offset);
-        const auto line = 1 + std::count(before.begin(), before.end(), W('\n'));
-        Fail(kReading, m_documentName, "line " + std::to_string(line) + ": " + reason);
+        Fail(kReading, m_documentName, LineAt(m_text, tag.offset) + ": " + reason);
     }
 
-    void RequirePrefix(const RootNamespace& known) const
+    void RequirePrefix(const KnownNamespace& known) const
     {
-        const NamespaceDeclaration* const first = FirstAtRoot(known.name.uri);
+        const NamespaceDeclaration* const first = FirstAtRoot(known);
         if (first != nullptr && first->prefix.empty())
             Refuse(Root(), std::string("the root declares ") + known.words +
                                " as the default; it needs a prefix, such as " + std::string(known.name.prefix));
@@ -93,52 +135,36 @@ private:
     // The driver's names are spelled with "tk" once the provider has read them.
     void RequireOwnPrivatePrefix() const
     {
-        const NamespaceDeclaration* const own = FirstAtRoot(kPrivateKeywords.uri);
-        if (own == nullptr)
+        if (std::ranges::find(Root().declarations, kPrivateKeywords.uri, &NamespaceDeclaration::uri) ==
+            Root().declarations.end())
             return;
         for (const NamespaceDeclaration& other : Root().declarations)
             if (other.prefix == kPrivateKeywords.prefix && other.uri != kPrivateKeywords.uri)
-                Refuse(Root(), "the root binds the prefix tk, which the driver's namespace needs, to " + other.uri);
+                Refuse(Root(),
+                       "the root binds the prefix tk, which the driver's namespace needs, to " + Shortened(other.uri));
     }
 
-    void RequireSameBindings(const StartTag& inner) const
+    void RequireSameBindings(const StartTag& inner, const KnownNamespace& known, const std::string& prefix) const
     {
-        for (const RootNamespace& known : kRootNamespaces)
+        for (const NamespaceDeclaration& here : inner.declarations)
         {
-            const NamespaceDeclaration* const atRoot = known.isComparedAsText ? FirstAtRoot(known.name.uri) : nullptr;
-            if (atRoot == nullptr)
-                continue;
-            for (const NamespaceDeclaration& anew : inner.declarations)
-                if (anew.uri != known.name.uri &&
-                    (anew.prefix == atRoot->prefix ||
-                     (known.name.uri == kPrivateKeywords.uri && anew.prefix == kPrivateKeywords.prefix)))
-                    Refuse(inner, "the prefix " + anew.prefix + ", which stands for " + known.words +
-                                      " at the root, is bound to " + anew.uri + " here");
+            const bool isOurs = here.uri == known.name.uri;
+            if (!isOurs && here.prefix == prefix)
+                Refuse(inner, "the prefix " + Shortened(prefix) + ", which stands for " + known.words +
+                                  " at the root, is bound to " + Shortened(here.uri) + " here");
+            if (!isOurs && here.prefix == kPrivateKeywords.prefix && known.name.uri == kPrivateKeywords.uri)
+                Refuse(inner, "the prefix tk, with which the provider spells the driver's names, is bound to " +
+                                  Shortened(here.uri) + " here");
+            if (isOurs && !here.prefix.empty() && here.prefix != prefix)
+                Refuse(inner, std::string(known.words) + " has the prefix " + Shortened(here.prefix) + " here and " +
+                                  Shortened(prefix) + " at the root, which alone counts");
         }
-    }
-
-    // The usual one, unless some element of the document binds it to something else.
-    [[nodiscard]] std::string FreePrefix(const SchemaNamespace& wanted) const
-    {
-        const auto isTaken = [&](const std::string& prefix)
-        {
-            return std::ranges::any_of(m_tags,
-                                       [&](const StartTag& tag)
-                                       {
-                                           return std::ranges::any_of(
-                                               tag.declarations, [&](const NamespaceDeclaration& other)
-                                               { return other.prefix == prefix && other.uri != wanted.uri; });
-                                       });
-        };
-        std::string prefix(wanted.prefix);
-        for (int number = 1; isTaken(prefix); ++number)
-            prefix = std::string(wanted.prefix) + std::to_string(number);
-        return prefix;
     }
 
     WStringView m_text;
     std::string_view m_documentName;
     std::vector<StartTag> m_tags;
+    std::map<std::string, std::string> m_uses; // every prefix to its namespace; to nothing where it has several
 };
 
 } // namespace
@@ -152,5 +178,8 @@ ComPtr<IXMLDOMDocument2> LoadForProvider(std::string_view bytes, std::string_vie
     const Declarations declarations(text, name);
     declarations.RequireUnderstandable();
     const WideString completed = declarations.Completed();
-    return completed.empty() ? document : ParseDocument(completed, name);
+    if (completed.empty())
+        return document;
+    document.Reset(); // one tree at a time: it may be large
+    return ParseDocument(completed, name);
 }

@@ -3,58 +3,36 @@
 #include <atomic>
 #include <new>
 #include <string>
-#include <thread>
 #include <utility>
 
 #include <tvutil/executioncontext.h>
 
 #include "boundedtext.h"
+#include "utilitiesstaticlib/slimlock.h"
 
 namespace
 {
 
 std::atomic<TavlenException::DebugHook> g_debugHook{nullptr};
 
-// The sink is a pair, wider than what every platform changes at once; the flag guards the few instructions that copy
-// it. A mutex of the C++ library may allocate when it is first locked.
+// The sink is a pair, wider than what every platform changes at once.
 class SinkSlot
 {
 public:
     TavlenException::Sink Exchange(TavlenException::Sink sink) noexcept
     {
-        const Guard guard(m_taken);
+        const SlimLock::Guard guard(m_lock);
         return std::exchange(m_sink, sink);
     }
 
     TavlenException::Sink Get() noexcept
     {
-        const Guard guard(m_taken);
+        const SlimLock::Guard guard(m_lock);
         return m_sink;
     }
 
 private:
-    class Guard
-    {
-    public:
-        explicit Guard(std::atomic_flag& taken) noexcept : m_taken(taken)
-        {
-            while (m_taken.test_and_set(std::memory_order_acquire))
-                std::this_thread::yield();
-        }
-
-        ~Guard()
-        {
-            m_taken.clear(std::memory_order_release);
-        }
-
-        Guard(const Guard&) = delete;
-        Guard& operator=(const Guard&) = delete;
-
-    private:
-        std::atomic_flag& m_taken;
-    };
-
-    std::atomic_flag m_taken;
+    SlimLock m_lock;
     TavlenException::Sink m_sink{nullptr, nullptr};
 };
 

@@ -2,8 +2,9 @@
 // model into the registry and into the devmode.
 //
 // The module exports two plain functions, looked up by name: GetWorkflowObject (called with 0) hands out the object,
-// or null where it has none; memory that runs out is thrown. ReleaseWorkflowObject takes it back. The object stays the
-// module's: nobody else deletes it, and it must not outlive the module.
+// or null where it has none; memory that runs out is thrown, so both sides are built by one compiler, as the object's
+// own operations demand. ReleaseWorkflowObject takes it back. The object stays the module's: nobody else deletes it,
+// and it must not outlive the module.
 #pragma once
 
 #include <windows.h>
