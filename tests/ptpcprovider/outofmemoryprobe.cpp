@@ -1,11 +1,10 @@
 // A program of its own for a test, on Windows: the first operations of a process or of a thread, while the n-th
 // allocation of the driver's modules fails.
 //
-//     out_of_memory_probe OPERATION WHERE HOW NTH    with the printer's name in the environment, as TVPT_PROBE_PRINTER
+//     out_of_memory_probe OPERATION WHERE NTH    with the printer's name in the environment, as TVPT_PROBE_PRINTER
 //         OPERATION  bind, convert, or refuse: a binding to what is no printer, which is an exception by itself
 //         WHERE      process: the first operation of this process. thread: each time the first of a new thread, with
 //                    NTH and then every number after it, until nothing fails any more
-//         HOW        once: the one allocation fails. on: so does every one after it, until the operation ends
 //
 // Prints a line "<nth> <fired or through> <result in hexadecimal>" for each operation. Ends with 0; with 1 to 9 when it
 // cannot begin; a process that does not survive an operation ends with what the platform makes of it.
@@ -39,18 +38,10 @@ const char* const kModules[] = {"tvptpc_B.dll", "tvutil_B.dll", "tvcore_B.dll", 
 
 std::atomic<DWORD> g_failingThread{0};
 std::atomic<unsigned long> g_countdown{0}; // to the allocation that fails; 0: none
-std::atomic<bool> g_isFired{false};
-bool g_failsOn = false;
 
 bool MustFail()
 {
-    if (GetCurrentThreadId() != g_failingThread.load())
-        return false;
-    if (g_countdown.load() != 0 && --g_countdown == 0)
-        g_isFired = true;
-    else if (!g_failsOn || !g_isFired.load())
-        return false;
-    return true;
+    return GetCurrentThreadId() == g_failingThread.load() && g_countdown.load() != 0 && --g_countdown == 0;
 }
 
 void* FailingMalloc(std::size_t size)
@@ -160,12 +151,9 @@ DWORD WINAPI OperateOutOfMemory(void* parameter)
     if (FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)))
         return FALSE;
     g_failingThread = GetCurrentThreadId();
-    g_isFired = false;
     g_countdown = setting.nth;
     const HRESULT result = Operate(setting);
-    g_countdown = 0;
-    g_failingThread = 0;
-    const bool isFired = g_isFired.exchange(false);
+    const bool isFired = g_countdown.exchange(0) == 0;
     std::printf("%lu %s %lx\n", setting.nth, isFired ? "fired" : "through", static_cast<unsigned long>(result));
     std::fflush(stdout);
     CoUninitialize();
@@ -197,12 +185,11 @@ LONG WINAPI EndQuietly(EXCEPTION_POINTERS*)
 int main(int argc, char** argv)
 {
     SetUnhandledExceptionFilter(EndQuietly);
-    if (argc != 5 || FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)))
+    if (argc != 4 || FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)))
         return 2;
     Setting setting;
     setting.operation = argv[1];
-    setting.nth = std::strtoul(argv[4], nullptr, 10);
-    g_failsOn = std::strcmp(argv[3], "on") == 0;
+    setting.nth = std::strtoul(argv[3], nullptr, 10);
     std::wstring name(MAX_PATH, L'\0');
     name.resize(GetEnvironmentVariableW(L"TVPT_PROBE_PRINTER", name.data(), MAX_PATH));
     if (!OpenPrinterW(name.data(), &setting.printer, nullptr))

@@ -24,7 +24,7 @@ struct Told
 struct Scene
 {
     const char* name;
-    const char* probe;  // operation, where, how
+    const char* probe;  // operation and where
     const char* module; // the driver's workflow module
     HRESULT through;    // the result when nothing fails
     // Of how many allocations the process does not survive that one fails: those with which the tool chain's runtime
@@ -33,12 +33,12 @@ struct Scene
 };
 
 constexpr Scene kScenes[] = {
-    {"conversion, thread", "convert thread once", "tvwftu_b.dll", S_OK, 0},
-    {"conversion, process", "convert process once", "tvwftu_b.dll", S_OK, 0},
-    {"binding to a product, thread", "bind thread once", "tvwftu_b.dll", S_OK, 0},
-    {"binding, process", "bind process once", "tvother_b.dll", S_OK, 0},
-    {"refusal, thread", "refuse thread once", "tvother_b.dll", E_FAIL, 6},
-    {"refusal, process", "refuse process once", "tvother_b.dll", E_FAIL, 14},
+    {"conversion, thread", "convert thread", "tvwftu_b.dll", S_OK, 0},
+    {"conversion, process", "convert process", "tvwftu_b.dll", S_OK, 0},
+    {"binding to a product, thread", "bind thread", "tvwftu_b.dll", S_OK, 0},
+    {"binding, process", "bind process", "tvother_b.dll", S_OK, 0},
+    {"refusal, thread", "refuse thread", "tvother_b.dll", E_FAIL, 6},
+    {"refusal, process", "refuse process", "tvother_b.dll", E_FAIL, 14},
 };
 
 class OutOfMemory : public testing::TestWithParam<Scene>
@@ -74,7 +74,7 @@ TEST_P(OutOfMemory, FailsTheFirstOperationCleanly)
     const Scene& scene = GetParam();
     const TestPrinter printer({0xE02, "tavlen-c9070-ps.json", {scene.module}});
     SetEnvironmentVariableW(W("TVPT_PROBE_PRINTER"), TestPrinter::Name().c_str());
-    const bool isOfThreads = std::string(scene.probe).find(" thread ") != std::string::npos;
+    const bool isOfThreads = std::string(scene.probe).find(" thread") != std::string::npos;
     constexpr unsigned long kFar = 5000;
     std::string ended;
     std::size_t endedCount = 0;
