@@ -74,8 +74,11 @@ std::span<const MsDevmodePublicField> FieldsOf(const DEVMODEW& devmode, std::uin
 } // namespace
 
 MsDevmodeBase::MsDevmodeBase(HANDLE printer, DEVMODEW* devmode)
-    : MsDevmodeBase(MsDriverKind::OfPrinter(printer), devmode)
+    : m_devmode(NotNull(devmode, kConstructor)),
+      m_driver(MsDriverKind::OfPrinter(printer)),
+      m_features(FeaturesOf(m_driver))
 {
+    TerminateDevmodeNames(*m_devmode);
 }
 
 MsDevmodeBase::MsDevmodeBase(const MsDriverKind& driver, DEVMODEW* devmode)
