@@ -276,7 +276,7 @@ TEST_F(DevmodeFiles, ABadSettingNamesTheKeyAndLeavesTheInput)
         {"dmFormName=a\nb", 1, "dmFormName: not a text in UTF-8 on one line"},
         {"dmSize=1", 1, "dmSize: is given by the devmode itself"},
         {"dmcopies=1", 1, "dmcopies: no field has this name"},
-        {"ms.3=1", 1, "ms.3: not available yet"},
+        {"ms.3=4", 1, "ms.3: FEAT_MS_ORIENTATION must be one of 1 (Portrait), 2 (Landscape), 3 (Rotated Landscape)"},
         {"feature.5=1", 1, "feature.5: the feature catalogue has no such feature"},
         {"feature.=1", 1, "feature.: the feature catalogue has no such feature"},
         {"feature.46x=5420", 1, "feature.46x: the feature catalogue has no such feature"},
