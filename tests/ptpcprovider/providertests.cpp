@@ -6,6 +6,7 @@
 
 #include "complugins/ptpcprovider/printschemanamespaces.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
+#include "corehelper.h"
 #include "tests/common/testdocuments.h"
 #include "tests/common/testprinter.h"
 #include "tests/ptpcprovider/provideraccess.h"
@@ -211,14 +212,13 @@ TEST_F(Provider, ClearsTheDataModelFlagAtEveryBinding)
 }
 
 // A helper as the service's, or one that answers every query with a failure and leaves rubbish in its output.
-class FakeHelper final : public IPrintCoreHelper
+class AnsweringHelper final : public CoreHelper
 {
 public:
-    explicit FakeHelper(HRESULT answer) : m_answer(answer)
+    explicit AnsweringHelper(HRESULT answer) : CoreHelper(PrinterModel()), m_answer(answer)
     {
     }
-
-    ULONG references = 1;
+    ~AnsweringHelper() override = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override
     {
@@ -227,79 +227,43 @@ public:
         *object = this;
         if (m_answer != S_OK)
             return m_answer;
-        if (!IsEqualIID(riid, kPrintCoreHelper))
-            return E_NOINTERFACE;
-        ++references;
-        return S_OK;
+        return IsEqualIID(riid, kPrintCoreHelper) ? CoreHelper::QueryInterface(riid, object) : E_NOINTERFACE;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override
+
+    ULONG References()
     {
-        return ++references;
-    }
-    ULONG STDMETHODCALLTYPE Release() override
-    {
-        return --references;
-    }
-    HRESULT STDMETHODCALLTYPE GetOption(const DEVMODEW*, DWORD, PCSTR, PCSTR*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetOptions(DEVMODEW*, DWORD, BOOL, const PRINT_FEATURE_OPTION*, DWORD, DWORD*,
-                                         DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE EnumConstrainedOptions(const DEVMODEW*, DWORD, PCSTR, PCSTR**, DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE WhyConstrained(const DEVMODEW*, DWORD, PCSTR, PCSTR, const PRINT_FEATURE_OPTION**,
-                                             DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE EnumFeatures(PCSTR**, DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE EnumOptions(PCSTR, PCSTR**, DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetFontSubstitution(PCWSTR, PCWSTR*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetFontSubstitution(PCWSTR, PCWSTR) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE CreateInstanceOfMSXMLObject(REFCLSID, IUnknown*, DWORD, REFIID, PVOID*) override
-    {
-        return E_NOTIMPL;
+        AddRef();
+        return Release();
     }
 
 private:
     HRESULT m_answer;
 };
 
+ComPtr<AnsweringHelper> MakeHelper(HRESULT answer)
+{
+    ComPtr<AnsweringHelper> helper;
+    helper.Attach(new AnsweringHelper(answer));
+    return helper;
+}
+
 TEST_F(Provider, KeepsTheFirstHelperUntilItEnds)
 {
-    FakeHelper none(E_NOINTERFACE);
-    FakeHelper broken(E_FAIL);
-    FakeHelper first(S_OK);
-    FakeHelper second(S_OK);
+    const ComPtr<AnsweringHelper> none = MakeHelper(E_NOINTERFACE);
+    const ComPtr<AnsweringHelper> broken = MakeHelper(E_FAIL);
+    const ComPtr<AnsweringHelper> first = MakeHelper(S_OK);
+    const ComPtr<AnsweringHelper> second = MakeHelper(S_OK);
     EXPECT_EQ(E_INVALIDARG, m_interface->PublishPrintTicketHelperInterface(nullptr));
-    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(&none)); // optional
-    EXPECT_EQ(E_FAIL, m_interface->PublishPrintTicketHelperInterface(&broken));
+    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(none.Get())); // optional
+    EXPECT_EQ(E_FAIL, m_interface->PublishPrintTicketHelperInterface(broken.Get()));
     EXPECT_EQ(nullptr, Access::Helper(*m_object));
-    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(&first));
-    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(&second));
-    EXPECT_EQ(&first, Access::Helper(*m_object));
-    EXPECT_EQ(2u, first.references);
-    EXPECT_EQ(1u, second.references);
+    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(first.Get()));
+    EXPECT_EQ(S_OK, m_interface->PublishPrintTicketHelperInterface(second.Get()));
+    EXPECT_EQ(first.Get(), Access::Helper(*m_object));
+    EXPECT_EQ(2u, first->References());
+    EXPECT_EQ(1u, second->References());
     m_interface.Reset();
-    EXPECT_EQ(1u, first.references);
+    EXPECT_EQ(1u, first->References());
 }
 
 } // namespace
