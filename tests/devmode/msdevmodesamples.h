@@ -24,8 +24,7 @@ inline std::string NameOf(const MsDriverKind& driver)
            std::to_string(driver.coreFlags);
 }
 
-// A whole public part, then a private part of that size and, if wanted, the maker's part; no core driver's note of its
-// size.
+// A public part, then a private part without a note of its size and, if wanted, the maker's part.
 inline TestDevmode MakeDevmode(std::size_t privateSize, std::uint8_t fill, bool hasMakersPart = false)
 {
     namespace Format = OemDevmodeFormat;
