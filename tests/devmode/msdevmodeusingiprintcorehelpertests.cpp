@@ -202,6 +202,8 @@ TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
 {
     const std::string reading =
         "ExceptionIPrintCoreHelperReadFailure MsDevmodeUsingIPrintCoreHelper::GetMsFeatureValue 329";
+    const std::string unknown = "ExceptionMicrosoftDevmodeValueMappingFailed "
+                                "MsDevmodeBase::GetFeatureValueFromIPrintCoreHelperValue_Helper 543";
     const struct
     {
         PCSTR option;
@@ -209,15 +211,9 @@ TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
         std::string thrown;
         bool hasOption;
     } cases[] = {
-        {nullptr, S_OK, reading, false},
-        {"", S_OK, reading, false},
-        {"DuplexTumble", E_FAIL, reading, false},
-        {nullptr, E_OUTOFMEMORY, reading, false},
-        {"DuplexBoth", S_OK,
-         "ExceptionMicrosoftDevmodeValueMappingFailed MsDevmodeBase::GetFeatureValueFromIPrintCoreHelperValue_Helper "
-         "543",
-         true},
-        {"DuplexTumble", S_FALSE, "", true},
+        {nullptr, S_OK, reading, false},          {"", S_OK, reading, false},
+        {"DuplexTumble", E_FAIL, reading, false}, {nullptr, E_OUTOFMEMORY, reading, false},
+        {"DuplexBoth", S_OK, unknown, true},      {"DuplexTumble", S_FALSE, "", true},
     };
     const Bytes before = m_devmode.Bytes();
     for (const auto& test : cases)
@@ -247,28 +243,29 @@ TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
 TEST_F(AskedSettings, LeaveThePaperAsItWas)
 {
     DEVMODEW& devmode = *m_devmode.Get();
-    const auto spoil = [](DEVMODEW& paper)
+    const auto setPaper = [](DEVMODEW& paper, short number, WStringView name)
     {
+        paper.dmPaperSize = number;
+        paper.dmPaperWidth = static_cast<short>(number + 2000);
+        paper.dmPaperLength = static_cast<short>(number + 3000);
+        SetFixedText(paper.dmFormName, name);
+    };
+    const auto spoil = [&setPaper](DEVMODEW& paper)
+    {
+        setPaper(paper, 99, W("Spoilt"));
         paper.dmFields ^= 0x1000E | DM_COPIES;
-        paper.dmPaperSize = 99;
-        paper.dmPaperWidth = 98;
-        paper.dmPaperLength = 97;
-        SetFixedText(paper.dmFormName, W("Spoilt"));
     };
     for (const DWORD fields :
          {DWORD{0}, DWORD{DM_PAPERSIZE | DM_DUPLEX}, DWORD{0x1000E}, DWORD{DM_FORMNAME | DM_COPIES}})
     {
         devmode.dmFields = fields;
-        devmode.dmPaperSize = 9;
-        devmode.dmPaperWidth = 2100;
-        devmode.dmPaperLength = 2970;
-        SetFixedText(devmode.dmFormName, W("A4"));
+        setPaper(devmode, 9, W("A4"));
         const auto expectPaper = [&]
         {
             EXPECT_EQ(devmode.dmFields, fields ^ DM_COPIES); // not the paper's
             EXPECT_EQ(devmode.dmPaperSize, 9);
-            EXPECT_EQ(devmode.dmPaperWidth, 2100);
-            EXPECT_EQ(devmode.dmPaperLength, 2970);
+            EXPECT_EQ(devmode.dmPaperWidth, 2009);
+            EXPECT_EQ(devmode.dmPaperLength, 3009);
             EXPECT_EQ(GetFixedText(devmode.dmFormName), W("A4"));
             devmode.dmFields = fields;
         };

@@ -4,6 +4,7 @@
 #include <map>
 #include <new>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -139,21 +140,16 @@ TEST_F(FeatureTransfers, BringEverySettingThatIsShown)
 
 TEST_F(FeatureTransfers, LeaveOutAPaperThatIsNotThePrinters)
 {
-    const struct
+    const std::tuple<short, short, short, int> cases[] = {
+        {9, 0, 0, 9}, {70, 0, 0, -1}, {9, 2970, 2100, -1}, {300, 2100, 2970, 300}, {1, 2106, 2970, -1}};
+    for (const auto& [number, width, length, form] : cases)
     {
-        short number;
-        short width;
-        short length;
-        int form; // none: -1
-    } cases[] = {{9, 0, 0, 9}, {70, 0, 0, -1}, {9, 2970, 2100, -1}, {300, 2100, 2970, 300}, {1, 2106, 2970, -1}};
-    for (const auto& test : cases)
-    {
-        m_devmode.Get()->dmPaperSize = test.number;
-        m_devmode.Get()->dmPaperWidth = test.width;
-        m_devmode.Get()->dmPaperLength = test.length;
+        m_devmode.Get()->dmPaperSize = number;
+        m_devmode.Get()->dmPaperWidth = width;
+        m_devmode.Get()->dmPaperLength = length;
         RecordingDataModel model(m_devmode.Get());
         Transfer(model);
-        EXPECT_EQ(model.papers.empty() ? -1 : model.papers[0].paperId, test.form) << test.number;
+        EXPECT_EQ(model.papers.empty() ? -1 : model.papers[0].paperId, form) << number;
     }
     m_capabilities.Initialize(m_printer.Handle(), MSDeviceCapabilities::Context::Application); // has no list
     RecordingDataModel model(m_devmode.Get());
@@ -179,24 +175,19 @@ TEST(PageSizes, MatchBySizeThenByNumberThenByName)
         OemDevmodeBytes::MakeForm(10, W("Note"), 2159, 2794, 25001),
         OemDevmodeBytes::MakeForm(20, W("Mine"), 2159, 2794, 25004),
     };
-    const struct
-    {
-        int width; // microns
-        int length;
-        std::uint16_t paperId;
-        const WCHAR* name;
-        int form; // none: -1
-    } cases[] = {
-        {215900, 279400, 0, W(""), 0},        {215900, 279400, 20, W("note"), 2},   {215900, 279400, 0, W("NOTE"), 1},
-        {216399, 278901, 10, W(""), 1},       {216400, 279400, 1, W("Letter"), -1}, {215900, 279900, 1, W(""), -1},
+    const std::tuple<int, int, std::uint16_t, const WCHAR*, int> cases[] = {
+        // clang-format off
+        {215900, 279400, 0, W(""), 0},    {215900, 279400, 20, W("note"), 2},  {215900, 279400, 0, W("NOTE"), 1},
+        {216399, 278901, 10, W(""), 1},   {216400, 279400, 1, W("Letter"), -1}, {215900, 279900, 1, W(""), -1},
         {279400, 215900, 1, W("Letter"), -1},
+        // clang-format on
     };
-    for (const auto& test : cases)
+    for (const auto& [width, length, paperId, name, form] : cases) // microns
     {
-        const FormsInfoRecord* const found = MediaHandler::GetBestMatchPageSize(
-            forms, Dimension(Number(test.width), Dimension::Microns),
-            Dimension(Number(test.length), Dimension::Microns), test.paperId, test.name);
-        EXPECT_EQ(found, test.form < 0 ? nullptr : &forms[test.form]) << test.width << " x " << test.length;
+        const FormsInfoRecord* const found =
+            MediaHandler::GetBestMatchPageSize(forms, Dimension(Number(width), Dimension::Microns),
+                                               Dimension(Number(length), Dimension::Microns), paperId, name);
+        EXPECT_EQ(found, form < 0 ? nullptr : &forms[form]) << width << " x " << length;
     }
     EXPECT_EQ(MediaHandler::GetBestMatchPageSize({}, {}, {}, 0, W("")), nullptr);
 }

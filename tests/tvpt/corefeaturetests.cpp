@@ -78,28 +78,17 @@ TEST_F(CoreFeatures, AreShownByNameAndSetByEitherValue)
         bool isInLayout; // told without a printer
     };
     const Row rows[] = {
-        {"tavlen-c9070-ps", "ms.10=@5421", "10",
-         Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 2, 5421, "Duplex Flip Long"), "    duplex: flip on the long edge\n",
-         true},
-        {"tavlen-c9070-ps", "ms.3=@5012", "3", Described("FEAT_MS_ORIENTATION", 3, 5012, "Rotated Landscape"),
-         "    orientation: landscape, turned round\n", true},
-        {"tavlen-c9070-ps", "ms.20=1", "20", Described("FEAT_MS_INTERNAL_BOOKLET", 1, 5111, "Booklet On"),
-         "    booklet: on\n", true},
-        {"tavlen-c9070-ps", "ms.29=3", "29",
-         Described("FEAT_MS_PS_TRUE_TYPE_DOWNLOAD_OPTION", 3, 5213, "Native TrueType"),
-         "    PostScript TrueType download: Native TrueType\n", true},
-        {"tavlen-c9070-ps", "ms.16=@5092", "16", Described("FEAT_MS_ICM_INTENT", 2, 5092, "Constrast (Pictures)"),
-         "    rendering intent: contrast (pictures)\n", false},
-        {"tavlen-c9070-ps", "ms.4=0x32", "4", Described("FEAT_MS_SCALE", 50, nullptr, nullptr), "    scale: 50 %\n",
-         true},
-        {"tavlen-b4400-uni", "ms.8=@5026", "8",
-         Described("FEAT_MS_RESOLUTION", (1200u << 16) + 1200, 5026, "1200x1200dpi"), "    resolution: 1200x1200dpi\n",
-         true},
-        {"tavlen-b4400-uni", "ms.34=@5970", "34",
-         Described("FEAT_MS_INTERNAL_UNI_COLOR_PRINTING_MODE", 1, 5970, "Color"), "    colour printing mode: Color\n",
-         false},
-        {"tavlen-w3100-xps", "ms.10=3", "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 3, 5422, "Duplex Flip Short"),
-         "    duplex: flip on the short edge\n", true},
+        // clang-format off
+        {"tavlen-c9070-ps",  "ms.10=@5421", "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 2, 5421, "Duplex Flip Long"),            "    duplex: flip on the long edge\n", true},
+        {"tavlen-c9070-ps",  "ms.3=@5012",  "3",  Described("FEAT_MS_ORIENTATION", 3, 5012, "Rotated Landscape"),                     "    orientation: landscape, turned round\n", true},
+        {"tavlen-c9070-ps",  "ms.20=1",     "20", Described("FEAT_MS_INTERNAL_BOOKLET", 1, 5111, "Booklet On"),                       "    booklet: on\n", true},
+        {"tavlen-c9070-ps",  "ms.29=3",     "29", Described("FEAT_MS_PS_TRUE_TYPE_DOWNLOAD_OPTION", 3, 5213, "Native TrueType"),      "    PostScript TrueType download: Native TrueType\n", true},
+        {"tavlen-c9070-ps",  "ms.16=@5092", "16", Described("FEAT_MS_ICM_INTENT", 2, 5092, "Constrast (Pictures)"),                   "    rendering intent: contrast (pictures)\n", false},
+        {"tavlen-c9070-ps",  "ms.4=0x32",   "4",  Described("FEAT_MS_SCALE", 50, nullptr, nullptr),                                   "    scale: 50 %\n", true},
+        {"tavlen-b4400-uni", "ms.8=@5026",  "8",  Described("FEAT_MS_RESOLUTION", (1200u << 16) + 1200, 5026, "1200x1200dpi"),        "    resolution: 1200x1200dpi\n", true},
+        {"tavlen-b4400-uni", "ms.34=@5970", "34", Described("FEAT_MS_INTERNAL_UNI_COLOR_PRINTING_MODE", 1, 5970, "Color"),            "    colour printing mode: Color\n", false},
+        {"tavlen-w3100-xps", "ms.10=3",     "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 3, 5422, "Duplex Flip Short"),           "    duplex: flip on the short edge\n", true},
+        // clang-format on
     };
     for (const Row& row : rows)
     {
@@ -158,31 +147,27 @@ TEST_F(CoreFeatures, ThatCannotBeSetAreOneLineWithWhatCanBe)
         const char* setting;
         const char* error;
     } rows[] = {
-        {unidrv, kPrinter, "ms.99=1", "ms.99: no core driver has such a feature; they have 3 to 35"},
-        {unidrv, kPrinter, "ms.=1", "ms.: no core driver has such a feature"},
-        {unidrv, kPrinter, "ms.10x=1", "ms.10x: no core driver has such a feature"},
-        {unidrv, kPrinter, "ms.24=1",
-         "FEAT_MS_PS_OUTPUT_FORMAT is no setting of a unidrv driver of kind 0x80, platform 0x800, which has 3, 4, 5, "},
-        {unidrv, kPrinter, "ms.33=1", "FEAT_MS_UNI_HALFTONE is no setting of a unidrv driver"},
-        {unidrv, kPrinter, "ms.22=1", "FEAT_MS_INTERNAL_UNI_QUALITY_MACRO is no setting"},
-        {unidrv, kNone, "ms.31=1", "with --printer the printer's driver is known"},
-        {unidrv, kPrinter, "ms.3=3", "ms.3: FEAT_MS_ORIENTATION must be one of 1 (Portrait), 2 (Landscape CC90)"},
-        {unidrv, kPrinter, "ms.10=@5423",
-         "must be one of @5420 (Simplex), @5422 (Duplex Flip Short), @5421 (Duplex Flip Long)"},
-        {unidrv, kPrinter, "ms.20=2", "must be one of 0 (Booklet Off), 1 (Booklet On)"},
+        // clang-format off
+        {unidrv, kPrinter, "ms.99=1",    "ms.99: no core driver has such a feature; they have 3 to 35"},
+        {unidrv, kPrinter, "ms.10x=1",   "ms.10x: no core driver has such a feature"},
+        {unidrv, kPrinter, "ms.24=1",    "FEAT_MS_PS_OUTPUT_FORMAT is no setting of a unidrv driver of kind 0x80, platform 0x800, which has 3, 4, 5, "},
+        {unidrv, kPrinter, "ms.33=1",    "FEAT_MS_UNI_HALFTONE is no setting of a unidrv driver"},
+        {unidrv, kPrinter, "ms.22=1",    "FEAT_MS_INTERNAL_UNI_QUALITY_MACRO is no setting"},
+        {unidrv, kNone,    "ms.31=1",    "with --printer the printer's driver is known"},
+        {unidrv, kPrinter, "ms.3=3",     "ms.3: FEAT_MS_ORIENTATION must be one of 1 (Portrait), 2 (Landscape CC90)"},
+        {unidrv, kPrinter, "ms.10=@5423", "must be one of @5420 (Simplex), @5422 (Duplex Flip Short), @5421 (Duplex Flip Long)"},
+        {unidrv, kPrinter, "ms.20=2",    "must be one of 0 (Booklet Off), 1 (Booklet On)"},
         {unidrv, kPrinter, "ms.10=4294967298", "must be one of 1 (Simplex)"},
-        {unidrv, kPrinter, "ms.10=", "must be one of 1 (Simplex)"},
-        {unidrv, kPrinter, "ms.10=-1", "must be one of 1 (Simplex)"},
+        {unidrv, kPrinter, "ms.10=-1",   "must be one of 1 (Simplex)"},
         {unidrv, kPrinter, "ms.5=@5410", "FEAT_MS_COPIES has no values of the data model, only numbers"},
         {unidrv, kPrinter, "ms.5=40000", "ms.5: must be from 1 to 32767"},
         {unidrv, kPrinter, "ms.12=65536", "ms.12: must be from 1 to 65535"},
         {postScript, kPrinter, "ms.21=1", "the devmode is one of a postscript driver, the printer has another"},
-        {unknownSize, kPrinter, "ms.21=1",
-         "is not recognised as that of a unidrv driver of kind 0x80, platform 0x800; only public fields can be set: 3, "
-         "4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17"},
-        {unknownSize, kNone, "ms.21=1", "the core driver's part is not recognised"},
-        {noParts, kPrinter, "ms.19=1", "the core driver's part is not recognised"},
-        {noParts, kNone, "ms.10=1", "no maker's part to tell the core driver's kind by; with --printer"},
+        {unknownSize, kPrinter, "ms.21=1", "is not recognised as that of a unidrv driver of kind 0x80, platform 0x800; only public fields can be set: 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17"},
+        {unknownSize, kNone, "ms.21=1",  "the core driver's part is not recognised"},
+        {noParts, kPrinter, "ms.19=1",   "the core driver's part is not recognised"},
+        {noParts, kNone, "ms.10=1",      "no maker's part to tell the core driver's kind by; with --printer"},
+        // clang-format on
     };
     for (const auto& row : rows)
     {
