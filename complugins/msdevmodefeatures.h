@@ -24,13 +24,13 @@ struct MsDevmodeCompanion
 
 struct MsDevmodeFeatureRow
 {
-    std::uint32_t mask;     // MsDriverKind::Fits; 0: no driver
-    bool isExposed;         // false: internal
-    std::uint32_t feature;  // DataModelIds::Feature
-    const char* name;       // ASCII
-    bool isPublic;          // a field of DEVMODEW
-    const char* keyword;    // by which IPrintCoreHelper knows it; null: it does not
-    std::uint32_t valueSet; // for whoever uses the list
+    std::uint32_t mask = 0;        // MsDriverKind::Fits; 0: no driver
+    bool isExposed = false;        // false: internal
+    std::uint32_t feature = 0;     // DataModelIds::Feature
+    const char* name = nullptr;    // ASCII
+    bool isPublic = false;         // a field of DEVMODEW
+    const char* keyword = nullptr; // by which IPrintCoreHelper knows it; null: it does not
+    std::uint32_t valueSet = 0;    // for whoever uses the list
     MsDevmodeCompanion companion;
 };
 

@@ -35,7 +35,7 @@ struct MsDevmodePlace
 
 struct MsDevmodeOffsetRow
 {
-    std::uint32_t feature;
+    std::uint32_t feature = 0;
     MsDevmodePlace postScript;
     MsDevmodePlace unidrv;
 };

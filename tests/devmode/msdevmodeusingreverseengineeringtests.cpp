@@ -108,11 +108,11 @@ TEST(PrivateSettings, LieWhereTheLayoutHasThemAndChangeNothingElse)
     constexpr struct
     {
         MsDriverKind driver;
-        std::uint32_t feature;
-        std::uint32_t value;
-        std::size_t offset; // into the private part
-        std::uint32_t mask; // of the bits there that are the setting's
-        std::uint32_t bits; // what they become
+        std::uint32_t feature = 0;
+        std::uint32_t value = 0;
+        std::size_t offset = 0; // into the private part
+        std::uint32_t mask = 0; // of the bits there that are the setting's
+        std::uint32_t bits = 0; // what they become
     } kPlaces[] = {
         // clang-format off
         {kPs,     19, 5, 136, kAll, 5},      {kUnidrv, 19, 5, 24, kAll, 5},

@@ -61,16 +61,16 @@ TEST_F(PaperWrites, SayThePaperInTheFieldsOfItsKind)
 {
     struct Case
     {
-        const char* what;
-        DWORD before;
-        PageSizeTypeEnum type;
-        std::uint32_t paperId;
-        LONG width;
-        LONG length;
-        const WCHAR* name;
-        DWORD after;
-        int paper;
-        const WCHAR* formName;
+        const char* what = "";
+        DWORD before = 0;
+        PageSizeTypeEnum type = PageSizeStandard;
+        std::uint32_t paperId = 0;
+        LONG width = 0;
+        LONG length = 0;
+        const WCHAR* name = W("");
+        DWORD after = 0;
+        int paper = 0;
+        const WCHAR* formName = W("");
         const WCHAR* application = W("");
     };
     // The devmode has paper 1, "Letter", 2159 by 2794.

@@ -18,13 +18,13 @@ struct DevmodeField
         Text, // 32 wide characters, the last of them a terminator
     };
 
-    const char* name;
-    std::size_t offset;
-    Type type;
-    long long minimum;
-    long long maximum;
-    DWORD flag; // the bit of dmFields that says "this field counts"; 0 when it has none
-    bool canBeSet;
+    const char* name = nullptr;
+    std::size_t offset = 0;
+    Type type = Type::Word;
+    long long minimum = 0;
+    long long maximum = 0;
+    DWORD flag = 0; // the bit of dmFields that says "this field counts"; 0 when it has none
+    bool canBeSet = false;
     std::uint32_t feature = 0; // the core driver's setting that it holds; 0: none
 };
 
