@@ -1,7 +1,6 @@
 #include "complugins/xdevmode.h"
 
 #include <algorithm>
-#include <iterator>
 #include <limits>
 #include <optional>
 #include <span>
@@ -11,6 +10,7 @@
 #include <tvutil/persistentattributes.h>
 #include <tvutil/throwexception.h>
 
+#include "complugins/devmodenames.h"
 #include "complugins/oemdevmodelocation.h"
 
 namespace
@@ -22,9 +22,6 @@ constexpr WCHAR kSourceFile[] = W("complugins\\xdevmode");
 constexpr ThrowSite kConstructor{W("XDevmode::XDevmode"), kSourceFile, 78};
 constexpr ThrowSite kLocation{W("XDevmode::GetOemDevmodeFromDevmode"), kSourceFile, 444};
 
-constexpr WORD kFullPublicPart = 220; // a DEVMODEW with everything that was ever added to it
-static_assert(sizeof(DEVMODEW) == kFullPublicPart);
-
 constexpr std::int32_t kNoNameSpace = -1;
 
 DEVMODEW* NotNull(DEVMODEW* devmode, const ThrowSite& site)
@@ -32,14 +29,6 @@ DEVMODEW* NotNull(DEVMODEW* devmode, const ThrowSite& site)
     if (devmode == nullptr)
         ThrowException<ExceptionInvalidArgumentNullPointer>(site);
     return devmode;
-}
-
-void TerminateNames(DEVMODEW& devmode) noexcept
-{
-    if (devmode.dmSize < kFullPublicPart)
-        return;
-    devmode.dmDeviceName[std::size(devmode.dmDeviceName) - 1] = WCHAR();
-    devmode.dmFormName[std::size(devmode.dmFormName) - 1] = WCHAR();
 }
 
 CXString ListCacheName(const AttributeBytesNameSpacesId& id)
@@ -63,7 +52,7 @@ bool XDevmode::SetDevmode(DEVMODEW* devmode)
 {
     if (devmode == nullptr)
         return false;
-    TerminateNames(*devmode); // even of a devmode that is not taken
+    TerminateDevmodeNames(*devmode); // even of a devmode that is not taken
     OemDevmode* const part = GetOemDevmodeFromDevmode(devmode);
     if (part == nullptr)
         return false;

@@ -2,8 +2,9 @@
 //
 // The first byte of the input says what the others are: a devmode as it stands; changes to a whole one; or what one
 // holds, with the right CRC: the content of the maker's part, the settings, the paper list. Beside what the sanitizers
-// see: a commit changes nothing but the maker's part, what it stores reads back, form names end, and whatever a devmode
-// holds can be reported.
+// see: a commit changes nothing but the maker's part, what it stores reads back, form names end, the core driver's
+// settings of any driver are read and written without touching the maker's part, and whatever a devmode holds can be
+// reported.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -17,9 +18,11 @@
 #include <tvutil/bytewriter.h>
 #include <tvutil/devmodebounds.h>
 #include <tvutil/globalcaches.h>
+#include <tvutil/tavlenexception.h>
 
 #include "complugins/devicepaperlist.h"
 #include "complugins/msdevicecapabilities.h"
+#include "complugins/msdevmodeusingreverseengineering.h"
 #include "complugins/papermatching.h"
 #include "complugins/xdevmode.h"
 #include "devmode.h"
@@ -95,13 +98,38 @@ void Reconcile(DEVMODEW& devmode, const std::vector<FormsInfoRecord>& forms)
             "a form name without its end");
 }
 
+// A printer of each kind.
+constexpr std::uint64_t kCapabilities[] = {0xE02, 0x1204, 0x888, 0x1048, 0xC08, 0x1404};
+
+// A copy is written, so that the rest finds what was given.
+void WriteEverySetting(Bytes devmode, std::uint64_t capability)
+{
+    const OemDevmode* const part = XDevmode::GetOemDevmodeFromDevmode(FieldsOf(devmode));
+    const Bytes before(part != nullptr ? part->bytes : nullptr, part != nullptr ? std::end(part->bytes) : nullptr);
+    MsDevmodeUsingReverseEngineering settings(MsDriverKind::FromCapabilityWord(capability), FieldsOf(devmode));
+    settings.Initialize();
+    for (std::uint32_t feature = 0; feature <= 36; ++feature)
+        for (const std::uint32_t value : {1u, 0xFFFFFFFFu, 0u})
+            try
+            {
+                static_cast<void>(settings.GetMsFeatureValue(feature, MsDevmodeBase::Raw));
+                settings.SetMsFeatureValue(feature, value, MsDevmodeBase::Raw);
+            }
+            catch (const TavlenException&)
+            {
+                // The driver or the devmode has no such setting.
+            }
+    Require(part == nullptr || std::equal(before.begin(), before.end(), std::begin(part->bytes)),
+            "a core driver's setting changed the maker's part");
+}
+
 // What `tvpt devmode show` prints.
-void Report(const Bytes& devmode)
+void Report(const Bytes& devmode, const PrinterModel* model)
 {
     const std::string_view bytes(reinterpret_cast<const char*>(devmode.data()), devmode.size());
     try
     {
-        const nlohmann::ordered_json shown = DescribeDevmode(Devmode::FromBytes(bytes, "fuzz"));
+        const nlohmann::ordered_json shown = DescribeDevmode(Devmode::FromBytes(bytes, "fuzz"), model);
         static_cast<void>(JsonText(shown));
         static_cast<void>(PlainText(shown));
     }
@@ -115,7 +143,14 @@ void Use(Bytes& devmode)
 {
     if (!DevmodeFitsIn(FieldsOf(devmode), devmode.size()))
         return;
-    Report(devmode);
+    Report(devmode, nullptr);
+    for (const std::uint64_t capability : kCapabilities)
+    {
+        PrinterModel model;
+        model.capability = capability;
+        Report(devmode, &model);
+        WriteEverySetting(devmode, capability);
+    }
     EditAndCommit(devmode);
     MSDeviceCapabilities capabilities;
     capabilities.Initialize(&capabilities, MSDeviceCapabilities::Context::Spooler);

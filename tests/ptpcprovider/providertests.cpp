@@ -8,6 +8,7 @@
 
 #include "complugins/ptpcprovider/printschemanamespaces.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
+#include "corehelper.h"
 #include "tests/common/testdevmode.h"
 #include "tests/common/testdocuments.h"
 #include "tests/common/testprinter.h"
@@ -23,15 +24,13 @@ using Access = TavlenPtProviderTestAccess;
 constexpr const WCHAR* kWorkflowModule = W("tvwftu_B.dll");
 
 // A helper as the service's, or one that answers every query with a failure and leaves rubbish in its output.
-class FakeHelper final : public IPrintCoreHelper
+class AnsweringHelper final : public CoreHelper
 {
 public:
-    explicit FakeHelper(HRESULT answer) : m_answer(answer)
+    explicit AnsweringHelper(HRESULT answer) : CoreHelper(PrinterModel()), m_answer(answer)
     {
     }
-
-    ULONG references = 1;
-    bool hadModuleAtTheEnd = false; // whether the printer's workflow module was still loaded at the last Release
+    ~AnsweringHelper() override = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override
     {
@@ -40,62 +39,33 @@ public:
         *object = this;
         if (m_answer != S_OK)
             return m_answer;
-        if (!IsEqualIID(riid, kPrintCoreHelper))
-            return E_NOINTERFACE;
-        ++references;
-        return S_OK;
+        return IsEqualIID(riid, kPrintCoreHelper) ? CoreHelper::QueryInterface(riid, object) : E_NOINTERFACE;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override
-    {
-        return ++references;
-    }
+
     ULONG STDMETHODCALLTYPE Release() override
     {
         hadModuleAtTheEnd = GetModuleHandleW(kWorkflowModule) != nullptr;
-        return --references;
+        return CoreHelper::Release();
     }
-    HRESULT STDMETHODCALLTYPE GetOption(const DEVMODEW*, DWORD, PCSTR, PCSTR*) override
+
+    ULONG References()
     {
-        return E_NOTIMPL;
+        AddRef();
+        return Release();
     }
-    HRESULT STDMETHODCALLTYPE SetOptions(DEVMODEW*, DWORD, BOOL, const PRINT_FEATURE_OPTION*, DWORD, DWORD*,
-                                         DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE EnumConstrainedOptions(const DEVMODEW*, DWORD, PCSTR, PCSTR**, DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE WhyConstrained(const DEVMODEW*, DWORD, PCSTR, PCSTR, const PRINT_FEATURE_OPTION**,
-                                             DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE EnumFeatures(PCSTR**, DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE EnumOptions(PCSTR, PCSTR**, DWORD*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetFontSubstitution(PCWSTR, PCWSTR*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetFontSubstitution(PCWSTR, PCWSTR) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE CreateInstanceOfMSXMLObject(REFCLSID, IUnknown*, DWORD, REFIID, PVOID*) override
-    {
-        return E_NOTIMPL;
-    }
+
+    bool hadModuleAtTheEnd = false; // whether the printer's workflow module was still loaded at the last Release
 
 private:
     HRESULT m_answer;
 };
+
+ComPtr<AnsweringHelper> MakeHelper(HRESULT answer)
+{
+    ComPtr<AnsweringHelper> helper;
+    helper.Attach(new AnsweringHelper(answer));
+    return helper;
+}
 
 class Provider : public testing::Test, protected ProviderBinding
 {
@@ -174,8 +144,8 @@ TEST_F(Provider, HasItsOperationsInThePublishedSlots)
     EXPECT_EQ(1, *versions);
     BSTR* array = nullptr;
     EXPECT_EQ(E_VERSION_NOT_SUPPORTED, slots->bindPrinter(called, this, 2, &options, &count, &array));
-    FakeHelper none(E_NOINTERFACE);
-    EXPECT_EQ(S_OK, slots->publishPrintTicketHelperInterface(called, &none)) << "the helper is optional";
+    const ComPtr<AnsweringHelper> none = MakeHelper(E_NOINTERFACE);
+    EXPECT_EQ(S_OK, slots->publishPrintTicketHelperInterface(called, none.Get())) << "the helper is optional";
     BSTR text = nullptr;
     EXPECT_EQ(E_NOTIMPL, slots->queryDeviceDefaultNamespace(called, &text));
 
@@ -275,22 +245,22 @@ TEST_F(Provider, KeepsTheFirstHelperUntilItEnds)
 {
     const TestPrinter printer({0xE02, "tavlen-c9070-ps.json", {"tvwftu_b.dll"}});
     ASSERT_EQ(S_OK, BindTo(printer.Handle()));
-    FakeHelper none(E_NOINTERFACE);
-    FakeHelper broken(E_FAIL);
-    FakeHelper first(S_OK);
-    FakeHelper second(S_OK);
+    const ComPtr<AnsweringHelper> none = MakeHelper(E_NOINTERFACE);
+    const ComPtr<AnsweringHelper> broken = MakeHelper(E_FAIL);
+    const ComPtr<AnsweringHelper> first = MakeHelper(S_OK);
+    const ComPtr<AnsweringHelper> second = MakeHelper(S_OK);
     EXPECT_EQ(E_INVALIDARG, provider->PublishPrintTicketHelperInterface(nullptr));
-    EXPECT_EQ(S_OK, provider->PublishPrintTicketHelperInterface(&none)); // optional
-    EXPECT_EQ(E_FAIL, provider->PublishPrintTicketHelperInterface(&broken));
+    EXPECT_EQ(S_OK, provider->PublishPrintTicketHelperInterface(none.Get())); // optional
+    EXPECT_EQ(E_FAIL, provider->PublishPrintTicketHelperInterface(broken.Get()));
     EXPECT_EQ(nullptr, Access::Helper(*object));
-    EXPECT_EQ(S_OK, provider->PublishPrintTicketHelperInterface(&first));
-    EXPECT_EQ(S_OK, provider->PublishPrintTicketHelperInterface(&second));
-    EXPECT_EQ(&first, Access::Helper(*object));
-    EXPECT_EQ(2u, first.references);
-    EXPECT_EQ(1u, second.references);
+    EXPECT_EQ(S_OK, provider->PublishPrintTicketHelperInterface(first.Get()));
+    EXPECT_EQ(S_OK, provider->PublishPrintTicketHelperInterface(second.Get()));
+    EXPECT_EQ(first.Get(), Access::Helper(*object));
+    EXPECT_EQ(2u, first->References());
+    EXPECT_EQ(1u, second->References());
     provider.Reset();
-    EXPECT_EQ(1u, first.references);
-    EXPECT_TRUE(first.hadModuleAtTheEnd);
+    EXPECT_TRUE(first->hadModuleAtTheEnd);
+    EXPECT_EQ(1u, first->References());
     EXPECT_EQ(nullptr, GetModuleHandleW(kWorkflowModule));
 }
 

@@ -226,7 +226,7 @@ TEST_F(Roads, TheDriversOwnNamesAreInTheNamespaceThatItsModelHas)
         const bool isOwn = row.uri == own;
         const std::string uri = DriverNamespaceUri(isOwn ? CXString::FromUtf8(own) : CXString(), model.name);
         const std::string base =
-            MakeCoreDriverTicket(Devmode::FromBytes(ReadBytes(Folder() / "in.dm"), "test"), model, uri);
+            MakeCoreDriverTicket(Devmode::FromBytes(ReadBytes(Folder() / "in.dm"), "test"), model, uri, nullptr);
         EXPECT_NE(base.find(" xmlns:ns0000=\"" + row.uri + "\""), std::string::npos) << base;
         EXPECT_NE(base.find(" name=\"ns0000:Tray1\""), std::string::npos) << base;
 

@@ -144,7 +144,7 @@ Devmode HostDevmode(const ByteBuffer& devmode)
 ByteBuffer WithTwelveCopies(const ByteBuffer& devmode)
 {
     Devmode changed = HostDevmode(devmode);
-    ApplySettings({"feature.43=12"}, changed);
+    ApplySettings({"feature.43=12"}, changed, nullptr);
     return ByteBuffer(changed.Bytes().data(), changed.Bytes().size());
 }
 
@@ -172,7 +172,7 @@ TEST_F(DocumentProperties, KeepTheSettingsWhenThePaperChanges)
     Install(kPostScriptModel, addForms);
     const ByteBuffer fresh = Properties();
     const ByteBuffer settings = SettingsOf(fresh);
-    const nlohmann::ordered_json papers = DescribeDevmode(HostDevmode(fresh))["papers"];
+    const nlohmann::ordered_json papers = DescribeDevmode(HostDevmode(fresh), nullptr)["papers"];
     ASSERT_FALSE(HasPaper(papers, kLastPaper));
     ByteBuffer later(settings.bytes());
     later.data()[5] = 2;
@@ -207,7 +207,7 @@ TEST_F(DocumentProperties, KeepTheSettingsWhenThePaperChanges)
         const ByteBuffer merged = Properties(devmode);
         EXPECT_EQ(PublicPart(merged).dmPaperSize, kLastPaper);
         EXPECT_EQ(merged.data()[sizeof(DEVMODEW) + 136], 3);
-        const nlohmann::ordered_json after = DescribeDevmode(HostDevmode(merged));
+        const nlohmann::ordered_json after = DescribeDevmode(HostDevmode(merged), nullptr);
         EXPECT_EQ(after["features"].value("43", 0), test.copies);
         EXPECT_EQ(EntryOf(merged, kUnknownKey).size(), test.unknownSize);
         EXPECT_EQ(after["papers"].size(), test.papers);

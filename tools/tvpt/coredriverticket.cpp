@@ -1,17 +1,24 @@
 #include "coredriverticket.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <iterator>
+#include <memory>
 
-#include "coredevmode.h"
+#include <tvcore/datamodelids.h>
+#include <tvutil/tavlenexception.h>
+
+#include "complugins/msfeaturemanager.h"
+#include "corefeatures.h"
 #include "devmodefields.h"
 #include "newdevmode.h"
 #include "ticketwriter.h"
 
 namespace
 {
+
+namespace Features = DataModelIds::Feature;
+namespace Values = DataModelIds::Value;
 
 constexpr std::string_view kDriverNamespaceRoot = "http://schemas.microsoft.com/windows/printing/oemdriverpt/";
 constexpr long kMicronsPerUnit = 100; // a devmode counts tenths of a millimetre
@@ -67,6 +74,57 @@ DEVMODEW ClaimedFields(const Devmode& devmode, const PrinterModel& model)
     return fields;
 }
 
+// A devmode of these fields, with the driver's private part where it is of the model's driver.
+Devmode WithOwnParts(const Devmode& devmode, const DEVMODEW& fields, const PrinterModel& model)
+{
+    const auto parts = LocateDriverParts(devmode.DriverExtra());
+    const bool isOwn = parts && LayoutOf(MsDriverKind::FromCapabilityWord(model.capability)) == parts->layout;
+    return Devmode(fields, isOwn ? devmode.DriverExtra() : std::span<const std::byte>());
+}
+
+// The settings of a devmode, whichever way they are reached.
+class CoreSettings
+{
+public:
+    CoreSettings(Devmode devmode, const PrinterModel& model, IPrintCoreHelper* helper)
+        : m_devmode(std::move(devmode)),
+          m_access(MsFeatureManager::MakeMsDevmode(MsDriverKind::FromCapabilityWord(model.capability), helper,
+                                                   m_devmode.Raw()))
+    {
+    }
+    CoreSettings(const CoreSettings&) = delete;
+    CoreSettings& operator=(const CoreSettings&) = delete;
+
+    // The data model's value. Of a setting that the driver does not have, or whose value no table has, what its public
+    // field alone says; without one, the fallback.
+    [[nodiscard]] std::int32_t Option(std::uint32_t feature, std::int32_t fallback)
+    {
+        if (m_access->FindFeature(feature) == nullptr)
+            return fallback;
+        try
+        {
+            return static_cast<std::int32_t>(m_access->GetMsFeatureValue(feature, MsDevmodeBase::DataModel));
+        }
+        catch (const TavlenException&)
+        {
+        }
+        const MsDevmodeValueRow* const row =
+            MsDevmodeValues::FindDevmodeValue(m_access->FindFeature(feature)->values, Number(feature));
+        return row != nullptr ? row->valueId : fallback;
+    }
+
+    // As the public field has it; 0 when it is none.
+    [[nodiscard]] std::uint32_t Number(std::uint32_t feature)
+    {
+        bool isFound = false;
+        return m_access->GetPublicDmFeatureValue_Helper(m_devmode.Raw(), feature, MsDevmodeBase::Raw, &isFound);
+    }
+
+private:
+    Devmode m_devmode;
+    std::unique_ptr<MsDevmodeBase> m_access;
+};
+
 std::string DriverName(std::string_view text)
 {
     return std::string(TicketWriter::kDriverPrefix) + ":" + NameFromText(text);
@@ -115,69 +173,112 @@ void WriteMediaSize(const DEVMODEW& fields, const PrinterModel& model, TicketWri
         {{"psk:MediaSizeWidth", form.width * kMicronsPerUnit}, {"psk:MediaSizeHeight", form.length * kMicronsPerUnit}});
 }
 
-void WriteResolution(const DEVMODEW& fields, const PrinterModel& model, TicketWriter& ticket)
+void WriteResolution(CoreSettings& core, const PrinterModel& model, TicketWriter& ticket)
 {
+    const std::uint32_t resolution = core.Number(Features::MsResolution);
+    const auto given = [](std::uint32_t half)
+    {
+        return long{static_cast<std::int16_t>(half & 0xFFFF)};
+    };
     // A negative quality is one of the platform's draft-to-high names, which only the driver can turn into dots.
-    const bool named = fields.dmPrintQuality <= 0;
-    const long x = named ? model.resolutions.front().x : fields.dmPrintQuality;
-    const long y = named ? model.resolutions.front().y : fields.dmYResolution > 0 ? fields.dmYResolution : x;
+    const bool named = given(resolution >> 16) <= 0;
+    const long x = named ? model.resolutions.front().x : given(resolution >> 16);
+    const long y = named ? model.resolutions.front().y : given(resolution) > 0 ? given(resolution) : x;
     ticket.Feature("psk:PageResolution", {}, {{"psk:ResolutionX", x}, {"psk:ResolutionY", y}});
 }
 
-void WriteScaling(const DEVMODEW& fields, TicketWriter& ticket)
+void WriteScaling(CoreSettings& core, TicketWriter& ticket)
 {
-    constexpr short kFullSize = 100; // per cent
-    if (fields.dmScale == kFullSize)
+    constexpr std::uint32_t kFullSize = 100; // per cent
+    const std::uint32_t scale = core.Number(Features::MsScale);
+    if (scale == kFullSize)
         return ticket.Feature("psk:PageScaling", "psk:None");
     ticket.FeatureWithParameters("psk:PageScaling", "psk:CustomSquare", {{"psk:Scale", "psk:PageScalingScale"}});
-    ticket.Parameter("psk:PageScalingScale", fields.dmScale);
+    ticket.Parameter("psk:PageScalingScale", static_cast<std::int16_t>(scale));
 }
 
-std::string_view OrientationOption(const DEVMODEW& fields, const CoreSettings& core)
+struct OptionRow
 {
-    if (fields.dmOrientation != DMORIENT_LANDSCAPE)
-        return "psk:Portrait";
-    return core.rotatedLandscape ? "psk:ReverseLandscape" : "psk:Landscape";
+    std::int32_t valueId;
+    std::string_view option;
+};
+
+// The first row's option stands for what none of the rows is.
+template <std::size_t Size>
+std::string_view OptionOf(CoreSettings& core, std::uint32_t feature, const OptionRow (&rows)[Size])
+{
+    const std::int32_t valueId = core.Option(feature, rows[0].valueId);
+    const auto found = std::find_if(std::begin(rows), std::end(rows),
+                                    [valueId](const OptionRow& row) { return row.valueId == valueId; });
+    return found != std::end(rows) ? found->option : rows[0].option;
 }
 
-std::string_view DuplexOption(short duplex)
+constexpr OptionRow kOrientations[] = {
+    {Values::MsPortrait, "psk:Portrait"},
+    {Values::MsLandscape, "psk:Landscape"},
+    {Values::MsRotatedLandscape, "psk:ReverseLandscape"},
+};
+
+constexpr OptionRow kPlexes[] = {
+    {Values::Simplex, "psk:OneSided"},
+    {Values::DuplexLongEdge, "psk:TwoSidedLongEdge"},
+    {Values::DuplexShortEdge, "psk:TwoSidedShortEdge"},
+};
+
+constexpr OptionRow kCollations[] = {
+    {Values::Uncollated, "psk:Uncollated"},
+    {Values::Collated, "psk:Collated"},
+};
+
+constexpr OptionRow kBooklets[] = {
+    {Values::MsBookletOff, "psk:None"},
+    {Values::MsBookletOn, "psk:Booklet"},
+};
+
+constexpr OptionRow kPageOrders[] = {
+    {Values::MsPageOrderNormal, "psk:Standard"},
+    {Values::MsPageOrderReverse, "psk:Reverse"},
+};
+
+constexpr OptionRow kFontDownloads[] = {
+    {Values::MsPsDownloadAutomatic, "psk:Automatic"},
+    {Values::MsPsDownloadOutline, "psk:DownloadAsOutlineFont"},
+    {Values::MsPsDownloadBitmap, "psk:DownloadAsRasterFont"},
+    {Values::MsPsDownloadNative, "psk:DownloadAsNativeTrueTypeFont"},
+};
+
+long PagesPerSheet(CoreSettings& core)
 {
-    switch (duplex)
-    {
-    case DMDUP_VERTICAL:
-        return "psk:TwoSidedLongEdge";
-    case DMDUP_HORIZONTAL:
-        return "psk:TwoSidedShortEdge";
-    default:
-        return "psk:OneSided";
-    }
+    constexpr long kPages[] = {1, 2, 4, 6, 9, 16}; // in the order of their values
+    static_assert(Values::PagesPerSheet16 - Values::PagesPerSheet1 + 1 == std::size(kPages));
+    return kPages[core.Option(Features::MsPagesPerSheet, Values::PagesPerSheet1) - Values::PagesPerSheet1];
 }
 
-void WriteInputBin(const DEVMODEW& fields, const PrinterModel& model, TicketWriter& ticket)
+void WriteInputBin(CoreSettings& core, const PrinterModel& model, TicketWriter& ticket)
 {
+    const std::uint32_t source = core.Number(Features::MsDefaultSource);
     const auto bin = std::find_if(model.bins.begin(), model.bins.end(),
-                                  [&fields](const PrinterModel::Bin& row) { return row.id == fields.dmDefaultSource; });
+                                  [source](const PrinterModel::Bin& row) { return row.id == source; });
     const bool isAutomatic = bin == model.bins.end() || bin->id == DMBIN_AUTO;
     ticket.Feature("psk:JobInputBin", isAutomatic ? "psk:AutoSelect" : DriverName(bin->name.ToUtf8()));
 }
 
-void WriteFontModes(const DEVMODEW& fields, const CoreSettings& core, TicketWriter& ticket)
+void WriteFontModes(CoreSettings& core, TicketWriter& ticket)
 {
-    constexpr std::array<std::string_view, 4> kDownloads = {
-        "psk:Automatic", "psk:DownloadAsOutlineFont", "psk:DownloadAsRasterFont", "psk:DownloadAsNativeTrueTypeFont"};
-    if (core.trueTypeDownload && *core.trueTypeDownload < kDownloads.size())
-        ticket.Feature("psk:PageTrueTypeFontMode", kDownloads[*core.trueTypeDownload]);
+    constexpr std::int32_t kNone = 0;
+    const std::uint32_t fonts = core.Number(Features::MsTrueTypeOption);
+    if (core.Option(Features::MsPsTrueTypeDownload, kNone) != kNone)
+        ticket.Feature("psk:PageTrueTypeFontMode", OptionOf(core, Features::MsPsTrueTypeDownload, kFontDownloads));
     else
-        ticket.Feature("psk:PageTrueTypeFontMode",
-                       fields.dmTTOption == DMTT_BITMAP ? "psk:RenderAsBitmap" : "psk:Automatic");
-    ticket.Feature("psk:PageDeviceFontSubstitution", fields.dmTTOption == DMTT_SUBDEV ? "psk:On" : "psk:Off");
+        ticket.Feature("psk:PageTrueTypeFontMode", fonts == DMTT_BITMAP ? "psk:RenderAsBitmap" : "psk:Automatic");
+    ticket.Feature("psk:PageDeviceFontSubstitution", fonts == DMTT_SUBDEV ? "psk:On" : "psk:Off");
 }
 
-void WriteLayout(const CoreSettings& core, TicketWriter& ticket)
+void WriteLayout(CoreSettings& core, TicketWriter& ticket)
 {
-    ticket.Feature("psk:JobNUpAllDocumentsContiguously", {}, {{"psk:PagesPerSheet", core.pagesPerSheet}});
-    ticket.Feature("psk:JobBindAllDocuments", core.booklet ? "psk:Booklet" : "psk:None");
-    ticket.Feature("psk:JobPageOrder", core.reversePageOrder ? "psk:Reverse" : "psk:Standard");
+    ticket.Feature("psk:JobNUpAllDocumentsContiguously", {}, {{"psk:PagesPerSheet", PagesPerSheet(core)}});
+    ticket.Feature("psk:JobBindAllDocuments", OptionOf(core, Features::MsBooklet, kBooklets));
+    ticket.Feature("psk:JobPageOrder", OptionOf(core, Features::MsPageOrder, kPageOrders));
 }
 
 // Letters, digits, '.', '-' and '_' stay, each other character becomes one '_', as services do.
@@ -203,23 +304,23 @@ std::string DriverNamespaceUri(const CXString& providerNamespace, const CXString
 }
 
 std::string MakeCoreDriverTicket(const Devmode& devmode, const PrinterModel& model,
-                                 const std::string& driverNamespaceUri)
+                                 const std::string& driverNamespaceUri, IPrintCoreHelper* helper)
 {
     const DEVMODEW fields = ClaimedFields(devmode, model);
-    const auto parts = LocateDriverParts(devmode.DriverExtra());
-    const CoreSettings core = parts ? ReadCoreSettings(parts->layout, parts->core) : CoreSettings();
+    CoreSettings core(WithOwnParts(devmode, fields, model), model, helper);
 
     TicketWriter ticket(driverNamespaceUri);
     WriteMediaSize(fields, model, ticket);
-    ticket.Feature("psk:PageOutputColor", fields.dmColor == DMCOLOR_COLOR ? "psk:Color" : "psk:Monochrome");
-    WriteScaling(fields, ticket);
-    WriteResolution(fields, model, ticket);
-    ticket.Feature("psk:PageOrientation", OrientationOption(fields, core));
-    ticket.Feature("psk:DocumentCollate", fields.dmCollate == DMCOLLATE_TRUE ? "psk:Collated" : "psk:Uncollated");
-    ticket.Feature("psk:JobDuplexAllDocumentsContiguously", DuplexOption(fields.dmDuplex));
-    WriteInputBin(fields, model, ticket);
+    ticket.Feature("psk:PageOutputColor",
+                   core.Number(Features::MsColorMode) == DMCOLOR_COLOR ? "psk:Color" : "psk:Monochrome");
+    WriteScaling(core, ticket);
+    WriteResolution(core, model, ticket);
+    ticket.Feature("psk:PageOrientation", OptionOf(core, Features::MsOrientation, kOrientations));
+    ticket.Feature("psk:DocumentCollate", OptionOf(core, Features::MsCollation, kCollations));
+    ticket.Feature("psk:JobDuplexAllDocumentsContiguously", OptionOf(core, Features::MsDuplex, kPlexes));
+    WriteInputBin(core, model, ticket);
     WriteLayout(core, ticket);
-    WriteFontModes(fields, core, ticket);
-    ticket.Parameter("psk:JobCopiesAllDocuments", fields.dmCopies);
+    WriteFontModes(core, ticket);
+    ticket.Parameter("psk:JobCopiesAllDocuments", static_cast<std::int16_t>(core.Number(Features::MsCopies)));
     return ticket.Finish();
 }

@@ -2,7 +2,9 @@
 
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 
+#include "corefeatures.h"
 #include "devmodereport.h"
 #include "devmodesettings.h"
 #include "jsonoutput.h"
@@ -31,36 +33,51 @@ void MakeNew(const DevmodeArguments& arguments, const StandardStreams& streams)
     const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
     const PrinterModel model = ReadInstalledModel(printer, arguments.printer);
     Devmode devmode = MakeNewDevmode(model, DescribePrinter(printer, arguments.printer).name);
-    ApplySettings(arguments.settings, devmode);
+    ApplySettings(arguments.settings, devmode, &model);
     WriteOutput(arguments.output, devmode.Bytes(), streams);
+}
+
+// Nothing when no printer is named.
+std::optional<PrinterModel> ReadModel(const std::string& printerName)
+{
+    if (printerName.empty())
+        return std::nullopt;
+    return ReadInstalledModel(PrinterHandle::Open(printerName, PrinterHandle::Access::Use), printerName);
+}
+
+const PrinterModel* OrNull(const std::optional<PrinterModel>& model)
+{
+    return model ? &*model : nullptr;
 }
 
 void Set(const DevmodeArguments& arguments, const StandardStreams& streams)
 {
     Devmode devmode = ReadDevmode(arguments.file, streams);
-    ApplySettings(arguments.settings, devmode);
+    const std::optional<PrinterModel> model = ReadModel(arguments.printer);
+    ApplySettings(arguments.settings, devmode, OrNull(model));
     WriteOutput(arguments.output, devmode.Bytes(), streams);
 }
 
 void Show(const DevmodeArguments& arguments, const StandardStreams& streams)
 {
     const Devmode devmode = ReadDevmode(arguments.file, streams);
-    nlohmann::ordered_json shown = DescribeDevmode(devmode);
-    if (!arguments.printer.empty())
-    {
-        const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
-        shown["printer"] =
-            CompareWithPrinter(devmode, arguments.printer, ReadInstalledModel(printer, arguments.printer));
-    }
+    const std::optional<PrinterModel> model = ReadModel(arguments.printer);
+    nlohmann::ordered_json shown = DescribeDevmode(devmode, OrNull(model));
+    if (model)
+        shown["printer"] = CompareWithPrinter(devmode, arguments.printer, *model);
+    if (!arguments.json)
+        shown["core"]["features"] = CoreFeaturesInWords(shown["core"]["features"]);
     WriteOutput({}, arguments.json ? JsonText(shown) : PlainText(shown), streams);
 }
 
 void AddSettings(CLI::App& command, DevmodeArguments& arguments, bool required)
 {
     command
-        .add_option("--set", arguments.settings,
-                    "A public field (dmCopies=3), a feature of the document (feature.46=5421), or the application that "
-                    "the devmode comes from (app=excel.exe); may be repeated")
+        .add_option(
+            "--set", arguments.settings,
+            "A public field (dmCopies=3), a setting of the core driver (ms.10=2, or by its value in the data model "
+            "ms.10=@5421), a feature of the document (feature.46=5421), or the application that the devmode "
+            "comes from (app=excel.exe); may be repeated")
         ->type_name("KEY=VALUE")
         ->allow_extra_args(false)
         ->required(required);
@@ -82,13 +99,14 @@ void AddDevmodeCommands(CLI::App& program, Action& chosen)
 
     CLI::App& show = *devmode.add_subcommand("show", "Show what a devmode holds");
     show.add_option("FILE", arguments->file, "A devmode; - is standard input")->required();
-    show.add_option("--printer", arguments->printer, "Compare it with this printer's driver");
+    show.add_option("--printer", arguments->printer, "Compare it with this printer's driver, and show all that it has");
     show.add_flag("--json", arguments->json, "As JSON");
     OnCommand(show, chosen, [arguments](const StandardStreams& streams) { Show(*arguments, streams); });
 
     CLI::App& set = *devmode.add_subcommand("set", "Change a devmode");
     set.add_option("FILE", arguments->file, "A devmode; - is standard input")->required();
     AddSettings(set, *arguments, true);
+    set.add_option("--printer", arguments->printer, "The printer whose core driver's settings are set");
     set.add_option("-o", arguments->output, "Where it goes; - or nothing is standard output");
     OnCommand(set, chosen, [arguments](const StandardStreams& streams) { Set(*arguments, streams); });
 }

@@ -10,7 +10,9 @@
 #include <cstdint>
 #include <cstring>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 
+#include "complugins/msdevmodepublicfields.h"
 #include "failure.h"
 
 namespace
@@ -23,6 +25,17 @@ constexpr long long kWordMax = 65535;
 constexpr long long kDwordMax = 4294967295;
 constexpr std::size_t kTextLength = 32; // characters, terminator included
 
+// A field that holds a setting of the core driver: where it lies, the devmode layer knows. Of a setting of two fields
+// `half` is 0 for the first and 1 for the second.
+constexpr DevmodeField Core(const char* name, std::uint32_t feature, Type type, long long minimum, long long maximum,
+                            int half = 0)
+{
+    for (const MsDevmodePublicField& field : MsDevmodePublicFields::kFields)
+        if (field.feature == feature && half-- == 0)
+            return {name, field.offset, type, minimum, maximum, field.flag, true, feature};
+    throw std::invalid_argument("no such setting"); // and so no constant
+}
+
 constexpr DevmodeField kFields[] = {
     // clang-format off
     //  name                offset                                  type         min  max        flag              set
@@ -32,19 +45,19 @@ constexpr DevmodeField kFields[] = {
     { "dmSize",             offsetof(DEVMODEW, dmSize),             Type::Word,   0, kWordMax,   0,                false },
     { "dmDriverExtra",      offsetof(DEVMODEW, dmDriverExtra),      Type::Word,   0, kWordMax,   0,                false },
     { "dmFields",           offsetof(DEVMODEW, dmFields),           Type::Dword,  0, kDwordMax,  0,                true  },
-    { "dmOrientation",      offsetof(DEVMODEW, dmOrientation),      Type::Short,  1, 2,          DM_ORIENTATION,   true  },
-    { "dmPaperSize",        offsetof(DEVMODEW, dmPaperSize),        Type::Word,   1, kWordMax,   DM_PAPERSIZE,     true  },
-    { "dmPaperLength",      offsetof(DEVMODEW, dmPaperLength),      Type::Short,  0, kShortMax,  DM_PAPERLENGTH,   true  },
-    { "dmPaperWidth",       offsetof(DEVMODEW, dmPaperWidth),       Type::Short,  0, kShortMax,  DM_PAPERWIDTH,    true  },
-    { "dmScale",            offsetof(DEVMODEW, dmScale),            Type::Short,  1, kShortMax,  DM_SCALE,         true  },
-    { "dmCopies",           offsetof(DEVMODEW, dmCopies),           Type::Short,  1, kShortMax,  DM_COPIES,        true  },
-    { "dmDefaultSource",    offsetof(DEVMODEW, dmDefaultSource),    Type::Short,  1, kShortMax,  DM_DEFAULTSOURCE, true  },
-    { "dmPrintQuality",     offsetof(DEVMODEW, dmPrintQuality),     Type::Short, -4, kShortMax,  DM_PRINTQUALITY,  true  },
-    { "dmColor",            offsetof(DEVMODEW, dmColor),            Type::Short,  1, 2,          DM_COLOR,         true  },
-    { "dmDuplex",           offsetof(DEVMODEW, dmDuplex),           Type::Short,  1, 3,          DM_DUPLEX,        true  },
-    { "dmYResolution",      offsetof(DEVMODEW, dmYResolution),      Type::Short,  0, kShortMax,  DM_YRESOLUTION,   true  },
-    { "dmTTOption",         offsetof(DEVMODEW, dmTTOption),         Type::Short,  1, 4,          DM_TTOPTION,      true  },
-    { "dmCollate",          offsetof(DEVMODEW, dmCollate),          Type::Short,  0, 1,          DM_COLLATE,       true  },
+    Core("dmOrientation",        3, Type::Short,  1, 2),
+    Core("dmPaperSize",         12, Type::Word,   1, kWordMax),
+    Core("dmPaperLength",       14, Type::Short,  0, kShortMax),
+    Core("dmPaperWidth",        13, Type::Short,  0, kShortMax),
+    Core("dmScale",              4, Type::Short,  1, kShortMax),
+    Core("dmCopies",             5, Type::Short,  1, kShortMax),
+    Core("dmDefaultSource",      7, Type::Short,  1, kShortMax),
+    Core("dmPrintQuality",       8, Type::Short, -4, kShortMax),
+    Core("dmColor",              9, Type::Short,  1, 2),
+    Core("dmDuplex",            10, Type::Short,  1, 3),
+    Core("dmYResolution",        8, Type::Short,  0, kShortMax, 1),
+    Core("dmTTOption",          11, Type::Short,  1, 4),
+    Core("dmCollate",            6, Type::Short,  0, 1),
     { "dmFormName",         offsetof(DEVMODEW, dmFormName),         Type::Text,   0, 0,          DM_FORMNAME,      true  },
     { "dmLogPixels",        offsetof(DEVMODEW, dmLogPixels),        Type::Word,   0, kWordMax,   DM_LOGPIXELS,     true  },
     { "dmBitsPerPel",       offsetof(DEVMODEW, dmBitsPerPel),       Type::Dword,  0, kDwordMax,  0,                true  },
@@ -52,10 +65,10 @@ constexpr DevmodeField kFields[] = {
     { "dmPelsHeight",       offsetof(DEVMODEW, dmPelsHeight),       Type::Dword,  0, kDwordMax,  0,                true  },
     { "dmNup",              offsetof(DEVMODEW, dmNup),              Type::Dword,  1, 2,          DM_NUP,           true  },
     { "dmDisplayFrequency", offsetof(DEVMODEW, dmDisplayFrequency), Type::Dword,  0, kDwordMax,  0,                true  },
-    { "dmICMMethod",        offsetof(DEVMODEW, dmICMMethod),        Type::Dword,  1, kDwordMax,  DM_ICMMETHOD,     true  },
-    { "dmICMIntent",        offsetof(DEVMODEW, dmICMIntent),        Type::Dword,  1, kDwordMax,  DM_ICMINTENT,     true  },
-    { "dmMediaType",        offsetof(DEVMODEW, dmMediaType),        Type::Dword,  1, kDwordMax,  DM_MEDIATYPE,     true  },
-    { "dmDitherType",       offsetof(DEVMODEW, dmDitherType),       Type::Dword,  1, kDwordMax,  DM_DITHERTYPE,    true  },
+    Core("dmICMMethod",         15, Type::Dword,  1, kDwordMax),
+    Core("dmICMIntent",         16, Type::Dword,  1, kDwordMax),
+    Core("dmMediaType",         17, Type::Dword,  1, kDwordMax),
+    Core("dmDitherType",        18, Type::Dword,  1, kDwordMax),
     { "dmReserved1",        offsetof(DEVMODEW, dmReserved1),        Type::Dword,  0, kDwordMax,  0,                true  },
     { "dmReserved2",        offsetof(DEVMODEW, dmReserved2),        Type::Dword,  0, kDwordMax,  0,                true  },
     { "dmPanningWidth",     offsetof(DEVMODEW, dmPanningWidth),     Type::Dword,  0, kDwordMax,  0,                true  },
@@ -110,8 +123,15 @@ void SetText(DEVMODEW& devmode, const DevmodeField& field, std::string_view valu
     std::memcpy(Place(devmode, field), characters.data(), sizeof characters);
 }
 
-// Decimal, or hexadecimal with 0x.
-long long ParseNumber(const DevmodeField& field, std::string_view text)
+void SetNumber(DEVMODEW& devmode, const DevmodeField& field, std::string_view value)
+{
+    const auto bits = static_cast<std::uint32_t>(ParseDevmodeNumber(field, field.name, value));
+    std::memcpy(Place(devmode, field), &bits, WidthOf(field.type)); // little-endian: the low bytes come first
+}
+
+} // namespace
+
+long long ParseDevmodeNumber(const DevmodeField& field, std::string_view key, std::string_view text)
 {
     const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
     const std::string_view digits = hexadecimal ? text.substr(2) : text;
@@ -121,20 +141,11 @@ long long ParseNumber(const DevmodeField& field, std::string_view text)
     const bool isNumber =
         error == std::errc() && end == digits.data() + digits.size() && !(hexadecimal && digits.starts_with('-'));
     if (!isNumber && error != std::errc::result_out_of_range)
-        Fail(kSetting, field.name, "\"" + std::string(text) + "\" is not a number");
+        Fail(kSetting, key, "\"" + std::string(text) + "\" is not a number");
     if (!isNumber || number < field.minimum || number > field.maximum)
-        Fail(kSetting, field.name,
-             "must be from " + std::to_string(field.minimum) + " to " + std::to_string(field.maximum));
+        Fail(kSetting, key, "must be from " + std::to_string(field.minimum) + " to " + std::to_string(field.maximum));
     return number;
 }
-
-void SetNumber(DEVMODEW& devmode, const DevmodeField& field, std::string_view value)
-{
-    const auto bits = static_cast<std::uint32_t>(ParseNumber(field, value));
-    std::memcpy(Place(devmode, field), &bits, WidthOf(field.type)); // little-endian: the low bytes come first
-}
-
-} // namespace
 
 std::size_t DevmodeFieldWidth(const DevmodeField& field)
 {
@@ -151,6 +162,16 @@ const DevmodeField* FindDevmodeField(std::string_view name)
     const auto found = std::find_if(std::begin(kFields), std::end(kFields),
                                     [name](const DevmodeField& row) { return row.name == name; });
     return found != std::end(kFields) ? found : nullptr;
+}
+
+const DevmodeField* FindDevmodeFieldOfFeature(std::uint32_t feature)
+{
+    const auto isOfFeature = [feature](const DevmodeField& row)
+    {
+        return row.feature == feature;
+    };
+    const auto found = std::find_if(std::begin(kFields), std::end(kFields), isOfFeature);
+    return std::count_if(std::begin(kFields), std::end(kFields), isOfFeature) == 1 ? found : nullptr;
 }
 
 void SetDevmodeField(DEVMODEW& devmode, const DevmodeField& field, std::string_view value)

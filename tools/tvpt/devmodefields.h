@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <nlohmann/json_fwd.hpp>
 #include <span>
 #include <string_view>
@@ -17,13 +18,14 @@ struct DevmodeField
         Text, // 32 wide characters, the last of them a terminator
     };
 
-    const char* name;
-    std::size_t offset;
-    Type type;
-    long long minimum;
-    long long maximum;
-    DWORD flag; // the bit of dmFields that says "this field counts"; 0 when it has none
-    bool canBeSet;
+    const char* name = nullptr;
+    std::size_t offset = 0;
+    Type type = Type::Word;
+    long long minimum = 0;
+    long long maximum = 0;
+    DWORD flag = 0; // the bit of dmFields that says "this field counts"; 0 when it has none
+    bool canBeSet = false;
+    std::uint32_t feature = 0; // the core driver's setting that it holds; 0: none
 };
 
 // In the order of the structure.
@@ -31,6 +33,11 @@ struct DevmodeField
 [[nodiscard]] std::size_t DevmodeFieldWidth(const DevmodeField& field); // bytes
 // Null when no field has the name.
 [[nodiscard]] const DevmodeField* FindDevmodeField(std::string_view name);
+// The field that alone holds a core driver's setting, or null.
+[[nodiscard]] const DevmodeField* FindDevmodeFieldOfFeature(std::uint32_t feature);
+
+// A number in the field's range, decimal or hexadecimal with 0x. Throws Failure, which names the key and the range.
+[[nodiscard]] long long ParseDevmodeNumber(const DevmodeField& field, std::string_view key, std::string_view text);
 
 // Parses, checks the range, writes the field and sets its bit in dmFields. Throws Failure, which names the key and the
 // limit, and leaves the structure as it was.

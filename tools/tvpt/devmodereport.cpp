@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "coredevmode.h"
+#include "corefeatures.h"
 #include "devmodefields.h"
 #include "featurereport.h"
 #include "oempart.h"
@@ -15,33 +15,18 @@ namespace
 namespace Format = OemDevmodeFormat;
 using nlohmann::ordered_json;
 
-template <class Value>
-ordered_json OrNull(const std::optional<Value>& value)
-{
-    return value ? ordered_json(*value) : ordered_json(nullptr);
-}
-
 ordered_json FaultJson(const std::string& fault)
 {
     return fault.empty() ? ordered_json(nullptr) : ordered_json(fault);
 }
 
-ordered_json DescribeCore(const std::optional<DriverParts>& parts)
+ordered_json DescribeCore(const Devmode& devmode, const std::optional<DriverParts>& parts, const PrinterModel* model)
 {
-    if (!parts)
-        return {{"kind", nullptr}, {"size", 0}};
-    const CoreSettings settings = ReadCoreSettings(parts->layout, parts->core);
-    ordered_json core = {{"kind", LayoutName(parts->layout)},
-                         {"size", parts->core.size()},
-                         {"pagesPerSheet", settings.pagesPerSheet},
-                         {"booklet", settings.booklet},
-                         {"reversePageOrder", settings.reversePageOrder}};
-    if (parts->layout == CoreDriverLayout::PostScript)
-    {
-        core["rotatedLandscape"] = settings.rotatedLandscape;
-        core["trueTypeDownload"] = OrNull(settings.trueTypeDownload);
-    }
-    return core;
+    const std::optional<CoreDriver> driver = FindCoreDriver(parts, model);
+    return {{"kind", parts ? ordered_json(LayoutName(parts->layout)) : ordered_json(nullptr)},
+            {"size", parts ? parts->core.size() : 0},
+            {"recognized", IsCorePartRecognized(devmode, driver)},
+            {"features", DescribeCoreFeatures(devmode, driver)}};
 }
 
 ordered_json EntryMeaning(std::uint16_t key, bool isRepeated)
@@ -129,7 +114,7 @@ std::string UnknownItem(const char* field, unsigned long value, const std::vecto
 
 } // namespace
 
-ordered_json DescribeDevmode(const Devmode& devmode)
+ordered_json DescribeDevmode(const Devmode& devmode, const PrinterModel* model)
 {
     const DEVMODEW fields = devmode.Public();
     const auto parts = LocateDriverParts(devmode.DriverExtra());
@@ -137,7 +122,7 @@ ordered_json DescribeDevmode(const Devmode& devmode)
     const StoredSettings settings = ReadStoredSettings(content);
     const ordered_json absent = {{"present", false}, {"fault", ExplainNoOemPart(devmode.DriverExtra())}};
     return {{"public", DevmodeFieldsToJson(fields, fields.dmSize)},
-            {"core", DescribeCore(parts)},
+            {"core", DescribeCore(devmode, parts, model)},
             {"oem", parts ? DescribeOem(devmode, *parts, content) : absent},
             {"settings", DescribeSettings(settings)},
             {"features", DescribeFeatures(settings.features)},

@@ -9,6 +9,7 @@
 #include <tvutil/singleline.h>
 
 #include "complugins/xdevmode.h"
+#include "corefeatures.h"
 #include "devmodefields.h"
 #include "failure.h"
 #include "oempart.h"
@@ -36,14 +37,16 @@ Setting ParseSetting(const std::string& text)
     return {text.substr(0, equals), text.substr(equals + 1)};
 }
 
-void SetPublicField(const Setting& setting, DEVMODEW& fields)
+void SetPublicField(const Setting& setting, Devmode& devmode)
 {
+    DEVMODEW fields = devmode.Public();
     const DevmodeField* const field = FindDevmodeField(setting.key);
     if (field == nullptr)
         Fail(kSetting, setting.key, "no field has this name");
     if (field->offset + DevmodeFieldWidth(*field) > fields.dmSize)
         Fail(kSetting, setting.key, "the devmode's public part ends before this field");
     SetDevmodeField(fields, *field, setting.value);
+    devmode.SetPublic(fields);
 }
 
 // "feature.46"
@@ -149,20 +152,22 @@ private:
 
 } // namespace
 
-void ApplySettings(const std::vector<std::string>& settings, Devmode& devmode)
+void ApplySettings(const std::vector<std::string>& settings, Devmode& devmode, const PrinterModel* model)
 {
     Devmode changed = devmode;
-    DEVMODEW fields = changed.Public();
     std::optional<OemEditor> oem; // made for the first setting that wants it
     for (const std::string& text : settings)
     {
         const Setting setting = ParseSetting(text);
         const bool isFeature = setting.key.starts_with(kFeaturePrefix);
-        if (setting.key.starts_with("ms."))
-            Fail(kSetting, setting.key, "not available yet");
+        if (setting.key.starts_with(kCoreFeaturePrefix))
+        {
+            SetCoreFeature(setting.key, setting.value, changed, model);
+            continue;
+        }
         if (!isFeature && setting.key != "app")
         {
-            SetPublicField(setting, fields);
+            SetPublicField(setting, changed);
             continue;
         }
         if (!oem)
@@ -172,6 +177,5 @@ void ApplySettings(const std::vector<std::string>& settings, Devmode& devmode)
         else
             oem->SetApplication(setting);
     }
-    changed.SetPublic(fields);
     devmode = std::move(changed);
 }

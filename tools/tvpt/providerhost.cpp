@@ -137,7 +137,7 @@ HMODULE ProviderHost::Module::Get() const noexcept
     return m_module;
 }
 
-ProviderHost::ProviderHost(const PrinterHandle& printer, const std::string& printerName)
+ProviderHost::ProviderHost(const PrinterHandle& printer, const std::string& printerName, IUnknown* coreHelper)
     : m_printerName(printerName), m_moduleFile(FindProviderModule(printer, printerName)), m_module(m_moduleFile)
 {
     using CreateProvider = HRESULT (*)(IPrintOemPrintTicketProvider**);
@@ -147,6 +147,9 @@ ProviderHost::ProviderHost(const PrinterHandle& printer, const std::string& prin
     ReceiveReports();
     Require(create(m_provider.Put()), "creating the provider", m_moduleFile.ToUtf8());
     Bind(printer);
+    if (coreHelper != nullptr)
+        Require(m_provider->PublishPrintTicketHelperInterface(coreHelper), "publishing the core driver's helper",
+                m_printerName);
     QueryDefaultNamespace();
 }
 

@@ -17,8 +17,9 @@
 class ProviderHost
 {
 public:
-    // Loads the module, asks for the supported versions, binds the printer, asks for the default namespace.
-    ProviderHost(const PrinterHandle& printer, const std::string& printerName);
+    // Loads the module, asks for the supported versions, binds the printer, publishes the core driver's helper, if
+    // there is one, asks for the default namespace.
+    ProviderHost(const PrinterHandle& printer, const std::string& printerName, IUnknown* coreHelper);
     ~ProviderHost();
     ProviderHost(const ProviderHost&) = delete;
     ProviderHost& operator=(const ProviderHost&) = delete;

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "coredriverticket.h"
+#include "corehelper.h"
 #include "devmode.h"
 #include "failure.h"
 #include "jsonoutput.h"
@@ -27,6 +28,7 @@ struct TicketArguments
     std::string base;
     std::string output;
     bool json = false;
+    bool noCoreHelper = false;
 };
 
 Devmode ReadDevmode(const std::string& file, const StandardStreams& streams)
@@ -44,12 +46,19 @@ ComPtr<IXMLDOMDocument2> ReadTicket(const std::string& file, const StandardStrea
     return LoadForProvider(ReadInput(file, documentlimits::kMaximumFileBytes, streams), file, kTicketRoot);
 }
 
+// Null when there shall be none.
+ComPtr<CoreHelper> PlayCoreHelper(const PrinterHandle& printer, const TicketArguments& arguments)
+{
+    return arguments.noCoreHelper ? ComPtr<CoreHelper>()
+                                  : CoreHelper::Make(ReadInstalledModel(printer, arguments.printer));
+}
+
 ComPtr<IXMLDOMDocument2> MakeBase(const PrinterHandle& printer, const std::string& printerName,
-                                  const CXString& providerNamespace, const Devmode& devmode)
+                                  const CXString& providerNamespace, const Devmode& devmode, IPrintCoreHelper* helper)
 {
     const PrinterModel model = ReadInstalledModel(printer, printerName);
     const std::string uri = DriverNamespaceUri(providerNamespace, model.name);
-    return LoadDocument(MakeCoreDriverTicket(devmode, model, uri), "the core driver's ticket");
+    return LoadDocument(MakeCoreDriverTicket(devmode, model, uri, helper), "the core driver's ticket");
 }
 
 void FromDevmode(const TicketArguments& arguments, const StandardStreams& streams)
@@ -59,10 +68,12 @@ void FromDevmode(const TicketArguments& arguments, const StandardStreams& stream
     const ComApartment apartment;
     Devmode devmode = ReadDevmode(arguments.devmode, streams);
     const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
-    ProviderHost provider(printer, arguments.printer);
+    const ComPtr<CoreHelper> helper = PlayCoreHelper(printer, arguments);
+    ProviderHost provider(printer, arguments.printer, helper.Get());
     const ComPtr<IXMLDOMDocument2> ticket =
-        arguments.base.empty() ? MakeBase(printer, arguments.printer, provider.DefaultNamespace(), devmode)
-                               : ReadTicket(arguments.base, streams);
+        arguments.base.empty()
+            ? MakeBase(printer, arguments.printer, provider.DefaultNamespace(), devmode, helper.Get())
+            : ReadTicket(arguments.base, streams);
     provider.ConvertDevModeToPrintTicket(devmode, *ticket.Get(),
                                          arguments.base.empty() ? arguments.devmode : arguments.base);
     WriteOutput(arguments.output, DocumentToBytes(*ticket.Get()), streams);
@@ -76,7 +87,8 @@ void ToDevmode(const TicketArguments& arguments, const StandardStreams& streams)
     Devmode devmode = ReadDevmode(arguments.devmode, streams);
     const ComPtr<IXMLDOMDocument2> ticket = ReadTicket(arguments.ticket, streams);
     const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
-    ProviderHost provider(printer, arguments.printer);
+    const ComPtr<CoreHelper> helper = PlayCoreHelper(printer, arguments);
+    ProviderHost provider(printer, arguments.printer, helper.Get());
     provider.ConvertPrintTicketToDevMode(*ticket.Get(), devmode, arguments.ticket);
     // The provider wrote into the bytes: what goes out is a devmode again, or an error.
     WriteOutput(arguments.output, Devmode::FromBytes(devmode.Bytes(), "the converted devmode").Bytes(), streams);
@@ -89,7 +101,8 @@ void Pass(const TicketArguments& arguments, TicketOperation operation, const Sta
     const ComApartment apartment;
     const ComPtr<IXMLDOMDocument2> ticket = ReadTicket(arguments.ticket, streams);
     const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
-    ProviderHost provider(printer, arguments.printer);
+    const ComPtr<CoreHelper> helper = PlayCoreHelper(printer, arguments);
+    ProviderHost provider(printer, arguments.printer, helper.Get());
     (provider.*operation)(*ticket.Get(), arguments.ticket);
     WriteOutput(arguments.output, DocumentToBytes(*ticket.Get()), streams);
 }
@@ -108,6 +121,8 @@ void Show(const TicketArguments& arguments, const StandardStreams& streams)
 void AddPrinterOption(CLI::App& command, TicketArguments& arguments)
 {
     command.add_option("--printer", arguments.printer, "The printer's name")->required();
+    command.add_flag("--no-core-helper", arguments.noCoreHelper,
+                     "Give the provider no helper of the core driver, as an older service does");
 }
 
 void AddPassCommand(CLI::App& ticket, Action& chosen, const std::shared_ptr<TicketArguments>& arguments,

@@ -133,6 +133,10 @@ enum tagValueEnum : std::int32_t
     MsQualityCustom = 5133,
     MsAdvancedPrintingOff = 5150,
     MsAdvancedPrintingOn = 5151,
+    MsPsDownloadAutomatic = 5210,
+    MsPsDownloadOutline = 5211,
+    MsPsDownloadBitmap = 5212,
+    MsPsDownloadNative = 5213,
 
     // The job.
     Collated = 5410,

@@ -1,0 +1,71 @@
+// MsDevmodeUsingIPrintCoreHelper: the core driver's settings, asked of the core driver itself by their keywords.
+//
+// Also throws ExceptionIPrintCoreHelperReadFailure and ExceptionIPrintCoreHelperWriteFailure, for a helper that fails
+// or has no answer. Whatever the core driver does meanwhile to the devmode's paper is undone.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <iterator>
+
+#include "complugins/msdevmodebase.h"
+#include "interfaces/prcomoem.h"
+#include "utilitiesstaticlib/comptr.h"
+
+class MsDevmodeUsingIPrintCoreHelper final : public MsDevmodeBase
+{
+public:
+    // What is asked first for a setting that the core driver and the public devmode both have. Known by number.
+    enum AccessMode : int
+    {
+        PublicFirst = 3,
+        KeywordFirst = 5,
+    };
+
+    // `size` is that of the devmode, dmSize + dmDriverExtra. Null throws ExceptionInvalidArgumentNullPointer.
+    MsDevmodeUsingIPrintCoreHelper(HANDLE printer, IPrintCoreHelper* helper, DEVMODEW* devmode, DWORD size);
+    MsDevmodeUsingIPrintCoreHelper(const MsDriverKind& driver, IPrintCoreHelper* helper, DEVMODEW* devmode, DWORD size);
+
+    // KeywordFirst when nobody says otherwise. Writing always goes by the keyword.
+    void SetAccessMode(AccessMode mode) noexcept;
+
+    [[nodiscard]] std::uint32_t GetMsFeatureValue(std::uint32_t feature, Map map) override;
+    void SetMsFeatureValue(std::uint32_t feature, std::uint32_t value, Map map) override;
+
+    // Whether the driver reports a current option, one that is not empty, for the feature's keyword.
+    [[nodiscard]] bool HasCurrentOption(std::uint32_t feature);
+
+private:
+    // Keeps the devmode's paper while it lives; of nested ones the outermost.
+    class PaperState
+    {
+    public:
+        explicit PaperState(MsDevmodeUsingIPrintCoreHelper& owner) noexcept;
+        ~PaperState();
+        PaperState(const PaperState&) = delete;
+        PaperState& operator=(const PaperState&) = delete;
+
+    private:
+        MsDevmodeUsingIPrintCoreHelper& m_owner;
+    };
+
+    struct Paper
+    {
+        WCHAR formName[std::size(DEVMODEW{}.dmFormName)];
+        short number;
+        short width;
+        short length;
+        DWORD fields;
+    };
+
+    [[nodiscard]] const char* KeywordOf(std::uint32_t feature) const noexcept;
+    // Null when the helper fails or has none. Valid until its next call.
+    [[nodiscard]] PCSTR GetOption(const char* keyword, HRESULT& result);
+
+    ComPtr<IPrintCoreHelper> m_helper;
+    DWORD m_size;
+    AccessMode m_accessMode = KeywordFirst;
+    int m_paperDepth = 0;
+    Paper m_paper{};
+};

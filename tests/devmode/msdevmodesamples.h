@@ -1,0 +1,58 @@
+// What the tests of the core drivers' settings share.
+#pragma once
+
+#include <windows.h>
+
+#include <algorithm>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <tvutil/bytewriter.h>
+#include <tvutil/exceptions.h>
+
+#include "complugins/msdriverkind.h"
+#include "complugins/oemdevmode.h"
+#include "tests/common/testdevmode.h"
+
+namespace MsDevmodeSamples
+{
+
+inline std::string NameOf(const MsDriverKind& driver)
+{
+    return "kind " + std::to_string(driver.kind) + ", platform " + std::to_string(driver.platform) + ", flags " +
+           std::to_string(driver.coreFlags);
+}
+
+// A public part, then a private part without a note of its size and, if wanted, the maker's part.
+inline TestDevmode MakeDevmode(std::size_t privateSize, std::uint8_t fill, bool hasMakersPart = false)
+{
+    namespace Format = OemDevmodeFormat;
+    std::vector<std::byte> bytes(sizeof(DEVMODEW) + privateSize + (hasMakersPart ? Format::kSize : 0));
+    std::fill_n(bytes.begin() + sizeof(DEVMODEW), privateSize, std::byte{fill});
+    if (hasMakersPart)
+    {
+        ByteWriter part{std::span<std::byte>(bytes).subspan(sizeof(DEVMODEW) + privateSize)};
+        part.U32(Format::kSize);
+        part.U32(Format::kSignature);
+    }
+    return TestDevmode(std::span<const std::byte>(bytes));
+}
+
+// "Class Method line" of an exception of the family; empty when nothing is thrown.
+template <class Action>
+std::string ThrownBy(Action action)
+{
+    try
+    {
+        action();
+        return {};
+    }
+    catch (const TavlenException& exception)
+    {
+        return CXString(exception.GetClassName()).ToUtf8() + " " + CXString(exception.GetSite().method).ToUtf8() + " " +
+               std::to_string(exception.GetSite().line);
+    }
+}
+
+} // namespace MsDevmodeSamples

@@ -1,0 +1,346 @@
+// The core drivers' settings asked of the core driver, and that both ways to them agree.
+#include "complugins/msdevmodeusingiprintcorehelper.h"
+
+#include <functional>
+#include <set>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "complugins/fixedtext.h"
+#include "complugins/msdevmodeusingreverseengineering.h"
+#include "corehelper.h"
+#include "msdevmodesamples.h"
+
+namespace
+{
+
+using namespace MsDevmodeSamples;
+using Access = MsDevmodeUsingIPrintCoreHelper;
+using Bytes = std::vector<std::byte>;
+
+// A colour printer with every resolution that any driver can have.
+PrinterModel ModelOf(const MsDriverKind& driver)
+{
+    PrinterModel model;
+    model.capability = driver.kind | driver.platform | driver.coreFlags;
+    model.productInformation[13] = W("Color");
+    constexpr std::pair<std::uint16_t, std::uint16_t> kResolutions[] = {{600, 600},   {200, 200},   {300, 300},
+                                                                        {400, 400},   {600, 1200},  {1200, 600},
+                                                                        {1200, 1200}, {1800, 1800}, {2400, 2400}};
+    for (const auto& [x, y] : kResolutions)
+        model.resolutions.push_back({x, y, {}});
+    return model;
+}
+
+// A core driver that does as a test says, in place of or around what the reference does.
+class ScriptedHelper final : public CoreHelper
+{
+public:
+    explicit ScriptedHelper(const MsDriverKind& driver) : CoreHelper(ModelOf(driver))
+    {
+    }
+    ~ScriptedHelper() override = default;
+
+    // What the next questions are answered with.
+    void Answer(PCSTR text, HRESULT result = S_OK)
+    {
+        onGet = [text, result](PCSTR* option)
+        {
+            *option = text;
+            return result;
+        };
+    }
+
+    std::function<HRESULT(PCSTR* option)> onGet;
+    std::function<HRESULT(DEVMODEW* devmode)> onSet;
+    DWORD size = 0;
+    std::string keyword; // of the last call
+
+    HRESULT STDMETHODCALLTYPE GetOption(const DEVMODEW* devmode, DWORD devmodeSize, PCSTR feature,
+                                        PCSTR* option) override
+    {
+        size = devmodeSize;
+        keyword = feature;
+        return onGet ? onGet(option) : CoreHelper::GetOption(devmode, devmodeSize, feature, option);
+    }
+
+    HRESULT STDMETHODCALLTYPE SetOptions(DEVMODEW* devmode, DWORD devmodeSize, BOOL resolve,
+                                         const PRINT_FEATURE_OPTION* pairs, DWORD count, DWORD* written,
+                                         DWORD* result) override
+    {
+        size = devmodeSize;
+        keyword = pairs->pszFeature;
+        return onSet ? onSet(devmode)
+                     : CoreHelper::SetOptions(devmode, devmodeSize, resolve, pairs, count, written, result);
+    }
+
+    ULONG References()
+    {
+        AddRef();
+        return Release();
+    }
+};
+
+ComPtr<ScriptedHelper> MakeHelper(const MsDriverKind& driver)
+{
+    ComPtr<ScriptedHelper> helper;
+    helper.Attach(new ScriptedHelper(driver));
+    return helper;
+}
+
+std::vector<MsDriverKind> EveryDriver()
+{
+    std::vector<MsDriverKind> drivers;
+    for (const std::uint32_t kind : {0x40u, 0x80u, 0x200u, 0x400u, 0x600u, 0x440u})
+        for (const std::uint32_t platform : {0u, 0x800u, 0x1000u, 0x1800u})
+            for (const std::uint32_t flags : {0u, 0x2u, 0x4u, 0x8u, 0xCu})
+                drivers.push_back({kind, platform, flags});
+    return drivers;
+}
+
+// One value of one driver's setting by both ways, from the same devmode on.
+void WriteAndReadBack(const MsDriverKind& driver, std::uint32_t feature, const MsDevmodeValueRow& row)
+{
+    const TestDevmode first = MakeDevmode(708, 0);
+    const TestDevmode second = MakeDevmode(708, 0);
+    const ComPtr<CoreHelper> helper = CoreHelper::Make(ModelOf(driver));
+    Access asked(driver, helper.Get(), first.Get(), first.Size());
+    MsDevmodeUsingReverseEngineering known(driver, second.Get());
+    const auto valueId = static_cast<std::uint32_t>(row.valueId);
+    for (MsDevmodeBase* const way : {static_cast<MsDevmodeBase*>(&asked), static_cast<MsDevmodeBase*>(&known)})
+    {
+        way->SetMsFeatureValue(feature, valueId, MsDevmodeBase::DataModel);
+        EXPECT_EQ(way->GetMsFeatureValue(feature, MsDevmodeBase::DataModel), valueId);
+        EXPECT_EQ(way->GetMsFeatureValue(feature, MsDevmodeBase::Raw), row.devmodeValue);
+        way->SetMsFeatureValue(feature, row.devmodeValue, MsDevmodeBase::Raw);
+        EXPECT_EQ(way->GetMsFeatureValue(feature, MsDevmodeBase::Raw), row.devmodeValue);
+    }
+    if (feature == 34) // only one of them takes the colour with it
+    {
+        EXPECT_EQ(first.Get()->dmColor, 0);
+        EXPECT_EQ(second.Get()->dmColor, row.valueId == 5970 ? DMCOLOR_COLOR : DMCOLOR_MONOCHROME);
+        known.SetMsFeatureValue(9, 0, MsDevmodeBase::Raw);
+        first.Get()->dmFields |= DM_COLOR;
+    }
+    EXPECT_EQ(first.Bytes(), second.Bytes());
+}
+
+TEST(BothWaysToASetting, WriteAndReadEveryValueOfEveryDriverAlike)
+{
+    std::set<std::uint32_t> met;
+    for (const MsDriverKind& driver : EveryDriver())
+    {
+        const TestDevmode devmode;
+        const MsDevmodeUsingReverseEngineering list(driver, devmode.Get());
+        for (const MsDevmodeBase::Feature& feature : list.GetFeatures())
+            for (const MsDevmodeValueRow& row : feature.values)
+            {
+                const MsDevmodeCell cell = MsDevmodeOffsets::FindPlace(feature.feature, driver).cell;
+                if (cell == MsDevmodeCell::NotAvailable || cell == MsDevmodeCell::NoOffset)
+                    continue;
+                SCOPED_TRACE(NameOf(driver) + ", feature " + std::to_string(feature.feature) + ": " + row.displayName);
+                met.insert(feature.feature);
+                WriteAndReadBack(driver, feature.feature, row);
+            }
+    }
+    EXPECT_EQ(met.size(), 24u); // all that have tables but the quality, which no driver has
+}
+
+// Where they differ, on purpose: what is off for the one is the first option for the core driver.
+TEST(BothWaysToASetting, DifferInSheetAndBookletThatAreOff)
+{
+    for (const MsDriverKind& driver : {MsDriverKind{0x200, 0x800, 0x2}, MsDriverKind{0x80, 0x800, 0x8}})
+        for (const auto& [before, feature] : {std::pair{20u, 19u}, {19u, 20u}})
+        {
+            const TestDevmode first = MakeDevmode(708, 0);
+            const ComPtr<CoreHelper> helper = CoreHelper::Make(ModelOf(driver));
+            Access asked(driver, helper.Get(), first.Get(), first.Size());
+            MsDevmodeUsingReverseEngineering known(driver, first.Get());
+            known.SetMsFeatureValue(before, 1, MsDevmodeBase::Raw);
+            known.SetMsFeatureValue(feature, 0, MsDevmodeBase::Raw);
+            EXPECT_EQ(asked.GetMsFeatureValue(before, MsDevmodeBase::Raw), 1u);
+            EXPECT_EQ(asked.GetMsFeatureValue(feature, MsDevmodeBase::Raw), 0u);
+            asked.SetMsFeatureValue(feature, 0, MsDevmodeBase::Raw);
+            EXPECT_EQ(known.GetMsFeatureValue(before, MsDevmodeBase::Raw), 0u);
+        }
+}
+
+constexpr MsDriverKind kPostScript = {0x200, 0x800, 0x2};
+
+class AskedSettings : public testing::Test
+{
+protected:
+    TestDevmode m_devmode = MakeDevmode(708, 0);
+    ComPtr<ScriptedHelper> m_helper = MakeHelper(kPostScript);
+    Access m_access{kPostScript, m_helper.Get(), m_devmode.Get(), m_devmode.Size()};
+};
+
+TEST_F(AskedSettings, ComeFromTheKeywordOrFromThePublicFieldFirst)
+{
+    m_devmode.Get()->dmDuplex = DMDUP_VERTICAL;
+    m_devmode.Get()->dmCopies = 7;
+    m_helper->Answer("DuplexTumble");
+    EXPECT_EQ(m_access.GetMsFeatureValue(10, MsDevmodeBase::Raw), 3u);
+    EXPECT_EQ(m_helper->keyword, "Duplex");
+    EXPECT_EQ(m_helper->size, m_devmode.Size());
+    m_helper->keyword.clear();
+    EXPECT_EQ(m_access.GetMsFeatureValue(5, MsDevmodeBase::Raw), 7u); // no keyword
+    m_access.SetAccessMode(Access::PublicFirst);
+    EXPECT_EQ(m_access.GetMsFeatureValue(10, MsDevmodeBase::DataModel), 5421u);
+    EXPECT_EQ(m_helper->keyword, "");
+    m_access.SetMsFeatureValue(10, 1, MsDevmodeBase::Raw); // is always the core driver's to write
+    EXPECT_EQ(m_helper->keyword, "Duplex");
+    m_helper->onGet = nullptr;
+    EXPECT_EQ(m_access.GetMsFeatureValue(24, MsDevmodeBase::Raw), 0u); // no public field
+    EXPECT_EQ(m_helper->keyword, "%OutputFormat");
+    EXPECT_EQ(ThrownBy([this] { (void)m_access.GetMsFeatureValue(31, MsDevmodeBase::Raw); }), // not this driver's
+              "ExceptionMicrosoftFeatureNotFound MsDevmodeBase::GetPublicDmFeatureValue_Helper 165");
+}
+
+TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
+{
+    const std::string reading =
+        "ExceptionIPrintCoreHelperReadFailure MsDevmodeUsingIPrintCoreHelper::GetMsFeatureValue 329";
+    const std::string unknown = "ExceptionMicrosoftDevmodeValueMappingFailed "
+                                "MsDevmodeBase::GetFeatureValueFromIPrintCoreHelperValue_Helper 543";
+    const struct
+    {
+        PCSTR option;
+        HRESULT result;
+        std::string thrown;
+        bool hasOption;
+    } cases[] = {
+        {nullptr, S_OK, reading, false},          {"", S_OK, reading, false},
+        {"DuplexTumble", E_FAIL, reading, false}, {nullptr, E_OUTOFMEMORY, reading, false},
+        {"DuplexBoth", S_OK, unknown, true},      {"DuplexTumble", S_FALSE, "", true},
+    };
+    const Bytes before = m_devmode.Bytes();
+    for (const auto& test : cases)
+    {
+        SCOPED_TRACE(test.option != nullptr ? test.option : "null");
+        m_helper->Answer(test.option, test.result);
+        EXPECT_EQ(ThrownBy([this] { (void)m_access.GetMsFeatureValue(10, MsDevmodeBase::DataModel); }), test.thrown);
+        EXPECT_EQ(m_access.HasCurrentOption(10), test.hasOption);
+        EXPECT_FALSE(m_access.HasCurrentOption(5)); // no keyword
+        EXPECT_FALSE(m_access.HasCurrentOption(31));
+    }
+    m_helper->onSet = [](DEVMODEW*)
+    {
+        return E_ACCESSDENIED;
+    };
+    EXPECT_EQ(ThrownBy([this] { m_access.SetMsFeatureValue(10, 5421, MsDevmodeBase::DataModel); }),
+              "ExceptionIPrintCoreHelperWriteFailure MsDevmodeUsingIPrintCoreHelper::SetMsFeatureValue 464");
+    m_helper->keyword.clear();
+    EXPECT_THROW(m_access.SetMsFeatureValue(10, 9, MsDevmodeBase::Raw), ExceptionMicrosoftDevmodeValueMappingFailed);
+    EXPECT_EQ(m_helper->keyword, ""); // was not even asked
+    EXPECT_EQ(m_devmode.Bytes(), before);
+    EXPECT_EQ(m_helper->References(), 2u);
+    EXPECT_THROW(Access(kPostScript, nullptr, m_devmode.Get(), m_devmode.Size()), ExceptionInvalidArgumentNullPointer);
+}
+
+// The core driver rewrites the paper whenever it is asked; even when it asks back in between.
+TEST_F(AskedSettings, LeaveThePaperAsItWas)
+{
+    DEVMODEW& devmode = *m_devmode.Get();
+    const auto setPaper = [](DEVMODEW& paper, short number, WStringView name)
+    {
+        paper.dmPaperSize = number;
+        paper.dmPaperWidth = static_cast<short>(number + 2000);
+        paper.dmPaperLength = static_cast<short>(number + 3000);
+        SetFixedText(paper.dmFormName, name);
+    };
+    const auto spoil = [&setPaper](DEVMODEW& paper)
+    {
+        setPaper(paper, 99, W("Spoilt"));
+        paper.dmFields ^= 0x1000E | DM_COPIES;
+    };
+    for (const DWORD fields :
+         {DWORD{0}, DWORD{DM_PAPERSIZE | DM_DUPLEX}, DWORD{0x1000E}, DWORD{DM_FORMNAME | DM_COPIES}})
+    {
+        devmode.dmFields = fields;
+        setPaper(devmode, 9, W("A4"));
+        const auto expectPaper = [&]
+        {
+            EXPECT_EQ(devmode.dmFields, fields ^ DM_COPIES); // not the paper's
+            EXPECT_EQ(devmode.dmPaperSize, 9);
+            EXPECT_EQ(devmode.dmPaperWidth, 2009);
+            EXPECT_EQ(devmode.dmPaperLength, 3009);
+            EXPECT_EQ(GetFixedText(devmode.dmFormName), W("A4"));
+            devmode.dmFields = fields;
+        };
+        m_helper->onGet = [&](PCSTR* option)
+        {
+            spoil(devmode);
+            *option = "None";
+            return S_OK;
+        };
+        EXPECT_EQ(m_access.GetMsFeatureValue(10, MsDevmodeBase::Raw), 1u);
+        expectPaper();
+        EXPECT_TRUE(m_access.HasCurrentOption(10));
+        expectPaper();
+        m_helper->onSet = [&](DEVMODEW* written)
+        {
+            spoil(*written);
+            m_helper->Answer("None");
+            EXPECT_TRUE(m_access.HasCurrentOption(10)); // the inner one neither keeps nor restores
+            EXPECT_EQ(written->dmPaperSize, 99);
+            return E_FAIL;
+        };
+        EXPECT_THROW(m_access.SetMsFeatureValue(10, 1, MsDevmodeBase::Raw), ExceptionIPrintCoreHelperWriteFailure);
+        expectPaper();
+    }
+}
+
+// The helper that the host plays: the model's options and no others, all of a change or nothing.
+TEST(CoreHelpers, OfferWhatTheModelHas)
+{
+    PrinterModel model = ModelOf({0x80, 0x800, 0x8});
+    model.productInformation[13] = W("Monochrome");
+    model.resolutions = {{300, 300, {}}, {1200, 1200, {}}, {720, 720, {}}};
+    const ComPtr<CoreHelper> helper = CoreHelper::Make(model);
+    const auto list = [](PCSTR* texts, DWORD count)
+    {
+        std::string text;
+        for (DWORD at = 0; at < count; ++at)
+            text += std::string(texts[at]) + " ";
+        return text;
+    };
+    PCSTR* texts = nullptr;
+    DWORD count = 0;
+    ASSERT_EQ(helper->EnumFeatures(&texts, &count), S_OK);
+    EXPECT_EQ(list(texts, count), "%MetafileSpooling Duplex %PagePerSheet %PageOrder Orientation %TextAsGraphics "
+                                  "Resolution GraphicsMode TvlTrueTypeFontDlOption TvlEdgeToEdge ColorMode ");
+    for (const auto& [feature, options] : {std::pair("Resolution", "Res300x300 Res1200x1200 "),
+                                           {"ColorMode", "Mono "},
+                                           {"%PagePerSheet", "1 2 4 6 9 16 Booklet "},
+                                           {"%OutputFormat", ""},
+                                           {"duplex", ""}})
+    {
+        count = 0;
+        EXPECT_EQ(helper->EnumOptions(feature, &texts, &count), *options != '\0' ? S_OK : E_INVALIDARG) << feature;
+        EXPECT_EQ(list(texts, count), options);
+    }
+
+    const TestDevmode devmode = MakeDevmode(564, 0);
+    devmode.Get()->dmPrintQuality = devmode.Get()->dmYResolution = 600;
+    const Bytes before = devmode.Bytes();
+    PCSTR option = "";
+    EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "Resolution", &option), E_FAIL); // none of the model's
+    EXPECT_EQ(option, nullptr);
+    EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size() - 1, "Duplex", &option), E_INVALIDARG);
+    EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "Duplex", nullptr), E_POINTER);
+    const PRINT_FEATURE_OPTION pairs[] = {
+        {"Duplex", "VERTICAL"}, {"%PagePerSheet", "Booklet"}, {"Resolution", "Res600x600"}};
+    DWORD written = 9;
+    DWORD result = 0;
+    EXPECT_EQ(helper->SetOptions(devmode.Get(), devmode.Size(), FALSE, pairs, 3, &written, &result), E_INVALIDARG);
+    EXPECT_EQ(written, 0u);
+    EXPECT_EQ(devmode.Bytes(), before);
+    EXPECT_EQ(helper->SetOptions(devmode.Get(), devmode.Size(), FALSE, pairs, 2, &written, &result), S_OK);
+    EXPECT_EQ(written, 2u);
+    ASSERT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "%PagePerSheet", &option), S_OK);
+    EXPECT_STREQ(option, "Booklet");
+}
+
+} // namespace

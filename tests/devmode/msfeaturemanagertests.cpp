@@ -1,0 +1,195 @@
+// A devmode's core driver settings and paper, brought into the data model.
+#include "complugins/msfeaturemanager.h"
+
+#include <map>
+#include <new>
+#include <string>
+#include <tuple>
+
+#include <gtest/gtest.h>
+
+#include <tvutil/utilitiesdllperthreadstorage.h>
+
+#include "complugins/fixedtext.h"
+#include "complugins/mediahandler.h"
+#include "complugins/msdevicecapabilities.h"
+#include "corehelper.h"
+#include "msdevmodesamples.h"
+#include "tests/common/oemdevmodebytes.h"
+#include "tests/common/testprinter.h"
+
+namespace
+{
+
+using namespace MsDevmodeSamples;
+
+constexpr ULONGLONG kCapability = 0xE02; // PostScript, with a second kind of the same orientation
+
+// Keeps what it is told.
+class RecordingDataModel final : public DataModelContext
+{
+public:
+    explicit RecordingDataModel(DEVMODEW* devmode) : m_devmode(devmode)
+    {
+    }
+
+    std::map<std::int32_t, std::int32_t> options;
+    std::map<std::int32_t, std::int32_t> integers;
+    std::vector<PageSize> papers;
+    bool isOutOfMemory = false;
+
+    DEVMODEW* GetDevmode() override
+    {
+        return m_devmode;
+    }
+    void SetOptionValue(std::int32_t feature, std::int32_t valueId) override
+    {
+        ExpectContext();
+        if (isOutOfMemory)
+            throw std::bad_alloc();
+        EXPECT_TRUE(options.emplace(feature, valueId).second) << feature;
+    }
+    void SetIntegerValue(std::int32_t feature, std::int32_t value) override
+    {
+        ExpectContext();
+        EXPECT_TRUE(integers.emplace(feature, value).second) << feature;
+    }
+    void SetPageSize(const PageSize& pageSize) override
+    {
+        ExpectContext();
+        papers.push_back(pageSize);
+    }
+
+private:
+    static void ExpectContext()
+    {
+        const BasicExecutionContext* const context = UtilitiesDllPerThreadStorage::GetExecutionContextStack().Top();
+        ASSERT_NE(context, nullptr);
+        EXPECT_EQ(context->id, 31555);
+    }
+
+    DEVMODEW* m_devmode;
+};
+
+class FeatureTransfers : public testing::Test
+{
+protected:
+    FeatureTransfers()
+    {
+        m_capabilities.Initialize(m_printer.Handle(), MSDeviceCapabilities::Context::Spooler);
+        DEVMODEW& fields = *m_devmode.Get();
+        fields.dmOrientation = DMORIENT_LANDSCAPE;
+        fields.dmScale = 50;
+        fields.dmCopies = 3;
+        fields.dmPrintQuality = fields.dmYResolution = 600;
+        fields.dmDuplex = DMDUP_HORIZONTAL;
+        fields.dmTTOption = DMTT_BITMAP; // no row
+        fields.dmCollate = DMCOLLATE_TRUE;
+        fields.dmColor = DMCOLOR_COLOR;
+        fields.dmICMMethod = DMICMMETHOD_DRIVER;
+        fields.dmICMIntent = DMICM_CONTRAST;
+        fields.dmPaperWidth = 2102;
+        fields.dmPaperLength = 2968;
+        fields.dmPaperSize = 70;
+    }
+
+    void Transfer(RecordingDataModel& model, IPrintCoreHelper* helper = nullptr)
+    {
+        MsFeatureManager(m_printer.Handle(), model, helper, m_capabilities)
+            .SetCurrentMsPublicAndPrivateDmSettingsInDataModel();
+        EXPECT_EQ(UtilitiesDllPerThreadStorage::GetExecutionContextStack().Depth(), 0u);
+    }
+
+    TestPrinter m_printer{kCapability};
+    MSDeviceCapabilities m_capabilities;
+    const FormsInfoRecord m_forms[3] = {OemDevmodeBytes::MakeForm(1, W("Letter"), 2159, 2794, 25001),
+                                        OemDevmodeBytes::MakeForm(9, W("A4"), 2100, 2970, 25001),
+                                        OemDevmodeBytes::MakeForm(300, W("My A4"), 2100, 2970, 25004)};
+    const TestDevmode m_devmode{
+        OemDevmodeBytes::Make(CoreDriverLayout::PostScript, {{1, OemDevmodeBytes::MakeState(true, m_forms)}})};
+};
+
+TEST_F(FeatureTransfers, BringEverySettingThatIsShown)
+{
+    const std::map<std::int32_t, std::int32_t> options = {
+        {3, 5011},  {6, 5410},  {8, 5023},  {9, 5970},  {15, 5072}, {16, 5092},
+        {21, 5120}, {23, 5150}, {24, 5160}, {26, 5180}, {27, 5190}, {29, 5210},
+    };
+    const std::map<std::int32_t, std::int32_t> integers = {{4, 50}, {5, 3}};
+    PrinterModel product;
+    product.capability = kCapability;
+    product.resolutions = {{600, 600, {}}};
+    const ComPtr<CoreHelper> helper = CoreHelper::Make(product);
+    for (IPrintCoreHelper* const asked :
+         {static_cast<IPrintCoreHelper*>(nullptr), static_cast<IPrintCoreHelper*>(helper.Get())})
+    {
+        const auto before = m_devmode.Bytes();
+        RecordingDataModel model(m_devmode.Get());
+        Transfer(model, asked);
+        EXPECT_EQ(model.options, options); // neither the language level 0 nor the fonts as bitmaps: no values
+        EXPECT_EQ(model.integers, integers);
+        ASSERT_EQ(model.papers.size(), 1u); // to half a millimetre
+        EXPECT_EQ(model.papers[0].paperId, 9);
+        EXPECT_EQ(model.papers[0].type, DataModelIds::PageSizeStandard);
+        EXPECT_EQ(model.papers[0].name, W("A4"));
+        EXPECT_EQ(model.papers[0].length, Dimension(Number(297), Dimension::Millimeters));
+        EXPECT_TRUE(
+            std::equal(before.begin() + sizeof(DEVMODEW), before.end(), m_devmode.Bytes().begin() + sizeof(DEVMODEW)));
+    }
+}
+
+TEST_F(FeatureTransfers, LeaveOutAPaperThatIsNotThePrinters)
+{
+    const std::tuple<short, short, short, int> cases[] = {
+        {9, 0, 0, 9}, {70, 0, 0, -1}, {9, 2970, 2100, -1}, {300, 2100, 2970, 300}, {1, 2106, 2970, -1}};
+    for (const auto& [number, width, length, form] : cases)
+    {
+        m_devmode.Get()->dmPaperSize = number;
+        m_devmode.Get()->dmPaperWidth = width;
+        m_devmode.Get()->dmPaperLength = length;
+        RecordingDataModel model(m_devmode.Get());
+        Transfer(model);
+        EXPECT_EQ(model.papers.empty() ? -1 : model.papers[0].paperId, form) << number;
+    }
+    m_capabilities.Initialize(m_printer.Handle(), MSDeviceCapabilities::Context::Application); // has no list
+    RecordingDataModel model(m_devmode.Get());
+    Transfer(model);
+    EXPECT_TRUE(model.papers.empty());
+    EXPECT_FALSE(model.options.empty());
+}
+
+TEST_F(FeatureTransfers, EndWithWhatTheDataModelThrows)
+{
+    RecordingDataModel model(m_devmode.Get());
+    model.isOutOfMemory = true;
+    EXPECT_THROW(Transfer(model), std::bad_alloc);
+    EXPECT_EQ(UtilitiesDllPerThreadStorage::GetExecutionContextStack().Depth(), 0u);
+    RecordingDataModel empty(nullptr);
+    EXPECT_THROW(Transfer(empty), ExceptionInvalidArgumentNullPointer);
+}
+
+TEST(PageSizes, MatchBySizeThenByNumberThenByName)
+{
+    const FormsInfoRecord forms[] = {
+        OemDevmodeBytes::MakeForm(1, W("Letter"), 2159, 2794, 25001),
+        OemDevmodeBytes::MakeForm(10, W("Note"), 2159, 2794, 25001),
+        OemDevmodeBytes::MakeForm(20, W("Mine"), 2159, 2794, 25004),
+    };
+    const std::tuple<int, int, std::uint16_t, const WCHAR*, int> cases[] = {
+        // clang-format off
+        {215900, 279400, 0, W(""), 0},    {215900, 279400, 20, W("note"), 2},  {215900, 279400, 0, W("NOTE"), 1},
+        {216399, 278901, 10, W(""), 1},   {216400, 279400, 1, W("Letter"), -1}, {215900, 279900, 1, W(""), -1},
+        {279400, 215900, 1, W("Letter"), -1},
+        // clang-format on
+    };
+    for (const auto& [width, length, paperId, name, form] : cases) // microns
+    {
+        const FormsInfoRecord* const found =
+            MediaHandler::GetBestMatchPageSize(forms, Dimension(Number(width), Dimension::Microns),
+                                               Dimension(Number(length), Dimension::Microns), paperId, name);
+        EXPECT_EQ(found, form < 0 ? nullptr : &forms[form]) << width << " x " << length;
+    }
+    EXPECT_EQ(MediaHandler::GetBestMatchPageSize({}, {}, {}, 0, W("")), nullptr);
+}
+
+} // namespace

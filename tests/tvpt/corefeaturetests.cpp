@@ -1,0 +1,248 @@
+// The core driver's settings on the command line: shown by name and in words, set, and in a ticket the same whichever
+// way they are reached.
+#include <cstring>
+#include <nlohmann/json.hpp>
+
+#include "hostrun.h"
+
+#include <tvutil/bytewriter.h>
+
+#include "complugins/oemdevmode.h"
+#include "utilitiesstaticlib/wideliteral.h"
+
+namespace
+{
+
+namespace Format = OemDevmodeFormat;
+using nlohmann::json;
+
+class CoreFeatures : public HostTest
+{
+protected:
+    std::string NewDevmode(const std::string& model, const std::vector<std::string>& settings = {})
+    {
+        m_printer = InstallTestPrinter(model);
+        return MakeDevmode(settings);
+    }
+
+    std::string MakeDevmode(const std::vector<std::string>& settings) const
+    {
+        const RunResult made = RunHost(WithSettings({"devmode", "new", "--printer", m_printer, "-o", "-"}, settings));
+        EXPECT_EQ(made.status, 0) << made.errors;
+        return made.out;
+    }
+
+    static std::vector<std::string> WithSettings(std::vector<std::string> arguments,
+                                                 const std::vector<std::string>& settings)
+    {
+        for (const std::string& setting : settings)
+            arguments.insert(arguments.end(), {"--set", setting});
+        return arguments;
+    }
+
+    RunResult Set(const std::string& bytes, const std::vector<std::string>& settings, bool namesPrinter) const
+    {
+        std::vector<std::string> arguments = {"devmode", "set", "-"};
+        if (namesPrinter)
+            arguments.insert(arguments.end(), {"--printer", m_printer});
+        return RunHost(WithSettings(arguments, settings), bytes);
+    }
+
+    json Show(const std::string& bytes, bool namesPrinter) const
+    {
+        std::vector<std::string> arguments = {"devmode", "show", "-", "--json"};
+        if (namesPrinter)
+            arguments.insert(arguments.end(), {"--printer", m_printer});
+        const RunResult shown = RunHost(arguments, bytes);
+        EXPECT_EQ(shown.status, 0) << shown.errors;
+        return json::parse(shown.out);
+    }
+
+    std::string m_printer;
+};
+
+json Described(const char* name, unsigned value, const json& option, const json& text)
+{
+    return {{"name", name}, {"value", value}, {"option", option}, {"text", text}};
+}
+
+TEST_F(CoreFeatures, AreShownByNameAndSetByEitherValue)
+{
+    struct Row
+    {
+        const char* model;
+        const char* setting;
+        const char* number;
+        json shown;
+        const char* words;
+        bool isInLayout; // told without a printer
+    };
+    const Row rows[] = {
+        // clang-format off
+        {"tavlen-c9070-ps",  "ms.10=@5421", "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 2, 5421, "Duplex Flip Long"),            "    duplex: flip on the long edge\n", true},
+        {"tavlen-c9070-ps",  "ms.3=@5012",  "3",  Described("FEAT_MS_ORIENTATION", 3, 5012, "Rotated Landscape"),                     "    orientation: landscape, turned round\n", true},
+        {"tavlen-c9070-ps",  "ms.20=1",     "20", Described("FEAT_MS_INTERNAL_BOOKLET", 1, 5111, "Booklet On"),                       "    booklet: on\n", true},
+        {"tavlen-c9070-ps",  "ms.29=3",     "29", Described("FEAT_MS_PS_TRUE_TYPE_DOWNLOAD_OPTION", 3, 5213, "Native TrueType"),      "    PostScript TrueType download: Native TrueType\n", true},
+        {"tavlen-c9070-ps",  "ms.16=@5092", "16", Described("FEAT_MS_ICM_INTENT", 2, 5092, "Constrast (Pictures)"),                   "    rendering intent: contrast (pictures)\n", false},
+        {"tavlen-c9070-ps",  "ms.4=0x32",   "4",  Described("FEAT_MS_SCALE", 50, nullptr, nullptr),                                   "    scale: 50 %\n", true},
+        {"tavlen-b4400-uni", "ms.8=@5026",  "8",  Described("FEAT_MS_RESOLUTION", (1200u << 16) + 1200, 5026, "1200x1200dpi"),        "    resolution: 1200x1200dpi\n", true},
+        {"tavlen-b4400-uni", "ms.34=@5970", "34", Described("FEAT_MS_INTERNAL_UNI_COLOR_PRINTING_MODE", 1, 5970, "Color"),            "    colour printing mode: Color\n", false},
+        {"tavlen-w3100-xps", "ms.10=3",     "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 3, 5422, "Duplex Flip Short"),           "    duplex: flip on the short edge\n", true},
+        // clang-format on
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(std::string(row.model) + ", " + row.setting);
+        const std::string before = NewDevmode(row.model);
+        const RunResult set = Set(before, {row.setting}, true);
+        ASSERT_EQ(set.status, 0) << set.errors;
+        EXPECT_TRUE(set.out == MakeDevmode({row.setting})); // made so, as well
+        EXPECT_EQ(Show(set.out, true)["core"]["features"][row.number], row.shown);
+        EXPECT_EQ(Show(set.out, false)["core"]["features"].value(row.number, json()),
+                  row.isInLayout ? row.shown : json());
+        EXPECT_EQ(Set(before, {row.setting}, false).status, row.isInLayout ? 0 : 1);
+        const std::string lines = RunHost({"devmode", "show", "-", "--printer", m_printer}, set.out).out;
+        EXPECT_NE(lines.find(row.words), std::string::npos) << lines;
+    }
+}
+
+// Whoever sets a field after a setting, or the other way round, gets both.
+TEST_F(CoreFeatures, AndPublicFieldsAreSetInTheirOrder)
+{
+    const std::string bytes = NewDevmode("tavlen-c9070-ps");
+    const RunResult set =
+        Set(bytes, {"ms.10=2", "dmCopies=4", "ms.5=5", "dmDuplex=3", "feature.46=5421", "ms.19=3"}, true);
+    ASSERT_EQ(set.status, 0) << set.errors;
+    const json shown = Show(set.out, true);
+    EXPECT_EQ(shown["public"]["dmDuplex"], 3);
+    EXPECT_EQ(shown["public"]["dmCopies"], 5);
+    EXPECT_EQ(shown["features"]["46"], 5421);
+    EXPECT_EQ(shown["core"]["features"]["19"]["text"], "6-Up");
+    EXPECT_EQ(shown["oem"]["crcValid"], true);
+}
+
+TEST_F(CoreFeatures, ThatCannotBeSetAreOneLineWithWhatCanBe)
+{
+    const std::string postScript = NewDevmode("tavlen-c9070-ps");
+    const std::string unidrv = NewDevmode("tavlen-b4400-uni"); // its printer is asked below
+    std::string unknownSize = unidrv;                          // a core driver's part of a size that no layout has
+    unknownSize.erase(sizeof(DEVMODEW) + 100, 2);
+    std::vector<std::byte> note(2);
+    ByteWriter(note).U16(562);
+    std::memcpy(unknownSize.data() + sizeof(DEVMODEW) + Format::kUnidrvSizeOffset, note.data(), note.size());
+    ByteWriter(note).U16(static_cast<std::uint16_t>(unknownSize.size() - sizeof(DEVMODEW)));
+    std::memcpy(unknownSize.data() + offsetof(DEVMODEW, dmDriverExtra), note.data(), note.size());
+    const std::string noParts = [&unidrv]
+    {
+        std::string bytes = unidrv.substr(0, sizeof(DEVMODEW));
+        std::memset(bytes.data() + offsetof(DEVMODEW, dmDriverExtra), 0, 2);
+        return bytes;
+    }();
+    constexpr bool kPrinter = true;
+    constexpr bool kNone = false;
+    const struct
+    {
+        const std::string& bytes;
+        bool namesPrinter;
+        const char* setting;
+        const char* error;
+    } rows[] = {
+        // clang-format off
+        {unidrv, kPrinter, "ms.99=1",    "ms.99: no core driver has such a feature; they have 3 to 35"},
+        {unidrv, kPrinter, "ms.10x=1",   "ms.10x: no core driver has such a feature"},
+        {unidrv, kPrinter, "ms.24=1",    "FEAT_MS_PS_OUTPUT_FORMAT is no setting of a unidrv driver of kind 0x80, platform 0x800, which has 3, 4, 5, "},
+        {unidrv, kPrinter, "ms.33=1",    "FEAT_MS_UNI_HALFTONE is no setting of a unidrv driver"},
+        {unidrv, kPrinter, "ms.22=1",    "FEAT_MS_INTERNAL_UNI_QUALITY_MACRO is no setting"},
+        {unidrv, kNone,    "ms.31=1",    "with --printer the printer's driver is known"},
+        {unidrv, kPrinter, "ms.3=3",     "ms.3: FEAT_MS_ORIENTATION must be one of 1 (Portrait), 2 (Landscape CC90)"},
+        {unidrv, kPrinter, "ms.10=@5423", "must be one of @5420 (Simplex), @5422 (Duplex Flip Short), @5421 (Duplex Flip Long)"},
+        {unidrv, kPrinter, "ms.20=2",    "must be one of 0 (Booklet Off), 1 (Booklet On)"},
+        {unidrv, kPrinter, "ms.10=4294967298", "must be one of 1 (Simplex)"},
+        {unidrv, kPrinter, "ms.10=-1",   "must be one of 1 (Simplex)"},
+        {unidrv, kPrinter, "ms.5=@5410", "FEAT_MS_COPIES has no values of the data model, only numbers"},
+        {unidrv, kPrinter, "ms.5=40000", "ms.5: must be from 1 to 32767"},
+        {unidrv, kPrinter, "ms.12=65536", "ms.12: must be from 1 to 65535"},
+        {postScript, kPrinter, "ms.21=1", "the devmode is one of a postscript driver, the printer has another"},
+        {unknownSize, kPrinter, "ms.21=1", "is not recognised as that of a unidrv driver of kind 0x80, platform 0x800; only public fields can be set: 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17"},
+        {unknownSize, kNone, "ms.21=1",  "the core driver's part is not recognised"},
+        {noParts, kPrinter, "ms.19=1",   "the core driver's part is not recognised"},
+        {noParts, kNone, "ms.10=1",      "no maker's part to tell the core driver's kind by; with --printer"},
+        // clang-format on
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.setting);
+        WriteBytes(Folder() / "in.dm", row.bytes);
+        std::vector<std::string> arguments = {"devmode", "set", File("in.dm"), "-o", File("in.dm")};
+        if (row.namesPrinter)
+            arguments.insert(arguments.end(), {"--printer", m_printer});
+        const RunResult result = RunHost(WithSettings(arguments, {"dmCopies=7", row.setting}));
+        EXPECT_EQ(result.status, 1);
+        EXPECT_TRUE(IsOneErrorLine(result.errors, row.error));
+        EXPECT_TRUE(ReadBytes(Folder() / "in.dm") == row.bytes);
+    }
+    // What is public can still be set, and what is private is not shown.
+    const RunResult set = Set(unknownSize, {"ms.10=@5421"}, true);
+    EXPECT_EQ(set.status, 0) << set.errors;
+    const json core = Show(set.out, true)["core"];
+    EXPECT_EQ(core["recognized"], false);
+    EXPECT_EQ(core["features"]["10"]["option"], 5421);
+    EXPECT_FALSE(core["features"].contains("21"));
+    EXPECT_EQ(Show(noParts, false)["core"]["features"], json::object());
+    EXPECT_EQ(Set(noParts, {"ms.10=2"}, true).status, 0);
+}
+
+// By the core driver's helper, and by the layout of its part.
+TEST_F(CoreFeatures, GiveTheSameTicketWhicheverWayTheyAreReached)
+{
+    const struct
+    {
+        const char* model;
+        std::vector<std::string> settings;
+        std::vector<const char*> held; // by the ticket
+    } rows[] = {
+        {"tavlen-c9070-ps", {}, {"psk:Portrait", "psk:OneSided", "psk:Standard", "psk:Automatic"}},
+        {"tavlen-c9070-ps",
+         {"ms.3=3", "ms.10=@5422", "ms.19=@7243", "ms.21=1", "ms.29=2", "ms.8=@5028", "ms.6=0", "ms.4=71"},
+         {"psk:ReverseLandscape", "psk:TwoSidedShortEdge", ">6<", "psk:Reverse\"", "psk:DownloadAsRasterFont", ">2400<",
+          "psk:Uncollated", ">71<"}},
+        {"tavlen-c9070-ps", {"ms.20=1"}, {"psk:Booklet", ">1<"}},
+        {"tavlen-c9070-ps", {"dmPrintQuality=720", "dmYResolution=360"}, {">720<", ">360<"}}, // no option of the driver
+        {"tavlen-b4400-uni",
+         {"ms.3=2", "ms.10=2", "ms.19=5", "ms.21=@5121"},
+         {"psk:Landscape", "psk:TwoSidedLongEdge", ">16<", "psk:Reverse\""}},
+        {"tavlen-b4400-uni", {"ms.20=1", "dmTTOption=1"}, {"psk:Booklet", "psk:RenderAsBitmap"}},
+        {"tavlen-w3100-xps", {"ms.3=2", "ms.10=3"}, {"psk:Landscape", "psk:TwoSidedShortEdge"}},
+        {"tavlen-b7000-xps", {"ms.3=3", "ms.10=2"}, {"psk:ReverseLandscape", "psk:TwoSidedLongEdge"}},
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.model);
+        const std::string devmode = NewDevmode(row.model, row.settings);
+        const RunResult asked = RunHost({"ticket", "from-devmode", "--printer", m_printer, "-"}, devmode);
+        const RunResult known =
+            RunHost({"ticket", "from-devmode", "--printer", m_printer, "--no-core-helper", "-"}, devmode);
+        EXPECT_EQ(asked.status, 0) << asked.errors;
+        EXPECT_EQ(known.status, 0) << known.errors;
+        EXPECT_EQ(asked.out, known.out);
+        for (const char* const held : row.held)
+            EXPECT_NE(asked.out.find(held), std::string::npos) << held << " in " << asked.out;
+        WriteBytes(Folder() / "in.dm", devmode);
+        for (const bool isAsked : {true, false}) // and back
+        {
+            std::vector<std::string> arguments = {"ticket",      "to-devmode", "--printer", m_printer, "--devmode",
+                                                  File("in.dm"), "-",          "-o",        "-"};
+            if (!isAsked)
+                arguments.emplace_back("--no-core-helper");
+            EXPECT_TRUE(RunHost(arguments, asked.out).out == devmode);
+        }
+    }
+    // A devmode of another driver's layout: its private settings mean nothing here.
+    const std::string foreign = NewDevmode("tavlen-b4400-uni", {"ms.21=1"});
+    m_printer = InstallTestPrinter("tavlen-c9070-ps");
+    const RunResult ticket = RunHost({"ticket", "from-devmode", "--printer", m_printer, "-"}, foreign);
+    EXPECT_EQ(ticket.status, 0) << ticket.errors;
+    EXPECT_NE(ticket.out.find("psk:Standard"), std::string::npos) << ticket.out;
+}
+
+} // namespace
