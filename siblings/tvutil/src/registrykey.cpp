@@ -1,0 +1,109 @@
+#include <windows.h>
+
+#include "registrykey.h"
+
+#include <tvutil/spoolerbuffer.h>
+
+namespace
+{
+
+constexpr DWORD kLongestKeyName = 255;
+constexpr DWORD kLongestValueName = 16'383;
+
+DWORD ErrorOfStatus(LSTATUS status) noexcept
+{
+    return static_cast<DWORD>(status);
+}
+
+// `enumerate` gives the name of one index; its room is in characters, with the terminator.
+template <class Enumerate>
+DWORD ListNames(DWORD longest, Enumerate enumerate, std::vector<CXString>& names)
+{
+    names.clear();
+    std::vector<WCHAR> room(longest + 1);
+    for (DWORD index = 0;; ++index)
+    {
+        auto size = static_cast<DWORD>(room.size());
+        const DWORD error = ErrorOfStatus(enumerate(index, room.data(), &size));
+        if (error == ERROR_NO_MORE_ITEMS)
+            return ERROR_SUCCESS;
+        if (error != ERROR_SUCCESS)
+            return error;
+        names.emplace_back(WStringView(room.data(), size));
+    }
+}
+
+} // namespace
+
+RegistryKey::~RegistryKey()
+{
+    if (m_key != nullptr)
+        RegCloseKey(m_key);
+}
+
+DWORD RegistryKey::Open(HKEY root, const CXString& path) noexcept
+{
+    return ErrorOfStatus(RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &m_key));
+}
+
+DWORD RegistryKey::Create(HKEY root, const CXString& path, bool& isNew) noexcept
+{
+    DWORD disposition = 0;
+    const LSTATUS status = RegCreateKeyExW(root, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                                           KEY_READ | KEY_WRITE, nullptr, &m_key, &disposition);
+    isNew = disposition == REG_CREATED_NEW_KEY;
+    return ErrorOfStatus(status);
+}
+
+DWORD RegistryKey::Read(const CXString& name, Value& value) const
+{
+    if (m_key == nullptr)
+        return ERROR_FILE_NOT_FOUND;
+    SpoolerBuffer answer;
+    const DWORD error = answer.Fill(
+        [&](LPBYTE room, DWORD size, LPDWORD needed)
+        {
+            *needed = size;
+            const LSTATUS status = RegQueryValueExW(m_key, name.c_str(), nullptr, &value.type, room, needed);
+            // Without room the platform answers the size, and no error.
+            return status == ERROR_SUCCESS && room == nullptr ? DWORD{ERROR_MORE_DATA} : ErrorOfStatus(status);
+        });
+    if (error == ERROR_SUCCESS)
+        value.data = ByteBuffer(answer.Bytes());
+    return error;
+}
+
+DWORD RegistryKey::Write(const CXString& name, DWORD type, std::span<const std::byte> data) const noexcept
+{
+    return ErrorOfStatus(RegSetValueExW(m_key, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(data.data()),
+                                        static_cast<DWORD>(data.size())));
+}
+
+DWORD RegistryKey::ListKeys(std::vector<CXString>& names) const
+{
+    return ListNames(
+        m_key != nullptr ? kLongestKeyName : 0,
+        [this](DWORD index, WCHAR* name, DWORD* size) -> LSTATUS
+        {
+            return m_key != nullptr ? RegEnumKeyExW(m_key, index, name, size, nullptr, nullptr, nullptr, nullptr)
+                                    : LSTATUS{ERROR_NO_MORE_ITEMS};
+        },
+        names);
+}
+
+DWORD RegistryKey::ListValues(std::vector<CXString>& names) const
+{
+    return ListNames(
+        m_key != nullptr ? kLongestValueName : 0,
+        [this](DWORD index, WCHAR* name, DWORD* size) -> LSTATUS
+        {
+            return m_key != nullptr ? RegEnumValueW(m_key, index, name, size, nullptr, nullptr, nullptr, nullptr)
+                                    : LSTATUS{ERROR_NO_MORE_ITEMS};
+        },
+        names);
+}
+
+DWORD RegistryKey::Delete(HKEY root, const CXString& path) noexcept
+{
+    return ErrorOfStatus(RegDeleteTreeW(root, path.c_str()));
+}
