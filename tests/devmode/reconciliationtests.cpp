@@ -6,6 +6,7 @@
 #include <string>
 
 #include <tvcore/datamodelids.h>
+#include <tvutil/datacache.h>
 #include <tvutil/devicesettingsmanager.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/operatingsystem.h>
@@ -138,6 +139,7 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
 TEST_F(Reconciliation, NeedsAPrinterButNoListAndNoShortDevmode)
 {
     const Printer printer(Name());
+    ASSERT_TRUE(DataCache::RemovePrinter(Name(), HKEY_CURRENT_USER));
     MSDeviceCapabilities capabilities;
     capabilities.Initialize(printer.GetPrinterHandle(), MSDeviceCapabilities::Context::Application);
     const TestDevmode devmode = MakeDevmode({}, DMPAPER_TABLOID);

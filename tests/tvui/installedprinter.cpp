@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "failure.h"
+#include "printerhandle.h"
 #include "printerinstall.h"
 
 namespace
@@ -52,6 +53,16 @@ void InstalledPrinter::Install(const std::string& shippedModel, const std::funct
     const std::u8string fileName = file.u8string();
     ASSERT_NO_THROW(InstallPrinter(m_name.ToUtf8(), std::string(fileName.begin(), fileName.end())));
     m_isInstalled = true;
+}
+
+void InstalledPrinter::ChangeInstalledModel(const std::function<void(nlohmann::json&)>& change) const
+{
+    const PrinterHandle printer = PrinterHandle::Open(m_name.ToUtf8(), PrinterHandle::Access::Use);
+    const std::string name = DescribeDriver(printer, m_name.ToUtf8()).dataFile.ToUtf8();
+    const fs::path file(std::u8string(name.begin(), name.end()));
+    nlohmann::json model = nlohmann::json::parse(std::ifstream(file));
+    change(model);
+    std::ofstream(file) << model.dump();
 }
 
 void InstalledPrinter::Remove()

@@ -34,6 +34,9 @@ protected:
     // Installs a shipped model, changed, after removing the printer that was there.
     void Install(const std::string& shippedModel, const std::function<void(nlohmann::json&)>& change = {});
 
+    // Changes the installed driver's data file behind everybody's back.
+    void ChangeInstalledModel(const std::function<void(nlohmann::json&)>& change) const;
+
     [[nodiscard]] const PrinterModel& Model() const
     {
         return m_model;
