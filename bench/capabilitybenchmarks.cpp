@@ -69,7 +69,7 @@ int main(int argc, char** argv)
     benchmark::RegisterBenchmark("yardstick", Yardstick);
     for (benchmark::internal::Benchmark* const each :
          {benchmark::RegisterBenchmark("read forms", ReadForms), benchmark::RegisterBenchmark("load forms", LoadForms)})
-        each->Arg(10)->Arg(1'000)->Arg(10'000)->Complexity(benchmark::oAuto);
+        each->Arg(10)->Arg(1'000)->Arg(10'000)->Complexity(benchmark::oN);
     benchmark::Initialize(&argc, argv);
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -2,8 +2,6 @@
 
 #include "registrykey.h"
 
-#include <tvutil/spoolerbuffer.h>
-
 namespace
 {
 
@@ -59,17 +57,16 @@ DWORD RegistryKey::Read(const CXString& name, Value& value) const
 {
     if (m_key == nullptr)
         return ERROR_FILE_NOT_FOUND;
-    SpoolerBuffer answer;
-    const DWORD error = answer.Fill(
-        [&](LPBYTE room, DWORD size, LPDWORD needed)
-        {
-            *needed = size;
-            const LSTATUS status = RegQueryValueExW(m_key, name.c_str(), nullptr, &value.type, room, needed);
-            // Without room the platform answers the size, and no error.
-            return status == ERROR_SUCCESS && room == nullptr ? DWORD{ERROR_MORE_DATA} : ErrorOfStatus(status);
-        });
-    if (error == ERROR_SUCCESS)
-        value.data = ByteBuffer(answer.Bytes());
+    constexpr DWORD kUsualSize = 16 * 1024; // most values need no second question
+    constexpr int kAttempts = 8;            // somebody who lets it grow each time must not keep us here
+    DWORD size = kUsualSize;
+    DWORD error = ERROR_MORE_DATA;
+    for (int attempt = 0; attempt < kAttempts && error == ERROR_MORE_DATA; ++attempt)
+    {
+        value.data.resize(size);
+        error = ErrorOfStatus(RegQueryValueExW(m_key, name.c_str(), nullptr, &value.type, value.data.data(), &size));
+    }
+    value.data.resize(error == ERROR_SUCCESS ? size : 0);
     return error;
 }
 

@@ -68,6 +68,9 @@ void Connection::OpenFile()
     RequireSqlite(sqlite3_open_v2(m_file.c_str(), &m_database,
                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr));
     RequireSqlite(sqlite3_busy_timeout(m_database, kBusyMilliseconds));
+    // Room for the largest registry values of ours, a few megabytes: one that does not fit is read page by page each
+    // time.
+    Run(*m_database, "PRAGMA cache_size = -16384");
     Run(*m_database, "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON;"
                      "PRAGMA trusted_schema = OFF;");
     struct stat status = {};
