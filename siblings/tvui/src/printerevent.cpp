@@ -1,5 +1,6 @@
 #include "printerevent.h"
 
+#include <windows.h>
 #include <winspool.h>
 
 #include <winddiui.h>

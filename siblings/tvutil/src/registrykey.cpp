@@ -13,22 +13,25 @@ DWORD ErrorOfStatus(LSTATUS status) noexcept
     return static_cast<DWORD>(status);
 }
 
-// `enumerate` gives the name of one index; its room is in characters, with the terminator.
+// Either of the platform's functions that enumerate: of what else they could give nothing is wanted. The room is in
+// characters, with the terminator.
 template <class Enumerate>
-DWORD ListNames(DWORD longest, Enumerate enumerate, std::vector<CXString>& names)
+DWORD ListNames(HKEY key, DWORD longest, Enumerate enumerate, std::vector<CXString>& names)
 {
     names.clear();
     std::vector<WCHAR> room(longest + 1);
-    for (DWORD index = 0;; ++index)
+    for (DWORD index = 0; key != nullptr; ++index)
     {
         auto size = static_cast<DWORD>(room.size());
-        const DWORD error = ErrorOfStatus(enumerate(index, room.data(), &size));
+        const DWORD error =
+            ErrorOfStatus(enumerate(key, index, room.data(), &size, nullptr, nullptr, nullptr, nullptr));
         if (error == ERROR_NO_MORE_ITEMS)
-            return ERROR_SUCCESS;
+            break;
         if (error != ERROR_SUCCESS)
             return error;
         names.emplace_back(WStringView(room.data(), size));
     }
+    return ERROR_SUCCESS;
 }
 
 } // namespace
@@ -78,26 +81,12 @@ DWORD RegistryKey::Write(const CXString& name, DWORD type, std::span<const std::
 
 DWORD RegistryKey::ListKeys(std::vector<CXString>& names) const
 {
-    return ListNames(
-        m_key != nullptr ? kLongestKeyName : 0,
-        [this](DWORD index, WCHAR* name, DWORD* size) -> LSTATUS
-        {
-            return m_key != nullptr ? RegEnumKeyExW(m_key, index, name, size, nullptr, nullptr, nullptr, nullptr)
-                                    : LSTATUS{ERROR_NO_MORE_ITEMS};
-        },
-        names);
+    return ListNames(m_key, kLongestKeyName, RegEnumKeyExW, names);
 }
 
 DWORD RegistryKey::ListValues(std::vector<CXString>& names) const
 {
-    return ListNames(
-        m_key != nullptr ? kLongestValueName : 0,
-        [this](DWORD index, WCHAR* name, DWORD* size) -> LSTATUS
-        {
-            return m_key != nullptr ? RegEnumValueW(m_key, index, name, size, nullptr, nullptr, nullptr, nullptr)
-                                    : LSTATUS{ERROR_NO_MORE_ITEMS};
-        },
-        names);
+    return ListNames(m_key, kLongestValueName, RegEnumValueW, names);
 }
 
 DWORD RegistryKey::Delete(HKEY root, const CXString& path) noexcept
