@@ -14,6 +14,7 @@
 #include <tvutil/user.h>
 
 #include "complugins/customforms.h"
+#include "complugins/mscacheddevicecapabilities.h"
 #include "hostrun.h"
 #include "printerhandle.h"
 #include "utilitiesstaticlib/findfunction.h"
@@ -22,6 +23,29 @@ namespace
 {
 
 using nlohmann::json;
+
+void AddForm(HANDLE printer, WideString& name)
+{
+    FORM_INFO_1W form{};
+    form.pName = name.data();
+    form.Size = {150000, 250000};
+    form.ImageableArea = {0, 0, 150000, 250000};
+    EXPECT_TRUE(AddFormW(printer, 1, reinterpret_cast<BYTE*>(&form))) << GetLastError();
+}
+
+// The form's place in the spooler's list, from 1 on; 0 when it is not there.
+DWORD NumberOf(HANDLE printer, const WideString& name)
+{
+    DWORD needed = 0;
+    DWORD count = 0;
+    EnumFormsW(printer, 1, nullptr, 0, &needed, &count);
+    std::vector<BYTE> room(needed);
+    EXPECT_TRUE(EnumFormsW(printer, 1, room.data(), needed, &needed, &count)) << GetLastError();
+    for (DWORD at = 0; at < count; ++at)
+        if (WStringView(reinterpret_cast<const FORM_INFO_1W*>(room.data())[at].pName) == name)
+            return at + 1;
+    return 0;
+}
 
 class CapabilityCaches : public HostTest
 {
@@ -288,30 +312,24 @@ TEST_F(CapabilityCaches, ReconcileTheDriversPapersOfOneProgramButNoUsersForm)
     Reconcile(printer, {"app=winword.exe", "dmPaperSize=" + number});
     EXPECT_EQ(PublicFields()["dmPaperSize"].dump(), number);
 
-    // The user's own form, which the spooler numbers behind its own: its flags are 0, so it stays.
+    // A user's own form, which the spooler numbers behind its own: its flags are 0, so it stays. As many are added as
+    // bring one behind the platform's own papers.
     const PrinterHandle handle = PrinterHandle::Open(printer, PrinterHandle::Access::Administer);
-    WideString name(CXString::FromUtf8("Own form " + std::to_string(GetCurrentProcessId())).View());
-    FORM_INFO_1W form{};
-    form.pName = name.data();
-    form.Size = {150000, 250000};
-    form.ImageableArea = {0, 0, 150000, 250000};
-    if (!AddFormW(handle.Get(), 1, reinterpret_cast<BYTE*>(&form)))
-        GTEST_SKIP() << "the spooler takes no forms: " << GetLastError();
-    DWORD needed = 0;
-    DWORD count = 0;
-    EnumFormsW(handle.Get(), 1, nullptr, 0, &needed, &count);
-    std::vector<BYTE> room(needed);
-    EXPECT_TRUE(EnumFormsW(handle.Get(), 1, room.data(), needed, &needed, &count));
+    std::vector<WideString> names;
     DWORD own = 0;
-    for (DWORD at = 0; at < count; ++at)
-        if (WStringView(reinterpret_cast<const FORM_INFO_1W*>(room.data())[at].pName) == name)
-            own = at + 1;
-    if (own >= 119)
+    while (own < 119 && names.size() < 119)
     {
-        Reconcile(printer, {"app=excel.exe", "dmPaperSize=" + std::to_string(own)});
-        EXPECT_EQ(PublicFields()["dmPaperSize"], own);
+        names.emplace_back(CXString::FromUtf8("Own form " + std::to_string(names.size()) + " of " +
+                                              std::to_string(GetCurrentProcessId()))
+                               .View());
+        AddForm(handle.Get(), names.back());
+        own = NumberOf(handle.Get(), names.back());
     }
-    EXPECT_TRUE(DeleteFormW(handle.Get(), name.data()));
+    ASSERT_GE(own, 119U);
+    Reconcile(printer, {"app=excel.exe", "dmPaperSize=" + std::to_string(own)});
+    EXPECT_EQ(PublicFields()["dmPaperSize"], own);
+    for (WideString& name : names)
+        EXPECT_TRUE(DeleteFormW(handle.Get(), name.data()));
 }
 
 TEST_F(CapabilityCaches, SpareConversionsTheDriversCode)
@@ -319,7 +337,8 @@ TEST_F(CapabilityCaches, SpareConversionsTheDriversCode)
     const std::string printer = InstallTestPrinter();
     ASSERT_EQ(RunHost({"devmode", "new", "--printer", printer, "-o", File("d.dm")}).status, 0);
     // The very copy that the spooler loads.
-    const CXString file = DescribeDriver(PrinterHandle::Open(printer, PrinterHandle::Access::Use), printer).configFile;
+    const PrinterHandle handle = PrinterHandle::Open(printer, PrinterHandle::Access::Use);
+    const CXString file = DescribeDriver(handle, printer).configFile;
     HMODULE const module = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     ASSERT_NE(module, nullptr);
     const auto count = FindFunction<DWORD(WINAPI*)()>(module, "TavlenCountCapabilityQuestions");
@@ -331,6 +350,13 @@ TEST_F(CapabilityCaches, SpareConversionsTheDriversCode)
                   .status,
               0);
     EXPECT_EQ(RunHost({"devmode", "reconcile", File("o.dm"), "--printer", printer}).status, 0);
+    EXPECT_EQ(RunHost({"printer", "refresh", printer}).status, 0);
+    MSDeviceCapabilities shared;
+    MsCachedDeviceCapabilities capabilities(shared, handle.Get(), nullptr);
+    std::vector<FormsInfoRecord> forms;
+    std::vector<std::int32_t> resolutions;
+    EXPECT_EQ(capabilities.GetForms(forms), S_OK);
+    EXPECT_EQ(capabilities.GetResolutionEnums(resolutions), S_OK);
     EXPECT_EQ(count(), before);
     EXPECT_GT(DeviceCapabilitiesW(CXString::FromUtf8(printer).c_str(), W("FILE:"), DC_COPIES, nullptr, nullptr), 0);
     EXPECT_EQ(count(), before + 1) << "the counter counts";

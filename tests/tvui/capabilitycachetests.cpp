@@ -1,18 +1,13 @@
-// What the configuration module writes into the caches, and who asks its capability code.
+// What the configuration module writes into the caches, and when.
 #include <windows.h>
-
-#include <algorithm>
 
 #include <tvutil/datacache.h>
 #include <tvutil/printer.h>
 #include <tvutil/tavlenutilities.h>
 
-#include "complugins/fixedtext.h"
-#include "complugins/mscacheddevicecapabilities.h"
+#include "complugins/msdevicecapabilities.h"
 #include "complugins/papercache.h"
-#include "printerhandle.h"
 #include "tests/tvui/installedprinter.h"
-#include "utilitiesstaticlib/findfunction.h"
 
 namespace
 {
@@ -105,36 +100,6 @@ TEST_F(CapabilityCaching, WritesWhatTheDriverAnswers)
         EXPECT_EQ(device[9], static_cast<DWORD>(Ask(DC_COLORDEVICE)));
         EXPECT_EQ(device[10] | ULONGLONG{device[11]} << 32, Model().capability);
     }
-}
-
-TEST_F(CapabilityCaching, MakesItsOwnCapabilityCodeIdle)
-{
-    Install(kPostScriptModel);
-    const PrinterHandle printer = PrinterHandle::Open(Name().ToUtf8(), PrinterHandle::Access::Use);
-    // The very copy that the spooler loads.
-    const CXString file = DescribeDriver(printer, Name().ToUtf8()).configFile;
-    HMODULE const module = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-    ASSERT_NE(module, nullptr);
-    const auto count = FindFunction<DWORD(WINAPI*)()>(module, "TavlenCountCapabilityQuestions");
-    ASSERT_NE(count, nullptr);
-    const DWORD before = count();
-    EXPECT_GT(Ask(DC_PAPERS), 0);
-    EXPECT_EQ(count(), before + 1) << "the counter counts";
-
-    MSDeviceCapabilities shared;
-    MsCachedDeviceCapabilities capabilities(shared, printer.Get(), nullptr);
-    std::vector<FormsInfoRecord> forms;
-    std::vector<ResolutionInfoRecord> resolutions;
-    std::vector<std::int32_t> values;
-    EXPECT_EQ(capabilities.GetForms(forms), S_OK);
-    EXPECT_EQ(capabilities.GetResolutions(resolutions), S_OK);
-    EXPECT_EQ(capabilities.GetResolutionEnums(values), S_OK);
-    for (const DeviceCapabilityTable::Row& row : DeviceCapabilityTable::kRows)
-        EXPECT_TRUE(shared.DescribeCache(row.cache));
-    WideString name = MutableName();
-    EXPECT_TRUE(ConfigurationModule().Event(name.data(), PRINTER_EVENT_CACHE_REFRESH));
-    EXPECT_EQ(count(), before + 1);
-    FreeLibrary(module);
 }
 
 TEST_F(CapabilityCaching, FollowsTheEventsOfThePrinter)
