@@ -50,6 +50,8 @@ void MSDeviceCapabilities::Initialize(HANDLE printer, Context context, Options o
     m_printerName.Clear();
     m_portName.Clear();
     m_state = 0;
+    m_contents = {};
+    m_dirty = 0; // another printer's
     static_cast<void>(BuildState(options.forceMachineHive)); // a query tries again, and tells
 }
 

@@ -24,7 +24,7 @@ namespace
 
 using nlohmann::json;
 
-void AddForm(HANDLE printer, WideString& name)
+void AddOwnForm(HANDLE printer, WideString& name)
 {
     FORM_INFO_1W form{};
     form.pName = name.data();
@@ -322,7 +322,7 @@ TEST_F(CapabilityCaches, ReconcileTheDriversPapersOfOneProgramButNoUsersForm)
         names.emplace_back(CXString::FromUtf8("Own form " + std::to_string(names.size()) + " of " +
                                               std::to_string(GetCurrentProcessId()))
                                .View());
-        AddForm(handle.Get(), names.back());
+        AddOwnForm(handle.Get(), names.back());
         own = NumberOf(handle.Get(), names.back());
     }
     ASSERT_GE(own, 119U);

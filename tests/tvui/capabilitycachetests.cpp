@@ -110,8 +110,7 @@ TEST_F(CapabilityCaching, FollowsTheEventsOfThePrinter)
     WideString unknown = W("no such printer");
     const ByteBuffer whole = Content(W("XPaperCaps"));
     ASSERT_FALSE(whole.empty());
-    for (const INT event : {PRINTER_EVENT_CONFIGURATION_CHANGE, PRINTER_EVENT_ADD_CONNECTION, PRINTER_EVENT_INITIALIZE,
-                            PRINTER_EVENT_CACHE_REFRESH})
+    for (const INT event : {PRINTER_EVENT_ADD_CONNECTION, PRINTER_EVENT_INITIALIZE, PRINTER_EVENT_CACHE_REFRESH})
     {
         EXPECT_TRUE(module.Event(name.data(), PRINTER_EVENT_DELETE));
         EXPECT_TRUE(Content(W("XPaperCaps")).empty());

@@ -14,7 +14,6 @@ void AnswerPrinterEvent(const WCHAR* printerName, INT event)
 {
     switch (event)
     {
-    case PRINTER_EVENT_CONFIGURATION_CHANGE:
     case PRINTER_EVENT_ADD_CONNECTION:
     case PRINTER_EVENT_INITIALIZE:
     case PRINTER_EVENT_CACHE_REFRESH:
