@@ -5,6 +5,7 @@
 #include <string>
 
 #include <tvcore/datamodelids.h>
+#include <tvutil/datacache.h>
 #include <tvutil/devicesettingsmanager.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/operatingsystem.h>
@@ -117,6 +118,7 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
 TEST_F(Reconciliation, NeedsAPrinterButNoListAndNoShortDevmode)
 {
     const Printer printer(m_name);
+    ASSERT_TRUE(DataCache::RemovePrinter(m_name, HKEY_CURRENT_USER));
     MSDeviceCapabilities capabilities;
     capabilities.Initialize(printer.GetPrinterHandle(), MSDeviceCapabilities::Context::Application);
     const TestDevmode devmode = MakeDevmode({}, DMPAPER_TABLOID);

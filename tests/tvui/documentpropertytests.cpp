@@ -347,12 +347,18 @@ TEST_F(DocumentProperties, AreKeptByThePrinterAndTheProcess)
     Install(kPostScriptModel);
     const ByteBuffer first = Properties();
     EXPECT_EQ(Printer(m_name).GetUserDefaultDevmode(), first);
-    // Another printer of that name is not asked until the cache is cleared.
+    // Another printer of that name has caches of its own, and their filling clears this one.
     Install(kUnidrvModel);
     const Printer printer(m_name);
-    EXPECT_EQ(printer.GetUserDefaultDevmode(), first);
+    const ByteBuffer second = Properties();
+    EXPECT_EQ(printer.GetUserDefaultDevmode(), second);
+    EXPECT_NE(second, first);
+    // The driver is not asked again until the cache is cleared.
+    ChangeInstalledModel([](nlohmann::json& model) { std::swap(model["resolutions"][0], model["resolutions"][1]); });
+    EXPECT_EQ(printer.GetUserDefaultDevmode(), second);
     printer.ClearDevmode1stLevelCache();
     EXPECT_EQ(printer.GetUserDefaultDevmode(), Properties());
+    EXPECT_NE(Properties(), second);
     printer.ClearDevmode1stLevelCache();
     EXPECT_THROW(static_cast<void>(Printer().GetUserDefaultDevmode()), ExceptionPrinterFailure);
 }

@@ -1,8 +1,13 @@
 // Every platform call and every allocation fails in turn while the module is asked: it answers -1, and then works.
 #include <algorithm>
 #include <functional>
+#include <new>
 #include <vector>
 
+#include <tvutil/user.h>
+
+#include "complugins/customforms.h"
+#include "complugins/msdevicecapabilities.h"
 #include "tests/tvui/installedprinter.h"
 #include "winport/faultinjection.h"
 
@@ -77,6 +82,79 @@ TEST_F(Faults, LeaveDevmodesUnwrittenOrWhole)
         return answer == IDOK;
     };
     ExpectAnswersOrRefusals(ask);
+}
+
+// What somebody reads meanwhile is whole, and a filling that was cut off is told.
+TEST_F(Faults, LeaveCachesWholeWhileTheyAreFilled)
+{
+    Install(kUnidrvModel);
+    const User user(CustomForms::kComponent);
+    user.DeleteKey(CustomForms::kKey);
+    ASSERT_TRUE(CustomForms::Add({W("Strip"), 100000, 200000, true}));
+    const ConfigurationModule module;
+    const Printer printer(m_name);
+    WideString name = MutableName();
+    ASSERT_TRUE(module.Event(name.data(), PRINTER_EVENT_CACHE_REFRESH));
+    std::vector<FormsInfoRecord> forms;
+    const auto count = [&]
+    {
+        MSDeviceCapabilities capabilities;
+        capabilities.Initialize(printer.GetPrinterHandle());
+        const HRESULT result =
+            capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer.GetPrinterHandle(), nullptr, forms);
+        EXPECT_EQ(forms.empty(), FAILED(result));
+        return forms.size();
+    };
+    const std::size_t whole = m_model["forms"].size() + 1;
+    unsigned refusals = 0;
+    for (unsigned nth = 1;; ++nth)
+    {
+        winport::ArmFault(winport::FaultKind::PlatformCall, nth);
+        const bool isFilled = module.Event(name.data(), PRINTER_EVENT_CACHE_REFRESH) != FALSE;
+        const bool fired = winport::DisarmFault(winport::FaultKind::PlatformCall);
+        EXPECT_EQ(count(), whole) << "after fault " << nth;
+        refusals += isFilled ? 0U : 1U;
+        if (fired)
+            continue;
+        EXPECT_TRUE(isFilled);
+        break;
+    }
+    EXPECT_GT(refusals, 20U);
+    user.DeleteKey(CustomForms::kKey);
+}
+
+TEST_F(Faults, LeaveFormListsRefusedOrRight)
+{
+    Install(kUnidrvModel);
+    const User user(CustomForms::kComponent);
+    user.DeleteKey(CustomForms::kKey);
+    ASSERT_TRUE(CustomForms::Add({W("Strip"), 100000, 200000, true}));
+    const ConfigurationModule module;
+    const Printer printer(m_name);
+    WideString name = MutableName();
+    ASSERT_TRUE(module.Event(name.data(), PRINTER_EVENT_CACHE_REFRESH));
+    const auto ask = [&]
+    {
+        try
+        {
+            std::vector<FormsInfoRecord> forms;
+            MSDeviceCapabilities capabilities;
+            capabilities.Initialize(printer.GetPrinterHandle());
+            const HRESULT result =
+                capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer.GetPrinterHandle(), nullptr, forms);
+            EXPECT_TRUE(result == S_OK || result == E_FAIL || result == E_NOTIMPL) << result;
+            EXPECT_EQ(forms.size(), result == S_OK ? m_model["forms"].size() + 1 : 0);
+            return result == S_OK;
+        }
+        catch (const std::bad_alloc&)
+        {
+            return false;
+        }
+    };
+    ExpectAnswerOrRefusal(winport::FaultKind::PlatformCall, ask);
+    if (TVPT_ALLOCATION_FAULTS != 0)
+        ExpectAnswerOrRefusal(winport::FaultKind::Allocation, ask);
+    user.DeleteKey(CustomForms::kKey);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "tests/tvui/installedprinter.h"
 
+#include "filebytes.h"
+#include "printerhandle.h"
 void InstalledPrinter::Install(const std::string& shippedModel, const std::function<void(nlohmann::json&)>& change)
 {
     const std::string name = m_name.ToUtf8();
@@ -16,6 +18,15 @@ void InstalledPrinter::Install(const std::string& shippedModel, const std::funct
     const RunResult added = RunHost({"printer", "add", name, "--model", File(file)});
     ASSERT_EQ(added.status, 0) << added.errors;
     m_isInstalled = true;
+}
+
+void InstalledPrinter::ChangeInstalledModel(const std::function<void(nlohmann::json&)>& change) const
+{
+    const PrinterHandle printer = PrinterHandle::Open(m_name.ToUtf8(), PrinterHandle::Access::Use);
+    const std::filesystem::path file = PathFromUtf8(DescribeDriver(printer, m_name.ToUtf8()).dataFile.ToUtf8());
+    nlohmann::json model = nlohmann::json::parse(ReadBytes(file));
+    change(model);
+    WriteBytes(file, model.dump());
 }
 
 int InstalledPrinter::Ask(WORD capability, void* output) const

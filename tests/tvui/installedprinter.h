@@ -28,6 +28,9 @@ protected:
     // Installs a shipped model, changed, after removing the printer that was there.
     void Install(const std::string& shippedModel, const std::function<void(nlohmann::json&)>& change = {});
 
+    // Changes the installed driver's data file behind everybody's back.
+    void ChangeInstalledModel(const std::function<void(nlohmann::json&)>& change) const;
+
     [[nodiscard]] WideString MutableName() const // the platform's parameters are not const
     {
         return WideString(m_name.View());

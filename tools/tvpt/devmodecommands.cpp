@@ -5,8 +5,10 @@
 #include <optional>
 
 #include "corefeatures.h"
+#include "devmodereconcile.h"
 #include "devmodereport.h"
 #include "devmodesettings.h"
+#include "failure.h"
 #include "jsonoutput.h"
 #include "newdevmode.h"
 #include "printersetup.h"
@@ -70,6 +72,22 @@ void Show(const DevmodeArguments& arguments, const StandardStreams& streams)
     WriteOutput({}, arguments.json ? JsonText(shown) : PlainText(shown), streams);
 }
 
+// The words go to standard output, so the devmode has to go elsewhere: back to its file, unless told otherwise.
+void Reconcile(const DevmodeArguments& arguments, const StandardStreams& streams)
+{
+    const std::string& output = arguments.output.empty() ? arguments.file : arguments.output;
+    if (output == kStandardStream)
+        throw UsageFailure("the devmode goes to a file: standard output is for what has changed; give -o FILE");
+    Devmode devmode = ReadDevmode(arguments.file, streams);
+    const std::string before(devmode.Bytes());
+    const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
+    static_cast<void>(ReadInstalledModel(printer, arguments.printer)); // refuses other drivers' printers
+    const std::string words = ReconcilePaper(printer, arguments.printer, devmode);
+    if (!arguments.output.empty() || devmode.Bytes() != before)
+        WriteOutput(output, devmode.Bytes(), streams);
+    WriteOutput({}, words, streams);
+}
+
 void AddSettings(CLI::App& command, DevmodeArguments& arguments, bool required)
 {
     command
@@ -102,6 +120,13 @@ void AddDevmodeCommands(CLI::App& program, Action& chosen)
     show.add_option("--printer", arguments->printer, "Compare it with this printer's driver, and show all that it has");
     show.add_flag("--json", arguments->json, "As JSON");
     OnCommand(show, chosen, [arguments](const StandardStreams& streams) { Show(*arguments, streams); });
+
+    CLI::App& reconcile =
+        *devmode.add_subcommand("reconcile", "Make a devmode's paper agree with the printer's form list");
+    reconcile.add_option("FILE", arguments->file, "A devmode; - is standard input")->required();
+    reconcile.add_option("--printer", arguments->printer, "The printer's name")->required();
+    reconcile.add_option("-o", arguments->output, "The file it goes to; without it, back to FILE");
+    OnCommand(reconcile, chosen, [arguments](const StandardStreams& streams) { Reconcile(*arguments, streams); });
 
     CLI::App& set = *devmode.add_subcommand("set", "Change a devmode");
     set.add_option("FILE", arguments->file, "A devmode; - is standard input")->required();

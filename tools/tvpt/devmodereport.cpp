@@ -7,6 +7,7 @@
 #include "corefeatures.h"
 #include "devmodefields.h"
 #include "featurereport.h"
+#include "formsreport.h"
 #include "oempart.h"
 
 namespace
@@ -75,16 +76,7 @@ ordered_json DescribePapers(const StoredSettings& settings)
 {
     if (!settings.papers)
         return nullptr;
-    ordered_json papers = ordered_json::array();
-    for (const FormsInfoRecord& form : *settings.papers)
-        papers.push_back({{"paperId", form.paperId},
-                          {"name", CXString(form.GetName()).ToUtf8()},
-                          {"width", form.width},
-                          {"length", form.length},
-                          {"units", form.units},
-                          {"type", form.formType},
-                          {"valueId", form.valueId}});
-    return papers;
+    return DescribeForms(*settings.papers);
 }
 
 ordered_json DescribeApplication(const OemContent& content)

@@ -6,9 +6,11 @@
 
 #include <tvutil/devicesettingsmanager.h>
 
+#include "customsizecommands.h"
 #include "featurereport.h"
 #include "jsonoutput.h"
 #include "oempart.h"
+#include "printercaches.h"
 #include "printerinstall.h"
 #include "printersetup.h"
 
@@ -137,15 +139,28 @@ void AddPrinterCommands(CLI::App& program, Action& chosen)
               [arguments](const StandardStreams& streams)
               { WriteOutput({}, ShowPrinter(arguments->name, arguments->json), streams); });
 
-    CLI::App& refresh = *printer.add_subcommand("refresh", "Read the printer's model again; completes an installation");
+    CLI::App& refresh = *printer.add_subcommand(
+        "refresh", "Read the printer's model and the custom sizes again; completes an installation");
     refresh.add_option("NAME", arguments->name, "The printer's name")->required();
     OnCommand(refresh, chosen,
               [arguments](const StandardStreams& streams)
               {
+                  std::string notes;
                   if (!RefreshPrinter(arguments->name))
-                      WriteOutput({}, "The device settings are in the format of a later driver and stay as they are.\n",
-                                  streams);
+                      notes = "The device settings are in the format of a later driver and stay as they are.\n";
+                  notes += DescribeUnusableSizes();
+                  if (!notes.empty())
+                      WriteOutput({}, notes, streams);
               });
+
+    CLI::App& caches = *printer.add_subcommand("caches", "Show what a conversion finds of the printer's capabilities");
+    caches.add_option("NAME", arguments->name, "The printer's name")->required();
+    caches.add_flag("--json", arguments->json, "As JSON");
+    OnCommand(caches, chosen,
+              [arguments](const StandardStreams& streams)
+              { WriteOutput({}, ShowPrinterCaches(arguments->name, arguments->json), streams); });
+
+    AddCustomSizeCommands(printer, chosen);
 
     CLI::App& remove = *printer.add_subcommand("remove", "Remove a printer, and its driver with the last one");
     remove.add_option("NAME", arguments->name, "The printer's name")->required();

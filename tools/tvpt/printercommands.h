@@ -1,4 +1,4 @@
-// tvpt printer add | list | show | refresh | remove
+// tvpt printer add | list | show | refresh | caches | custom-size | remove
 #pragma once
 
 #include "commandline.h"

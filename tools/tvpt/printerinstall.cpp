@@ -6,6 +6,7 @@
 #include <tvcore/workflowmodulenames.h>
 #include <tvutil/printer.h>
 
+#include "configurationmodule.h"
 #include "driverpackage.h"
 #include "failure.h"
 #include "modelfiles.h"
@@ -23,7 +24,7 @@ constexpr char kRemoving[] = "removing the printer";
 class Installation
 {
 public:
-    explicit Installation(DriverPackage package) noexcept : m_package(std::move(package))
+    Installation(DriverPackage package, const std::string& name) : m_package(std::move(package)), m_name(name)
     {
     }
 
@@ -32,7 +33,10 @@ public:
         if (m_done)
             return;
         if (m_printer.Get() != nullptr)
+        {
             DeletePrinter(m_printer.Get());
+            ForgetCapabilityCaches(m_name);
+        }
         m_printer = PrinterHandle(nullptr); // a driver is in use while a handle to its printer is open
         m_package.RollBack();
     }
@@ -58,6 +62,7 @@ public:
 
 private:
     DriverPackage m_package;
+    std::string m_name;
     PrinterHandle m_printer{nullptr};
     bool m_done = false;
 };
@@ -125,9 +130,10 @@ void InstallPrinter(const std::string& name, const std::string& modelNameOrFile)
         FailWithWin32Error(kAdding, name, ERROR_PRINTER_ALREADY_EXISTS);
     }
 
-    Installation installation(DriverPackage(model, modelFile));
+    Installation installation(DriverPackage(model, modelFile), name);
     installation.Package().Install();
     const PrinterHandle& printer = installation.Keep(CreatePrinter(name, model));
+    FillCapabilityCaches(printer, name);
     StoreModelData(printer, name, model);
     installation.Complete();
 }
@@ -144,6 +150,7 @@ void RemovePrinter(const std::string& name)
         if (!DeletePrinter(printer.Get()))
             FailWithWin32Error(kRemoving, name, GetLastError());
     }
+    ForgetCapabilityCaches(name);
     if (IsDriverUsed(driverName))
         return;
     const DWORD error = RemoveDriver(driverName);
@@ -159,5 +166,6 @@ bool RefreshPrinter(const std::string& name)
     RequireSameDriver(name, model, DescribeDriver(printer, name));
     RenewDevmode(printer, name);
     Printer(printer.Get()).ClearDevmode1stLevelCache();
+    FillCapabilityCaches(printer, name);
     return StoreModelData(printer, name, model);
 }

@@ -68,6 +68,7 @@ using FARPROC = INT_PTR (*)();
 using REGSAM = DWORD;
 using ACCESS_MASK = DWORD;
 using LSTATUS = LONG;
+using LPSECURITY_ATTRIBUTES = struct _SECURITY_ATTRIBUTES*;
 using LCID = DWORD;
 
 struct RECT

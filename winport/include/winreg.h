@@ -36,7 +36,6 @@ inline constexpr REGSAM KEY_READ = 0x20019;
 inline constexpr REGSAM KEY_WRITE = 0x20006;
 inline constexpr REGSAM KEY_ALL_ACCESS = 0xF003F;
 
-using LPSECURITY_ATTRIBUTES = struct _SECURITY_ATTRIBUTES*;
 using PFILETIME = FILETIME*;
 
 // Makes every missing key of the path. Security attributes and the class are not kept.

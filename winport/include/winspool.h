@@ -120,8 +120,8 @@ WINPORT_API BOOL WINAPI GetPrinterW(HANDLE printer, DWORD level, LPBYTE info, DW
 // Level 2, command 0: everything but the name and the security descriptor. A null port, driver, print processor or
 // devmode leaves what was there. Needs PRINTER_ACCESS_ADMINISTER.
 WINPORT_API BOOL WINAPI SetPrinterW(HANDLE printer, DWORD level, LPBYTE info, DWORD command);
-// Level 2. The handle that is returned has PRINTER_ALL_ACCESS; null on failure. The driver's configuration module is
-// neither told nor asked for a devmode, as it is on Windows: a printer without one has none.
+// Level 2. The handle that is returned has PRINTER_ALL_ACCESS; null on failure. The driver's configuration module gets
+// PRINTER_EVENT_INITIALIZE (winddiui.h) when it exports DrvPrinterEvent.
 WINPORT_API HANDLE WINAPI AddPrinterW(LPWSTR server, DWORD level, LPBYTE info);
 // Needs PRINTER_ACCESS_ADMINISTER; the handle is still to be closed.
 WINPORT_API BOOL WINAPI DeletePrinter(HANDLE printer);
@@ -256,7 +256,9 @@ struct FORM_INFO_1W
 };
 using LPFORM_INFO_1W = FORM_INFO_1W*;
 
-// Forms belong to the server, whatever handle asks. Here they are the built-in ones: nobody adds any.
+// Forms belong to the server, whatever handle asks: the built-in ones first, then the users' in order of their making.
+WINPORT_API BOOL WINAPI AddFormW(HANDLE printer, DWORD level, LPBYTE form);
+WINPORT_API BOOL WINAPI DeleteFormW(HANDLE printer, LPWSTR formName);
 WINPORT_API BOOL WINAPI GetFormW(HANDLE printer, LPWSTR formName, DWORD level, LPBYTE form, DWORD size, LPDWORD needed);
 WINPORT_API BOOL WINAPI EnumFormsW(HANDLE printer, DWORD level, LPBYTE forms, DWORD size, LPDWORD needed,
                                    LPDWORD returned);

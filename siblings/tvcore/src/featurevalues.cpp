@@ -161,26 +161,18 @@ std::optional<Number> DecimalNumber(std::string_view text)
     return numerator ? std::optional(Number(isNegative ? -*numerator : *numerator, denominator)) : std::nullopt;
 }
 
-// "12.5mm"
 std::optional<AttributeBytesValue> ParseDimension(const Row& row, std::string_view text)
 {
-    for (const Unit& unit : kUnits)
-    {
-        if (!text.ends_with(unit.name))
-            continue;
-        const auto number = DecimalNumber(text.substr(0, text.size() - unit.name.size()));
-        if (!number)
-            return std::nullopt;
-        const Dimension length(*number, unit.unit);
-        const Number microns = length.GetValue(Dimension::Microns);
-        // What is finer than a micron counts: a metre and a bit is more than a metre.
-        const std::int64_t most = row.values.front().last * microns.GetDenominator();
-        const std::int64_t least = row.values.front().first * microns.GetDenominator();
-        if (microns.GetNumerator() < least || microns.GetNumerator() > most)
-            return std::nullopt;
-        return MakeDimensionAttributeBytes(length);
-    }
-    return std::nullopt;
+    const auto length = FeatureCatalogue::ParseLength(text);
+    if (!length)
+        return std::nullopt;
+    const Number microns = length->value.GetValue(Dimension::Microns);
+    // What is finer than a micron counts: a metre and a bit is more than a metre.
+    const std::int64_t most = row.values.front().last * microns.GetDenominator();
+    const std::int64_t least = row.values.front().first * microns.GetDenominator();
+    if (microns.GetNumerator() < least || microns.GetNumerator() > most)
+        return std::nullopt;
+    return MakeDimensionAttributeBytes(length->value);
 }
 
 std::optional<AttributeBytesValue> TryToParse(const Row& row, std::string_view text, bool isChosen)
@@ -256,6 +248,18 @@ void StoreWithin(AttributeBytesIndexedList& settings, std::span<const std::int32
 std::string DescribeLimit(const Row& row)
 {
     return std::string(row.name) + " " + LimitText(row);
+}
+
+std::optional<Length> ParseLength(std::string_view text)
+{
+    for (const Unit& unit : kUnits)
+    {
+        if (!text.ends_with(unit.name))
+            continue;
+        const auto number = DecimalNumber(text.substr(0, text.size() - unit.name.size()));
+        return number ? std::optional(Length{Dimension(*number, unit.unit), unit.unit}) : std::nullopt;
+    }
+    return std::nullopt;
 }
 
 AttributeBytesValue ParseValue(const Row& row, std::string_view text, bool isChosen)

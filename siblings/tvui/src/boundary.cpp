@@ -3,6 +3,7 @@
 #include <new>
 
 #include <tvutil/exceptions.h>
+#include <tvutil/tavlencomexception.h>
 #include <tvutil/throwexception.h>
 
 LONG FailWith(DWORD error) noexcept
@@ -29,6 +30,14 @@ LONG FailWithCaughtException() noexcept
     catch (const ExceptionPrintDriverFailure&)
     {
         return FailWith(ERROR_UNKNOWN_PRINTER_DRIVER);
+    }
+    catch (const ExceptionDataCacheFailure&)
+    {
+        return FailWith(ERROR_WRITE_FAULT);
+    }
+    catch (const TavlenComException&) // the user's registry, the saving of caches
+    {
+        return FailWith(ERROR_WRITE_FAULT);
     }
     catch (const TavlenException&) // the driver's data file, the printer model
     {

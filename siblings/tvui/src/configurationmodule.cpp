@@ -9,6 +9,7 @@
 #include "boundary.h"
 #include "devicecapabilities.h"
 #include "documentproperties.h"
+#include "printerevent.h"
 
 extern "C"
 {
@@ -43,9 +44,23 @@ extern "C"
             });
     }
 
-    // Nothing is prepared for a new printer yet, and nothing is left behind by an old one.
-    TVUI_API BOOL WINAPI DrvPrinterEvent(LPWSTR, INT, DWORD, LPARAM)
+    // A new printer, and one whose settings or model have changed, gets its caches; those of a printer that is gone go
+    // with it. Where no spooler tells of events, a program may do so.
+    TVUI_API BOOL WINAPI DrvPrinterEvent(LPWSTR name, INT event, DWORD, LPARAM)
     {
-        return TRUE;
+        return AnswerSpooler(
+                   [&]() -> LONG
+                   {
+                       AnswerPrinterEvent(name, event);
+                       return 0;
+                   }) == 0
+                   ? TRUE
+                   : FALSE;
+    }
+
+    // How often this process has asked for capabilities so far: so it can be told who runs the driver's slow code.
+    TVUI_API DWORD WINAPI TavlenCountCapabilityQuestions()
+    {
+        return CountCapabilityQuestions();
     }
 }

@@ -4,15 +4,15 @@
 #include <winspool.h>
 
 #include <algorithm>
+#include <atomic>
 #include <iterator>
 #include <span>
-#include <vector>
 
 #include <tvcore/productdata.h>
 #include <tvui/defaultdevmode.h>
-#include <tvutil/printdriver.h>
 
 #include "capabilityrecords.h"
+#include "dependentfiles.h"
 #include "devmodemerge.h"
 
 namespace
@@ -173,18 +173,10 @@ DWORD DriverVersion(const Question&)
     return kDriverDevmodeVersion;
 }
 
-// The files that are installed with the driver file, which the spooler names first.
 DWORD FileDependencies(const Question& question)
 {
-    const std::vector<CXString> files =
-        PrintDriver().GetDriverFiles(question.printer.GetPrinterHandle(), 3, CXString());
-    const auto others = std::span(files).subspan(std::min<std::size_t>(files.size(), 1));
-    return AnswerList(others, question.output,
-                      [](const CXString& file)
-                      {
-                          const WStringView path = file.View();
-                          return NameRecord<FileName>(path.substr(path.find_last_of(W("/\\")) + 1)); // npos + 1 is 0
-                      });
+    return AnswerList(DependentFileNames(question.printer), question.output,
+                      [](const CXString& file) { return NameRecord<FileName>(file); });
 }
 
 struct Row
@@ -231,7 +223,14 @@ const Row* FindRow(WORD capability) noexcept
     return row != std::end(kRows) ? row : nullptr;
 }
 
+std::atomic<DWORD> g_questions{0};
+
 } // namespace
+
+DWORD CountCapabilityQuestions() noexcept
+{
+    return g_questions;
+}
 
 bool IsAnsweredCapability(WORD capability) noexcept
 {
@@ -240,6 +239,7 @@ bool IsAnsweredCapability(WORD capability) noexcept
 
 DWORD AnswerCapability(WORD capability, const Printer& printer, void* output)
 {
+    ++g_questions;
     const Row* const row = FindRow(capability);
     if (row == nullptr)
         return static_cast<DWORD>(-1);

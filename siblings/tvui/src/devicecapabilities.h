@@ -12,3 +12,6 @@
 // counts; a null output asks for the count. The caller's room is not known here: it has asked for the count before.
 // Throws the printer's, its driver's or its model's failure.
 [[nodiscard]] DWORD AnswerCapability(WORD capability, const Printer& printer, void* output);
+
+// How many answers this process has asked for.
+[[nodiscard]] DWORD CountCapabilityQuestions() noexcept;

@@ -15,6 +15,7 @@
 #include "complugins/devicepaperlist.h"
 #include "complugins/fixedtext.h"
 #include "complugins/xdevmode.h"
+#include "formlist.h"
 
 namespace
 {
@@ -26,23 +27,6 @@ constexpr auto kCapabilities = PersistentAttributes::GetMsDeviceCapabilitiesName
 // namespaces' headers and one attribute's are 12 + 2 * 8 + 8 bytes.
 static_assert(12 + 2 * 8 + 8 + PrinterModel::kMaxDocumentDefaults + DevicePaperList::kMaxSize <=
               OemDevmodeFormat::kMaxPersistentAttributesSize);
-
-std::vector<FormsInfoRecord> ListForms(const ProductData& product)
-{
-    std::vector<FormsInfoRecord> list;
-    for (const PrinterModel::Form& form : product.GetForms())
-    {
-        FormsInfoRecord& record = list.emplace_back();
-        record.paperId = form.paperId;
-        record.width = form.width;
-        record.length = form.length;
-        record.valueId = form.valueId;
-        record.units = form.units;
-        record.formType = form.formType;
-        record.SetName(form.name);
-    }
-    return list;
-}
 
 // The devmode's name is cut where a form's is longer.
 bool IsNamed(const FormsInfoRecord& form, const DEVMODEW& devmode)
@@ -93,7 +77,7 @@ void CompleteDriverSettings(const ProductData& product, ByteBuffer& devmode)
 {
     DEVMODEW fields{};
     std::memcpy(&fields, devmode.data(), sizeof fields);
-    const std::vector<FormsInfoRecord> forms = ListForms(product);
+    const std::vector<FormsInfoRecord> forms = MakeFormList(product);
     const std::size_t own = FindOwnForm(forms, fields);
     const auto onlyOwn = std::span(forms).subspan(own, own < forms.size() ? 1 : 0);
 

@@ -1,12 +1,11 @@
 #include "spooler/connection.h"
 
-#include <fcntl.h>
 #include <sqlite3.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "spooler/fileerror.h"
+#include "spooler/filelock.h"
 #include "spooler/schema.h"
 #include "spooler/sqliteerror.h"
 #include "spooler/statement.h"
@@ -21,37 +20,6 @@ namespace
 // How long a call waits for another process that writes.
 constexpr int kBusyMilliseconds = 60'000;
 
-// Held while a file is opened and its schema made: turning a new file into a write-ahead-logged one is the one step in
-// which SQLite does not wait for other processes.
-class OpeningLock
-{
-public:
-    explicit OpeningLock(const std::filesystem::path& file)
-        : m_file(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644))
-    {
-        Require(m_file >= 0, Win32ErrorOfErrno(errno));
-        while (flock(m_file, LOCK_EX) != 0)
-        {
-            const int error = errno;
-            if (error == EINTR)
-                continue;
-            close(m_file);
-            throw Win32Error(Win32ErrorOfErrno(error));
-        }
-    }
-
-    ~OpeningLock()
-    {
-        close(m_file);
-    }
-
-    OpeningLock(const OpeningLock&) = delete;
-    OpeningLock& operator=(const OpeningLock&) = delete;
-
-private:
-    int m_file;
-};
-
 void Run(sqlite3& database, const char* sql)
 {
     RequireSqlite(sqlite3_exec(&database, sql, nullptr, nullptr, nullptr));
@@ -65,7 +33,10 @@ Connection::Connection(const std::filesystem::path& folder) : m_file(folder / "s
     std::filesystem::create_directories(folder, error);
     Require(!error, Win32ErrorOfFolder(error.value()));
 
-    const OpeningLock opening(folder / "spooler.lock");
+    // Held while a file is opened and its schema made: turning a new file into a write-ahead-logged one is the one step
+    // in which SQLite does not wait for other processes.
+    const FileLock opening(folder / "spooler.lock");
+    opening.Lock();
     try
     {
         OpenFile();
@@ -97,6 +68,9 @@ void Connection::OpenFile()
     RequireSqlite(sqlite3_open_v2(m_file.c_str(), &m_database,
                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr));
     RequireSqlite(sqlite3_busy_timeout(m_database, kBusyMilliseconds));
+    // Room for the largest registry values of ours, a few megabytes: one that does not fit is read page by page each
+    // time.
+    Run(*m_database, "PRAGMA cache_size = -16384");
     Run(*m_database, "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON;"
                      "PRAGMA trusted_schema = OFF;");
     struct stat status = {};

@@ -19,6 +19,7 @@ enum class HandleKind : std::uintptr_t
 {
     Printer = 1,
     RegistryKey = 2,
+    Mutex = 3,
 };
 
 template <typename Object, HandleKind kind>

@@ -49,7 +49,7 @@ HANDLE MakeHandle(PrinterHandle handle)
     return reinterpret_cast<HANDLE>(Handles().Add(std::make_shared<const PrinterHandle>(std::move(handle))));
 }
 
-void CloseHandle(HANDLE handle)
+void CloseSpoolerHandle(HANDLE handle)
 {
     Handles().Remove(ValueOf(handle));
 }
@@ -60,7 +60,7 @@ ScopedPrinterHandle::~ScopedPrinterHandle()
         return;
     try
     {
-        CloseHandle(m_handle);
+        CloseSpoolerHandle(m_handle);
     }
     catch (const Win32Error&)
     {

@@ -26,7 +26,7 @@ std::shared_ptr<const PrinterHandle> FindPrinterHandle(HANDLE handle);
 std::shared_ptr<const PrinterHandle> FindAdministerHandle(HANDLE handle);
 
 HANDLE MakeHandle(PrinterHandle handle);
-void CloseHandle(HANDLE handle);
+void CloseSpoolerHandle(HANDLE handle);
 
 // A handle of this layer's own, closed at the end of a scope.
 class ScopedPrinterHandle

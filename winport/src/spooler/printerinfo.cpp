@@ -129,7 +129,7 @@ BOOL WINAPI OpenPrinterW(LPWSTR name, LPHANDLE printer, LPPRINTER_DEFAULTSW defa
 
 BOOL WINAPI ClosePrinter(HANDLE printer)
 {
-    return Succeeds([&] { CloseHandle(printer); });
+    return Succeeds([&] { CloseSpoolerHandle(printer); });
 }
 
 BOOL WINAPI GetPrinterW(HANDLE printer, DWORD level, LPBYTE info, DWORD size, LPDWORD needed)

@@ -42,6 +42,22 @@ Value ReadValue(const RegistryKey& key, LPCWSTR name)
     return ReadRow(row);
 }
 
+// Without the data, which may be large.
+void GiveSize(const RegistryKey& key, LPCWSTR name, LPDWORD type, LPDWORD dataSize)
+{
+    Store store(key.folder);
+    const Transaction transaction(store, Transaction::Kind::Read);
+    RequireRow(store, key);
+    Statement row = store.Prepare("SELECT type, length(data) FROM registry_values WHERE key = ? AND folded = ?");
+    Require(row.Bind(key.row).Bind(FoldCase(ViewOf(name))).Step(), ERROR_FILE_NOT_FOUND);
+    const DWORD found = row.Number();
+    const DWORD size = row.Number();
+    if (type != nullptr)
+        *type = found;
+    if (dataSize != nullptr)
+        *dataSize = size;
+}
+
 Value ReadValue(const RegistryKey& key, DWORD index)
 {
     Store store(key.folder);
@@ -111,7 +127,11 @@ LSTATUS WINAPI RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, L
         [&]
         {
             Require(reserved == nullptr && (data == nullptr || dataSize != nullptr), ERROR_INVALID_PARAMETER);
-            GiveValue(ReadValue(*FindKey(key, KEY_QUERY_VALUE), valueName), type, data, dataSize);
+            const auto found = FindKey(key, KEY_QUERY_VALUE);
+            if (data == nullptr)
+                GiveSize(*found, valueName, type, dataSize);
+            else
+                GiveValue(ReadValue(*found, valueName), type, data, dataSize);
         }));
 }
 

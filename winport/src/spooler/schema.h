@@ -58,6 +58,16 @@ CREATE TABLE printer_data(
     type            INTEGER NOT NULL,
     data            BLOB NOT NULL,
     PRIMARY KEY(printer, folded_key, folded_name)) WITHOUT ROWID;
+CREATE TABLE forms(
+    id              INTEGER PRIMARY KEY AUTOINCREMENT,
+    name            TEXT NOT NULL UNIQUE,
+    flags           INTEGER NOT NULL,
+    width           INTEGER NOT NULL,
+    height          INTEGER NOT NULL,
+    area_left       INTEGER NOT NULL,
+    area_top        INTEGER NOT NULL,
+    area_right      INTEGER NOT NULL,
+    area_bottom     INTEGER NOT NULL);
 CREATE TABLE registry_keys(
     id              INTEGER PRIMARY KEY AUTOINCREMENT,
     parent          INTEGER REFERENCES registry_keys(id) ON DELETE CASCADE,

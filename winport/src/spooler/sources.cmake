@@ -9,7 +9,9 @@ set(WINPORT_SPOOLER_SOURCES
   src/spooler/driverrow.cpp
   src/spooler/drivers.cpp
   src/spooler/fileerror.cpp
+  src/spooler/filelock.cpp
   src/spooler/forms.cpp
+  src/spooler/namedmutex.cpp
   src/spooler/names.cpp
   src/spooler/ports.cpp
   src/spooler/printerdata.cpp

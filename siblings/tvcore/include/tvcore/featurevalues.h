@@ -6,12 +6,14 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include <tvcore/featurecatalogue.h>
 #include <tvutil/attributebytesindexedlist.h>
 #include <tvutil/attributebytesvalue.h>
+#include <tvutil/dimension.h>
 
 namespace FeatureCatalogue
 {
@@ -24,6 +26,14 @@ namespace FeatureCatalogue
 // DescribeLimit's text, for anything else. An option is marked as somebody's choice when `isChosen` says so and it is
 // not the automatic value.
 [[nodiscard]] AttributeBytesValue ParseValue(const Row& row, std::string_view text, bool isChosen);
+
+// A length as ParseValue reads one, of any sign and size, and the unit it was given in. Nothing for another text.
+struct Length
+{
+    Dimension value;
+    Dimension::UnitsEnum unit;
+};
+[[nodiscard]] std::optional<Length> ParseLength(std::string_view text);
 
 // Puts the value where the catalogue says, in collections that keep what else they hold and are made when absent.
 // Throws std::invalid_argument, with nothing changed, when something else is stored in a collection's place, and

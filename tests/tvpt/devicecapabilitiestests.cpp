@@ -1,0 +1,392 @@
+// The caches of a printer's capabilities, the user's custom sizes and the reconciliation of a devmode's paper, on the
+// command line.
+#include <windows.h>
+#include <winspool.h>
+
+#include <cstdlib>
+#include <memory>
+#include <thread>
+#include <type_traits>
+
+#include <nlohmann/json.hpp>
+
+#include <tvutil/datacache.h>
+#include <tvutil/user.h>
+
+#include "complugins/customforms.h"
+#include "complugins/mscacheddevicecapabilities.h"
+#include "hostrun.h"
+#include "printerhandle.h"
+#include "utilitiesstaticlib/findfunction.h"
+
+namespace
+{
+
+using nlohmann::json;
+
+void AddOwnForm(HANDLE printer, WideString& name)
+{
+    FORM_INFO_1W form{};
+    form.pName = name.data();
+    form.Size = {150000, 250000};
+    form.ImageableArea = {0, 0, 150000, 250000};
+    EXPECT_TRUE(AddFormW(printer, 1, reinterpret_cast<BYTE*>(&form))) << GetLastError();
+}
+
+// The form's place in the spooler's list, from 1 on; 0 when it is not there.
+DWORD NumberOf(HANDLE printer, const WideString& name)
+{
+    DWORD needed = 0;
+    DWORD count = 0;
+    EnumFormsW(printer, 1, nullptr, 0, &needed, &count);
+    std::vector<BYTE> room(needed);
+    EXPECT_TRUE(EnumFormsW(printer, 1, room.data(), needed, &needed, &count)) << GetLastError();
+    for (DWORD at = 0; at < count; ++at)
+        if (WStringView(reinterpret_cast<const FORM_INFO_1W*>(room.data())[at].pName) == name)
+            return at + 1;
+    return 0;
+}
+
+class CapabilityCaches : public HostTest
+{
+protected:
+    CapabilityCaches()
+    {
+        ForgetSizes();
+    }
+
+    ~CapabilityCaches() override
+    {
+        ForgetSizes();
+    }
+
+    static json Caches(const std::string& printer)
+    {
+        const RunResult result = RunHost({"printer", "caches", printer, "--json"});
+        EXPECT_EQ(result.status, 0) << result.errors;
+        return json::parse(result.out, nullptr, false);
+    }
+
+    static std::string StateOf(const json& caches, const char* name)
+    {
+        for (const json& cache : caches["caches"])
+            if (cache["name"] == name)
+                return cache["state"];
+        return "not listed";
+    }
+
+    static RunResult Add(const std::string& name, const std::string& width, const std::string& length,
+                         const std::vector<std::string>& more = {})
+    {
+        std::vector<std::string> arguments = {"printer", "custom-size", "add", "--width", width, "--length", length};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        arguments.insert(arguments.end(), {"--", name});
+        return RunHost(arguments);
+    }
+
+    static json Sizes()
+    {
+        return json::parse(RunHost({"printer", "custom-size", "list", "--json"}).out, nullptr, false);
+    }
+
+    static void Refresh(const std::string& printer)
+    {
+        const RunResult result = RunHost({"printer", "refresh", printer});
+        EXPECT_EQ(result.status, 0) << result.errors;
+    }
+
+    // A devmode of the printer, after these settings, reconciled; the words.
+    std::string Reconcile(const std::string& printer, const std::vector<std::string>& settings)
+    {
+        std::vector<std::string> make = {"devmode", "new", "--printer", printer, "-o", File("d.dm")};
+        for (const std::string& setting : settings)
+            make.insert(make.end(), {"--set", setting});
+        EXPECT_EQ(RunHost(make).status, 0);
+        const RunResult result = RunHost({"devmode", "reconcile", File("d.dm"), "--printer", printer});
+        EXPECT_EQ(result.status, 0) << result.errors;
+        return result.out;
+    }
+
+    json PublicFields() const
+    {
+        return json::parse(RunHost({"devmode", "show", File("d.dm"), "--json"}).out)["public"];
+    }
+
+private:
+    static void ForgetSizes()
+    {
+        User(CustomForms::kComponent).DeleteKey(CustomForms::kKey);
+    }
+};
+
+TEST_F(CapabilityCaches, AreFullAfterTheInstallationAndGoWithThePrinter)
+{
+    const std::string printer = InstallTestPrinter("tavlen-b7000-xps");
+    const json model = json::parse(RunHost({"printer", "show", printer, "--json"}).out)["model"];
+    const json caches = Caches(printer);
+    ASSERT_EQ(caches["caches"].size(), 9U);
+    for (const json& cache : caches["caches"])
+    {
+        EXPECT_EQ(cache["state"], "valid") << cache;
+        EXPECT_GT(cache["size"], 7) << cache;
+    }
+    EXPECT_EQ(caches["customForms"]["stored"], 1397442489);
+    EXPECT_EQ(caches["customForms"]["now"], 1397442489);
+    ASSERT_EQ(caches["forms"].size(), model["forms"].size());
+    for (std::size_t at = 0; at < model["forms"].size(); ++at)
+        for (const auto& [field, value] : model["forms"][at].items())
+            EXPECT_EQ(caches["forms"][at][field], value) << field;
+    EXPECT_NE(RunHost({"printer", "caches", printer}).out.find("XResolutions"), std::string::npos);
+
+    EXPECT_EQ(RunHost({"printer", "remove", printer}).status, 0);
+    EXPECT_TRUE(IsOneErrorLine(RunHost({"printer", "caches", printer}).errors, printer));
+    EXPECT_FALSE(DataCache::RemovePrinter(CXString::FromUtf8(printer), HKEY_CURRENT_USER)) << "nothing is left";
+}
+
+TEST_F(CapabilityCaches, FollowTheCustomSizesAtARefresh)
+{
+    const std::string printer = InstallTestPrinter("tavlen-b7000-xps");
+    const std::size_t ofModel = Caches(printer)["forms"].size();
+    EXPECT_EQ(Add("Strip", "100mm", "5.5in").status, 0);
+    EXPECT_EQ(Add("Gr\xC3\xB6\xC3\x9F"
+                  "e",
+                  "8.27in", "5.5in")
+                  .status,
+              0);
+    EXPECT_EQ(Add("Said", "4in", "5.5in", {"--units", "metric"}).status, 0);
+    json caches = Caches(printer);
+    EXPECT_EQ(StateOf(caches, "XPaperCaps"), "stale");
+    EXPECT_EQ(StateOf(caches, "XBinCaps"), "valid");
+    EXPECT_NE(caches["customForms"]["stored"], caches["customForms"]["now"]);
+    EXPECT_TRUE(caches["forms"].empty()) << "a conversion finds none";
+    RunHost({"devmode", "new", "--printer", printer, "-o", File("d.dm")});
+    const std::string before = ReadBytes(Folder() / "d.dm");
+    EXPECT_TRUE(IsOneErrorLine(RunHost({"devmode", "reconcile", File("d.dm"), "--printer", printer}).errors, "E_FAIL"));
+    EXPECT_EQ(ReadBytes(Folder() / "d.dm"), before);
+
+    Refresh(printer);
+    caches = Caches(printer);
+    EXPECT_EQ(StateOf(caches, "XPaperCaps"), "valid");
+    EXPECT_EQ(caches["customForms"]["stored"], caches["customForms"]["now"]);
+    ASSERT_EQ(caches["forms"].size(), ofModel + 3);
+    struct Expected
+    {
+        const char* name;
+        int width;
+        int units;
+    };
+    for (const Expected& expected : {Expected{"Strip", 1000, 7491},
+                                     {"Gr\xC3\xB6\xC3\x9F"
+                                      "e",
+                                      2101, 7492},
+                                     {"Said", 1016, 7491}})
+    {
+        const auto& forms = caches["forms"];
+        const auto found =
+            std::find_if(forms.begin(), forms.end(), [&](const json& form) { return form["name"] == expected.name; });
+        ASSERT_NE(found, forms.end()) << expected.name;
+        EXPECT_EQ((*found)["width"], expected.width);
+        EXPECT_EQ((*found)["length"], 1397);
+        EXPECT_EQ((*found)["units"], expected.units);
+        EXPECT_EQ((*found)["type"], 25003);
+        EXPECT_EQ((*found)["valueId"], 0);
+        EXPECT_GE((*found)["paperId"], 49152);
+    }
+    EXPECT_EQ(Sizes().size(), 3U);
+
+    for (const char* const name : {"strip",
+                                   "Gr\xC3\xB6\xC3\x9F"
+                                   "e",
+                                   "Said"})
+        EXPECT_EQ(RunHost({"printer", "custom-size", "remove", name}).status, 0);
+    EXPECT_EQ(StateOf(Caches(printer), "XPaperCaps"), "stale");
+    Refresh(printer);
+    EXPECT_EQ(Caches(printer)["forms"].size(), ofModel);
+    EXPECT_EQ(Sizes(), json::array());
+}
+
+TEST_F(CapabilityCaches, TakeNoCustomSizeThatIsNone)
+{
+    ASSERT_EQ(Add("There", "100mm", "200mm").status, 0);
+    const json before = Sizes();
+    struct Case
+    {
+        std::string name;
+        std::string width;
+        std::string length;
+        const char* message;
+    };
+    const Case kCases[] = {
+        {"New", "0mm", "100mm", "--width"},
+        {"New", "100mm", "0in", "--length"},
+        {"New", "-1mm", "100mm", "--width"},
+        {"New", "0.05mm", "100mm", "--width"},
+        {"New", "100mm", "3276.8mm", "--length"},
+        {"New", "100mm", "3276.700001mm", "--length"},
+        {"New", "100", "100mm", "--width"},
+        {"New", "wide", "100mm", "--width"},
+        {"New", "", "100mm", "--width"},
+        {"New", "99999999999mm", "100mm", "--width"},
+        {"", "100mm", "100mm", "empty"},
+        {"  ", "100mm", "100mm", "empty"},
+        {"A\\B", "100mm", "100mm", "backslash"},
+        {"A\nB", "100mm", "100mm", "control"},
+        {std::string(256, 'n'), "100mm", "100mm", "255"},
+        {"\xFF", "100mm", "100mm", "UTF-8"},
+        {"There", "100mm", "100mm", "there is a custom paper size of this name"},
+        {"tHERE", "100mm", "100mm", "there is a custom paper size of this name"},
+    };
+    for (const Case& test : kCases)
+    {
+        const RunResult result = Add(test.name, test.width, test.length);
+        EXPECT_EQ(result.status, 1) << test.message;
+        EXPECT_TRUE(IsOneErrorLine(result.errors, test.message));
+    }
+    EXPECT_EQ(Add("New", "1mm", "1mm", {"--units", "cubits"}).status, 2);
+    for (const char* const name : {"Nobody's", "There\\There", ""})
+        EXPECT_EQ(RunHost({"printer", "custom-size", "remove", name}).status, 1) << name;
+    EXPECT_EQ(Sizes(), before);
+    EXPECT_EQ(Add(std::string(255, 'n'), "0.1mm", "3276.7mm").status, 0);
+}
+
+TEST_F(CapabilityCaches, LeaveOutSizesThatTheRegistryDoesNotTell)
+{
+    const std::string printer = InstallTestPrinter("tavlen-b4400-uni");
+    const std::size_t ofModel = Caches(printer)["forms"].size();
+    ASSERT_EQ(Add("Good", "100mm", "200mm").status, 0);
+    const User user(CustomForms::kComponent);
+    user.SetDword(CXString(CustomForms::kKey) + W("\\Bad"), CustomForms::kWidth, 1000);
+    const RunResult refresh = RunHost({"printer", "refresh", printer});
+    EXPECT_EQ(refresh.status, 0);
+    EXPECT_NE(refresh.out.find("\"Bad\" is left out"), std::string::npos) << refresh.out;
+    const json caches = Caches(printer);
+    EXPECT_EQ(StateOf(caches, "XPaperCaps"), "valid");
+    ASSERT_EQ(caches["forms"].size(), ofModel + 1);
+    EXPECT_EQ(caches["forms"].back()["name"], "Good");
+    EXPECT_TRUE(Sizes()[0]["fault"].is_null());
+    EXPECT_TRUE(Sizes()[1]["fault"].is_string());
+    EXPECT_NE(RunHost({"printer", "custom-size", "list"}).out.find("\"Bad\" is left out"), std::string::npos);
+    EXPECT_EQ(RunHost({"printer", "custom-size", "remove", "Bad"}).status, 0);
+}
+
+TEST_F(CapabilityCaches, ReconcileADevmodesPaper)
+{
+    const std::string printer = InstallTestPrinter("tavlen-b7000-xps");
+    std::string words = Reconcile(printer, {"dmPaperSize=3"});
+    EXPECT_NE(words.find("dmPaperSize: 3 becomes 17\n"), std::string::npos) << words;
+    EXPECT_NE(words.find("The paper is \"11x17\" (17), 279.4 x 431.8 mm."), std::string::npos) << words;
+    EXPECT_EQ(PublicFields()["dmPaperSize"], 17);
+    EXPECT_EQ(PublicFields()["dmPaperWidth"], 2794);
+    words = RunHost({"devmode", "reconcile", File("d.dm"), "--printer", printer}).out;
+    EXPECT_TRUE(words.starts_with("Nothing changes.\n")) << words;
+
+    words = Reconcile(printer, {"dmPaperSize=9999", "dmPaperWidth=1", "dmPaperLength=2"});
+    EXPECT_NE(words.find("No form"), std::string::npos) << words;
+    EXPECT_EQ(RunHost({"devmode", "reconcile", "-", "--printer", printer}, ReadBytes(Folder() / "d.dm")).status, 2);
+    EXPECT_EQ(
+        RunHost({"devmode", "reconcile", "-", "--printer", printer, "-o", File("o.dm")}, ReadBytes(Folder() / "d.dm"))
+            .status,
+        0);
+    EXPECT_EQ(ReadBytes(Folder() / "o.dm"), ReadBytes(Folder() / "d.dm"));
+
+    // A custom size is found by its number, and a paper from 10,000 on keeps the country's usual name.
+    ASSERT_EQ(Add("Strip", "100mm", "5.5in").status, 0);
+    Refresh(printer);
+    words = Reconcile(printer, {"dmPaperSize=" + Sizes()[0]["paperId"].dump()});
+    EXPECT_NE(words.find("dmPaperWidth: 2159 becomes 1000\n"), std::string::npos) << words;
+    EXPECT_NE(words.find("100 x 139.7 mm"), std::string::npos) << words;
+}
+
+TEST_F(CapabilityCaches, ReconcileTheDriversPapersOfOneProgramButNoUsersForm)
+{
+    const std::string printer = InstallTestPrinter("tavlen-c9070-ps"); // its device setting asks for that
+    const json forms = Caches(printer)["forms"];
+    const auto drivers = std::find_if(forms.begin(), forms.end(),
+                                      [](const json& form) { return form["paperId"] >= 119 && form["type"] == 25002; });
+    ASSERT_NE(drivers, forms.end());
+    const std::string number = (*drivers)["paperId"].dump();
+    EXPECT_NE(
+        Reconcile(printer, {"app=excel.exe", "dmPaperSize=" + number}).find("dmPaperSize: " + number + " becomes"),
+        std::string::npos);
+    EXPECT_LE(PublicFields()["dmPaperSize"], 9);
+    Reconcile(printer, {"app=winword.exe", "dmPaperSize=" + number});
+    EXPECT_EQ(PublicFields()["dmPaperSize"].dump(), number);
+
+    // A user's own form, which the spooler numbers behind its own: its flags are 0, so it stays. As many are added as
+    // bring one behind the platform's own papers.
+    const PrinterHandle handle = PrinterHandle::Open(printer, PrinterHandle::Access::Administer);
+    std::vector<WideString> names;
+    DWORD own = 0;
+    do
+    {
+        names.emplace_back(CXString::FromUtf8("Own form " + std::to_string(names.size()) + " of " +
+                                              std::to_string(GetCurrentProcessId()))
+                               .View());
+        AddOwnForm(handle.Get(), names.back());
+        own = NumberOf(handle.Get(), names.back());
+    } while (own != 0 && own < 119);
+    if (own != 0)
+        Reconcile(printer, {"app=excel.exe", "dmPaperSize=" + std::to_string(own)});
+    for (WideString& name : names)
+        EXPECT_TRUE(DeleteFormW(handle.Get(), name.data()));
+    if (own == 0)
+        GTEST_SKIP() << "this spooler takes forms and does not list them";
+    EXPECT_GE(own, 119U);
+    EXPECT_EQ(PublicFields()["dmPaperSize"], own);
+}
+
+TEST_F(CapabilityCaches, SpareConversionsTheDriversCode)
+{
+    const std::string printer = InstallTestPrinter();
+    ASSERT_EQ(RunHost({"devmode", "new", "--printer", printer, "-o", File("d.dm")}).status, 0);
+    // The very copy that the spooler loads.
+    const PrinterHandle handle = PrinterHandle::Open(printer, PrinterHandle::Access::Use);
+    const CXString file = DescribeDriver(handle, printer).configFile;
+    HMODULE const module = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    ASSERT_NE(module, nullptr);
+    const auto count = FindFunction<DWORD(WINAPI*)()>(module, "TavlenCountCapabilityQuestions");
+    ASSERT_NE(count, nullptr);
+    const DWORD before = count();
+    EXPECT_EQ(RunHost({"ticket", "from-devmode", "--printer", printer, File("d.dm"), "-o", File("t.xml")}).status, 0);
+    EXPECT_EQ(RunHost({"ticket", "to-devmode", "--printer", printer, "--devmode", File("d.dm"), File("t.xml"), "-o",
+                       File("o.dm")})
+                  .status,
+              0);
+    EXPECT_EQ(RunHost({"devmode", "reconcile", File("o.dm"), "--printer", printer}).status, 0);
+    EXPECT_EQ(RunHost({"printer", "refresh", printer}).status, 0);
+    MSDeviceCapabilities shared;
+    MsCachedDeviceCapabilities capabilities(shared, handle.Get(), nullptr);
+    std::vector<FormsInfoRecord> forms;
+    std::vector<std::int32_t> resolutions;
+    EXPECT_EQ(capabilities.GetForms(forms), S_OK);
+    EXPECT_EQ(capabilities.GetResolutionEnums(resolutions), S_OK);
+    EXPECT_EQ(count(), before);
+    EXPECT_GT(DeviceCapabilitiesW(CXString::FromUtf8(printer).c_str(), W("FILE:"), DC_COPIES, nullptr, nullptr), 0);
+    EXPECT_EQ(count(), before + 1) << "the counter counts";
+    FreeLibrary(module);
+}
+
+TEST_F(CapabilityCaches, AreWholeForEightReadersWhileTwoRefresh)
+{
+    const std::string printer = InstallTestPrinter("tavlen-b7000-xps");
+    ASSERT_EQ(Add("Strip", "100mm", "5.5in").status, 0);
+    Refresh(printer);
+    const std::string forms = std::to_string(Caches(printer)["forms"].size());
+    std::vector<std::thread> processes;
+    for (int at = 0; at < 10; ++at)
+        processes.emplace_back(
+            [&, at]
+            {
+                const std::string log = File("log" + std::to_string(at));
+                const std::string work = at < 2 ? "refresh" : "read";
+                const int status = std::system((std::string(TVPT_CACHES_LOOP_COMMAND) + " " + work + " \"" + printer +
+                                                "\" " + forms + " 15 2> \"" + log + "\"")
+                                                   .c_str());
+                EXPECT_EQ(status, 0) << work << ": " << ReadBytes(log);
+            });
+    for (std::thread& process : processes)
+        process.join();
+    EXPECT_EQ(StateOf(Caches(printer), "XPaperCaps"), "valid");
+}
+
+} // namespace

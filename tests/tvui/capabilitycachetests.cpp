@@ -1,0 +1,130 @@
+// What the configuration module writes into the caches, and when.
+#include <windows.h>
+
+#include <tvutil/datacache.h>
+#include <tvutil/printer.h>
+#include <tvutil/tavlenutilities.h>
+
+#include "complugins/msdevicecapabilities.h"
+#include "complugins/papercache.h"
+#include "tests/tvui/installedprinter.h"
+
+namespace
+{
+
+struct NamedForm
+{
+    const char* name;
+    bool isInInches;
+    const char* displayName;
+};
+
+constexpr NamedForm kForms[] = {
+    {"Envelope DL", false, "Env. DL"},
+    {"Big Envelope for an Envelope", true, "Big Env. for an Env."},
+    {"11x17", true, "11x17 inches"},
+    {"8 1/2 X 13.5", true, "8 1/2 X 13.5 inches"},
+    {"4 \xC3\x97 6", true, "4 \xC3\x97 6 inches"},
+    {"11x17 Envelope", true, "11x17 Env."},
+    {"100x200", false, "100x200"},
+    {"12x18 in", true, "12x18 in"},
+    {"12", true, "12"},
+    {"x", true, "x"},
+    {"Letter", true, "Letter"},
+};
+
+class CapabilityCaching : public InstalledPrinter
+{
+protected:
+    [[nodiscard]] ByteBuffer Content(const WCHAR* cache) const
+    {
+        const Printer printer(m_name);
+        const CXString port = TavlenUtilities::ConvertPortNameToRegistryKey(printer.GetPortName().View());
+        const DataCache store({m_name, port}, HKEY_CURRENT_USER, MSDeviceCapabilities::kStamp, true);
+        return store.Read(cache).value_or(ByteBuffer());
+    }
+};
+
+TEST_F(CapabilityCaching, NamesPapersByOneRule)
+{
+    Install(kPostScriptModel,
+            [](nlohmann::json& model)
+            {
+                int paperId = 500;
+                for (const NamedForm& form : kForms)
+                    model["forms"].push_back({{"paperId", ++paperId},
+                                              {"name", form.name},
+                                              {"width", 1000},
+                                              {"length", 2000},
+                                              {"units", form.isInInches ? 7492 : 7491},
+                                              {"type", 25005},
+                                              {"valueId", 0}});
+            });
+    const auto papers = PaperCache::ReadPapers(Content(W("XPaperCaps")).bytes());
+    ASSERT_TRUE(papers);
+    ASSERT_GT(papers->size(), std::size(kForms));
+    const auto ours = std::span(*papers).last(std::size(kForms));
+    for (std::size_t at = 0; at < ours.size(); ++at)
+        EXPECT_EQ(ours[at].displayName.ToUtf8(), kForms[at].displayName);
+}
+
+// The caches and DeviceCapabilitiesW tell the same of the same printer.
+TEST_F(CapabilityCaching, WritesWhatTheDriverAnswers)
+{
+    for (const char* const model : {kPostScriptModel, kUnidrvModel})
+    {
+        Install(model);
+        const auto papers = PaperCache::ReadPapers(Content(W("XPaperCaps")).bytes());
+        ASSERT_TRUE(papers);
+        const std::vector<WORD> numbers = List<WORD>(DC_PAPERS);
+        const std::vector<POINTL> sizes = List<POINTL>(DC_PAPERSIZE);
+        ASSERT_EQ(papers->size(), numbers.size()) << "neither model has an unlisted form";
+        for (std::size_t at = 0; at < numbers.size(); ++at)
+        {
+            EXPECT_EQ(papers->at(at).paperId, numbers[at]);
+            EXPECT_EQ(papers->at(at).width, sizes[at].x);
+            EXPECT_EQ(papers->at(at).length, sizes[at].y);
+        }
+        EXPECT_EQ(Content(W("XPaperCaps")).getDword(), static_cast<DWORD>(Ask(DC_FIELDS)));
+        EXPECT_EQ(Content(W("XBinCaps")).getDword(), static_cast<DWORD>(Ask(DC_BINS)));
+        EXPECT_EQ(Content(W("XMediaCaps")).getDword(), static_cast<DWORD>(Ask(DC_MEDIATYPES)));
+        EXPECT_EQ(Content(W("XDependentFilesCaps")).getDword(), static_cast<DWORD>(Ask(DC_FILEDEPENDENCIES)));
+        EXPECT_EQ(Content(W("XStaple")).getDword(), static_cast<DWORD>(Ask(DC_STAPLE)));
+        DWORD device[12] = {};
+        ASSERT_EQ(Content(W("XDevCaps")).size(), sizeof device);
+        memcpy(device, Content(W("XDevCaps")).data(), sizeof device);
+        EXPECT_EQ(device[2] << 16 | device[1], static_cast<DWORD>(Ask(DC_MINEXTENT)));
+        EXPECT_EQ(device[4] << 16 | device[3], static_cast<DWORD>(Ask(DC_MAXEXTENT)));
+        EXPECT_EQ(device[5], static_cast<DWORD>(Ask(DC_PRINTRATE)));
+        EXPECT_EQ(device[7], static_cast<DWORD>(Ask(DC_PRINTERMEM)));
+        EXPECT_EQ(device[9], static_cast<DWORD>(Ask(DC_COLORDEVICE)));
+        EXPECT_EQ(device[10] | ULONGLONG{device[11]} << 32, Model().capability);
+    }
+}
+
+TEST_F(CapabilityCaching, FollowsTheEventsOfThePrinter)
+{
+    Install(kUnidrvModel);
+    const ConfigurationModule module;
+    WideString name = MutableName();
+    WideString unknown = W("no such printer");
+    const ByteBuffer whole = Content(W("XPaperCaps"));
+    ASSERT_FALSE(whole.empty());
+    for (const INT event : {PRINTER_EVENT_ADD_CONNECTION, PRINTER_EVENT_INITIALIZE, PRINTER_EVENT_CACHE_REFRESH})
+    {
+        EXPECT_TRUE(module.Event(name.data(), PRINTER_EVENT_DELETE));
+        EXPECT_TRUE(Content(W("XPaperCaps")).empty());
+        EXPECT_TRUE(module.Event(name.data(), PRINTER_EVENT_ATTRIBUTES_CHANGED));
+        EXPECT_TRUE(Content(W("XPaperCaps")).empty());
+        EXPECT_TRUE(module.Event(name.data(), event)) << event;
+        EXPECT_EQ(Content(W("XPaperCaps")), whole);
+        EXPECT_FALSE(module.Event(unknown.data(), event));
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PRINTER_NAME});
+    }
+    ChangeInstalledModel([](nlohmann::json& model) { model["forms"].clear(); });
+    EXPECT_FALSE(module.Event(name.data(), PRINTER_EVENT_CACHE_REFRESH));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_DATA});
+    EXPECT_EQ(Content(W("XPaperCaps")), whole) << "a model that cannot be read changes nothing";
+}
+
+} // namespace

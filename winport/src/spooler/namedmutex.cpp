@@ -1,0 +1,82 @@
+// Named mutexes: each is a lock on a file of its name in the store's folder.
+#include <winbase.h>
+
+#include <memory>
+#include <mutex>
+#include <string_view>
+
+#include "core/utf.h"
+#include "spooler/filelock.h"
+#include "spooler/handletable.h"
+#include "spooler/names.h"
+#include "spooler/store.h"
+
+namespace winport::spooler
+{
+
+namespace
+{
+
+using Mutexes = HandleTable<FileLock, HandleKind::Mutex>;
+
+// Never destroyed: handles may be used until the process ends.
+Mutexes& Table()
+{
+    static auto& table = *std::make_unique<Mutexes>().release();
+    return table;
+}
+
+std::filesystem::path FileOf(std::u16string_view name)
+{
+    std::u16string file = u"mutex ";
+    file += name;
+    for (char16_t& character : file)
+        if (character == u'\\' || character == u'/' || character == u'\0')
+            character = u'_';
+    return StoreFolder() / ToUtf8(file);
+}
+
+std::uintptr_t ValueOf(HANDLE handle)
+{
+    return reinterpret_cast<std::uintptr_t>(handle);
+}
+
+} // namespace
+
+} // namespace winport::spooler
+
+using namespace winport::spooler;
+
+HANDLE WINAPI CreateMutexW(LPSECURITY_ATTRIBUTES, BOOL initialOwner, LPCWSTR name)
+{
+    HANDLE made = nullptr;
+    Succeeds(
+        [&]
+        {
+            Require(initialOwner == FALSE && !ViewOf(name).empty(), ERROR_INVALID_PARAMETER);
+            const Store store(StoreFolder()); // makes the folder
+            made = reinterpret_cast<HANDLE>(Table().Add(std::make_shared<const FileLock>(FileOf(ViewOf(name)))));
+        });
+    return made;
+}
+
+DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds)
+{
+    const BOOL waited = Succeeds(
+        [&]
+        {
+            Require(milliseconds == INFINITE, ERROR_INVALID_PARAMETER);
+            Table().Find(ValueOf(handle))->Lock();
+        });
+    return waited ? WAIT_OBJECT_0 : WAIT_FAILED;
+}
+
+BOOL WINAPI ReleaseMutex(HANDLE mutex)
+{
+    return Succeeds([&] { Table().Find(ValueOf(mutex))->Unlock(); });
+}
+
+BOOL WINAPI CloseHandle(HANDLE handle)
+{
+    return Succeeds([&] { Table().Remove(ValueOf(handle)); });
+}
