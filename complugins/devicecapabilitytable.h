@@ -37,11 +37,11 @@ struct Indices
 
 struct Row
 {
-    Cache cache;
-    const WCHAR* name;
+    Cache cache = Cache::Papers;
+    const WCHAR* name = nullptr;
     std::array<Indices, 4> indices;
-    std::size_t minimumSize; // bytes
-    DWORD dirtyBits;
+    std::size_t minimumSize = 0; // bytes
+    DWORD dirtyBits = 0;
 };
 
 // clang-format off

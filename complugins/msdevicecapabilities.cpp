@@ -51,7 +51,7 @@ void MSDeviceCapabilities::Initialize(HANDLE printer, Context context, Options o
     m_portName.Clear();
     m_state = 0;
     m_contents = {};
-    m_dirty = 0; // another printer's
+    m_dirty = 0;                                             // another printer's
     static_cast<void>(BuildState(options.forceMachineHive)); // a query tries again, and tells
 }
 

@@ -79,7 +79,8 @@ extern "C"
 
     // Mutexes between processes, by name: those that share a store (winspool.h) share them. The name is needed, nobody
     // owns a mutex from the beginning, waiting has no other end than INFINITE, and whoever owns it must not wait for it
-    // again, by this handle or another. A mutex whose owner has ended is free. Handles of mutexes alone are closed here.
+    // again, by this handle or another. A mutex whose owner has ended is free. Handles of mutexes alone are closed
+    // here.
     WINPORT_API HANDLE WINAPI CreateMutexW(LPSECURITY_ATTRIBUTES securityAttributes, BOOL initialOwner, LPCWSTR name);
     WINPORT_API DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds);
     WINPORT_API BOOL WINAPI ReleaseMutex(HANDLE mutex);

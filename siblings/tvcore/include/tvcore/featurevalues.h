@@ -31,7 +31,7 @@ namespace FeatureCatalogue
 struct Length
 {
     Dimension value;
-    Dimension::UnitsEnum unit;
+    Dimension::UnitsEnum unit = Dimension::Millimeters;
 };
 [[nodiscard]] std::optional<Length> ParseLength(std::string_view text);
 
