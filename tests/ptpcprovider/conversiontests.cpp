@@ -214,21 +214,6 @@ TEST_F(Conversions, RefuseADevmodeThatIsNotWhole)
     EXPECT_TRUE(reports.empty()); // bad arguments are no failures to report
 }
 
-TEST_F(Conversions, ReportFailuresWithTheirPlace)
-{
-    const TestDevmode devmode;
-    const ComPtr<IXMLDOMDocument2> noTicket = LoadDocument(std::string("<x/>"));
-    EXPECT_EQ(E_FAIL, ToDevmode(noTicket.Get(), devmode));
-    EXPECT_EQ(E_FAIL, ToTicket(devmode, noTicket.Get()));
-    EXPECT_EQ(E_FAIL, provider->ExpandIntentOptions(noTicket.Get()));
-    EXPECT_EQ(E_FAIL, provider->ValidatePrintTicket(noTicket.Get()));
-    const std::string start = "complugins\\ptpcprovider\\tavlenptprovider TavlenPtProvider::";
-    const std::vector<std::string> expected = {
-        start + "ConvertPrintTicketToDevMode:867, 1, ", start + "ConvertDevModeToPrintTicket:1033, 1, ",
-        start + "ExpandIntentOptions:1289, 1, ", start + "ValidatePrintTicket:1392, 1, "};
-    EXPECT_EQ(expected, reports);
-}
-
 // The report has the operation's context; the hook sees all the work under way, from the innermost outwards.
 TEST_F(Conversions, ReportAPrinterWhoseProductCannotBeRead)
 {
