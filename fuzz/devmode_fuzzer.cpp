@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string_view>
 #include <vector>
@@ -109,7 +110,7 @@ void WriteEverySetting(Bytes devmode, std::uint64_t capability)
     MsDevmodeUsingReverseEngineering settings(MsDriverKind::FromCapabilityWord(capability), FieldsOf(devmode));
     settings.Initialize();
     for (std::uint32_t feature = 0; feature <= 36; ++feature)
-        for (const std::uint32_t value : {1u, 0xFFFFFFFFu, 0u})
+        for (const std::uint32_t value : {1u, 0xFFFFFFFFu})
             try
             {
                 static_cast<void>(settings.GetMsFeatureValue(feature, MsDevmodeBase::Raw));
@@ -144,13 +145,11 @@ void Use(Bytes& devmode)
     if (!DevmodeFitsIn(FieldsOf(devmode), devmode.size()))
         return;
     Report(devmode, nullptr);
-    for (const std::uint64_t capability : kCapabilities)
-    {
-        PrinterModel model;
-        model.capability = capability;
-        Report(devmode, &model);
-        WriteEverySetting(devmode, capability);
-    }
+    // One of them, by the input's last byte: all of them would take most of the time.
+    PrinterModel model;
+    model.capability = kCapabilities[std::to_integer<std::size_t>(devmode.back()) % std::size(kCapabilities)];
+    Report(devmode, &model);
+    WriteEverySetting(devmode, model.capability);
     EditAndCommit(devmode);
     MSDeviceCapabilities capabilities;
     capabilities.Initialize(&capabilities, MSDeviceCapabilities::Context::Spooler);

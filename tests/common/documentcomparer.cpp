@@ -1,106 +1,100 @@
 #include "tests/common/documentcomparer.h"
 
 #include <algorithm>
-#include <map>
-#include <vector>
+#include <filesystem>
+#include <set>
 
-#include "complugins/ptpcprovider/domhelpers.h"
 #include "utilitiesstaticlib/ccombstr.h"
+#include "utilitiesstaticlib/comptr.h"
 
 namespace
 {
 
-constexpr ThrowSite kSite{W("CompareDocuments"), W("tests"), 0};
-
-struct Element
-{
-    std::string path;                              // a step: local[place among its siblings, name attribute]
-    std::string name;                              // {namespace}local
-    std::map<std::string, std::string> attributes; // by {namespace}local
-    std::string text;                              // of the element itself, blanks at both ends cut
-
-    bool operator==(const Element&) const = default;
-};
+using Node = ComPtr<IXMLDOMNode>;
 
 std::string Get(IXMLDOMNode* node, HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*getter)(BSTR*))
 {
     CComBSTR text;
     (node->*getter)(text.Put());
-    return CXString(text).ToUtf8();
+    return Narrow(text.View());
 }
 
-std::string QualifiedName(IXMLDOMNode* node)
+// "{uri}local"; empty for a declaration, which Wine does not name at all when it is the default one.
+std::string ExpandedName(IXMLDOMNode* node)
 {
-    const std::string uri = Get(node, &IXMLDOMNode::get_namespaceURI);
-    return (uri.empty() ? "" : "{" + uri + "}") + Get(node, &IXMLDOMNode::get_baseName);
+    const std::string name = Get(node, &IXMLDOMNode::get_nodeName);
+    if (name.empty() || name == "xmlns" || name.starts_with("xmlns:"))
+        return {};
+    return "{" + Get(node, &IXMLDOMNode::get_namespaceURI) + "}" + Get(node, &IXMLDOMNode::get_baseName);
 }
 
-std::string Trimmed(const std::string& text)
+std::string AttributesMeaning(IXMLDOMNode* element)
 {
-    constexpr const char* kBlanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-// The element and, behind it, all below it in document order.
-void List(IXMLDOMNode* node, const std::string& parent, std::size_t place, std::vector<Element>& elements)
-{
-    Element element{{}, QualifiedName(node), {}, {}};
+    std::set<std::string> parts;
     ComPtr<IXMLDOMNamedNodeMap> attributes;
-    node->get_attributes(attributes.Put());
-    for (const ComPtr<IXMLDOMNode>& attribute : NodesOf(attributes.Get(), kSite))
-        if (const std::string name = Get(attribute.Get(), &IXMLDOMNode::get_nodeName);
-            name != "xmlns" && !name.starts_with("xmlns:"))
-            element.attributes[QualifiedName(attribute.Get())] = Get(attribute.Get(), &IXMLDOMNode::get_text);
-    ComPtr<IXMLDOMNodeList> list;
-    node->get_childNodes(list.Put());
-    std::vector<ComPtr<IXMLDOMNode>> children;
-    for (const ComPtr<IXMLDOMNode>& child : NodesOf(list.Get(), kSite))
+    element->get_attributes(attributes.Put());
+    Node attribute;
+    for (LONG at = 0; attributes->get_item(at, attribute.Put()) == S_OK; ++at)
+        if (const std::string name = ExpandedName(attribute.Get()); !name.empty())
+            parts.insert("@" + name + "=" + Get(attribute.Get(), &IXMLDOMNode::get_text));
+    std::string meaning;
+    for (const std::string& part : parts)
+        meaning += (meaning.empty() ? "" : " ") + part;
+    return meaning;
+}
+
+std::string WithoutBlanksAtBrackets(const std::string& meaning)
+{
+    constexpr std::string_view kBlanks = " \t\r\n";
+    std::string text = "]";
+    for (const char character : meaning)
     {
-        DOMNodeType type = NODE_INVALID;
-        child->get_nodeType(&type);
-        if (type == NODE_ELEMENT)
-            children.push_back(child);
-        else if (type == NODE_TEXT || type == NODE_CDATA_SECTION)
-            element.text += Get(child.Get(), &IXMLDOMNode::get_text);
+        const bool isBracket = character == '[' || character == ']';
+        while (isBracket && kBlanks.find(text.back()) != std::string_view::npos)
+            text.pop_back();
+        if (kBlanks.find(character) == std::string_view::npos || (text.back() != '[' && text.back() != ']'))
+            text += character;
     }
-    element.text = Trimmed(element.text);
-    const auto name = element.attributes.find("name");
-    element.path = parent + "/" + Get(node, &IXMLDOMNode::get_baseName) + "[" + std::to_string(place) +
-                   (name != element.attributes.end() ? " " + name->second : "") + "]";
-    elements.push_back(element);
-    for (std::size_t at = 0; at < children.size(); ++at)
-        List(children[at].Get(), element.path, at + 1, elements);
-}
-
-std::vector<Element> ElementsOf(IXMLDOMDocument2* document)
-{
-    std::vector<Element> elements;
-    ComPtr<IXMLDOMElement> root;
-    document->get_documentElement(root.Put());
-    if (root)
-        List(root.Get(), "", 1, elements);
-    return elements;
-}
-
-std::string Describe(const std::vector<Element>& elements, std::vector<Element>::const_iterator at)
-{
-    if (at == elements.end())
-        return "nothing more";
-    std::string text = at->path + ": " + at->name;
-    for (const auto& [name, value] : at->attributes)
-        text.append(" ").append(name).append("=\"").append(value).append("\"");
-    return text + " \"" + at->text + "\"";
+    return text;
 }
 
 } // namespace
 
-std::string CompareDocuments(IXMLDOMDocument2* expected, IXMLDOMDocument2* actual)
+std::string Meaning(IXMLDOMNode* node)
 {
-    const std::vector<Element> left = ElementsOf(expected);
-    const std::vector<Element> right = ElementsOf(actual);
+    DOMNodeType kind = NODE_INVALID;
+    node->get_nodeType(&kind);
+    VARIANT value{};
+    if ((kind == NODE_TEXT || kind == NODE_CDATA_SECTION) && node->get_nodeValue(&value) == S_OK)
+    {
+        CComBSTR text;
+        text.Attach(value.bstrVal);
+        return Narrow(text.View());
+    }
+    std::string children;
+    Node child;
+    Node next;
+    for (HRESULT found = node->get_firstChild(child.Put()); found == S_OK; child = next)
+    {
+        children += Meaning(child.Get());
+        found = child->get_nextSibling(next.Put());
+    }
+    return kind != NODE_ELEMENT ? children : ExpandedName(node) + "(" + AttributesMeaning(node) + ")[" + children + "]";
+}
+
+std::string CompareDocuments(IXMLDOMNode* expected, IXMLDOMNode* actual)
+{
+    const std::string left = WithoutBlanksAtBrackets(Meaning(expected));
+    const std::string right = WithoutBlanksAtBrackets(Meaning(actual));
     if (left == right)
         return {};
-    const auto [first, second] = std::mismatch(left.begin(), left.end(), right.begin(), right.end());
-    return "expected " + Describe(left, first) + ", found " + Describe(right, second);
+    const auto same = std::mismatch(left.begin(), left.end(), right.begin(), right.end()).first - left.begin();
+    const std::size_t from = static_cast<std::size_t>(std::max<std::ptrdiff_t>(same - 200, 0));
+    return "expected ..." + left.substr(from, 400) + "..., found ..." + right.substr(from, 400) + "...";
+}
+
+std::string Narrow(WStringView text)
+{
+    const auto utf8 = std::filesystem::path(text).u8string();
+    return {utf8.begin(), utf8.end()};
 }

@@ -35,7 +35,7 @@ BOOL WINAPI FindOwn(DWORD flags, LPCSTR /*address*/, HMODULE* module)
 }
 
 // A file name, a set of files, and what was asked for.
-class AnsweringPlatform final : public DllDelayLoaderPlatform
+class AnsweringPlatform : public DllDelayLoaderPlatform
 {
 public:
     FARPROC findOwn = std::bit_cast<FARPROC>(&FindOwn<TRUE>);
@@ -227,26 +227,16 @@ TEST(DllDelayLoader, AnswersOnlyWhenEnabledAndBeforeLoading)
 
 TEST(DllDelayLoader, FreesEachModuleOnce)
 {
-    class CountingPlatform final : public DllDelayLoaderPlatform
+    class ManyModules final : public AnsweringPlatform
     {
     public:
-        std::multiset<HMODULE> freed;
-
-        DWORD GetModuleFileNameA(HMODULE /*module*/, LPSTR fileName, DWORD /*size*/) override
-        {
-            std::copy_n("/d/x", 5, fileName);
-            return 4;
-        }
         // "/d/c.dll" is always the same module.
         HMODULE LoadLibraryExA(LPCSTR path, HANDLE /*reserved*/, DWORD /*flags*/) override
         {
             return Handle(static_cast<ULONG_PTR>(path[3]));
         }
-        void FreeLibrary(HMODULE module) override
-        {
-            freed.insert(module);
-        }
     } platform;
+    platform.ownFile = "/d/x";
     DllDelayLoader loader(platform);
 
     std::vector<std::thread> threads;
@@ -261,7 +251,8 @@ TEST(DllDelayLoader, FreesEachModuleOnce)
     for (std::thread& thread : threads)
         thread.join();
     loader.FreeModules();
-    EXPECT_EQ(platform.freed, (std::multiset{Handle('a'), Handle('b'), Handle('c'), Handle('d')}));
+    std::ranges::sort(platform.freed);
+    EXPECT_EQ(platform.freed, (std::vector{Handle('a'), Handle('b'), Handle('c'), Handle('d')}));
 
     platform.freed.clear();
     loader.FreeModules();

@@ -2,47 +2,11 @@
 
 #include <objbase.h>
 
-#include <filesystem>
-#include <set>
-
 #include "utilitiesstaticlib/domclassid.h"
-
-namespace
-{
-
-// "{uri}local"; empty for a declaration, which Wine does not name at all when it is the default one.
-std::string ExpandedName(IXMLDOMNode* node)
-{
-    const std::string name = NameOf(node);
-    if (name.empty() || name.starts_with("xmlns"))
-        return {};
-    const std::string uri = Ask(node, &IXMLDOMNode::get_namespaceURI);
-    return "{" + (uri == "-" ? "" : uri) + "}" + Ask(node, &IXMLDOMNode::get_baseName);
-}
-
-std::string AttributesMeaning(IXMLDOMNode* element)
-{
-    std::set<std::string> parts;
-    for (const DomNode& attribute : AttributesOf(element))
-        if (const std::string name = ExpandedName(attribute.Get()); !name.empty())
-            parts.insert("@" + name + "=" + TextOf(attribute.Get()));
-    std::string meaning;
-    for (const std::string& part : parts)
-        meaning += (meaning.empty() ? "" : " ") + part;
-    return meaning;
-}
-
-} // namespace
 
 std::string Variant::Text() const
 {
     return m_value.vt == VT_BSTR ? Narrow(WStringView(m_value.bstrVal, SysStringLen(m_value.bstrVal))) : "-";
-}
-
-std::string Narrow(WStringView text)
-{
-    const auto utf8 = std::filesystem::path(text).u8string();
-    return {utf8.begin(), utf8.end()};
 }
 
 DomDocument NewDocument()
@@ -189,23 +153,6 @@ ULONG ReferencesOf(IUnknown* object)
 {
     object->AddRef();
     return object->Release();
-}
-
-std::string Meaning(IXMLDOMNode* node)
-{
-    DOMNodeType kind = NODE_INVALID;
-    node->get_nodeType(&kind);
-    Variant text;
-    if ((kind == NODE_TEXT || kind == NODE_CDATA_SECTION) && node->get_nodeValue(text.Put()) == S_OK)
-        return text.Text();
-    std::string children;
-    DomNode child, next;
-    for (HRESULT found = node->get_firstChild(child.Put()); found == S_OK; child = next)
-    {
-        children += Meaning(child.Get());
-        found = child->get_nextSibling(next.Put());
-    }
-    return kind != NODE_ELEMENT ? children : ExpandedName(node) + "(" + AttributesMeaning(node) + ")[" + children + "]";
 }
 
 std::string MeaningOfText(IXMLDOMNode* node)

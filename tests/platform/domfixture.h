@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/common/documentcomparer.h"
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/comptr.h"
 #include "utilitiesstaticlib/domiids.h"
@@ -56,8 +57,6 @@ private:
     VARIANT m_value{};
 };
 
-std::string Narrow(WStringView text); // UTF-8
-
 DomDocument NewDocument();
 // The result of loadXML; a refused text leaves an empty document.
 HRESULT LoadText(const DomDocument& document, WStringView text);
@@ -89,8 +88,5 @@ std::string ReasonOf(const DomDocument& document); // of the last load
 
 ULONG ReferencesOf(IUnknown* object);
 
-// The subtree by meaning: {uri}local(@{uri}name=value ...)[children]. Attributes are sorted, neighbouring texts are
-// one, prefixes and declarations do not count, nor do comments and instructions.
-std::string Meaning(IXMLDOMNode* node);
 // What the node's text says when it is read again.
 std::string MeaningOfText(IXMLDOMNode* node);

@@ -1,4 +1,4 @@
-// The document operations: arguments, the failure guard and its reports, copies both ways, real tickets.
+// The document operations: arguments, copies both ways, real tickets; the failure guard and all operations' reports.
 #include <gtest/gtest.h>
 
 #include <tvutil/executioncontext.h>
@@ -12,10 +12,11 @@
 #include <vector>
 
 #include "complugins/ptpcprovider/failureguard.h"
-#include "complugins/ptpcprovider/tavlenptprovider.h"
 #include "tests/common/documentcomparer.h"
 #include "tests/common/testdevmode.h"
 #include "tests/common/testdocuments.h"
+#include "tests/common/testprinter.h"
+#include "tests/ptpcprovider/provideraccess.h"
 
 namespace
 {
@@ -27,13 +28,11 @@ std::string Parameter(const std::string& content)
     return "<psf:ParameterInit name=\"psk:JobCopiesAllDocuments\">" + content + "</psf:ParameterInit>";
 }
 
-class Conversions : public testing::Test
+class Conversions : public testing::Test, protected ProviderBinding
 {
 protected:
-    Conversions()
+    Conversions() : m_previous(TavlenException::SetReportSink({&Conversions::OnReport, this}))
     {
-        EXPECT_EQ(S_OK, CreateTavlenPtProvider(provider.Put()));
-        m_previous = TavlenException::SetReportSink({&Conversions::OnReport, this});
     }
 
     ~Conversions() override
@@ -51,7 +50,6 @@ protected:
         return provider->ConvertPrintTicketToDevMode(ticket, devmode.Size(), devmode.Get(), 0, nullptr);
     }
 
-    ComPtr<IPrintOemPrintTicketProvider> provider;
     // What DisplayExceptionMessage was given: "file method:line, depth of contexts, what".
     std::vector<std::string> reports;
 
@@ -64,7 +62,7 @@ private:
             (report.exception != nullptr ? report.exception->what() : "(none)"));
     }
 
-    TavlenException::Sink m_previous = {};
+    TavlenException::Sink m_previous;
 };
 
 TEST_F(Conversions, CarryCopiesBothWays)
@@ -216,19 +214,55 @@ TEST_F(Conversions, RefuseADevmodeThatIsNotWhole)
     EXPECT_TRUE(reports.empty()); // bad arguments are no failures to report
 }
 
-TEST_F(Conversions, ReportFailuresWithTheirPlace)
+// The report has the operation's context; the hook sees all the work under way, from the innermost outwards.
+TEST_F(Conversions, ReportAPrinterWhoseProductCannotBeRead)
 {
-    const TestDevmode devmode;
-    const ComPtr<IXMLDOMDocument2> noTicket = LoadDocument(std::string("<x/>"));
-    EXPECT_EQ(E_FAIL, ToDevmode(noTicket.Get(), devmode));
-    EXPECT_EQ(E_FAIL, ToTicket(devmode, noTicket.Get()));
-    EXPECT_EQ(E_FAIL, provider->ExpandIntentOptions(noTicket.Get()));
-    EXPECT_EQ(E_FAIL, provider->ValidatePrintTicket(noTicket.Get()));
-    const std::string start = "complugins\\ptpcprovider\\tavlenptprovider TavlenPtProvider::";
-    const std::vector<std::string> expected = {
-        start + "ConvertPrintTicketToDevMode:867, 1, ", start + "ConvertDevModeToPrintTicket:1033, 1, ",
-        start + "ExpandIntentOptions:1289, 1, ", start + "ValidatePrintTicket:1392, 1, "};
-    EXPECT_EQ(expected, reports);
+    static std::string seen;
+    seen.clear();
+    TavlenException::SetDebugHook(
+        [](const WCHAR*, const ThrowSite&, const ExecutionContextStack& contexts)
+        {
+            for (const BasicExecutionContext* context = contexts.Top(); context != nullptr; context = context->outer)
+                seen += Utf8(context->site.method) + " ";
+            return false;
+        });
+    const TestPrinter printer({0xE02, "", {"tvwftu_b.dll"}}); // its data file is no model
+    EXPECT_EQ(E_FAIL, BindTo(printer.Handle()));
+    TavlenException::SetDebugHook(nullptr);
+    EXPECT_EQ("ProductData::ProductData WorkflowObject::Load TavlenPtProvider::BindPrinter ", seen);
+    ASSERT_EQ(1u, reports.size());
+    EXPECT_NE(std::string::npos, reports[0].find("TavlenPtProvider::BindPrinter:")) << reports[0];
+    EXPECT_NE(std::string::npos, reports[0].find(", 1, ")) << reports[0];
+    EXPECT_NE(std::string::npos, reports[0].find("tvtestdata")) << reports[0];
+}
+
+// A helper that does not keep to COM's rule against exceptions.
+template <class Thrown>
+class ThrowingHelper final : public IUnknown
+{
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override
+    {
+        throw Thrown();
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override
+    {
+        return 1;
+    }
+    ULONG STDMETHODCALLTYPE Release() override
+    {
+        return 1;
+    }
+};
+
+TEST_F(Conversions, LetNoExceptionOfAHelperOut)
+{
+    ThrowingHelper<std::bad_alloc> outOfMemory;
+    ThrowingHelper<int> odd;
+    EXPECT_EQ(E_OUTOFMEMORY, provider->PublishPrintTicketHelperInterface(&outOfMemory));
+    EXPECT_EQ(E_FAIL, provider->PublishPrintTicketHelperInterface(&odd));
+    ASSERT_EQ(2u, reports.size());
+    EXPECT_TRUE(reports[0].ends_with("bad allocation") && reports[1].ends_with("(none)"));
 }
 
 TEST_F(Conversions, GuardTurnsEveryExceptionIntoOneCode)

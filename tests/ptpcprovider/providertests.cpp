@@ -149,25 +149,32 @@ TEST_F(Provider, HasItsOperationsInThePublishedSlots)
     BSTR text = nullptr;
     EXPECT_EQ(E_NOTIMPL, slots->queryDeviceDefaultNamespace(called, &text));
 
-    // The document operations are told apart by their reports of a document that is no ticket.
+    // The document operations are told apart by the place in their reports of a document that is no ticket.
     static std::string reporter;
     const TavlenException::Sink previous = TavlenException::SetReportSink(
-        {[](const TavlenException::Report& report, void*) { reporter = Utf8(report.site.method); }, nullptr});
+        {[](const TavlenException::Report& report, void*)
+         {
+             EXPECT_EQ("complugins\\ptpcprovider\\tavlenptprovider", Utf8(report.site.file));
+             reporter = Utf8(report.site.method) + ":" + std::to_string(report.site.line);
+         },
+         nullptr});
     const ComPtr<IXMLDOMDocument2> foreign = LoadDocument(W("<foreign/>"));
     const TestDevmode devmode;
     const auto reporterOf = [](HRESULT result)
     {
         return result == E_FAIL ? reporter : std::to_string(result);
     };
-    EXPECT_EQ("TavlenPtProvider::ConvertPrintTicketToDevMode",
+    EXPECT_EQ("TavlenPtProvider::ConvertPrintTicketToDevMode:867",
               reporterOf(slots->convertPrintTicketToDevMode(called, foreign.Get(), devmode.Size(), devmode.Get(), 0,
                                                             nullptr)));
-    EXPECT_EQ("TavlenPtProvider::ConvertDevModeToPrintTicket",
+    EXPECT_EQ("TavlenPtProvider::ConvertDevModeToPrintTicket:1033",
               reporterOf(slots->convertDevModeToPrintTicket(called, devmode.Size(), devmode.Get(), 0, nullptr,
                                                             foreign.Get())));
     EXPECT_EQ(E_NOTIMPL, slots->completePrintCapabilities(called, nullptr, foreign.Get()));
-    EXPECT_EQ("TavlenPtProvider::ExpandIntentOptions", reporterOf(slots->expandIntentOptions(called, foreign.Get())));
-    EXPECT_EQ("TavlenPtProvider::ValidatePrintTicket", reporterOf(slots->validatePrintTicket(called, foreign.Get())));
+    EXPECT_EQ("TavlenPtProvider::ExpandIntentOptions:1289",
+              reporterOf(slots->expandIntentOptions(called, foreign.Get())));
+    EXPECT_EQ("TavlenPtProvider::ValidatePrintTicket:1392",
+              reporterOf(slots->validatePrintTicket(called, foreign.Get())));
     TavlenException::SetReportSink(previous);
 }
 

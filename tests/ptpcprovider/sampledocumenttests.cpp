@@ -24,6 +24,7 @@ void ExpectOneLess(const ComPtr<IXMLDOMDocument2>& whole, const std::string& ele
         EXPECT_EQ(S_OK, (document.*remove)(CXString::FromUtf8(names[at].substr(0, local)),
                                            CXString::FromUtf8(names[at].substr(local))));
         EXPECT_EQ("", CompareDocuments(expected.Get(), dom.Get()));
+        EXPECT_NE("", CompareDocuments(whole.Get(), dom.Get()));
     }
 }
 

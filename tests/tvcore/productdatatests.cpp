@@ -1,7 +1,5 @@
-// The product of an installed printer: found through its driver's data file, told where it is wrong.
+// The product of an installed printer: found through its driver's data file.
 #include <gtest/gtest.h>
-
-#include <string>
 
 #include <tvcore/productdata.h>
 #include <tvcore/productstringloader.h>
@@ -9,7 +7,6 @@
 #include <tvutil/textresourceloader.h>
 
 #include "tests/common/testprinter.h"
-#include "tests/tvcore/modeltext.h"
 
 namespace
 {
@@ -32,24 +29,6 @@ TEST(ProductOfAnInstalledPrinter, IsItsDriversModel)
     EXPECT_TRUE(loader.LoadStringW(41034).IsEmpty());
     product.PutTextsInForce();
     EXPECT_EQ(loader.LoadStringW(41034), W("Paper Size"));
-}
-
-TEST(ProductOfAnInstalledPrinter, TellsTheFileAndThePlaceOfAFault)
-{
-    auto model = ShippedModel("tavlen-w3100-xps");
-    model["forms"][3]["valueId"] = 6699;
-    const TestPrinter installed({.capabilityWord = {}, .model = {}, .dependentFiles = {}, .dataText = model.dump()});
-    try
-    {
-        const ProductData product(installed.Handle());
-        FAIL() << "a faulty model was accepted";
-    }
-    catch (const ExceptionInvalidPrinterModel& fault)
-    {
-        const std::string text = fault.what();
-        EXPECT_TRUE(text.ends_with(".json: /forms/3/valueId: the page-size dictionary has no value 6699")) << text;
-        EXPECT_NE(text.find("tvtestmodel"), std::string::npos) << text;
-    }
 }
 
 // As the module sees it, which does not know the reader's exception.

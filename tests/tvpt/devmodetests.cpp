@@ -6,7 +6,6 @@
 
 #include "complugins/xdevmode.h"
 #include "devmode.h"
-#include "devmodefields.h"
 #include "hostrun.h"
 #include "tests/common/oemdevmodebytes.h"
 
@@ -431,18 +430,6 @@ TEST_F(DevmodeFiles, OddContentIsToldAndNothingOfItLost)
         Show(foreign)["oem"]["fault"],
         "as postscript: wrong signature 0x0 at offset 150 of the drivers' bytes, not 0x54564E31; as unidrv: wrong "
         "signature 0x7 at offset 200 of the drivers' bytes, not 0x54564E31");
-}
-
-TEST(DevmodeFieldTable, RowsFollowOneAnotherInTheStructure)
-{
-    std::size_t end = 0;
-    for (const DevmodeField& field : DevmodeFields())
-    {
-        EXPECT_GE(field.offset, end) << field.name;
-        end = field.offset + DevmodeFieldWidth(field);
-        EXPECT_EQ(FindDevmodeField(field.name), &field);
-    }
-    EXPECT_EQ(end, sizeof(DEVMODEW));
 }
 
 } // namespace

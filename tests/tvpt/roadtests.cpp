@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <regex>
 
 #include "coredriverticket.h"
 #include "devmode.h"
@@ -10,6 +11,8 @@
 #include "hostrun.h"
 #include "modelfiles.h"
 #include "printschemadocument.h"
+#include "tests/common/documentcomparer.h"
+#include "tests/platform/wine.h"
 #include "utilitiesstaticlib/documentlimits.h"
 
 namespace
@@ -18,76 +21,19 @@ namespace
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-// What the provider writes itself: the base's own gives way.
-bool IsProvidersOwn(const SchemaName& name)
-{
-    constexpr std::string_view kKeywordNames[] = {"PageMediaType",          "PageMediaSize",
-                                                  "PageOutputQuality",      "PageColorManagement",
-                                                  "PageICMRenderingIntent", "JobCopiesAllDocuments"};
-    if (name.uri == kPrivateKeywords.uri)
-        return name.local == "JobTavlenDriverData" || name.local == "JobTavlenJtifJobTicket";
-    return name.uri == kKeywords.uri &&
-           (std::find(std::begin(kKeywordNames), std::end(kKeywordNames), name.local) != std::end(kKeywordNames) ||
-            name.local.starts_with("PageMediaSize"));
-}
-
-bool AreEqual(const SchemaName& left, const SchemaName& right)
-{
-    return left.uri == right.uri && left.local == right.local;
-}
-
-// Wrapping a document spells the private prefix "tk:" wherever a private name holds it, not only in front.
-SchemaName WrappedName(const SchemaElement& element)
-{
-    SchemaName name = element.nameAttribute;
-    const std::string found = element.namePrefix + ":";
-    const std::string wrapped = std::string(kPrivateKeywords.prefix) + ":";
-    if (name.uri == kPrivateKeywords.uri)
-        for (std::size_t at = 0; (at = name.local.find(found, at)) != std::string::npos; at += wrapped.size())
-            name.local.replace(at, found.size(), wrapped);
-    return name;
-}
-
-bool AreEqual(const SchemaElement& left, const SchemaElement& right)
-{
-    const auto sameAttribute = [](const auto& one, const auto& other)
-    {
-        return AreEqual(one.first, other.first) && (one.first.local == "name" || one.second == other.second);
-    };
-    return AreEqual(left.name, right.name) && AreEqual(WrappedName(left), WrappedName(right)) &&
-           left.text == right.text &&
-           std::is_permutation(left.attributes.begin(), left.attributes.end(), right.attributes.begin(),
-                               right.attributes.end(), sameAttribute) &&
-           std::equal(left.children.begin(), left.children.end(), right.children.begin(), right.children.end(),
-                      [](const SchemaElement& one, const SchemaElement& other) { return AreEqual(one, other); });
-}
-
 SchemaElement ReadTree(const std::string& bytes)
 {
     return ReadDocumentTree(*LoadDocument(bytes, "test").Get(), "test");
 }
 
-// Of two orientations the first is redundant, and the provider removes it.
-bool IsRedundant(const SchemaElement& base, const SchemaElement& child)
+// What conversions keep of a ticket: all but the copies, with private names spelled by the prefix "tk".
+std::string KeptOf(const std::string& bytes)
 {
-    std::vector<const SchemaElement*> same;
-    for (const SchemaElement& other : base.children)
-        if (other.nameAttribute.Is(kKeywords.uri, "PageOrientation"))
-            same.push_back(&other);
-    return same.size() > 1 && same.front() == &child;
-}
-
-// What of the base the ticket lost; empty when nothing.
-std::string WhatWasLost(const SchemaElement& base, const SchemaElement& ticket)
-{
-    for (const SchemaElement& child : base.children)
-    {
-        const bool isHeld = std::any_of(ticket.children.begin(), ticket.children.end(),
-                                        [&child](const SchemaElement& other) { return AreEqual(child, other); });
-        if (!isHeld && !IsRedundant(base, child) && !IsProvidersOwn(child.nameAttribute))
-            return child.name.local + " " + child.nameAttribute.local;
-    }
-    return {};
+    static const std::regex copies(R"(\{[^{}]*\}ParameterInit\(@\{\}name=\w+:JobCopiesAllDocuments\))"
+                                   R"(\[\s*\{[^{}]*\}Value\([^()]*\)\[\d+\]\s*\])");
+    std::string kept = std::regex_replace(Meaning(LoadDocument(bytes, "test").Get()), copies, "");
+    std::erase_if(kept, [](char character) { return character == ' ' || character == '\n' || character == '\r'; });
+    return std::regex_replace(kept, std::regex("ns1:"), "tk:");
 }
 
 std::string CopiesOf(const SchemaElement& ticket)
@@ -97,6 +43,18 @@ std::string CopiesOf(const SchemaElement& ticket)
         if (parameter->nameAttribute.Is(kKeywords.uri, "JobCopiesAllDocuments"))
             copies += parameter->Child("Value")->text + ";";
     return copies;
+}
+
+// A root element that binds the framework to "psf", with more in it.
+std::string Ticket(const std::string& declarations, const std::string& content)
+{
+    return "<?xml version='1.0'?>\n<!-- xmlns:psk='urn:x' -->\n<psf:PrintTicket xmlns:psf='" +
+           std::string(kFramework.uri) + "'" + declarations + " version='1'>\n" + content + "</psf:PrintTicket>";
+}
+
+std::string Binding(const std::string& prefix, std::string_view uri)
+{
+    return " xmlns:" + prefix + "='" + std::string(uri) + "'";
 }
 
 class Roads : public HostTest
@@ -166,7 +124,7 @@ TEST_F(Roads, EveryBaseGivesAWholeTicketOrOneErrorLine)
         }
         ASSERT_EQ(result.status, 0) << result.errors;
         const SchemaElement ticket = ReadTree(ReadBytes(Folder() / "out.xml"));
-        EXPECT_EQ(WhatWasLost(ReadTree(ReadBytes(entry.path())), ticket), "");
+        EXPECT_EQ(KeptOf(ReadBytes(Folder() / "out.xml")), KeptOf(ReadBytes(entry.path())));
         EXPECT_EQ(CopiesOf(ticket), "3;");
         fs::remove(Folder() / "out.xml");
         ++converted;
@@ -260,37 +218,25 @@ TEST_F(Roads, ValidatingAndExpandingLeaveTheDocument)
         const RunResult result = RunHost({"ticket", command, "--printer", m_printer, "-"}, ReadBytes(ticket));
         ASSERT_EQ(result.status, 0) << result.errors;
         EXPECT_TRUE(result.out.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
-        EXPECT_TRUE(AreEqual(ReadTree(result.out), ReadTree(ReadBytes(ticket))));
+        EXPECT_EQ(KeptOf(result.out), KeptOf(ReadBytes(ticket)));
     }
 }
 
 TEST_F(Roads, TextBeyondAsciiAndBlanksSurvive)
 {
     const std::string value = " \xC3\xA4 \xF0\x9F\x96\xA8 &amp; ";
-    const std::string base =
-        "<?xml version=\"1.0\"?><!-- \xC3\xA4 --><psf:PrintTicket xmlns:psf=\"" + std::string(kFramework.uri) +
-        "\" xmlns:psk=\"" + std::string(kKeywords.uri) +
-        "\" version=\"1\"><psf:ParameterInit name=\"psk:JobName\"><psf:Value>" + value +
-        "</psf:Value></psf:ParameterInit><psf:ParameterInit name=\"psk:Blank\"><psf:Value>  </psf:Value>"
-        "</psf:ParameterInit></psf:PrintTicket>";
-    WriteBytes(Folder() / "base.xml", base);
+    const auto parameter = [](const std::string& name, const std::string& text)
+    {
+        return "<psf:ParameterInit name='psk:" + name + "'><psf:Value>" + text + "</psf:Value></psf:ParameterInit>";
+    };
+    WriteBytes(Folder() / "base.xml",
+               Ticket(Binding("psk", kKeywords.uri),
+                      "<!-- \xC3\xA4 -->" + parameter("JobName", value) + parameter("Blank", "  ")));
     ASSERT_EQ(FromDevmode(File("base.xml")).status, 0);
     const std::string out = ReadBytes(Folder() / "out.xml");
     EXPECT_NE(out.find("<psf:Value>" + value + "</psf:Value>"), std::string::npos) << out;
     EXPECT_NE(out.find("<psf:Value>  </psf:Value>"), std::string::npos) << out;
     EXPECT_NE(out.find("<!-- \xC3\xA4 -->"), std::string::npos) << out;
-}
-
-// A root element that binds the framework to "psf", with more in it.
-std::string Ticket(const std::string& declarations, const std::string& content)
-{
-    return "<?xml version='1.0'?>\n<!-- xmlns:psk='urn:x' -->\n<psf:PrintTicket xmlns:psf='" +
-           std::string(kFramework.uri) + "'" + declarations + " version='1'>\n" + content + "</psf:PrintTicket>";
-}
-
-std::string Binding(const std::string& prefix, std::string_view uri)
-{
-    return " xmlns:" + prefix + "='" + std::string(uri) + "'";
 }
 
 // As a print service does, so that the provider's names have prefixes.
@@ -332,7 +278,7 @@ TEST_F(Roads, ABaseGetsTheStandardPrefixesThatItsRootLacks)
         EXPECT_NE(out.find(" name=\"" + std::string(row.copies) + "\""), std::string::npos) << out;
         EXPECT_NE(out.find(row.type), std::string::npos) << out;
         EXPECT_EQ(CopiesOf(ReadTree(out)), "3;");
-        EXPECT_EQ(WhatWasLost(ReadTree(row.base), ReadTree(out)), "");
+        EXPECT_EQ(KeptOf(out), KeptOf(row.base));
     }
 }
 
@@ -379,40 +325,9 @@ TEST_F(Roads, ABaseThatAProviderWouldMisreadIsRefusedWithItsLine)
     }
 }
 
-// Wine's DOM knows neither line nor reason of a parse error; Windows' own and the Linux one do.
-bool DomTellsLines()
-{
-    try
-    {
-        (void)LoadDocument("<a>\n</b>", "probe");
-    }
-    catch (const std::exception& failure)
-    {
-        return std::string_view(failure.what()).find("line 2: ") != std::string_view::npos;
-    }
-    ADD_FAILURE() << "the probe is no document";
-    return false;
-}
-
-std::string Repeated(const std::string& piece, unsigned count)
-{
-    std::string text;
-    for (; count > 0; --count)
-        text += piece;
-    return text;
-}
-
-std::string ManyAttributes(unsigned count)
-{
-    std::string text = "<a";
-    for (unsigned at = 0; at < count; ++at)
-        text += " a" + std::to_string(at) + "='1'";
-    return text + "/>";
-}
-
 TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
 {
-    const bool hasLines = DomTellsLines();
+    const bool hasLines = !IsWine(); // whose DOM knows neither line nor reason of a parse error
     struct Row
     {
         const char* name;
@@ -428,12 +343,6 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
         {"two roots", "<a/>\n<a/>", hasLines ? "line 2: " : "t.xml: "},
         {"external entity", "<!DOCTYPE a [<!ENTITY b SYSTEM \"file:///etc/passwd\">]><a>&b;</a>",
          "line 1: A document type declaration (DOCTYPE) is not allowed."},
-        {"entities that grow", "<?xml version='1.0'?>\n<!DOCTYPE a [<!ENTITY b 'bb'><!ENTITY c '&b;&b;'>]><a>&c;</a>",
-         "line 2: A document type declaration (DOCTYPE) is not allowed."},
-        {"100,000 levels", "<a>\n" + Repeated("<a>", 100'000) + Repeated("</a>", 100'001),
-         "line 2: The elements are nested more than 256 levels deep."},
-        {"100,000 attributes", "<r>\n\n" + ManyAttributes(100'000) + "</r>",
-         "line 3: An element has more than 1000 attributes."},
         {"just too large", "<a>" + std::string(documentlimits::kMaximumTextBytes, ' ') + "</a>", "larger than 16 MB"},
         {"50 MB", "<a>" + std::string(50u << 20, 'x') + "</a>", "larger than 33554434 bytes"},
         {"another root", "<Ticket/>", "the root element is Ticket in no namespace, expected PrintTicket in http:"},
@@ -492,11 +401,10 @@ TEST_F(Roads, AReportJudgesTheDriverDataAndSplitsTheJobTicket)
     {
         SCOPED_TRACE(row.data);
         const std::string ticket =
-            "<f:PrintTicket xmlns:f=\"" + std::string(kFramework.uri) + "\" xmlns:p=\"" +
-            std::string(kPrivateKeywords.uri) +
-            "\" version=\"1\"><f:ParameterInit name=\"p:JobTavlenDriverData\"><f:Value>" + row.data +
-            "</f:Value></f:ParameterInit><f:ParameterInit name=\"p:JobTavlenJtifJobTicket\"><f:Value>" +
-            "<![CDATA[%a: 1\n%b: <2>\n]]></f:Value></f:ParameterInit></f:PrintTicket>";
+            Ticket(Binding("p", kPrivateKeywords.uri),
+                   "<psf:ParameterInit name='p:JobTavlenDriverData'><psf:Value>" + std::string(row.data) +
+                       "</psf:Value></psf:ParameterInit><psf:ParameterInit name='p:JobTavlenJtifJobTicket'><psf:Value>"
+                       "<![CDATA[%a: 1\n%b: <2>\n]]></psf:Value></psf:ParameterInit>");
         const json shown = json::parse(RunHost({"ticket", "show", "-", "--json"}, ticket).out);
         EXPECT_EQ(shown["driverData"]["crcValid"], row.crcValid);
         EXPECT_EQ(shown["driverData"]["bytes"], row.bytes);

@@ -73,11 +73,9 @@ TEST(Dimensions, AreEquivalentWithinTheTolerance)
     };
     EXPECT_TRUE(areEquivalent(210'000, 210'499, 0));
     EXPECT_TRUE(areEquivalent(210'499, 210'000, 0));
-    EXPECT_FALSE(areEquivalent(210'000, 210'500,
-                               0));                   // half a millimetre is more than 0.499999
+    EXPECT_FALSE(areEquivalent(210'000, 210'500, 0)); // half a millimetre is more than 0.499999
     EXPECT_FALSE(areEquivalent(209'600, 210'400, 0)); // though both are nearest to 210
-    EXPECT_TRUE(areEquivalent(210'000, 210'049,
-                              1)); // a precision of one place: a tenth of the tolerance
+    EXPECT_TRUE(areEquivalent(210'000, 210'049, 1));  // a precision of one place: a tenth of the tolerance
     EXPECT_FALSE(areEquivalent(210'000, 210'050, 1));
     EXPECT_TRUE(areEquivalent(-100, 100, 0));
     EXPECT_FALSE(areEquivalent(kMost, -kMost, 0));

@@ -192,35 +192,6 @@ TEST(ReportSink, ReceivesWhatAGuardCaught)
     EXPECT_EQ(former.context, &reported);
 }
 
-// Pairs must stay pairs: a function must never be called with the other one's context.
-TEST(ReportSink, IsExchangedAsAWhole)
-{
-    static int evenTarget;
-    static int oddTarget;
-    const auto even = [](const TavlenException::Report&, void* context)
-    {
-        EXPECT_EQ(context, &evenTarget);
-    };
-    const auto odd = [](const TavlenException::Report&, void* context)
-    {
-        EXPECT_EQ(context, &oddTarget);
-    };
-    TavlenException::SetReportSink({even, &evenTarget});
-    std::thread other(
-        [&]()
-        {
-            for (int round = 0; round < 2000; ++round)
-                TavlenException::SetReportSink(round % 2 == 0 ? TavlenException::Sink{even, &evenTarget}
-                                                              : TavlenException::Sink{odd, &oddTarget});
-        });
-    const ExecutionContextStack none;
-    for (int round = 0; round < 2000; ++round)
-        TavlenException::DisplayExceptionMessage(false, false, nullptr, kFile, kLine, W(""), none, nullptr, nullptr,
-                                                 nullptr);
-    other.join();
-    TavlenException::SetReportSink({nullptr, nullptr});
-}
-
 TEST(ExecutionContexts, NestAndBelongToTheirThread)
 {
     const auto open = []()

@@ -58,14 +58,12 @@ TEST(TextsInForce, LiveAsLongAsSomebodyKeepsThem)
     EXPECT_TRUE(PutInForce(W("One")));
     EXPECT_EQ(Text(), W("old"));
 
-    EXPECT_FALSE(PutInForce(W("One"),
-                            true)); // forgotten, though somebody still keeps them
+    EXPECT_FALSE(PutInForce(W("One"), true)); // forgotten, though somebody still keeps them
     first.reset();
     EXPECT_FALSE(PutInForce(W("One")));
 }
 
-// They stay with whoever keeps them, while their printer is renamed or its name
-// becomes another product's.
+// They stay with whoever keeps them, while their printer is renamed or its name becomes another product's.
 TEST(TextsInForce, AreThoseThatTheirKeeperPutsInForce)
 {
     const SharedTexts first = Share(W("One"), W("first"));
@@ -92,8 +90,7 @@ TEST(TextsInForce, AreEachThreadsOwn)
     std::thread(
         []
         {
-            EXPECT_EQ(Text(),
-                      W("first")); // a thread that never chose sees the process's last choice
+            EXPECT_EQ(Text(), W("first")) << "a thread that never chose sees the process's last choice";
             PutInForce(W("Two"));
             EXPECT_EQ(Text(), W("second"));
         })

@@ -76,19 +76,7 @@ constexpr DevmodeField kFields[] = {
     // clang-format on
 };
 
-constexpr char kSetting[] = "setting a field";
-
-std::byte* Place(DEVMODEW& devmode, const DevmodeField& field)
-{
-    return reinterpret_cast<std::byte*>(&devmode) + field.offset;
-}
-
-const std::byte* Place(const DEVMODEW& devmode, const DevmodeField& field)
-{
-    return reinterpret_cast<const std::byte*>(&devmode) + field.offset;
-}
-
-std::size_t WidthOf(Type type)
+constexpr std::size_t WidthOf(Type type)
 {
     switch (type)
     {
@@ -101,6 +89,35 @@ std::size_t WidthOf(Type type)
         return kTextLength * sizeof(WCHAR);
     }
     return 0;
+}
+
+constexpr bool RowsAreTheWholeStructureInOrder()
+{
+    std::size_t end = 0;
+    for (const DevmodeField& field : kFields)
+    {
+        const auto isNamesake = [&field](const DevmodeField& other)
+        {
+            return std::string_view(other.name) == field.name;
+        };
+        if (field.offset < end || std::count_if(std::begin(kFields), std::end(kFields), isNamesake) != 1)
+            return false;
+        end = field.offset + WidthOf(field.type);
+    }
+    return end == sizeof(DEVMODEW);
+}
+static_assert(RowsAreTheWholeStructureInOrder());
+
+constexpr char kSetting[] = "setting a field";
+
+std::byte* Place(DEVMODEW& devmode, const DevmodeField& field)
+{
+    return reinterpret_cast<std::byte*>(&devmode) + field.offset;
+}
+
+const std::byte* Place(const DEVMODEW& devmode, const DevmodeField& field)
+{
+    return reinterpret_cast<const std::byte*>(&devmode) + field.offset;
 }
 
 template <class Value>
