@@ -211,7 +211,7 @@ TEST_F(DeviceCapabilities, AnswerEachIndexFromItsCacheOrNotAtAll)
         std::size_t answer;
     };
     const auto unlisted = std::count_if(m_model["forms"].begin(), m_model["forms"].end(),
-                                        [](const PrinterModel::Form& form) { return form.formType == 25007; });
+                                        [](const nlohmann::json& form) { return form["type"] == 25007; });
     ASSERT_EQ(unlisted, 1);
     const Case kCases[] = {
         {{0, 1, 2, 3, 65529}, W("XPaperCaps"), m_model["forms"].size() - 1},
@@ -322,8 +322,9 @@ TEST_F(DeviceCapabilities, OfAConversionBindAtTheFirstQuestion)
     EXPECT_EQ(bound.GetResolutions(resolutions), S_OK);
     EXPECT_EQ(shared.GetPrinterHandle(), Handle());
     ASSERT_EQ(resolutions.size(), m_model["resolutions"].size());
-    EXPECT_EQ(resolutions[0].x, m_model["resolutions"][0].x);
-    EXPECT_EQ(WideString(resolutions[0].name), WideString(m_model["resolutions"][0].name.View()));
+    EXPECT_EQ(resolutions[0].x, m_model["resolutions"][0]["x"]);
+    EXPECT_EQ(WideString(resolutions[0].name),
+              WideString(CXString::FromUtf8(m_model["resolutions"][0]["name"].get<std::string>()).View()));
     std::vector<std::int32_t> values;
     EXPECT_EQ(bound.GetResolutionEnums(values), S_OK);
     ASSERT_FALSE(values.empty());

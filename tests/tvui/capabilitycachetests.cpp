@@ -98,7 +98,8 @@ TEST_F(CapabilityCaching, WritesWhatTheDriverAnswers)
         EXPECT_EQ(device[5], static_cast<DWORD>(Ask(DC_PRINTRATE)));
         EXPECT_EQ(device[7], static_cast<DWORD>(Ask(DC_PRINTERMEM)));
         EXPECT_EQ(device[9], static_cast<DWORD>(Ask(DC_COLORDEVICE)));
-        EXPECT_EQ(device[10] | ULONGLONG{device[11]} << 32, Model().capability);
+        EXPECT_EQ(device[10] | ULONGLONG{device[11]} << 32,
+                  std::stoull(m_model["capability"].get<std::string>(), nullptr, 16));
     }
 }
 
