@@ -63,9 +63,9 @@ std::optional<WideString> FromSingleBytes(std::string_view bytes, unsigned chara
 {
     WideString text;
     text.reserve(bytes.size());
-    for (const char byte : bytes)
+    for (const char unit : bytes)
     {
-        const auto character = static_cast<unsigned char>(byte);
+        const auto character = static_cast<unsigned char>(unit);
         if (character >= characters)
             return std::nullopt;
         text += static_cast<WCHAR>(character);

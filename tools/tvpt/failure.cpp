@@ -54,10 +54,10 @@ std::string OneLine(std::string_view text)
     std::string line;
     for (std::size_t at = 0; at < text.size(); ++at)
     {
-        const auto byte = static_cast<unsigned char>(text[at]);
-        const bool isC1 = byte == 0xC2 && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0;
+        const auto unit = static_cast<unsigned char>(text[at]);
+        const bool isC1 = unit == 0xC2 && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0;
         at += isC1; // two bytes; some terminals obey these, too
-        line += byte < 0x20 || byte == 0x7F || isC1 ? ' ' : text[at];
+        line += unit < 0x20 || unit == 0x7F || isC1 ? ' ' : text[at];
     }
     while (!line.empty() && line.back() == ' ')
         line.pop_back();

@@ -70,8 +70,8 @@ extern "C"
     WINPORT_API void WINAPI AcquireSRWLockExclusive(PSRWLOCK lock);
     WINPORT_API void WINAPI ReleaseSRWLockExclusive(PSRWLOCK lock);
 
-    // A slot holds a pointer for each thread, null until the thread sets it. The pointers are nobody's: nothing is ended
-    // with a thread or a slot. TlsGetValue succeeds for any slot in use, and sets the last error to say so.
+    // A slot holds a pointer for each thread, null until the thread sets it. The pointers are nobody's: nothing is
+    // ended with a thread or a slot. TlsGetValue succeeds for any slot in use, and sets the last error to say so.
     WINPORT_API DWORD WINAPI TlsAlloc();
     WINPORT_API BOOL WINAPI TlsFree(DWORD slot);
     WINPORT_API LPVOID WINAPI TlsGetValue(DWORD slot);

@@ -1,7 +1,8 @@
 // ThreadSlot: a pointer of one's own for each thread, null until the thread sets it.
 //
-// The platform's slots instead of thread_local: that is emulated by some tool chains, which allocate at the first use in
-// a thread and end the process when there is no memory; and with a destructor it would pin the library to the thread.
+// The platform's slots instead of thread_local: that is emulated by some tool chains, which allocate at the first use
+// in a thread and end the process when there is no memory; and with a destructor it would pin the library to the
+// thread.
 #pragma once
 
 #include <windows.h>
