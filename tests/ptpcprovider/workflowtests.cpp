@@ -8,6 +8,7 @@
 #include <tvutil/textresourceloader.h>
 
 #include <functional>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -88,6 +89,16 @@ TEST(Workflow, FindsTheDriversModuleAndRemembersIt)
             EXPECT_EQ(nullptr, GetModuleHandleW(W("tvwfwu_B.dll"))) << "what gives no object is not kept";
         }
     }
+}
+
+TEST(Workflow, DoesNotTakeAModuleWithoutMemoryForOneWithoutAnObject)
+{
+    const TestPrinter printer(ColorPrinter({"tvwfwu_b.dll"}));
+    WorkflowObject workflow;
+    SetEnvironmentVariableW(W("TVPT_TEST_NO_MEMORY"), W("1"));
+    EXPECT_THROW(workflow.Load(printer.Handle()), std::bad_alloc);
+    SetEnvironmentVariableW(W("TVPT_TEST_NO_MEMORY"), nullptr);
+    EXPECT_FALSE(workflow.Load(printer.Handle()));
 }
 
 struct StoredCase
