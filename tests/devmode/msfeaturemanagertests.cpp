@@ -158,6 +158,41 @@ TEST_F(FeatureTransfers, LeaveOutAPaperThatIsNotThePrinters)
     EXPECT_FALSE(model.options.empty());
 }
 
+// What the devmode does not claim may be left over from another paper.
+TEST_F(FeatureTransfers, GoByWhatTheDevmodeClaimsOfItsPaper)
+{
+    constexpr DWORD kSize = DM_PAPERWIDTH | DM_PAPERLENGTH;
+    const struct
+    {
+        DWORD fields;
+        short number;
+        const WCHAR* name;
+        int form; // -1 for none
+    } cases[] = {
+        {DM_PAPERSIZE, 1, W("A4"), 1},
+        {DM_PAPERSIZE | DM_FORMNAME | kSize, 1, W("A4"), 1},
+        {DM_PAPERSIZE, 70, W("A4"), -1},
+        {DM_FORMNAME, 9, W("letter"), 1},
+        {DM_FORMNAME | kSize, 9, W("No"), -1},
+        {kSize, 1, W("Letter"), 9},
+        {kSize, 300, W("My A4"), 9},
+        {0, 300, W("Letter"), 300},
+        {DM_PAPERSIZE | kSize, 256, W("No"), 9},
+        {DM_PAPERWIDTH, 1, W("Letter"), -1},
+    };
+    DEVMODEW& devmode = *m_devmode.Get();
+    for (const auto& test : cases)
+    {
+        devmode.dmFields = test.fields;
+        devmode.dmPaperSize = test.number; // the dimensions are those of A4
+        SetFixedText(devmode.dmFormName, test.name);
+        RecordingDataModel model(&devmode);
+        Transfer(model);
+        EXPECT_EQ(model.papers.empty() ? -1 : model.papers[0].paperId, test.form)
+            << test.fields << ", number " << test.number;
+    }
+}
+
 TEST_F(FeatureTransfers, EndWithWhatTheDataModelThrows)
 {
     RecordingDataModel model(m_devmode.Get());
