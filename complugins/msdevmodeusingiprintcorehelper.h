@@ -1,7 +1,7 @@
 // MsDevmodeUsingIPrintCoreHelper: the core driver's settings, asked of the core driver itself by their keywords.
 //
-// Also throws ExceptionIPrintCoreHelperReadFailure and ExceptionIPrintCoreHelperWriteFailure, for a helper that fails
-// or has no answer. Whatever the core driver does meanwhile to the devmode's paper is undone.
+// Also throws ExceptionIPrintCoreHelperReadFailure and ExceptionIPrintCoreHelperWriteFailure, for a helper that fails,
+// has no answer or takes nothing. Whatever the core driver does meanwhile to the devmode's paper is undone.
 #pragma once
 
 #include <windows.h>
@@ -62,9 +62,12 @@ private:
     [[nodiscard]] const char* KeywordOf(std::uint32_t feature) const noexcept;
     // Null when the helper fails or has none. Valid until its next call.
     [[nodiscard]] PCSTR GetOption(const char* keyword, HRESULT& result);
+    // S_OK only when the option was taken; otherwise the devmode is as it was.
+    [[nodiscard]] HRESULT SetOption(const PRINT_FEATURE_OPTION& pair);
 
     ComPtr<IPrintCoreHelper> m_helper;
     DWORD m_size;
+    bool m_hasPaper; // as the devmode was at first, whatever a core driver makes of its size
     AccessMode m_accessMode = KeywordFirst;
     int m_paperDepth = 0;
     Paper m_paper{};

@@ -1,6 +1,7 @@
 // The core drivers' settings asked of the core driver, and that both ways to them agree.
 #include "complugins/msdevmodeusingiprintcorehelper.h"
 
+#include <cstring>
 #include <functional>
 #include <set>
 #include <string>
@@ -56,6 +57,7 @@ public:
 
     std::function<HRESULT(PCSTR* option)> onGet;
     std::function<HRESULT(DEVMODEW* devmode)> onSet;
+    DWORD taken = 1; // pairs, where onSet is asked
     DWORD size = 0;
     std::string keyword; // of the last call
 
@@ -73,8 +75,10 @@ public:
     {
         size = devmodeSize;
         keyword = pairs->pszFeature;
-        return onSet ? onSet(devmode)
-                     : CoreHelper::SetOptions(devmode, devmodeSize, resolve, pairs, count, written, result);
+        if (!onSet)
+            return CoreHelper::SetOptions(devmode, devmodeSize, resolve, pairs, count, written, result);
+        *written = taken;
+        return onSet(devmode);
     }
 
     ULONG References()
@@ -227,12 +231,19 @@ TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
         EXPECT_FALSE(m_access.HasCurrentOption(5)); // no keyword
         EXPECT_FALSE(m_access.HasCurrentOption(31));
     }
-    m_helper->onSet = [](DEVMODEW*)
+    for (const auto& [result, taken] : {std::pair{E_ACCESSDENIED, 1u}, {E_FAIL, 0u}, {S_OK, 0u}, {S_FALSE, 0u}})
     {
-        return E_ACCESSDENIED;
-    };
-    EXPECT_EQ(ThrownBy([this] { m_access.SetMsFeatureValue(10, 5421, DataModel); }),
-              "ExceptionIPrintCoreHelperWriteFailure MsDevmodeUsingIPrintCoreHelper::SetMsFeatureValue 464");
+        m_helper->taken = taken;
+        m_helper->onSet = [result = result](DEVMODEW* devmode)
+        {
+            std::memset(devmode + 1, 0x55, devmode->dmDriverExtra);
+            devmode->dmDuplex = DMDUP_VERTICAL;
+            devmode->dmSize = 40;
+            return result;
+        };
+        EXPECT_EQ(ThrownBy([this] { m_access.SetMsFeatureValue(10, 5421, DataModel); }),
+                  "ExceptionIPrintCoreHelperWriteFailure MsDevmodeUsingIPrintCoreHelper::SetMsFeatureValue 464");
+    }
     m_helper->keyword.clear();
     EXPECT_THROW(m_access.SetMsFeatureValue(10, 9, Raw), ExceptionMicrosoftDevmodeValueMappingFailed);
     EXPECT_EQ(m_helper->keyword, ""); // was not even asked
@@ -281,16 +292,21 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
         expectPaper();
         EXPECT_TRUE(m_access.HasCurrentOption(10));
         expectPaper();
-        m_helper->onSet = [&](DEVMODEW* written)
+        for (const HRESULT result : {E_FAIL, S_OK})
         {
-            spoil(*written);
-            m_helper->Answer("None");
-            EXPECT_TRUE(m_access.HasCurrentOption(10)); // the inner one neither keeps nor restores
-            EXPECT_EQ(written->dmPaperSize, 99);
-            return E_FAIL;
-        };
-        EXPECT_THROW(m_access.SetMsFeatureValue(10, 1, Raw), ExceptionIPrintCoreHelperWriteFailure);
-        expectPaper();
+            m_helper->onSet = [&, result](DEVMODEW* written)
+            {
+                spoil(*written);
+                written->dmSize = 40;
+                EXPECT_TRUE(m_access.HasCurrentOption(10)); // the inner one neither keeps nor restores
+                EXPECT_EQ(devmode.dmPaperSize, 99);
+                return result;
+            };
+            EXPECT_EQ(ThrownBy([this] { m_access.SetMsFeatureValue(10, 1, Raw); }).empty(), result == S_OK);
+            expectPaper();
+            EXPECT_EQ(devmode.dmSize, result == S_OK ? 40 : sizeof(DEVMODEW));
+            devmode.dmSize = sizeof(DEVMODEW);
+        }
     }
 }
 
