@@ -46,12 +46,8 @@ void MsDevmodeUsingIPrintCoreHelper::SetAccessMode(AccessMode mode) noexcept
 std::uint32_t MsDevmodeUsingIPrintCoreHelper::GetMsFeatureValue(std::uint32_t feature, Map map)
 {
     if (m_accessMode == PublicFirst)
-    {
-        bool isFound = false;
-        const std::uint32_t value = GetPublicDmFeatureValue_Helper(GetDevmode(), feature, map, &isFound);
-        if (isFound)
-            return value;
-    }
+        if (const std::optional<std::uint32_t> value = FindPublicValue(feature, map))
+            return *value;
     const char* const keyword = KeywordOf(feature);
     if (keyword == nullptr)
         return GetPublicDmFeatureValue_Helper(GetDevmode(), feature, map);
@@ -83,6 +79,20 @@ bool MsDevmodeUsingIPrintCoreHelper::HasCurrentOption(std::uint32_t feature)
     const char* const keyword = KeywordOf(feature);
     HRESULT result = S_OK;
     return keyword != nullptr && GetOption(keyword, result) != nullptr;
+}
+
+std::optional<std::uint32_t> MsDevmodeUsingIPrintCoreHelper::FindPublicValue(std::uint32_t feature, Map map) const
+{
+    bool isFound = false;
+    const std::uint32_t value = GetPublicDmFeatureValue_Helper(GetDevmode(), feature, Raw, &isFound);
+    if (!isFound)
+        return std::nullopt;
+    if (map != DataModel)
+        return value;
+    const Feature* const row = FindFeature(feature);
+    const MsDevmodeValueRow* const option =
+        row != nullptr ? MsDevmodeValues::FindDevmodeValue(row->values, value) : nullptr;
+    return option != nullptr ? std::optional(static_cast<std::uint32_t>(option->valueId)) : std::nullopt;
 }
 
 const char* MsDevmodeUsingIPrintCoreHelper::KeywordOf(std::uint32_t feature) const noexcept

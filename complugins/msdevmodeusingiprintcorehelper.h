@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <iterator>
+#include <optional>
 
 #include "complugins/msdevmodebase.h"
 #include "interfaces/prcomoem.h"
@@ -59,6 +60,8 @@ private:
         DWORD fields;
     };
 
+    // Nothing when the public devmode has no such field, or, mapped, its value is no option.
+    [[nodiscard]] std::optional<std::uint32_t> FindPublicValue(std::uint32_t feature, Map map) const;
     [[nodiscard]] const char* KeywordOf(std::uint32_t feature) const noexcept;
     // Null when the helper fails or has none. Valid until its next call.
     [[nodiscard]] PCSTR GetOption(const char* keyword, HRESULT& result);

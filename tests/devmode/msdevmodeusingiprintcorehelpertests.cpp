@@ -197,6 +197,9 @@ TEST_F(AskedSettings, ComeFromTheKeywordOrFromThePublicFieldFirst)
     m_access.SetAccessMode(Access::PublicFirst);
     EXPECT_EQ(m_access.GetMsFeatureValue(10, DataModel), 5421u);
     EXPECT_EQ(m_helper->keyword, "");
+    m_devmode.Get()->dmDuplex = 9; // stands for nothing: the core driver knows
+    EXPECT_EQ(m_access.GetMsFeatureValue(10, DataModel), 5422u);
+    EXPECT_EQ(m_access.GetMsFeatureValue(10, Raw), 9u);
     m_access.SetMsFeatureValue(10, 1, Raw); // is always the core driver's to write
     EXPECT_EQ(m_helper->keyword, "Duplex");
     m_helper->onGet = nullptr;
