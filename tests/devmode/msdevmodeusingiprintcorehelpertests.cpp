@@ -110,8 +110,8 @@ std::vector<MsDriverKind> EveryDriver()
 // One value of one driver's setting by both ways, from the same devmode on.
 void WriteAndReadBack(const MsDriverKind& driver, std::uint32_t feature, const MsDevmodeValueRow& row)
 {
-    const TestDevmode first = MakeDevmode(708, 0);
-    const TestDevmode second = MakeDevmode(708, 0);
+    const TestDevmode first = MakeDevmodeOf(driver);
+    const TestDevmode second = MakeDevmodeOf(driver);
     const ComPtr<CoreHelper> helper = CoreHelper::Make(ModelOf(driver));
     Access asked(driver, helper.Get(), first.Get(), first.Size());
     MsDevmodeUsingReverseEngineering known(driver, second.Get());
@@ -161,7 +161,7 @@ TEST(BothWaysToASetting, DifferInSheetAndBookletThatAreOff)
     for (const MsDriverKind& driver : {MsDriverKind{0x200, 0x800, 0x2}, MsDriverKind{0x80, 0x800, 0x8}})
         for (const auto& [before, feature] : {std::pair{20u, 19u}, {19u, 20u}})
         {
-            const TestDevmode first = MakeDevmode(708, 0);
+            const TestDevmode first = MakeDevmodeOf(driver);
             const ComPtr<CoreHelper> helper = CoreHelper::Make(ModelOf(driver));
             Access asked(driver, helper.Get(), first.Get(), first.Size());
             MsDevmodeUsingReverseEngineering known(driver, first.Get());
@@ -179,7 +179,7 @@ constexpr MsDriverKind kPostScript = {0x200, 0x800, 0x2};
 class AskedSettings : public testing::Test
 {
 protected:
-    TestDevmode m_devmode = MakeDevmode(708, 0);
+    TestDevmode m_devmode = MakeDevmodeOf(kPostScript);
     ComPtr<ScriptedHelper> m_helper = MakeHelper(kPostScript);
     Access m_access{kPostScript, m_helper.Get(), m_devmode.Get(), m_devmode.Size()};
 };
@@ -410,7 +410,7 @@ TEST(CoreHelpers, OfferWhatTheModelHas)
         EXPECT_EQ(list(texts, count), options);
     }
 
-    const TestDevmode devmode = MakeDevmode(564, 0);
+    const TestDevmode devmode = MakeDevmodeOf({0x80, 0x800, 0x8});
     devmode.Get()->dmPrintQuality = devmode.Get()->dmYResolution = 600;
     const Bytes before = devmode.Bytes();
     PCSTR option = "";
@@ -428,6 +428,17 @@ TEST(CoreHelpers, OfferWhatTheModelHas)
     EXPECT_EQ(written, 2u);
     ASSERT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "%PagePerSheet", &option), S_OK);
     EXPECT_STREQ(option, "Booklet");
+
+    // A private part that is not recognised is neither read nor written.
+    const TestDevmode unknown = MakeDevmode(562, 0);
+    unknown.Get()->dmDuplex = DMDUP_VERTICAL;
+    const Bytes kept = unknown.Bytes();
+    EXPECT_EQ(helper->GetOption(unknown.Get(), unknown.Size(), "%PagePerSheet", &option), E_FAIL);
+    EXPECT_EQ(helper->SetOptions(unknown.Get(), unknown.Size(), FALSE, pairs, 2, &written, &result), E_FAIL);
+    EXPECT_EQ(written, 0u);
+    EXPECT_EQ(unknown.Bytes(), kept);
+    ASSERT_EQ(helper->GetOption(unknown.Get(), unknown.Size(), "Duplex", &option), S_OK);
+    EXPECT_STREQ(option, "VERTICAL");
 }
 
 } // namespace

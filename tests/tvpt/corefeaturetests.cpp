@@ -61,6 +61,18 @@ protected:
     std::string m_printer;
 };
 
+// A Unidrv devmode whose core driver's part has a size that no layout has.
+std::string WithUnknownCorePart(std::string bytes)
+{
+    bytes.erase(sizeof(DEVMODEW) + 100, 2);
+    std::vector<std::byte> note(2);
+    ByteWriter(note).U16(562);
+    std::memcpy(bytes.data() + sizeof(DEVMODEW) + Format::kUnidrvSizeOffset, note.data(), note.size());
+    ByteWriter(note).U16(static_cast<std::uint16_t>(bytes.size() - sizeof(DEVMODEW)));
+    std::memcpy(bytes.data() + offsetof(DEVMODEW, dmDriverExtra), note.data(), note.size());
+    return bytes;
+}
+
 json Described(const char* name, unsigned value, const json& option, const json& text)
 {
     return {{"name", name}, {"value", value}, {"option", option}, {"text", text}};
@@ -125,13 +137,7 @@ TEST_F(CoreFeatures, ThatCannotBeSetAreOneLineWithWhatCanBe)
 {
     const std::string postScript = NewDevmode("tavlen-c9070-ps");
     const std::string unidrv = NewDevmode("tavlen-b4400-uni"); // its printer is asked below
-    std::string unknownSize = unidrv;                          // a core driver's part of a size that no layout has
-    unknownSize.erase(sizeof(DEVMODEW) + 100, 2);
-    std::vector<std::byte> note(2);
-    ByteWriter(note).U16(562);
-    std::memcpy(unknownSize.data() + sizeof(DEVMODEW) + Format::kUnidrvSizeOffset, note.data(), note.size());
-    ByteWriter(note).U16(static_cast<std::uint16_t>(unknownSize.size() - sizeof(DEVMODEW)));
-    std::memcpy(unknownSize.data() + offsetof(DEVMODEW, dmDriverExtra), note.data(), note.size());
+    const std::string unknownSize = WithUnknownCorePart(unidrv);
     const std::string noParts = [&unidrv]
     {
         std::string bytes = unidrv.substr(0, sizeof(DEVMODEW));
@@ -237,12 +243,23 @@ TEST_F(CoreFeatures, GiveTheSameTicketWhicheverWayTheyAreReached)
             EXPECT_TRUE(RunHost(arguments, asked.out).out == devmode);
         }
     }
-    // A devmode of another driver's layout: its private settings mean nothing here.
-    const std::string foreign = NewDevmode("tavlen-b4400-uni", {"ms.21=1"});
+    // A devmode of another driver's layout, or of an unknown one: its private settings mean nothing here.
+    const std::string unidrv = NewDevmode("tavlen-b4400-uni", {"ms.21=1", "ms.10=3"});
+    const std::string unidrvPrinter = m_printer;
     m_printer = InstallTestPrinter("tavlen-c9070-ps");
-    const RunResult ticket = RunHost({"ticket", "from-devmode", "--printer", m_printer, "-"}, foreign);
-    EXPECT_EQ(ticket.status, 0) << ticket.errors;
-    EXPECT_NE(ticket.out.find("psk:Standard"), std::string::npos) << ticket.out;
+    const std::tuple<std::string, std::string> foreign[] = {{m_printer, unidrv},
+                                                            {unidrvPrinter, WithUnknownCorePart(unidrv)}};
+    for (const auto& [printer, bytes] : foreign)
+        for (const bool isAsked : {true, false})
+        {
+            std::vector<std::string> arguments = {"ticket", "from-devmode", "--printer", printer, "-"};
+            if (!isAsked)
+                arguments.emplace_back("--no-core-helper");
+            const RunResult ticket = RunHost(arguments, bytes);
+            EXPECT_EQ(ticket.status, 0) << ticket.errors;
+            for (const char* const held : {"psk:Standard", "psk:TwoSidedShortEdge"})
+                EXPECT_NE(ticket.out.find(held), std::string::npos) << ticket.out;
+        }
 }
 
 } // namespace

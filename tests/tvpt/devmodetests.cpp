@@ -429,7 +429,7 @@ TEST_F(DevmodeFiles, OddContentIsToldAndNothingOfItLost)
     EXPECT_EQ(
         Show(foreign)["oem"]["fault"],
         "as postscript: wrong signature 0x0 at offset 150 of the drivers' bytes, not 0x54564E31; as unidrv: wrong "
-        "signature 0x7 at offset 200 of the drivers' bytes, not 0x54564E31");
+        "signature 0x7 at offset 708 of the drivers' bytes, not 0x54564E31");
 }
 
 } // namespace
