@@ -88,18 +88,19 @@ TEST_F(CoreFeatures, AreShownByNameAndSetByEitherValue)
         json shown;
         const char* words;
         bool isInLayout; // told without a printer
+        bool isForAll;   // and set
     };
     const Row rows[] = {
         // clang-format off
-        {"tavlen-c9070-ps",  "ms.10=@5421", "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 2, 5421, "Duplex Flip Long"),            "    duplex: flip on the long edge\n", true},
-        {"tavlen-c9070-ps",  "ms.3=@5012",  "3",  Described("FEAT_MS_ORIENTATION", 3, 5012, "Rotated Landscape"),                     "    orientation: landscape, turned round\n", true},
-        {"tavlen-c9070-ps",  "ms.20=1",     "20", Described("FEAT_MS_INTERNAL_BOOKLET", 1, 5111, "Booklet On"),                       "    booklet: on\n", true},
-        {"tavlen-c9070-ps",  "ms.29=3",     "29", Described("FEAT_MS_PS_TRUE_TYPE_DOWNLOAD_OPTION", 3, 5213, "Native TrueType"),      "    PostScript TrueType download: Native TrueType\n", true},
-        {"tavlen-c9070-ps",  "ms.16=@5092", "16", Described("FEAT_MS_ICM_INTENT", 2, 5092, "Constrast (Pictures)"),                   "    rendering intent: contrast (pictures)\n", false},
-        {"tavlen-c9070-ps",  "ms.4=0x32",   "4",  Described("FEAT_MS_SCALE", 50, nullptr, nullptr),                                   "    scale: 50 %\n", true},
-        {"tavlen-b4400-uni", "ms.8=@5026",  "8",  Described("FEAT_MS_RESOLUTION", (1200u << 16) + 1200, 5026, "1200x1200dpi"),        "    resolution: 1200x1200dpi\n", true},
-        {"tavlen-b4400-uni", "ms.34=@5970", "34", Described("FEAT_MS_INTERNAL_UNI_COLOR_PRINTING_MODE", 1, 5970, "Color"),            "    colour printing mode: Color\n", false},
-        {"tavlen-w3100-xps", "ms.10=3",     "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 3, 5422, "Duplex Flip Short"),           "    duplex: flip on the short edge\n", true},
+        {"tavlen-c9070-ps",  "ms.10=@5421", "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 2, 5421, "Duplex Flip Long"),            "    duplex: flip on the long edge\n", true, true},
+        {"tavlen-c9070-ps",  "ms.3=@5012",  "3",  Described("FEAT_MS_ORIENTATION", 3, 5012, "Rotated Landscape"),                     "    orientation: landscape, turned round\n", true, false},
+        {"tavlen-c9070-ps",  "ms.20=1",     "20", Described("FEAT_MS_INTERNAL_BOOKLET", 1, 5111, "Booklet On"),                       "    booklet: on\n", true, false},
+        {"tavlen-c9070-ps",  "ms.29=3",     "29", Described("FEAT_MS_PS_TRUE_TYPE_DOWNLOAD_OPTION", 3, 5213, "Native TrueType"),      "    PostScript TrueType download: Native TrueType\n", true, false},
+        {"tavlen-c9070-ps",  "ms.16=@5092", "16", Described("FEAT_MS_ICM_INTENT", 2, 5092, "Constrast (Pictures)"),                   "    rendering intent: contrast (pictures)\n", false, false},
+        {"tavlen-c9070-ps",  "ms.4=0x32",   "4",  Described("FEAT_MS_SCALE", 50, nullptr, nullptr),                                   "    scale: 50 %\n", true, true},
+        {"tavlen-b4400-uni", "ms.8=@5026",  "8",  Described("FEAT_MS_RESOLUTION", (1200u << 16) + 1200, 5026, "1200x1200dpi"),        "    resolution: 1200x1200dpi\n", true, true},
+        {"tavlen-b4400-uni", "ms.34=@5970", "34", Described("FEAT_MS_INTERNAL_UNI_COLOR_PRINTING_MODE", 1, 5970, "Color"),            "    colour printing mode: Color\n", false, false},
+        {"tavlen-w3100-xps", "ms.10=3",     "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 3, 5422, "Duplex Flip Short"),           "    duplex: flip on the short edge\n", true, true},
         // clang-format on
     };
     for (const Row& row : rows)
@@ -112,7 +113,7 @@ TEST_F(CoreFeatures, AreShownByNameAndSetByEitherValue)
         EXPECT_EQ(Show(set.out, true)["core"]["features"][row.number], row.shown);
         EXPECT_EQ(Show(set.out, false)["core"]["features"].value(row.number, json()),
                   row.isInLayout ? row.shown : json());
-        EXPECT_EQ(Set(before, {row.setting}, false).status, row.isInLayout ? 0 : 1);
+        EXPECT_EQ(Set(before, {row.setting}, false).status, row.isForAll ? 0 : 1);
         const std::string lines = RunHost({"devmode", "show", "-", "--printer", m_printer}, set.out).out;
         EXPECT_NE(lines.find(row.words), std::string::npos) << lines;
     }
@@ -160,6 +161,8 @@ TEST_F(CoreFeatures, ThatCannotBeSetAreOneLineWithWhatCanBe)
         {unidrv, kPrinter, "ms.33=1",    "FEAT_MS_UNI_HALFTONE is no setting of a unidrv driver"},
         {unidrv, kPrinter, "ms.22=1",    "FEAT_MS_INTERNAL_UNI_QUALITY_MACRO is no setting"},
         {unidrv, kNone,    "ms.31=1",    "with --printer the printer's driver is known"},
+        {postScript, kNone, "ms.20=1",   "FEAT_MS_INTERNAL_BOOKLET lies in the part of a postscript driver: name the printer with --printer; without it only public fields can be set: 3, 4, 5, 6, 7, 8, 10, "},
+        {postScript, kNone, "ms.3=@5012", "must be one of @5010 (Portrait), @5011 (Landscape); with --printer"},
         {unidrv, kPrinter, "ms.3=3",     "ms.3: FEAT_MS_ORIENTATION must be one of 1 (Portrait), 2 (Landscape CC90)"},
         {unidrv, kPrinter, "ms.10=@5423", "must be one of @5420 (Simplex), @5422 (Duplex Flip Short), @5421 (Duplex Flip Long)"},
         {unidrv, kPrinter, "ms.20=2",    "must be one of 0 (Booklet Off), 1 (Booklet On)"},

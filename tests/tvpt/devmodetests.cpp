@@ -239,7 +239,7 @@ TEST_F(DevmodeFiles, ABadSettingNamesTheKeyAndLeavesTheInput)
         {"dmFormName", "not a text in UTF-8 on one line", {"\xFF", "a\nb"}},
         {"dmSize", "is given by the devmode itself", {"1"}},
         {"dmcopies", "no field has this name", {"1"}},
-        {"ms.3", "FEAT_MS_ORIENTATION must be one of 1 (Portrait), 2 (Landscape), 3 (Rotated Landscape)", {"4"}},
+        {"ms.3", "FEAT_MS_ORIENTATION must be one of 1 (Portrait), 2 (Landscape); with --printer", {"4"}},
         {"feature.5", "the feature catalogue has no such feature", {"1"}},
         {"feature.46x", "the feature catalogue has no such feature", {"5420"}},
         {"feature.720", "is a setting of the printer, not of a document", {"true"}},

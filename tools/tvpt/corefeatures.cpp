@@ -4,7 +4,9 @@
 #include <charconv>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <span>
 
+#include <tvcore/datamodelids.h>
 #include <tvutil/tavlenexception.h>
 
 #include "complugins/msdevmodeusingreverseengineering.h"
@@ -61,12 +63,27 @@ std::string Joined(const std::vector<Text>& texts)
     return joined;
 }
 
+// Which of a layout's drivers it is, its part alone does not tell: without the printer nothing there is written.
+bool CanBeSet(const Feature& feature, const CoreDriver& driver, const Access& access)
+{
+    return HasPlace(feature, driver) &&
+           (!IsInPrivatePart(feature) || (driver.isOfPrinter && access.IsLayoutRecognized()));
+}
+
+// The third orientation is the public field's alone for some drivers, and a bit of their part for others.
+std::span<const MsDevmodeValueRow> ValuesOf(const Feature& feature, const CoreDriver& driver)
+{
+    constexpr std::size_t kUnturned = 2; // portrait and landscape
+    const bool isLimited = !driver.isOfPrinter && feature.feature == DataModelIds::Feature::MsOrientation;
+    return feature.values.first(isLimited ? std::min(kUnturned, feature.values.size()) : feature.values.size());
+}
+
 // The numbers of the settings that can be written, in ascending order.
 std::string PossibleFeatures(const Access& access, const CoreDriver& driver)
 {
     std::map<std::uint32_t, std::string> numbers;
     for (const Feature& feature : access.GetFeatures())
-        if (HasPlace(feature, driver) && (access.IsLayoutRecognized() || !IsInPrivatePart(feature)))
+        if (CanBeSet(feature, driver, access))
             numbers.emplace(feature.feature, std::to_string(feature.feature));
     std::vector<std::string> texts;
     for (const auto& [number, text] : numbers)
@@ -74,11 +91,11 @@ std::string PossibleFeatures(const Access& access, const CoreDriver& driver)
     return Joined(texts);
 }
 
-std::string PossibleValues(const Feature& feature, bool isOfDataModel)
+std::string PossibleValues(std::span<const MsDevmodeValueRow> values, bool isOfDataModel)
 {
     std::vector<std::string> texts;
     std::int32_t former = 0;
-    for (const MsDevmodeValueRow& row : feature.values)
+    for (const MsDevmodeValueRow& row : values)
     {
         if (row.valueId != former) // several options may stand for one value
             texts.push_back((isOfDataModel ? "@" + std::to_string(row.valueId) : std::to_string(row.devmodeValue)) +
@@ -99,16 +116,20 @@ std::optional<std::uint32_t> ParseNumber(std::string_view text)
     return error == std::errc() && end == digits.data() + digits.size() ? std::optional(number) : std::nullopt;
 }
 
-std::uint32_t ParseOption(const std::string& key, std::string_view value, const Feature& feature)
+std::uint32_t ParseOption(const std::string& key, std::string_view value, const Feature& feature,
+                          const CoreDriver& driver)
 {
+    const std::span<const MsDevmodeValueRow> values = ValuesOf(feature, driver);
     const bool isOfDataModel = value.starts_with('@');
     const std::optional<std::uint32_t> number = ParseNumber(isOfDataModel ? value.substr(1) : value);
     const MsDevmodeValueRow* row = nullptr;
     if (number)
-        row = isOfDataModel ? MsDevmodeValues::FindValueId(feature.values, static_cast<std::int32_t>(*number))
-                            : MsDevmodeValues::FindDevmodeValue(feature.values, *number);
+        row = isOfDataModel ? MsDevmodeValues::FindValueId(values, static_cast<std::int32_t>(*number))
+                            : MsDevmodeValues::FindDevmodeValue(values, *number);
     if (row == nullptr)
-        Fail(kSetting, key, std::string(feature.name) + " must be one of " + PossibleValues(feature, isOfDataModel));
+        Fail(kSetting, key,
+             std::string(feature.name) + " must be one of " + PossibleValues(values, isOfDataModel) +
+                 (values.size() < feature.values.size() ? kNameThePrinter : ""));
     return row->devmodeValue;
 }
 
@@ -152,7 +173,7 @@ CoreDriver RequireDriver(const std::string& key, const MsDevmodeFeatureRow& row,
     if (model != nullptr && !driver->isOfPrinter)
         Fail(kSetting, key,
              std::string(row.name) + ": the devmode is one of " + DriverText(*driver) +
-                 ", the printer has another; without --printer it can be set as one of that");
+                 ", the printer has another; without --printer its public fields can be set");
     return *driver;
 }
 
@@ -169,6 +190,10 @@ const Feature& RequireFeature(const std::string& key, const MsDevmodeFeatureRow&
         Fail(kSetting, key,
              std::string(row.name) + ": the core driver's part is not recognised as that of " + DriverText(driver) +
                  "; only public fields can be set: " + possible);
+    if (!CanBeSet(*feature, driver, access))
+        Fail(kSetting, key,
+             std::string(feature->name) + " lies in the part of " + DriverText(driver) +
+                 ": name the printer with --printer; without it only public fields can be set: " + possible);
     return *feature;
 }
 
@@ -260,7 +285,7 @@ void SetCoreFeature(const std::string& key, std::string_view value, Devmode& dev
     access.Initialize();
     const Feature& feature = RequireFeature(key, row, access, driver);
     const std::uint32_t number =
-        feature.values.empty() ? ParsePlainNumber(key, value, feature) : ParseOption(key, value, feature);
+        feature.values.empty() ? ParsePlainNumber(key, value, feature) : ParseOption(key, value, feature, driver);
     try
     {
         access.SetMsFeatureValue(feature.feature, number, MsDevmodeBase::Raw);
