@@ -119,6 +119,35 @@ TEST_F(CoreFeatures, AreShownByNameAndSetByEitherValue)
     }
 }
 
+TEST_F(CoreFeatures, AreShownWithTheirSign)
+{
+    struct Row
+    {
+        std::size_t offset;
+        std::int16_t value;
+        const char* words;
+    };
+    const Row rows[] = {
+        {offsetof(DEVMODEW, dmPrintQuality), -1, "    resolution: draft\n"},
+        {offsetof(DEVMODEW, dmPrintQuality), -2, "    resolution: low\n"},
+        {offsetof(DEVMODEW, dmPrintQuality), -3, "    resolution: medium\n"},
+        {offsetof(DEVMODEW, dmPrintQuality), -4, "    resolution: high\n"},
+        {offsetof(DEVMODEW, dmPrintQuality), -5, "    resolution: -5 by 600 dots per inch\n"},
+        {offsetof(DEVMODEW, dmScale), -50, "    scale: -50 %\n"},
+        {offsetof(DEVMODEW, dmPaperWidth), -7, "    paper width: -0.7 mm\n"},
+        {offsetof(DEVMODEW, dmPaperSize), -1, "    paper size: 65535\n"}, // has none
+        {offsetof(DEVMODEW, dmDuplex), -1, "    duplex: no option, value -1\n"},
+    };
+    const std::string bytes = NewDevmode("tavlen-b4400-uni", {"dmYResolution=600"});
+    for (const Row& row : rows)
+    {
+        std::string changed = bytes;
+        std::memcpy(changed.data() + row.offset, &row.value, sizeof row.value);
+        const std::string lines = RunHost({"devmode", "show", "-", "--printer", m_printer}, changed).out;
+        EXPECT_NE(lines.find(row.words), std::string::npos) << row.words << lines;
+    }
+}
+
 // Whoever sets a field after a setting, or the other way round, gets both.
 TEST_F(CoreFeatures, AndPublicFieldsAreSetInTheirOrder)
 {
