@@ -1,6 +1,7 @@
 #include "complugins/msfeaturemanager.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "complugins/fixedtext.h"
 #include "complugins/mediahandler.h"
 #include "complugins/msdevicecapabilities.h"
+#include "complugins/msdevmodepublicfields.h"
 #include "complugins/msdevmodeusingiprintcorehelper.h"
 #include "complugins/msdevmodeusingreverseengineering.h"
 
@@ -40,6 +42,16 @@ void SkipWhatIsNotThere(Transfer transfer)
     catch (const ExceptionIPrintCoreHelperReadFailure&)
     {
     }
+}
+
+// Whether the setting is one of the public part, and dmFields says that the devmode does not have it.
+bool IsUnclaimed(const DEVMODEW& devmode, std::uint32_t feature)
+{
+    constexpr std::size_t kClaimsEnd = offsetof(DEVMODEW, dmFields) + sizeof(DEVMODEW::dmFields);
+    const DWORD claims = devmode.dmSize >= kClaimsEnd ? devmode.dmFields : 0;
+    return std::any_of(std::begin(MsDevmodePublicFields::kFields), std::end(MsDevmodePublicFields::kFields),
+                       [&](const MsDevmodePublicField& field)
+                       { return field.feature == feature && (claims & field.flag) == 0; });
 }
 
 Dimension Tenths(std::int32_t value)
@@ -130,6 +142,9 @@ void MsFeatureManager::SetCurrentMsPublicAndPrivateDmSettingsInDataModel()
 
 void MsFeatureManager::TransferFeature(const MsDevmodeBase::Feature& feature)
 {
+    const DEVMODEW* const devmode = m_dataModel.GetDevmode();
+    if (devmode == nullptr || IsUnclaimed(*devmode, feature.feature))
+        return;
     const auto id = static_cast<std::int32_t>(feature.feature);
     const MsDevmodeBase::Map map = feature.values.empty() ? MsDevmodeBase::Raw : MsDevmodeBase::DataModel;
     std::optional<std::uint32_t> value;
