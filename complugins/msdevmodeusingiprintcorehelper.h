@@ -1,13 +1,14 @@
 // MsDevmodeUsingIPrintCoreHelper: the core driver's settings, asked of the core driver itself by their keywords.
 //
-// Also throws ExceptionIPrintCoreHelperReadFailure and ExceptionIPrintCoreHelperWriteFailure, for a helper that fails
-// or has no answer. Whatever the core driver does meanwhile to the devmode's paper is undone.
+// Also throws ExceptionIPrintCoreHelperReadFailure and ExceptionIPrintCoreHelperWriteFailure, for a helper that fails,
+// has no answer or takes nothing. Whatever the core driver does meanwhile to the devmode's paper is undone.
 #pragma once
 
 #include <windows.h>
 
 #include <cstdint>
 #include <iterator>
+#include <optional>
 
 #include "complugins/msdevmodebase.h"
 #include "interfaces/prcomoem.h"
@@ -59,12 +60,17 @@ private:
         DWORD fields;
     };
 
+    // Nothing when the public devmode has no such field, or, mapped, its value is no option.
+    [[nodiscard]] std::optional<std::uint32_t> FindPublicValue(std::uint32_t feature, Map map) const;
     [[nodiscard]] const char* KeywordOf(std::uint32_t feature) const noexcept;
     // Null when the helper fails or has none. Valid until its next call.
     [[nodiscard]] PCSTR GetOption(const char* keyword, HRESULT& result);
+    // S_OK only when the option was taken; otherwise the devmode is as it was.
+    [[nodiscard]] HRESULT SetOption(const PRINT_FEATURE_OPTION& pair);
 
     ComPtr<IPrintCoreHelper> m_helper;
     DWORD m_size;
+    bool m_hasPaper; // as the devmode was at first, whatever a core driver makes of its size
     AccessMode m_accessMode = KeywordFirst;
     int m_paperDepth = 0;
     Paper m_paper{};

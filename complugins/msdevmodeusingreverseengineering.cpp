@@ -156,16 +156,16 @@ void MsDevmodeUsingReverseEngineering::WritePlace(std::uint32_t feature, const M
     }
 }
 
-// For drivers of the PostScript kind the third orientation is the second one and a bit.
+// For drivers of the PostScript kind the third orientation is the second one and a bit. Nothing is written by halves:
+// once the bit is known to be there, only the public field can be missing, and that is written first.
 void MsDevmodeUsingReverseEngineering::WriteOrientation(const MsDevmodePlace& place, std::uint32_t value) const
 {
-    if ((GetDriverKind().kind & MsDriverKind::kPostScript) != 0)
-    {
-        const bool isRotated = value == kRotatedLandscape;
-        SetMsPrivateDmFeatureValue_Helper(place.offset, place.mask, isRotated ? 1 : 0); // throws before all else
-        value = isRotated ? kLandscape : value;
-    }
-    SetPublicDmFeatureValue_Helper(GetDevmode(), Features::MsOrientation, value, Raw);
+    if ((GetDriverKind().kind & MsDriverKind::kPostScript) == 0)
+        return SetPublicDmFeatureValue_Helper(GetDevmode(), Features::MsOrientation, value, Raw);
+    const bool isRotated = value == kRotatedLandscape;
+    RequireWithin(kWritingPart, GetPrivatePart(), place.offset);
+    SetPublicDmFeatureValue_Helper(GetDevmode(), Features::MsOrientation, isRotated ? kLandscape : value, Raw);
+    SetMsPrivateDmFeatureValue_Helper(place.offset, place.mask, isRotated ? 1 : 0);
 }
 
 // One page on a sheet leaves a booklet one.
@@ -176,7 +176,7 @@ void MsDevmodeUsingReverseEngineering::WriteSheet(const MsDevmodePlace& place, s
     SetMsPrivateDmFeatureValue_Helper(place.offset, 0, value);
 }
 
-// The colour printing mode takes the public colour with it.
+// The colour printing mode takes the public colour with it, neither without the other.
 void MsDevmodeUsingReverseEngineering::WriteWord(std::uint32_t feature, const MsDevmodePlace& place,
                                                  std::uint32_t value) const
 {
@@ -184,8 +184,9 @@ void MsDevmodeUsingReverseEngineering::WriteWord(std::uint32_t feature, const Ms
         return SetMsPrivateDmFeatureValue_Helper(place.offset, place.mask, value);
     const std::uint32_t color =
         GetMsDmValueFromValueEnum_Helper(Features::MsColorMode, GetValueEnumFromMsDmValue_Helper(feature, value));
-    SetMsPrivateDmFeatureValue_Helper(place.offset, place.mask, value);
+    RequireWithin(kWritingPart, GetPrivatePart(), place.offset);
     SetPublicDmFeatureValue_Helper(GetDevmode(), Features::MsColorMode, color, Raw);
+    SetMsPrivateDmFeatureValue_Helper(place.offset, place.mask, value);
 }
 
 std::uint32_t MsDevmodeUsingReverseEngineering::GetMsPrivateDmFeatureValue_Helper(std::uint32_t offset,

@@ -1,5 +1,7 @@
 #include "complugins/msfeaturemanager.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <vector>
 
@@ -10,6 +12,7 @@
 #include "complugins/fixedtext.h"
 #include "complugins/mediahandler.h"
 #include "complugins/msdevicecapabilities.h"
+#include "complugins/msdevmodepublicfields.h"
 #include "complugins/msdevmodeusingiprintcorehelper.h"
 #include "complugins/msdevmodeusingreverseengineering.h"
 
@@ -41,22 +44,59 @@ void SkipWhatIsNotThere(Transfer transfer)
     }
 }
 
+// Whether the setting is one of the public part, and dmFields says that the devmode does not have it.
+bool IsUnclaimed(const DEVMODEW& devmode, std::uint32_t feature)
+{
+    constexpr std::size_t kClaimsEnd = offsetof(DEVMODEW, dmFields) + sizeof(DEVMODEW::dmFields);
+    const DWORD claims = devmode.dmSize >= kClaimsEnd ? devmode.dmFields : 0;
+    return std::any_of(std::begin(MsDevmodePublicFields::kFields), std::end(MsDevmodePublicFields::kFields),
+                       [&](const MsDevmodePublicField& field)
+                       { return field.feature == feature && (claims & field.flag) == 0; });
+}
+
 Dimension Tenths(std::int32_t value)
 {
     return {Number(value), Dimension::TenthsOfAMillimeter};
 }
 
-// The form that the devmode's paper is: of a devmode that goes by the number alone the one with that number.
+const FormsInfoRecord* FindFormOfNumber(std::span<const FormsInfoRecord> forms, std::uint16_t paperId)
+{
+    const auto found = std::find_if(forms.begin(), forms.end(),
+                                    [paperId](const FormsInfoRecord& form) { return form.paperId == paperId; });
+    return found != forms.end() ? &*found : nullptr;
+}
+
+const FormsInfoRecord* FindFormOfName(std::span<const FormsInfoRecord> forms, const CXString& name)
+{
+    const auto found =
+        std::find_if(forms.begin(), forms.end(),
+                     [&name](const FormsInfoRecord& form) { return name.CompareNoCase(form.GetName()) == 0; });
+    return found != forms.end() ? &*found : nullptr;
+}
+
+// The form that the devmode's paper is, by what the devmode claims: the number, else the name, else the size. The rest
+// may be left over from another paper. Of a devmode that claims nothing, all of it is believed.
 const FormsInfoRecord* FindForm(std::span<const FormsInfoRecord> forms, const DEVMODEW& devmode)
 {
+    constexpr DWORD kSize = DM_PAPERWIDTH | DM_PAPERLENGTH;
     const auto paperId = static_cast<std::uint16_t>(devmode.dmPaperSize);
-    if (devmode.dmPaperWidth > 0 && devmode.dmPaperLength > 0)
+    const CXString name = GetFixedText(devmode.dmFormName);
+    const auto ofSize = [&](std::uint16_t preferredId, const CXString& preferredName)
+    {
         return MediaHandler::GetBestMatchPageSize(forms, Tenths(devmode.dmPaperWidth), Tenths(devmode.dmPaperLength),
-                                                  paperId, GetFixedText(devmode.dmFormName));
-    for (const FormsInfoRecord& form : forms)
-        if (form.paperId == paperId)
-            return &form;
-    return nullptr;
+                                                  preferredId, preferredName);
+    };
+    // A user's size is no form's number: the dimensions tell.
+    if ((devmode.dmFields & DM_PAPERSIZE) != 0 && paperId != DMPAPER_USER)
+        return FindFormOfNumber(forms, paperId);
+    if ((devmode.dmFields & DM_FORMNAME) != 0)
+        return FindFormOfName(forms, name);
+    if ((devmode.dmFields & kSize) == kSize)
+        return ofSize(0, CXString());
+    if ((devmode.dmFields & (kSize | DM_PAPERSIZE)) != 0)
+        return nullptr;
+    return devmode.dmPaperWidth > 0 && devmode.dmPaperLength > 0 ? ofSize(paperId, name)
+                                                                 : FindFormOfNumber(forms, paperId);
 }
 
 } // namespace
@@ -102,6 +142,9 @@ void MsFeatureManager::SetCurrentMsPublicAndPrivateDmSettingsInDataModel()
 
 void MsFeatureManager::TransferFeature(const MsDevmodeBase::Feature& feature)
 {
+    const DEVMODEW* const devmode = m_dataModel.GetDevmode();
+    if (devmode == nullptr || IsUnclaimed(*devmode, feature.feature))
+        return;
     const auto id = static_cast<std::int32_t>(feature.feature);
     const MsDevmodeBase::Map map = feature.values.empty() ? MsDevmodeBase::Raw : MsDevmodeBase::DataModel;
     std::optional<std::uint32_t> value;

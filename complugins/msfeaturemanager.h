@@ -34,8 +34,8 @@ public:
 
     // Every setting that the driver has and shows becomes the data model's: an option where it has a table of values, a
     // number otherwise; then the paper, where it is one of the printer's forms. A setting that this devmode does not
-    // have, or whose value means nothing, leaves the data model's as it is; so does a paper that is none of the
-    // printer's.
+    // have (a public field that it does not claim, too), or whose value means nothing, leaves the data model's as it
+    // is; so does a paper that is none of the printer's.
     void SetCurrentMsPublicAndPrivateDmSettingsInDataModel();
 
 private:

@@ -21,7 +21,7 @@ namespace OemDevmodeBytes
 using Bytes = std::vector<std::byte>;
 using Entries = std::vector<std::pair<std::uint16_t, ByteBuffer>>;
 
-inline constexpr std::size_t kCoreSize = 200;
+inline constexpr std::size_t kCoreSize = 708; // as PostScript drivers have it
 inline constexpr std::size_t kPartOffset = sizeof(DEVMODEW) + kCoreSize;
 
 // Public part (its names without a terminator), core part, maker's part with these entries and their CRC.

@@ -39,6 +39,18 @@ inline TestDevmode MakeDevmode(std::size_t privateSize, std::uint8_t fill, bool 
     return TestDevmode(std::span<const std::byte>(bytes));
 }
 
+// A devmode whose private part, all zeros but for the note of its size, is recognised as the driver's.
+inline TestDevmode MakeDevmodeOf(const MsDriverKind& driver)
+{
+    namespace Format = OemDevmodeFormat;
+    const bool isPostScript = driver.HasPostScriptLayout();
+    const std::uint16_t size = isPostScript ? 708 : 564;
+    TestDevmode devmode = MakeDevmode(size, 0);
+    const std::span part(reinterpret_cast<std::byte*>(devmode.Get() + 1), size);
+    ByteWriter(part.subspan(isPostScript ? Format::kPostScriptSizeOffset : Format::kUnidrvSizeOffset)).U16(size);
+    return devmode;
+}
+
 // "Class Method line" of an exception of the family; empty when nothing is thrown.
 template <class Action>
 std::string ThrownBy(Action action)

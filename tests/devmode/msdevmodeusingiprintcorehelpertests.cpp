@@ -1,6 +1,7 @@
 // The core drivers' settings asked of the core driver, and that both ways to them agree.
 #include "complugins/msdevmodeusingiprintcorehelper.h"
 
+#include <cstring>
 #include <functional>
 #include <set>
 #include <string>
@@ -56,8 +57,10 @@ public:
 
     std::function<HRESULT(PCSTR* option)> onGet;
     std::function<HRESULT(DEVMODEW* devmode)> onSet;
+    DWORD taken = 1; // pairs, where onSet is asked
     DWORD size = 0;
     std::string keyword; // of the last call
+    std::string setOption;
 
     HRESULT STDMETHODCALLTYPE GetOption(const DEVMODEW* devmode, DWORD devmodeSize, PCSTR feature,
                                         PCSTR* option) override
@@ -73,8 +76,11 @@ public:
     {
         size = devmodeSize;
         keyword = pairs->pszFeature;
-        return onSet ? onSet(devmode)
-                     : CoreHelper::SetOptions(devmode, devmodeSize, resolve, pairs, count, written, result);
+        setOption = pairs->pszOption;
+        if (!onSet)
+            return CoreHelper::SetOptions(devmode, devmodeSize, resolve, pairs, count, written, result);
+        *written = taken;
+        return onSet(devmode);
     }
 
     ULONG References()
@@ -104,8 +110,8 @@ std::vector<MsDriverKind> EveryDriver()
 // One value of one driver's setting by both ways, from the same devmode on.
 void WriteAndReadBack(const MsDriverKind& driver, std::uint32_t feature, const MsDevmodeValueRow& row)
 {
-    const TestDevmode first = MakeDevmode(708, 0);
-    const TestDevmode second = MakeDevmode(708, 0);
+    const TestDevmode first = MakeDevmodeOf(driver);
+    const TestDevmode second = MakeDevmodeOf(driver);
     const ComPtr<CoreHelper> helper = CoreHelper::Make(ModelOf(driver));
     Access asked(driver, helper.Get(), first.Get(), first.Size());
     MsDevmodeUsingReverseEngineering known(driver, second.Get());
@@ -155,7 +161,7 @@ TEST(BothWaysToASetting, DifferInSheetAndBookletThatAreOff)
     for (const MsDriverKind& driver : {MsDriverKind{0x200, 0x800, 0x2}, MsDriverKind{0x80, 0x800, 0x8}})
         for (const auto& [before, feature] : {std::pair{20u, 19u}, {19u, 20u}})
         {
-            const TestDevmode first = MakeDevmode(708, 0);
+            const TestDevmode first = MakeDevmodeOf(driver);
             const ComPtr<CoreHelper> helper = CoreHelper::Make(ModelOf(driver));
             Access asked(driver, helper.Get(), first.Get(), first.Size());
             MsDevmodeUsingReverseEngineering known(driver, first.Get());
@@ -173,7 +179,7 @@ constexpr MsDriverKind kPostScript = {0x200, 0x800, 0x2};
 class AskedSettings : public testing::Test
 {
 protected:
-    TestDevmode m_devmode = MakeDevmode(708, 0);
+    TestDevmode m_devmode = MakeDevmodeOf(kPostScript);
     ComPtr<ScriptedHelper> m_helper = MakeHelper(kPostScript);
     Access m_access{kPostScript, m_helper.Get(), m_devmode.Get(), m_devmode.Size()};
 };
@@ -191,6 +197,9 @@ TEST_F(AskedSettings, ComeFromTheKeywordOrFromThePublicFieldFirst)
     m_access.SetAccessMode(Access::PublicFirst);
     EXPECT_EQ(m_access.GetMsFeatureValue(10, DataModel), 5421u);
     EXPECT_EQ(m_helper->keyword, "");
+    m_devmode.Get()->dmDuplex = 9; // stands for nothing: the core driver knows
+    EXPECT_EQ(m_access.GetMsFeatureValue(10, DataModel), 5422u);
+    EXPECT_EQ(m_access.GetMsFeatureValue(10, Raw), 9u);
     m_access.SetMsFeatureValue(10, 1, Raw); // is always the core driver's to write
     EXPECT_EQ(m_helper->keyword, "Duplex");
     m_helper->onGet = nullptr;
@@ -198,6 +207,71 @@ TEST_F(AskedSettings, ComeFromTheKeywordOrFromThePublicFieldFirst)
     EXPECT_EQ(m_helper->keyword, "%OutputFormat");
     EXPECT_EQ(ThrownBy([this] { (void)m_access.GetMsFeatureValue(31, Raw); }), // not this driver's
               "ExceptionMicrosoftFeatureNotFound MsDevmodeBase::GetPublicDmFeatureValue_Helper 165");
+}
+
+// The words that core drivers use, as they stand: the tables are not asked.
+TEST(AskedKeywords, AreThoseOfTheCoreDrivers)
+{
+    constexpr MsDriverKind kPages = {0x200, 0x1000, 0x4};
+    constexpr MsDriverKind kUnidrv = {0x80, 0x800, 0x8};
+    constexpr MsDriverKind kXps = {0x400, 0x800, 0x8};
+    using Options = std::vector<std::pair<const char*, std::uint32_t>>;
+    const struct
+    {
+        MsDriverKind driver;
+        std::uint32_t feature;
+        const char* keyword;
+        Options options; // the first one of a value is written for it
+    } cases[] = {
+        // clang-format off
+        {kPostScript, 23, "%MetafileSpooling", {{"True", 1}, {"False", 0}}},
+        {kUnidrv, 30, "%TextAsGraphics", {{"False", 1}, {"True", 0}}},
+        {kPostScript, 3, "%Orientation", {{"Portrait", 1}, {"Landscape", 2}, {"RotatedLandscape", 3}}},
+        {kPages, 3, "PageOrientation", {{"RotatedLandscape", 3}}},
+        {kUnidrv, 3, "Orientation", {{"PORTRAIT", 1}, {"LANDSCAPE_CC90", 2}}},
+        {kXps, 3, "Orientation", {{"PORTRAIT", 1}}},
+        {kPostScript, 10, "Duplex", {{"None", 1}, {"DuplexNoTumble", 2}, {"DuplexTumble", 3}}},
+        {kUnidrv, 10, "Duplex", {{"NONE", 1}, {"HORIZONTAL", 3}, {"VERTICAL", 2}}},
+        {kUnidrv, 19, "%PagePerSheet", {{"1", 0}, {"2", 1}, {"4", 2}, {"6", 3}, {"9", 4}, {"16", 5}, {"Booklet", 0}}},
+        {kUnidrv, 20, "%PagePerSheet", {{"1", 0}, {"2", 0}, {"4", 0}, {"6", 0}, {"9", 0}, {"16", 0}, {"Booklet", 1}}},
+        {kPostScript, 21, "%PageOrder", {{"FrontToBack", 0}, {"BackToFront", 1}}},
+        {kPostScript, 24, "%OutputFormat", {{"Speed", 0}, {"Portability", 1}, {"EPS", 2}, {"Archive", 3}}},
+        {kPostScript, 27, "%Mirroring", {{"False", 0}, {"True", 1}}},
+        {kPages, 28, "%Negative", {{"False", 0}, {"True", 1}}},
+        {kPostScript, 25, "%OutputPSLevel", {{"3", 3}, {"2", 2}, {"1", 1}}},
+        {kPostScript, 26, "%PSErrorHandler", {{"True", 1}, {"False", 0}}},
+        {kPostScript, 29, "%TTDownloadFormat", {{"Automatic", 0}, {"Outline", 1}, {"Bitmap", 2}, {"NativeTrueType", 3}}},
+        {kPostScript, 8, "Resolution", {{"600x1200dpi", 0x025804B0}, {"1800x1800dpi", 0x07080708}}},
+        {kUnidrv, 8, "Resolution", {{"Res600x600", 0x02580258}, {"Res2400x2400", 0x09600960}}},
+        {kUnidrv, 31, "GraphicsMode", {{"HPGL2MODE", 0}, {"RASTERMODE", 1}}},
+        {kUnidrv, 32, "TvlTrueTypeFontDlOption", {{"TTF_DOWNLOAD_AS_TRUETYPE", 0}, {"TTF_DOWNLOAD_AS_BITMAP", 1}, {"TTF_DOWNLOAD_NONE", 2}}},
+        {kUnidrv, 33, "TvlHalftone", {{"TVL_NORMAL_HT", 0}, {"TVL_HIGH_CONTRAST_HT", 1}, {"TVL_HIGH_BRIGHT_HT", 2}}},
+        {kUnidrv, 34, "ColorMode", {{"24bpp", 1}, {"Mono", 0}}},
+        {kUnidrv, 35, "TvlEdgeToEdge", {{"EDGE_TO_EDGE_OFF", 0}, {"EDGE_TO_EDGE_ON", 1}}},
+        // clang-format on
+    };
+    for (const auto& test : cases)
+    {
+        const TestDevmode devmode = MakeDevmode(708, 0);
+        const ComPtr<ScriptedHelper> helper = MakeHelper(test.driver);
+        helper->onSet = [](DEVMODEW*)
+        {
+            return S_OK;
+        };
+        Access access(test.driver, helper.Get(), devmode.Get(), devmode.Size());
+        std::set<std::uint32_t> written;
+        for (const auto& [option, value] : test.options)
+        {
+            SCOPED_TRACE(std::to_string(test.feature) + " " + option);
+            helper->Answer(option);
+            EXPECT_EQ(access.GetMsFeatureValue(test.feature, Raw), value);
+            EXPECT_EQ(helper->keyword, test.keyword);
+            if (!written.insert(value).second)
+                continue;
+            access.SetMsFeatureValue(test.feature, value, Raw);
+            EXPECT_EQ(helper->keyword + "=" + helper->setOption, std::string(test.keyword) + "=" + option);
+        }
+    }
 }
 
 TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
@@ -227,12 +301,19 @@ TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
         EXPECT_FALSE(m_access.HasCurrentOption(5)); // no keyword
         EXPECT_FALSE(m_access.HasCurrentOption(31));
     }
-    m_helper->onSet = [](DEVMODEW*)
+    for (const auto& [result, taken] : {std::pair{E_ACCESSDENIED, 1u}, {E_FAIL, 0u}, {S_OK, 0u}, {S_FALSE, 0u}})
     {
-        return E_ACCESSDENIED;
-    };
-    EXPECT_EQ(ThrownBy([this] { m_access.SetMsFeatureValue(10, 5421, DataModel); }),
-              "ExceptionIPrintCoreHelperWriteFailure MsDevmodeUsingIPrintCoreHelper::SetMsFeatureValue 464");
+        m_helper->taken = taken;
+        m_helper->onSet = [result = result](DEVMODEW* devmode)
+        {
+            std::memset(devmode + 1, 0x55, devmode->dmDriverExtra);
+            devmode->dmDuplex = DMDUP_VERTICAL;
+            devmode->dmSize = 40;
+            return result;
+        };
+        EXPECT_EQ(ThrownBy([this] { m_access.SetMsFeatureValue(10, 5421, DataModel); }),
+                  "ExceptionIPrintCoreHelperWriteFailure MsDevmodeUsingIPrintCoreHelper::SetMsFeatureValue 464");
+    }
     m_helper->keyword.clear();
     EXPECT_THROW(m_access.SetMsFeatureValue(10, 9, Raw), ExceptionMicrosoftDevmodeValueMappingFailed);
     EXPECT_EQ(m_helper->keyword, ""); // was not even asked
@@ -281,16 +362,21 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
         expectPaper();
         EXPECT_TRUE(m_access.HasCurrentOption(10));
         expectPaper();
-        m_helper->onSet = [&](DEVMODEW* written)
+        for (const HRESULT result : {E_FAIL, S_OK})
         {
-            spoil(*written);
-            m_helper->Answer("None");
-            EXPECT_TRUE(m_access.HasCurrentOption(10)); // the inner one neither keeps nor restores
-            EXPECT_EQ(written->dmPaperSize, 99);
-            return E_FAIL;
-        };
-        EXPECT_THROW(m_access.SetMsFeatureValue(10, 1, Raw), ExceptionIPrintCoreHelperWriteFailure);
-        expectPaper();
+            m_helper->onSet = [&, result](DEVMODEW* written)
+            {
+                spoil(*written);
+                written->dmSize = 40;
+                EXPECT_TRUE(m_access.HasCurrentOption(10)); // the inner one neither keeps nor restores
+                EXPECT_EQ(devmode.dmPaperSize, 99);
+                return result;
+            };
+            EXPECT_EQ(ThrownBy([this] { m_access.SetMsFeatureValue(10, 1, Raw); }).empty(), result == S_OK);
+            expectPaper();
+            EXPECT_EQ(devmode.dmSize, result == S_OK ? 40 : sizeof(DEVMODEW));
+            devmode.dmSize = sizeof(DEVMODEW);
+        }
     }
 }
 
@@ -324,7 +410,7 @@ TEST(CoreHelpers, OfferWhatTheModelHas)
         EXPECT_EQ(list(texts, count), options);
     }
 
-    const TestDevmode devmode = MakeDevmode(564, 0);
+    const TestDevmode devmode = MakeDevmodeOf({0x80, 0x800, 0x8});
     devmode.Get()->dmPrintQuality = devmode.Get()->dmYResolution = 600;
     const Bytes before = devmode.Bytes();
     PCSTR option = "";
@@ -342,6 +428,17 @@ TEST(CoreHelpers, OfferWhatTheModelHas)
     EXPECT_EQ(written, 2u);
     ASSERT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "%PagePerSheet", &option), S_OK);
     EXPECT_STREQ(option, "Booklet");
+
+    // A private part that is not recognised is neither read nor written.
+    const TestDevmode unknown = MakeDevmode(562, 0);
+    unknown.Get()->dmDuplex = DMDUP_VERTICAL;
+    const Bytes kept = unknown.Bytes();
+    EXPECT_EQ(helper->GetOption(unknown.Get(), unknown.Size(), "%PagePerSheet", &option), E_FAIL);
+    EXPECT_EQ(helper->SetOptions(unknown.Get(), unknown.Size(), FALSE, pairs, 2, &written, &result), E_FAIL);
+    EXPECT_EQ(written, 0u);
+    EXPECT_EQ(unknown.Bytes(), kept);
+    ASSERT_EQ(helper->GetOption(unknown.Get(), unknown.Size(), "Duplex", &option), S_OK);
+    EXPECT_STREQ(option, "VERTICAL");
 }
 
 } // namespace

@@ -78,6 +78,7 @@ protected:
     {
         m_capabilities.Initialize(m_printer.Handle(), MSDeviceCapabilities::Context::Spooler);
         DEVMODEW& fields = *m_devmode.Get();
+        fields.dmFields = kClaims;
         fields.dmOrientation = DMORIENT_LANDSCAPE;
         fields.dmScale = 50;
         fields.dmCopies = 3;
@@ -92,6 +93,17 @@ protected:
         fields.dmPaperLength = 2968;
         fields.dmPaperSize = 70;
     }
+
+    static ComPtr<CoreHelper> MakeHelper()
+    {
+        PrinterModel product;
+        product.capability = kCapability;
+        product.resolutions = {{600, 600, {}}};
+        return CoreHelper::Make(product);
+    }
+
+    static constexpr DWORD kClaims = DM_ORIENTATION | DM_SCALE | DM_COPIES | DM_PRINTQUALITY | DM_YRESOLUTION |
+                                     DM_TTOPTION | DM_COLLATE | DM_COLOR | DM_ICMMETHOD | DM_ICMINTENT;
 
     void Transfer(RecordingDataModel& model, IPrintCoreHelper* helper = nullptr)
     {
@@ -116,10 +128,7 @@ TEST_F(FeatureTransfers, BringEverySettingThatIsShown)
         {21, 5120}, {23, 5150}, {24, 5160}, {26, 5180}, {27, 5190}, {29, 5210},
     };
     const std::map<std::int32_t, std::int32_t> integers = {{4, 50}, {5, 3}};
-    PrinterModel product;
-    product.capability = kCapability;
-    product.resolutions = {{600, 600, {}}};
-    const ComPtr<CoreHelper> helper = CoreHelper::Make(product);
+    const ComPtr<CoreHelper> helper = MakeHelper();
     for (IPrintCoreHelper* const asked :
          {static_cast<IPrintCoreHelper*>(nullptr), static_cast<IPrintCoreHelper*>(helper.Get())})
     {
@@ -136,6 +145,25 @@ TEST_F(FeatureTransfers, BringEverySettingThatIsShown)
         EXPECT_TRUE(
             std::equal(before.begin() + sizeof(DEVMODEW), before.end(), m_devmode.Bytes().begin() + sizeof(DEVMODEW)));
     }
+}
+
+TEST_F(FeatureTransfers, LeaveOutAPublicFieldThatTheDevmodeDoesNotClaim)
+{
+    const ComPtr<CoreHelper> helper = MakeHelper();
+    for (IPrintCoreHelper* const asked :
+         {static_cast<IPrintCoreHelper*>(nullptr), static_cast<IPrintCoreHelper*>(helper.Get())})
+        for (const auto& [flag, feature] : {std::pair<DWORD, int>{DM_ORIENTATION, 3},
+                                            {DM_PRINTQUALITY, 8},
+                                            {DM_YRESOLUTION, 8},
+                                            {DM_COPIES, 5},
+                                            {DM_ICMINTENT, 16}})
+        {
+            m_devmode.Get()->dmFields = kClaims & ~flag;
+            RecordingDataModel model(m_devmode.Get());
+            Transfer(model, asked);
+            EXPECT_EQ(model.options.count(feature) + model.integers.count(feature), 0u) << feature;
+            EXPECT_EQ(model.options.size() + model.integers.size(), 13u) << feature; // all the others
+        }
 }
 
 TEST_F(FeatureTransfers, LeaveOutAPaperThatIsNotThePrinters)
@@ -156,6 +184,41 @@ TEST_F(FeatureTransfers, LeaveOutAPaperThatIsNotThePrinters)
     Transfer(model);
     EXPECT_TRUE(model.papers.empty());
     EXPECT_FALSE(model.options.empty());
+}
+
+// What the devmode does not claim may be left over from another paper.
+TEST_F(FeatureTransfers, GoByWhatTheDevmodeClaimsOfItsPaper)
+{
+    constexpr DWORD kSize = DM_PAPERWIDTH | DM_PAPERLENGTH;
+    const struct
+    {
+        DWORD fields;
+        short number;
+        const WCHAR* name;
+        int form; // -1 for none
+    } cases[] = {
+        {DM_PAPERSIZE, 1, W("A4"), 1},
+        {DM_PAPERSIZE | DM_FORMNAME | kSize, 1, W("A4"), 1},
+        {DM_PAPERSIZE, 70, W("A4"), -1},
+        {DM_FORMNAME, 9, W("letter"), 1},
+        {DM_FORMNAME | kSize, 9, W("No"), -1},
+        {kSize, 1, W("Letter"), 9},
+        {kSize, 300, W("My A4"), 9},
+        {0, 300, W("Letter"), 300},
+        {DM_PAPERSIZE | kSize, 256, W("No"), 9},
+        {DM_PAPERWIDTH, 1, W("Letter"), -1},
+    };
+    DEVMODEW& devmode = *m_devmode.Get();
+    for (const auto& test : cases)
+    {
+        devmode.dmFields = test.fields;
+        devmode.dmPaperSize = test.number; // the dimensions are those of A4
+        SetFixedText(devmode.dmFormName, test.name);
+        RecordingDataModel model(&devmode);
+        Transfer(model);
+        EXPECT_EQ(model.papers.empty() ? -1 : model.papers[0].paperId, test.form)
+            << test.fields << ", number " << test.number;
+    }
 }
 
 TEST_F(FeatureTransfers, EndWithWhatTheDataModelThrows)

@@ -61,6 +61,18 @@ protected:
     std::string m_printer;
 };
 
+// A Unidrv devmode whose core driver's part has a size that no layout has.
+std::string WithUnknownCorePart(std::string bytes)
+{
+    bytes.erase(sizeof(DEVMODEW) + 100, 2);
+    std::vector<std::byte> note(2);
+    ByteWriter(note).U16(562);
+    std::memcpy(bytes.data() + sizeof(DEVMODEW) + Format::kUnidrvSizeOffset, note.data(), note.size());
+    ByteWriter(note).U16(static_cast<std::uint16_t>(bytes.size() - sizeof(DEVMODEW)));
+    std::memcpy(bytes.data() + offsetof(DEVMODEW, dmDriverExtra), note.data(), note.size());
+    return bytes;
+}
+
 json Described(const char* name, unsigned value, const json& option, const json& text)
 {
     return {{"name", name}, {"value", value}, {"option", option}, {"text", text}};
@@ -76,18 +88,19 @@ TEST_F(CoreFeatures, AreShownByNameAndSetByEitherValue)
         json shown;
         const char* words;
         bool isInLayout; // told without a printer
+        bool isForAll;   // and set
     };
     const Row rows[] = {
         // clang-format off
-        {"tavlen-c9070-ps",  "ms.10=@5421", "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 2, 5421, "Duplex Flip Long"),            "    duplex: flip on the long edge\n", true},
-        {"tavlen-c9070-ps",  "ms.3=@5012",  "3",  Described("FEAT_MS_ORIENTATION", 3, 5012, "Rotated Landscape"),                     "    orientation: landscape, turned round\n", true},
-        {"tavlen-c9070-ps",  "ms.20=1",     "20", Described("FEAT_MS_INTERNAL_BOOKLET", 1, 5111, "Booklet On"),                       "    booklet: on\n", true},
-        {"tavlen-c9070-ps",  "ms.29=3",     "29", Described("FEAT_MS_PS_TRUE_TYPE_DOWNLOAD_OPTION", 3, 5213, "Native TrueType"),      "    PostScript TrueType download: Native TrueType\n", true},
-        {"tavlen-c9070-ps",  "ms.16=@5092", "16", Described("FEAT_MS_ICM_INTENT", 2, 5092, "Constrast (Pictures)"),                   "    rendering intent: contrast (pictures)\n", false},
-        {"tavlen-c9070-ps",  "ms.4=0x32",   "4",  Described("FEAT_MS_SCALE", 50, nullptr, nullptr),                                   "    scale: 50 %\n", true},
-        {"tavlen-b4400-uni", "ms.8=@5026",  "8",  Described("FEAT_MS_RESOLUTION", (1200u << 16) + 1200, 5026, "1200x1200dpi"),        "    resolution: 1200x1200dpi\n", true},
-        {"tavlen-b4400-uni", "ms.34=@5970", "34", Described("FEAT_MS_INTERNAL_UNI_COLOR_PRINTING_MODE", 1, 5970, "Color"),            "    colour printing mode: Color\n", false},
-        {"tavlen-w3100-xps", "ms.10=3",     "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 3, 5422, "Duplex Flip Short"),           "    duplex: flip on the short edge\n", true},
+        {"tavlen-c9070-ps",  "ms.10=@5421", "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 2, 5421, "Duplex Flip Long"),            "    duplex: flip on the long edge\n", true, true},
+        {"tavlen-c9070-ps",  "ms.3=@5012",  "3",  Described("FEAT_MS_ORIENTATION", 3, 5012, "Rotated Landscape"),                     "    orientation: landscape, turned round\n", true, false},
+        {"tavlen-c9070-ps",  "ms.20=1",     "20", Described("FEAT_MS_INTERNAL_BOOKLET", 1, 5111, "Booklet On"),                       "    booklet: on\n", true, false},
+        {"tavlen-c9070-ps",  "ms.29=3",     "29", Described("FEAT_MS_PS_TRUE_TYPE_DOWNLOAD_OPTION", 3, 5213, "Native TrueType"),      "    PostScript TrueType download: Native TrueType\n", true, false},
+        {"tavlen-c9070-ps",  "ms.16=@5092", "16", Described("FEAT_MS_ICM_INTENT", 2, 5092, "Constrast (Pictures)"),                   "    rendering intent: contrast (pictures)\n", false, false},
+        {"tavlen-c9070-ps",  "ms.4=0x32",   "4",  Described("FEAT_MS_SCALE", 50, nullptr, nullptr),                                   "    scale: 50 %\n", true, true},
+        {"tavlen-b4400-uni", "ms.8=@5026",  "8",  Described("FEAT_MS_RESOLUTION", (1200u << 16) + 1200, 5026, "1200x1200dpi"),        "    resolution: 1200x1200dpi\n", true, true},
+        {"tavlen-b4400-uni", "ms.34=@5970", "34", Described("FEAT_MS_INTERNAL_UNI_COLOR_PRINTING_MODE", 1, 5970, "Color"),            "    colour printing mode: Color\n", false, false},
+        {"tavlen-w3100-xps", "ms.10=3",     "10", Described("FEAT_MS_INTERNAL_SIDES_IMAGED", 3, 5422, "Duplex Flip Short"),           "    duplex: flip on the short edge\n", true, true},
         // clang-format on
     };
     for (const Row& row : rows)
@@ -100,9 +113,38 @@ TEST_F(CoreFeatures, AreShownByNameAndSetByEitherValue)
         EXPECT_EQ(Show(set.out, true)["core"]["features"][row.number], row.shown);
         EXPECT_EQ(Show(set.out, false)["core"]["features"].value(row.number, json()),
                   row.isInLayout ? row.shown : json());
-        EXPECT_EQ(Set(before, {row.setting}, false).status, row.isInLayout ? 0 : 1);
+        EXPECT_EQ(Set(before, {row.setting}, false).status, row.isForAll ? 0 : 1);
         const std::string lines = RunHost({"devmode", "show", "-", "--printer", m_printer}, set.out).out;
         EXPECT_NE(lines.find(row.words), std::string::npos) << lines;
+    }
+}
+
+TEST_F(CoreFeatures, AreShownWithTheirSign)
+{
+    struct Row
+    {
+        std::size_t offset;
+        std::int16_t value;
+        const char* words;
+    };
+    const Row rows[] = {
+        {offsetof(DEVMODEW, dmPrintQuality), -1, "    resolution: draft\n"},
+        {offsetof(DEVMODEW, dmPrintQuality), -2, "    resolution: low\n"},
+        {offsetof(DEVMODEW, dmPrintQuality), -3, "    resolution: medium\n"},
+        {offsetof(DEVMODEW, dmPrintQuality), -4, "    resolution: high\n"},
+        {offsetof(DEVMODEW, dmPrintQuality), -5, "    resolution: -5 by 600 dots per inch\n"},
+        {offsetof(DEVMODEW, dmScale), -50, "    scale: -50 %\n"},
+        {offsetof(DEVMODEW, dmPaperWidth), -7, "    paper width: -0.7 mm\n"},
+        {offsetof(DEVMODEW, dmPaperSize), -1, "    paper size: 65535\n"}, // has none
+        {offsetof(DEVMODEW, dmDuplex), -1, "    duplex: no option, value -1\n"},
+    };
+    const std::string bytes = NewDevmode("tavlen-b4400-uni", {"dmYResolution=600"});
+    for (const Row& row : rows)
+    {
+        std::string changed = bytes;
+        std::memcpy(changed.data() + row.offset, &row.value, sizeof row.value);
+        const std::string lines = RunHost({"devmode", "show", "-", "--printer", m_printer}, changed).out;
+        EXPECT_NE(lines.find(row.words), std::string::npos) << row.words << lines;
     }
 }
 
@@ -125,13 +167,7 @@ TEST_F(CoreFeatures, ThatCannotBeSetAreOneLineWithWhatCanBe)
 {
     const std::string postScript = NewDevmode("tavlen-c9070-ps");
     const std::string unidrv = NewDevmode("tavlen-b4400-uni"); // its printer is asked below
-    std::string unknownSize = unidrv;                          // a core driver's part of a size that no layout has
-    unknownSize.erase(sizeof(DEVMODEW) + 100, 2);
-    std::vector<std::byte> note(2);
-    ByteWriter(note).U16(562);
-    std::memcpy(unknownSize.data() + sizeof(DEVMODEW) + Format::kUnidrvSizeOffset, note.data(), note.size());
-    ByteWriter(note).U16(static_cast<std::uint16_t>(unknownSize.size() - sizeof(DEVMODEW)));
-    std::memcpy(unknownSize.data() + offsetof(DEVMODEW, dmDriverExtra), note.data(), note.size());
+    const std::string unknownSize = WithUnknownCorePart(unidrv);
     const std::string noParts = [&unidrv]
     {
         std::string bytes = unidrv.substr(0, sizeof(DEVMODEW));
@@ -148,20 +184,25 @@ TEST_F(CoreFeatures, ThatCannotBeSetAreOneLineWithWhatCanBe)
         const char* error;
     } rows[] = {
         // clang-format off
-        {unidrv, kPrinter, "ms.99=1",    "ms.99: no core driver has such a feature; they have 3 to 35"},
+        {unidrv, kPrinter, "ms.99=1",    "ms.99: no core driver has such a feature; a unidrv driver of kind 0x80, platform 0x800 has 3, 4, 5, "},
+        {noParts, kNone,   "ms.99=1",    "ms.99: no core driver has such a feature; they have 3 to 35"},
         {unidrv, kPrinter, "ms.10x=1",   "ms.10x: no core driver has such a feature"},
         {unidrv, kPrinter, "ms.24=1",    "FEAT_MS_PS_OUTPUT_FORMAT is no setting of a unidrv driver of kind 0x80, platform 0x800, which has 3, 4, 5, "},
         {unidrv, kPrinter, "ms.33=1",    "FEAT_MS_UNI_HALFTONE is no setting of a unidrv driver"},
         {unidrv, kPrinter, "ms.22=1",    "FEAT_MS_INTERNAL_UNI_QUALITY_MACRO is no setting"},
         {unidrv, kNone,    "ms.31=1",    "with --printer the printer's driver is known"},
-        {unidrv, kPrinter, "ms.3=3",     "ms.3: FEAT_MS_ORIENTATION must be one of 1 (Portrait), 2 (Landscape CC90)"},
+        {postScript, kNone, "ms.20=1",   "FEAT_MS_INTERNAL_BOOKLET lies in the part of a postscript driver: name the printer with --printer; without it only public fields can be set: 3, 4, 5, 6, 7, 8, 10, "},
+        {postScript, kNone, "ms.3=@5012", "must be one of @5010 (Portrait), @5011 (Landscape); with --printer"},
+        {unidrv, kPrinter, "ms.3=3",     "ms.3: FEAT_MS_ORIENTATION of a unidrv driver of kind 0x80, platform 0x800 must be one of 1 (Portrait), 2 (Landscape CC90)"},
         {unidrv, kPrinter, "ms.10=@5423", "must be one of @5420 (Simplex), @5422 (Duplex Flip Short), @5421 (Duplex Flip Long)"},
+        {unidrv, kPrinter, "ms.5=two",   "\"two\" is not a number from 1 to 32767"},
+        {unidrv, kPrinter, "ms.19=6",    "4 (9-Up), 5 (16-Up)\n"},
         {unidrv, kPrinter, "ms.20=2",    "must be one of 0 (Booklet Off), 1 (Booklet On)"},
         {unidrv, kPrinter, "ms.10=4294967298", "must be one of 1 (Simplex)"},
         {unidrv, kPrinter, "ms.10=-1",   "must be one of 1 (Simplex)"},
-        {unidrv, kPrinter, "ms.5=@5410", "FEAT_MS_COPIES has no values of the data model, only numbers"},
-        {unidrv, kPrinter, "ms.5=40000", "ms.5: must be from 1 to 32767"},
-        {unidrv, kPrinter, "ms.12=65536", "ms.12: must be from 1 to 65535"},
+        {unidrv, kPrinter, "ms.5=@5410", "FEAT_MS_COPIES of a unidrv driver of kind 0x80, platform 0x800 has no values of the data model, only numbers from 1 to 32767"},
+        {unidrv, kPrinter, "ms.5=40000", "ms.5: FEAT_MS_COPIES of a unidrv driver of kind 0x80, platform 0x800: must be from 1 to 32767"},
+        {unidrv, kPrinter, "ms.12=65536", "driver of kind 0x80, platform 0x800: must be from 1 to 65535"},
         {postScript, kPrinter, "ms.21=1", "the devmode is one of a postscript driver, the printer has another"},
         {unknownSize, kPrinter, "ms.21=1", "is not recognised as that of a unidrv driver of kind 0x80, platform 0x800; only public fields can be set: 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17"},
         {unknownSize, kNone, "ms.21=1",  "the core driver's part is not recognised"},
@@ -237,12 +278,23 @@ TEST_F(CoreFeatures, GiveTheSameTicketWhicheverWayTheyAreReached)
             EXPECT_TRUE(RunHost(arguments, asked.out).out == devmode);
         }
     }
-    // A devmode of another driver's layout: its private settings mean nothing here.
-    const std::string foreign = NewDevmode("tavlen-b4400-uni", {"ms.21=1"});
+    // A devmode of another driver's layout, or of an unknown one: its private settings mean nothing here.
+    const std::string unidrv = NewDevmode("tavlen-b4400-uni", {"ms.21=1", "ms.10=3"});
+    const std::string unidrvPrinter = m_printer;
     m_printer = InstallTestPrinter("tavlen-c9070-ps");
-    const RunResult ticket = RunHost({"ticket", "from-devmode", "--printer", m_printer, "-"}, foreign);
-    EXPECT_EQ(ticket.status, 0) << ticket.errors;
-    EXPECT_NE(ticket.out.find("psk:Standard"), std::string::npos) << ticket.out;
+    const std::tuple<std::string, std::string> foreign[] = {{m_printer, unidrv},
+                                                            {unidrvPrinter, WithUnknownCorePart(unidrv)}};
+    for (const auto& [printer, bytes] : foreign)
+        for (const bool isAsked : {true, false})
+        {
+            std::vector<std::string> arguments = {"ticket", "from-devmode", "--printer", printer, "-"};
+            if (!isAsked)
+                arguments.emplace_back("--no-core-helper");
+            const RunResult ticket = RunHost(arguments, bytes);
+            EXPECT_EQ(ticket.status, 0) << ticket.errors;
+            for (const char* const held : {"psk:Standard", "psk:TwoSidedShortEdge"})
+                EXPECT_NE(ticket.out.find(held), std::string::npos) << ticket.out;
+        }
 }
 
 } // namespace

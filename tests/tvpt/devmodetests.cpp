@@ -239,7 +239,9 @@ TEST_F(DevmodeFiles, ABadSettingNamesTheKeyAndLeavesTheInput)
         {"dmFormName", "not a text in UTF-8 on one line", {"\xFF", "a\nb"}},
         {"dmSize", "is given by the devmode itself", {"1"}},
         {"dmcopies", "no field has this name", {"1"}},
-        {"ms.3", "FEAT_MS_ORIENTATION must be one of 1 (Portrait), 2 (Landscape), 3 (Rotated Landscape)", {"4"}},
+        {"ms.3",
+         "FEAT_MS_ORIENTATION of a postscript driver must be one of 1 (Portrait), 2 (Landscape); with --printer",
+         {"4"}},
         {"feature.5", "the feature catalogue has no such feature", {"1"}},
         {"feature.46x", "the feature catalogue has no such feature", {"5420"}},
         {"feature.720", "is a setting of the printer, not of a document", {"true"}},
@@ -429,7 +431,7 @@ TEST_F(DevmodeFiles, OddContentIsToldAndNothingOfItLost)
     EXPECT_EQ(
         Show(foreign)["oem"]["fault"],
         "as postscript: wrong signature 0x0 at offset 150 of the drivers' bytes, not 0x54564E31; as unidrv: wrong "
-        "signature 0x7 at offset 200 of the drivers' bytes, not 0x54564E31");
+        "signature 0x7 at offset 708 of the drivers' bytes, not 0x54564E31");
 }
 
 } // namespace

@@ -74,11 +74,12 @@ DEVMODEW ClaimedFields(const Devmode& devmode, const PrinterModel& model)
     return fields;
 }
 
-// A devmode of these fields, with the driver's private part where it is of the model's driver.
+// A devmode of these fields, with the driver's private part where it is one of the model's driver.
 Devmode WithOwnParts(const Devmode& devmode, const DEVMODEW& fields, const PrinterModel& model)
 {
     const auto parts = LocateDriverParts(devmode.DriverExtra());
-    const bool isOwn = parts && LayoutOf(MsDriverKind::FromCapabilityWord(model.capability)) == parts->layout;
+    const CoreDriver driver{MsDriverKind::FromCapabilityWord(model.capability), true};
+    const bool isOwn = parts && LayoutOf(driver.kind) == parts->layout && IsCorePartRecognized(devmode, driver);
     return Devmode(fields, isOwn ? devmode.DriverExtra() : std::span<const std::byte>());
 }
 

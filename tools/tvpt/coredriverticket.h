@@ -13,7 +13,7 @@
 [[nodiscard]] std::string DriverNamespaceUri(const CXString& providerNamespace, const CXString& driverName);
 
 // In UTF-8. Fields that the devmode does not claim (dmFields) come from the model's defaults. The core driver's own
-// settings are asked of the helper or, without one (null), read where its private part has them; of a devmode that is
-// not of its layout they are the defaults.
+// settings are asked of the helper or, without one (null), read where its private part has them; of a devmode
+// whose private part is none of its layout they are the defaults.
 [[nodiscard]] std::string MakeCoreDriverTicket(const Devmode& devmode, const PrinterModel& model,
                                                const std::string& driverNamespaceUri, IPrintCoreHelper* helper);

@@ -4,7 +4,10 @@
 #include <charconv>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <set>
+#include <span>
 
+#include <tvcore/datamodelids.h>
 #include <tvutil/tavlenexception.h>
 
 #include "complugins/msdevmodeusingreverseengineering.h"
@@ -61,12 +64,27 @@ std::string Joined(const std::vector<Text>& texts)
     return joined;
 }
 
+// Which of a layout's drivers it is, its part alone does not tell: without the printer nothing there is written.
+bool CanBeSet(const Feature& feature, const CoreDriver& driver, const Access& access)
+{
+    return HasPlace(feature, driver) &&
+           (!IsInPrivatePart(feature) || (driver.isOfPrinter && access.IsLayoutRecognized()));
+}
+
+// The third orientation is the public field's alone for some drivers, and a bit of their part for others.
+std::span<const MsDevmodeValueRow> ValuesOf(const Feature& feature, const CoreDriver& driver)
+{
+    constexpr std::size_t kUnturned = 2; // portrait and landscape
+    const bool isLimited = !driver.isOfPrinter && feature.feature == DataModelIds::Feature::MsOrientation;
+    return feature.values.first(isLimited ? std::min(kUnturned, feature.values.size()) : feature.values.size());
+}
+
 // The numbers of the settings that can be written, in ascending order.
 std::string PossibleFeatures(const Access& access, const CoreDriver& driver)
 {
     std::map<std::uint32_t, std::string> numbers;
     for (const Feature& feature : access.GetFeatures())
-        if (HasPlace(feature, driver) && (access.IsLayoutRecognized() || !IsInPrivatePart(feature)))
+        if (CanBeSet(feature, driver, access))
             numbers.emplace(feature.feature, std::to_string(feature.feature));
     std::vector<std::string> texts;
     for (const auto& [number, text] : numbers)
@@ -74,18 +92,24 @@ std::string PossibleFeatures(const Access& access, const CoreDriver& driver)
     return Joined(texts);
 }
 
-std::string PossibleValues(const Feature& feature, bool isOfDataModel)
+// Several options may stand for one value: the first names it.
+std::string PossibleValues(std::span<const MsDevmodeValueRow> values, bool isOfDataModel)
 {
     std::vector<std::string> texts;
-    std::int32_t former = 0;
-    for (const MsDevmodeValueRow& row : feature.values)
+    std::set<std::string> numbers;
+    for (const MsDevmodeValueRow& row : values)
     {
-        if (row.valueId != former) // several options may stand for one value
-            texts.push_back((isOfDataModel ? "@" + std::to_string(row.valueId) : std::to_string(row.devmodeValue)) +
-                            " (" + row.displayName + ")");
-        former = row.valueId;
+        const std::string number = isOfDataModel ? "@" + std::to_string(row.valueId) : std::to_string(row.devmodeValue);
+        if (numbers.insert(number).second)
+            texts.push_back(number + " (" + row.displayName + ")");
     }
     return Joined(texts);
+}
+
+// "FEAT_MS_COPIES of a unidrv driver"
+std::string SettingText(const Feature& feature, const CoreDriver& driver)
+{
+    return std::string(feature.name) + " of " + DriverText(driver);
 }
 
 // Decimal, or hexadecimal with 0x; nothing when it is no number of 32 bits.
@@ -99,34 +123,43 @@ std::optional<std::uint32_t> ParseNumber(std::string_view text)
     return error == std::errc() && end == digits.data() + digits.size() ? std::optional(number) : std::nullopt;
 }
 
-std::uint32_t ParseOption(const std::string& key, std::string_view value, const Feature& feature)
+std::uint32_t ParseOption(const std::string& key, std::string_view value, const Feature& feature,
+                          const CoreDriver& driver)
 {
+    const std::span<const MsDevmodeValueRow> values = ValuesOf(feature, driver);
     const bool isOfDataModel = value.starts_with('@');
     const std::optional<std::uint32_t> number = ParseNumber(isOfDataModel ? value.substr(1) : value);
     const MsDevmodeValueRow* row = nullptr;
     if (number)
-        row = isOfDataModel ? MsDevmodeValues::FindValueId(feature.values, static_cast<std::int32_t>(*number))
-                            : MsDevmodeValues::FindDevmodeValue(feature.values, *number);
+        row = isOfDataModel ? MsDevmodeValues::FindValueId(values, static_cast<std::int32_t>(*number))
+                            : MsDevmodeValues::FindDevmodeValue(values, *number);
     if (row == nullptr)
-        Fail(kSetting, key, std::string(feature.name) + " must be one of " + PossibleValues(feature, isOfDataModel));
+        Fail(kSetting, key,
+             SettingText(feature, driver) + " must be one of " + PossibleValues(values, isOfDataModel) +
+                 (values.size() < feature.values.size() ? kNameThePrinter : ""));
     return row->devmodeValue;
 }
 
 // The range is that of the field in the devmode.
-std::uint32_t ParsePlainNumber(const std::string& key, std::string_view value, const Feature& feature)
+std::uint32_t ParsePlainNumber(const std::string& key, std::string_view value, const Feature& feature,
+                               const CoreDriver& driver)
 {
+    const std::string setting = SettingText(feature, driver);
+    const DevmodeField* const field = FindDevmodeFieldOfFeature(feature.feature);
     if (value.starts_with('@'))
-        Fail(kSetting, key, std::string(feature.name) + " has no values of the data model, only numbers");
-    if (const DevmodeField* const field = FindDevmodeFieldOfFeature(feature.feature))
-        return static_cast<std::uint32_t>(ParseDevmodeNumber(*field, key, value));
+        Fail(kSetting, key,
+             setting + " has no values of the data model, only numbers" +
+                 (field != nullptr ? " " + DevmodeNumberRange(*field) : ""));
+    if (field != nullptr)
+        return static_cast<std::uint32_t>(ParseDevmodeNumber(*field, key + ": " + setting, value));
     const std::optional<std::uint32_t> number = ParseNumber(value);
     if (!number)
-        Fail(kSetting, key, "\"" + std::string(value) + "\" is not a number of 32 bits");
+        Fail(kSetting, key, setting + ": \"" + std::string(value) + "\" is not a number of 32 bits");
     return *number;
 }
 
-// "ms.10"
-const MsDevmodeFeatureRow& KnownFeature(const std::string& key)
+// "ms.10"; null when no driver has it.
+const MsDevmodeFeatureRow* FindKnownFeature(const std::string& key)
 {
     const std::string_view digits = std::string_view(key).substr(kCoreFeaturePrefix.size());
     std::uint32_t number = 0;
@@ -136,9 +169,19 @@ const MsDevmodeFeatureRow& KnownFeature(const std::string& key)
     const auto* const row =
         std::find_if(MsDevmodeFeatures::kRows, rowsEnd,
                      [&](const MsDevmodeFeatureRow& candidate) { return isNumber && candidate.feature == number; });
-    if (row == rowsEnd)
-        Fail(kSetting, key, "no core driver has such a feature; they have 3 to 35");
-    return *row;
+    return row != rowsEnd ? row : nullptr;
+}
+
+[[noreturn]] void FailUnknownFeature(const std::string& key, const std::optional<CoreDriver>& driver,
+                                     const Devmode& devmode)
+{
+    const std::string reason = "no core driver has such a feature; ";
+    if (!driver)
+        Fail(kSetting, key, reason + "they have 3 to 35");
+    Devmode copy = devmode;
+    Access access(driver->kind, copy.Raw());
+    access.Initialize();
+    Fail(kSetting, key, reason + DriverText(*driver) + " has " + PossibleFeatures(access, *driver));
 }
 
 CoreDriver RequireDriver(const std::string& key, const MsDevmodeFeatureRow& row,
@@ -152,7 +195,7 @@ CoreDriver RequireDriver(const std::string& key, const MsDevmodeFeatureRow& row,
     if (model != nullptr && !driver->isOfPrinter)
         Fail(kSetting, key,
              std::string(row.name) + ": the devmode is one of " + DriverText(*driver) +
-                 ", the printer has another; without --printer it can be set as one of that");
+                 ", the printer has another; without --printer its public fields can be set");
     return *driver;
 }
 
@@ -169,6 +212,10 @@ const Feature& RequireFeature(const std::string& key, const MsDevmodeFeatureRow&
         Fail(kSetting, key,
              std::string(row.name) + ": the core driver's part is not recognised as that of " + DriverText(driver) +
                  "; only public fields can be set: " + possible);
+    if (!CanBeSet(*feature, driver, access))
+        Fail(kSetting, key,
+             std::string(feature->name) + " lies in the part of " + DriverText(driver) +
+                 ": name the printer with --printer; without it only public fields can be set: " + possible);
     return *feature;
 }
 
@@ -254,19 +301,22 @@ ordered_json CoreFeaturesInWords(const ordered_json& features)
 
 void SetCoreFeature(const std::string& key, std::string_view value, Devmode& devmode, const PrinterModel* model)
 {
-    const MsDevmodeFeatureRow& row = KnownFeature(key);
-    const CoreDriver driver = RequireDriver(key, row, LocateDriverParts(devmode.DriverExtra()), model);
+    const std::optional<DriverParts> parts = LocateDriverParts(devmode.DriverExtra());
+    const MsDevmodeFeatureRow* const row = FindKnownFeature(key);
+    if (row == nullptr)
+        FailUnknownFeature(key, FindCoreDriver(parts, model), devmode);
+    const CoreDriver driver = RequireDriver(key, *row, parts, model);
     Access access(driver.kind, devmode.Raw());
     access.Initialize();
-    const Feature& feature = RequireFeature(key, row, access, driver);
-    const std::uint32_t number =
-        feature.values.empty() ? ParsePlainNumber(key, value, feature) : ParseOption(key, value, feature);
+    const Feature& feature = RequireFeature(key, *row, access, driver);
+    const std::uint32_t number = feature.values.empty() ? ParsePlainNumber(key, value, feature, driver)
+                                                        : ParseOption(key, value, feature, driver);
     try
     {
         access.SetMsFeatureValue(feature.feature, number, MsDevmodeBase::Raw);
     }
     catch (const TavlenException& limit)
     {
-        Fail(kSetting, key, std::string(feature.name) + ": " + limit.what());
+        Fail(kSetting, key, SettingText(feature, driver) + ": " + limit.what());
     }
 }

@@ -15,7 +15,7 @@
 #include "oempart.h"
 
 // The driver whose settings they are: a printer's or, where nobody names one or the devmode is not of its layout, any
-// of the devmode's own layout.
+// of the devmode's own layout, whose private part is then shown but not written.
 struct CoreDriver
 {
     MsDriverKind kind;

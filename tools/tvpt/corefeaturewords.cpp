@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "devmodefields.h"
+
 namespace
 {
 
@@ -89,6 +91,33 @@ const FeatureWords* FindFeature(std::uint32_t feature)
     return found != std::end(kFeatures) ? found : nullptr;
 }
 
+// As the devmode's field has it: those of 16 bits have a sign.
+std::int64_t SignedValue(std::uint32_t feature, std::uint32_t value)
+{
+    const DevmodeField* const field = FindDevmodeFieldOfFeature(feature);
+    if (field != nullptr && field->type == DevmodeField::Type::Short)
+        return static_cast<std::int16_t>(value & 0xFFFF);
+    return value;
+}
+
+// The platform's names for print qualities stand in place of the dots across, from -1 downwards; then nothing counts
+// the dots along.
+std::string ResolutionText(std::uint32_t value)
+{
+    constexpr std::string_view kQualities[] = {"draft", "low", "medium", "high"};
+    const int across = static_cast<std::int16_t>(value >> 16);
+    const int along = static_cast<std::int16_t>(value & 0xFFFF);
+    if (across < 0 && across >= -static_cast<int>(std::size(kQualities)))
+        return std::string(kQualities[-across - 1]);
+    return std::to_string(across) + " by " + std::to_string(along) + " dots per inch";
+}
+
+std::string TenthsText(std::int64_t tenths)
+{
+    const std::int64_t size = tenths < 0 ? -tenths : tenths;
+    return (tenths < 0 ? "-" : "") + std::to_string(size / 10) + "." + std::to_string(size % 10) + " mm";
+}
+
 } // namespace
 
 std::string_view CoreFeatureWords::Label(std::uint32_t feature)
@@ -106,16 +135,17 @@ std::string CoreFeatureWords::Option(std::int32_t valueId, const std::string& di
 
 std::string CoreFeatureWords::Number(std::uint32_t feature, std::uint32_t value)
 {
-    const std::string number = std::to_string(value);
+    const std::int64_t signedValue = SignedValue(feature, value);
+    const std::string number = std::to_string(signedValue);
     switch (feature)
     {
     case Features::MsScale:
         return number + " %";
     case Features::MsPaperWidth:
     case Features::MsPaperLength:
-        return std::to_string(value / 10) + "." + std::to_string(value % 10) + " mm";
+        return TenthsText(signedValue);
     case Features::MsResolution:
-        return std::to_string(value >> 16) + " by " + std::to_string(value & 0xFFFF) + " dots per inch";
+        return ResolutionText(value);
     default:
         break;
     }

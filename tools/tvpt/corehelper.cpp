@@ -39,6 +39,13 @@ public:
         return *m_settings;
     }
 
+    // Not when it lies in a private part of which nobody knows what it is.
+    [[nodiscard]] bool CanReach(const MsDevmodeBase::Feature& feature) const
+    {
+        return m_settings->IsLayoutRecognized() ||
+               MsDevmodeOffsets::FindPlace(feature.feature, m_settings->GetDriverKind()).cell == MsDevmodeCell::Public;
+    }
+
     void WriteTo(DEVMODEW* devmode) const noexcept
     {
         std::memcpy(devmode, m_bytes.data(), m_bytes.size());
@@ -191,7 +198,10 @@ HRESULT STDMETHODCALLTYPE CoreHelper::GetOption(const DEVMODEW* devmode, DWORD d
             const MsDevmodeBase::Feature* const feature = FindKeyword(m_features, featureKeyword);
             if (feature == nullptr || !DevmodeFitsIn(devmode, devmodeSize))
                 return E_INVALIDARG;
-            const std::string option = ReadOption(DevmodeCopy(devmode, m_driver).Settings(), *feature);
+            DevmodeCopy copy(devmode, m_driver);
+            if (!copy.CanReach(*feature))
+                return E_FAIL;
+            const std::string option = ReadOption(copy.Settings(), *feature);
             if (!HasOption({featureKeyword, option.c_str()}))
                 return E_FAIL;
             m_answer.Assign({option});
@@ -217,7 +227,12 @@ HRESULT STDMETHODCALLTYPE CoreHelper::SetOptions(DEVMODEW* devmode, DWORD devmod
                 return E_INVALIDARG;
             DevmodeCopy changed(devmode, m_driver);
             for (const PRINT_FEATURE_OPTION& pair : wanted)
-                WriteOption(changed.Settings(), *FindKeyword(m_features, pair.pszFeature), pair.pszOption);
+            {
+                const MsDevmodeBase::Feature& feature = *FindKeyword(m_features, pair.pszFeature);
+                if (!changed.CanReach(feature))
+                    return E_FAIL;
+                WriteOption(changed.Settings(), feature, pair.pszOption);
+            }
             changed.WriteTo(devmode);
             *pairsWritten = pairCount;
             return S_OK;

@@ -28,10 +28,11 @@ public:
     ULONG STDMETHODCALLTYPE Release() override;
 
     // E_INVALIDARG for a devmode that does not lie within its size, and for a feature that the driver does not have;
-    // E_FAIL when what the devmode has is no option of it.
+    // E_FAIL when what the devmode has is no option of it, and for a setting in a private part that is none of the
+    // driver's.
     HRESULT STDMETHODCALLTYPE GetOption(const DEVMODEW* devmode, DWORD devmodeSize, PCSTR featureKeyword,
                                         PCSTR* optionKeyword) override;
-    // Settings of this driver never conflict: `result` is always "no conflict".
+    // The same. Settings of this driver never conflict: `result` is always "no conflict".
     HRESULT STDMETHODCALLTYPE SetOptions(DEVMODEW* devmode, DWORD devmodeSize, BOOL resolveConflicts,
                                          const PRINT_FEATURE_OPTION* pairs, DWORD pairCount, DWORD* pairsWritten,
                                          DWORD* result) override;

@@ -148,6 +148,11 @@ void SetNumber(DEVMODEW& devmode, const DevmodeField& field, std::string_view va
 
 } // namespace
 
+std::string DevmodeNumberRange(const DevmodeField& field)
+{
+    return "from " + std::to_string(field.minimum) + " to " + std::to_string(field.maximum);
+}
+
 long long ParseDevmodeNumber(const DevmodeField& field, std::string_view key, std::string_view text)
 {
     const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
@@ -158,9 +163,9 @@ long long ParseDevmodeNumber(const DevmodeField& field, std::string_view key, st
     const bool isNumber =
         error == std::errc() && end == digits.data() + digits.size() && !(hexadecimal && digits.starts_with('-'));
     if (!isNumber && error != std::errc::result_out_of_range)
-        Fail(kSetting, key, "\"" + std::string(text) + "\" is not a number");
+        Fail(kSetting, key, "\"" + std::string(text) + "\" is not a number " + DevmodeNumberRange(field));
     if (!isNumber || number < field.minimum || number > field.maximum)
-        Fail(kSetting, key, "must be from " + std::to_string(field.minimum) + " to " + std::to_string(field.maximum));
+        Fail(kSetting, key, "must be " + DevmodeNumberRange(field));
     return number;
 }
 

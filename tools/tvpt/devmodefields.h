@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <nlohmann/json_fwd.hpp>
 #include <span>
+#include <string>
 #include <string_view>
 
 struct DevmodeField
@@ -36,6 +37,8 @@ struct DevmodeField
 // The field that alone holds a core driver's setting, or null.
 [[nodiscard]] const DevmodeField* FindDevmodeFieldOfFeature(std::uint32_t feature);
 
+// "from 1 to 32767"
+[[nodiscard]] std::string DevmodeNumberRange(const DevmodeField& field);
 // A number in the field's range, decimal or hexadecimal with 0x. Throws Failure, which names the key and the range.
 [[nodiscard]] long long ParseDevmodeNumber(const DevmodeField& field, std::string_view key, std::string_view text);
 
