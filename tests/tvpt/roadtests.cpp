@@ -32,7 +32,8 @@ std::string KeptOf(const std::string& bytes)
     static const std::regex copies(R"(\{[^{}]*\}ParameterInit\(@\{\}name=\w+:JobCopiesAllDocuments\))"
                                    R"(\[\s*\{[^{}]*\}Value\([^()]*\)\[\d+\]\s*\])");
     std::string kept = std::regex_replace(Meaning(LoadDocument(bytes, "test").Get()), copies, "");
-    std::erase_if(kept, [](char character) { return character == ' ' || character == '\n' || character == '\r'; });
+    std::erase_if(kept, [](char character)
+                  { return character == ' ' || character == '\t' || character == '\n' || character == '\r'; });
     return std::regex_replace(kept, std::regex("ns1:"), "tk:");
 }
 
