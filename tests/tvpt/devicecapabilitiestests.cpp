@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <winspool.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <memory>
 #include <thread>
@@ -267,6 +268,30 @@ TEST_F(CapabilityCaches, LeaveOutSizesThatTheRegistryDoesNotTell)
     EXPECT_TRUE(Sizes()[1]["fault"].is_string());
     EXPECT_NE(RunHost({"printer", "custom-size", "list"}).out.find("\"Bad\" is left out"), std::string::npos);
     EXPECT_EQ(RunHost({"printer", "custom-size", "remove", "Bad"}).status, 0);
+}
+
+TEST_F(CapabilityCaches, AreFilledWhileAnotherProcessAddsAndRemovesSizes)
+{
+    const std::string printer = InstallTestPrinter("tavlen-b7000-xps");
+    std::atomic<bool> isDone = false;
+    std::thread other(
+        [&isDone]
+        {
+            const std::string command = std::string(TVPT_CHILD_COMMAND) + " printer custom-size ";
+            for (int round = 0; round < 12; ++round)
+                for (const char* const work : {"add Strip --width 100mm --length 200mm", "remove Strip"})
+                    EXPECT_EQ(std::system((command + work).c_str()), 0) << work;
+            isDone = true;
+        });
+    while (!isDone)
+    {
+        const RunResult list = RunHost({"printer", "custom-size", "list"});
+        EXPECT_EQ(list.status, 0) << list.errors;
+        EXPECT_EQ(list.out.find("left out"), std::string::npos) << list.out;
+        Refresh(printer);
+        EXPECT_FALSE(CustomForms::WalkSizes().isCutOff) << "as conversions walk, without the lock";
+    }
+    other.join();
 }
 
 TEST_F(CapabilityCaches, ReconcileADevmodesPaper)

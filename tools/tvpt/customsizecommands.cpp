@@ -6,6 +6,7 @@
 #include <optional>
 
 #include <tvcore/featurevalues.h>
+#include <tvutil/datacache.h>
 #include <tvutil/tavlencomexception.h>
 
 #include "complugins/customforms.h"
@@ -87,9 +88,16 @@ void RemoveSize(const std::string& name)
         Fail(kRemoving, name, "there is no custom paper size of this name");
 }
 
+// Under the lock of those who change them: a size that is just being added or removed is not one that cannot be read.
+CustomForms::Walk WalkSizes()
+{
+    const DataCache::Lock lock(HKEY_CURRENT_USER);
+    return CustomForms::WalkSizes();
+}
+
 CustomForms::Walk ReadSizes()
 {
-    CustomForms::Walk walk = CustomForms::WalkSizes();
+    CustomForms::Walk walk = WalkSizes();
     if (walk.isCutOff)
         Fail("listing the custom paper sizes", "the user's registry", "it cannot be read");
     return walk;
@@ -137,7 +145,7 @@ std::string ListSizes(bool asJson)
 
 std::string DescribeUnusableSizes()
 {
-    return UnusableSizesOf(CustomForms::WalkSizes());
+    return UnusableSizesOf(WalkSizes());
 }
 
 void AddCustomSizeCommands(CLI::App& printer, Action& chosen)
