@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <limits>
 #include <memory>
 #include <thread>
 #include <type_traits>
@@ -16,6 +17,7 @@
 
 #include "complugins/customforms.h"
 #include "complugins/mscacheddevicecapabilities.h"
+#include "formsreport.h"
 #include "hostrun.h"
 #include "printerhandle.h"
 #include "utilitiesstaticlib/findfunction.h"
@@ -292,6 +294,18 @@ TEST_F(CapabilityCaches, AreFilledWhileAnotherProcessAddsAndRemovesSizes)
         EXPECT_FALSE(CustomForms::WalkSizes().isCutOff) << "as conversions walk, without the lock";
     }
     other.join();
+}
+
+TEST(FormTable, KeepsEachFormOnItsLineAndEachLengthsSign)
+{
+    FormsInfoRecord form;
+    form.SetName(W("A\n\x2028\x85"
+                   "B"));
+    form.width = -5;
+    form.length = std::numeric_limits<std::int32_t>::min();
+    const std::string table = FormTable({&form, 1});
+    EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 2) << table;
+    EXPECT_NE(table.find(" A   B  -0.5      -214748364.8 "), std::string::npos) << table;
 }
 
 TEST_F(CapabilityCaches, ReconcileADevmodesPaper)
