@@ -12,6 +12,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <tvcore/customsizenumber.h>
 #include <tvutil/datacache.h>
 #include <tvutil/user.h>
 
@@ -48,6 +49,14 @@ DWORD NumberOf(HANDLE printer, const WideString& name)
         if (WStringView(reinterpret_cast<const FORM_INFO_1W*>(room.data())[at].pName) == name)
             return at + 1;
     return 0;
+}
+
+std::string NameOfNumber(std::uint16_t number)
+{
+    std::string name;
+    for (int at = 0; CustomSizeNumber(CXString::FromUtf8(name)) != number; ++at)
+        name = "Size " + std::to_string(at);
+    return name;
 }
 
 class CapabilityCaches : public HostTest
@@ -224,6 +233,7 @@ TEST_F(CapabilityCaches, TakeNoCustomSizeThatIsNone)
         {"New", "100mm", "0in", "--length"},
         {"New", "-1mm", "100mm", "--width"},
         {"New", "0.05mm", "100mm", "--width"},
+        {"New", "0.099999mm", "100mm", "--width"},
         {"New", "100mm", "3276.8mm", "--length"},
         {"New", "100mm", "3276.700001mm", "--length"},
         {"New", "100", "100mm", "--width"},
@@ -231,9 +241,13 @@ TEST_F(CapabilityCaches, TakeNoCustomSizeThatIsNone)
         {"New", "", "100mm", "--width"},
         {"New", "99999999999mm", "100mm", "--width"},
         {"", "100mm", "100mm", "empty"},
-        {"  ", "100mm", "100mm", "empty"},
+        {" \xC2\xA0\xE3\x80\x80", "100mm", "100mm", "empty"},
         {"A\\B", "100mm", "100mm", "backslash"},
         {"A\nB", "100mm", "100mm", "control"},
+        {"A\xC2\x85", "100mm", "100mm", "control"},
+        {"A\xE2\x80\xA8", "100mm", "100mm", "control"},
+        {"A\xE2\x80\xA9", "100mm", "100mm", "control"},
+        {NameOfNumber(CustomSizeNumber(W("There"))), "100mm", "100mm", "paper number"},
         {std::string(256, 'n'), "100mm", "100mm", "255"},
         {"\xFF", "100mm", "100mm", "UTF-8"},
         {"There", "100mm", "100mm", "there is a custom paper size of this name"},
@@ -250,6 +264,8 @@ TEST_F(CapabilityCaches, TakeNoCustomSizeThatIsNone)
         EXPECT_EQ(RunHost({"printer", "custom-size", "remove", name}).status, 1) << name;
     EXPECT_EQ(Sizes(), before);
     EXPECT_EQ(Add(std::string(255, 'n'), "0.1mm", "3276.7mm").status, 0);
+    EXPECT_TRUE(IsOneErrorLine(Add(std::string(63, 'N'), "1mm", "1mm").errors, "63 characters"));
+    EXPECT_EQ(Add(std::string(62, 'n'), "1mm", "1mm").status, 0);
 }
 
 TEST_F(CapabilityCaches, LeaveOutSizesThatTheRegistryDoesNotTell)
@@ -269,7 +285,10 @@ TEST_F(CapabilityCaches, LeaveOutSizesThatTheRegistryDoesNotTell)
     EXPECT_TRUE(Sizes()[0]["fault"].is_null());
     EXPECT_TRUE(Sizes()[1]["fault"].is_string());
     EXPECT_NE(RunHost({"printer", "custom-size", "list"}).out.find("\"Bad\" is left out"), std::string::npos);
-    EXPECT_EQ(RunHost({"printer", "custom-size", "remove", "Bad"}).status, 0);
+    EXPECT_TRUE(user.CreateKey(CXString(CustomForms::kKey) + W("\\ \n\x2028")));
+    for (const json& size : Sizes())
+        EXPECT_EQ(RunHost({"printer", "custom-size", "remove", "--", size["name"]}).status, 0) << size;
+    EXPECT_EQ(Sizes(), json::array());
 }
 
 TEST_F(CapabilityCaches, AreFilledWhileAnotherProcessAddsAndRemovesSizes)
