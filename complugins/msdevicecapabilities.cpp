@@ -60,6 +60,11 @@ HANDLE MSDeviceCapabilities::GetPrinterHandle() const noexcept
     return m_printer;
 }
 
+const MSDeviceCapabilities::Options& MSDeviceCapabilities::GetOptions() const noexcept
+{
+    return m_options;
+}
+
 HKEY MSDeviceCapabilities::GetHive()
 {
     return ChooseHive(m_options.forceMachineHive);
@@ -216,13 +221,19 @@ MSDeviceCapabilities::GetResolutionsCachedDeviceCapabilitiesVector(std::vector<R
 
 HRESULT MSDeviceCapabilities::GetResolutionEnumsCachedDeviceCapabilitiesVector(std::vector<std::int32_t>& values)
 {
-    values.clear();
     std::vector<ResolutionInfoRecord> resolutions;
     const HRESULT loaded = GetResolutionsCachedDeviceCapabilitiesVector(resolutions);
+    values = ValuesOf(resolutions);
+    return loaded;
+}
+
+std::vector<std::int32_t> MSDeviceCapabilities::ValuesOf(const std::vector<ResolutionInfoRecord>& resolutions)
+{
+    std::vector<std::int32_t> values;
     for (const ResolutionInfoRecord& resolution : resolutions)
         if (resolution.valueId != 0)
             values.push_back(resolution.valueId);
-    return loaded;
+    return values;
 }
 
 DWORD MSDeviceCapabilities::GetCustomFormsCRC()

@@ -334,8 +334,25 @@ TEST_F(DeviceCapabilities, OfAConversionBindAtTheFirstQuestion)
     EXPECT_TRUE(DataCache::RemovePrinter(m_name, HKEY_CURRENT_USER));
     EXPECT_EQ(bound.GetForms(forms), S_OK) << "kept for the conversion";
     EXPECT_EQ(forms.size(), count);
-    EXPECT_EQ(bound.GetResolutionEnums(values), E_FAIL);
-    EXPECT_TRUE(values.empty());
+    values.clear();
+    EXPECT_EQ(bound.GetResolutionEnums(values), S_OK);
+    EXPECT_EQ(values[0], DataModelIds::Value::MsResolution600x600);
+}
+
+TEST_F(DeviceCapabilities, OfAConversionKeepTheirOwnersOptions)
+{
+    MSDeviceCapabilities shared;
+    const Printer other(m_name);
+    Forms forms;
+    MsCachedDeviceCapabilities cached(shared, Handle(), nullptr);
+    for (HANDLE const held : {Handle(), other.GetPrinterHandle()})
+    {
+        shared.Initialize(held, Context::Application, {.forceMachineHive = true, .noSave = true});
+        EXPECT_EQ(cached.GetForms(forms), E_FAIL) << "the machine has none";
+        EXPECT_EQ(shared.GetPrinterHandle(), Handle());
+        shared.SetCache(Cache::Staple, CapabilityCaches::WriteStaple(1));
+        EXPECT_EQ(shared.Save(), S_FALSE);
+    }
 }
 
 } // namespace
