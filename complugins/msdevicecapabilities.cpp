@@ -42,8 +42,9 @@ void MSDeviceCapabilities::Initialize(HANDLE printer, Context context, Options o
 {
     if (!IsUsable(printer))
         ThrowException<ExceptionInvalidPrinterHandle>({W("MSDeviceCapabilities::Initialize"), kSourceFile});
+    const bool isSameHive = options.forceMachineHive == m_options.forceMachineHive;
     m_options = options;
-    if (printer == m_printer && context == m_context)
+    if (printer == m_printer && context == m_context && isSameHive)
         return;
     m_printer = printer;
     m_context = context;
@@ -51,7 +52,7 @@ void MSDeviceCapabilities::Initialize(HANDLE printer, Context context, Options o
     m_portName.Clear();
     m_state = 0;
     m_contents = {};
-    m_dirty = 0;                                             // another printer's
+    m_dirty = 0;                                             // another printer's, or for another hive
     static_cast<void>(BuildState(options.forceMachineHive)); // a query tries again, and tells
 }
 

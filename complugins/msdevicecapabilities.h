@@ -60,8 +60,8 @@ public:
     MSDeviceCapabilities();
     ~MSDeviceCapabilities();
 
-    // A null handle or one of all ones throws ExceptionInvalidPrinterHandle. Another handle, or another context, than
-    // before begins anew.
+    // A null handle or one of all ones throws ExceptionInvalidPrinterHandle. Another handle, context or choice of
+    // hive than before begins anew: what is dirty was meant for the former.
     void Initialize(HANDLE printer, Context context = Context::OfThisProcess, Options options = {});
 
     [[nodiscard]] HANDLE GetPrinterHandle() const noexcept;

@@ -295,6 +295,11 @@ TEST_F(DeviceCapabilities, SaveWhatIsDirtyUnlessTheyMustNot)
     EXPECT_EQ(flags->getDword(), 0x10000U);
     EXPECT_EQ(store.Dump().size(), before);
 
+    capabilities.SetCache(Cache::Staple, CapabilityCaches::WriteStaple(0));
+    capabilities.Initialize(Handle(), Context::Application, {.forceMachineHive = true});
+    EXPECT_EQ(capabilities.Save(), S_FALSE) << "a user's cache is not for the machine";
+    EXPECT_FALSE(Store(HKEY_LOCAL_MACHINE).Read(W("XStaple")));
+
     HANDLE const nobodys = &capabilities;
     capabilities.Initialize(nobodys, Context::Application);
     capabilities.SetCache(Cache::Staple, staple);
