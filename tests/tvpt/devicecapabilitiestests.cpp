@@ -353,6 +353,12 @@ TEST_F(CapabilityCaches, ReconcileADevmodesPaper)
     words = Reconcile(printer, {"dmPaperSize=" + Sizes()[0]["paperId"].dump()});
     EXPECT_NE(words.find("dmPaperWidth: 2159 becomes 1000\n"), std::string::npos) << words;
     EXPECT_NE(words.find("100 x 139.7 mm"), std::string::npos) << words;
+
+    // A ticket made of it tells its measures, in micrometres.
+    ASSERT_EQ(RunHost({"ticket", "from-devmode", "--printer", printer, File("d.dm"), "-o", File("t.xml")}).status, 0);
+    const std::string ticket = ReadBytes(Folder() / "t.xml");
+    for (const char* const part : {"CustomMediaSize", ">100000<", ">139700<"})
+        EXPECT_NE(ticket.find(part), std::string::npos) << part << "\n" << ticket;
 }
 
 TEST_F(CapabilityCaches, ReconcileTheDriversPapersOfOneProgramButNoUsersForm)
