@@ -5,8 +5,10 @@
 #include <tvcore/customsizenumber.h>
 #include <tvcore/datamodelids.h>
 #include <tvutil/crc32.h>
+#include <tvutil/datacache.h>
 #include <tvutil/dimension.h>
 #include <tvutil/executioncontext.h>
+#include <tvutil/tavlencomexception.h>
 #include <tvutil/tavlenexception.h>
 #include <tvutil/user.h>
 #include <tvutil/utilitiesdllperthreadstorage.h>
@@ -42,12 +44,9 @@ std::optional<Size> ReadSize(const User& user, const CXString& name)
     return Size{name, static_cast<std::int32_t>(*width), static_cast<std::int32_t>(*length), *isMetric};
 }
 
-void LeaveOut(CustomForms::Walk& walk, const CXString& name)
+void LeaveOut(CustomForms::Walk& walk, const CXString& name, const std::exception& reason)
 {
     walk.leftOut.push_back(name);
-    const TavlenException reason(
-        CXString::Format(W("the custom paper size \"%s\" has no width, length and units that can be read"), {name}),
-        kWalk);
     Report(&reason, name.c_str());
 }
 
@@ -62,16 +61,45 @@ void TakeUp(CustomForms::Walk& walk, FormsInfoRecord& record, Size size)
     walk.sizes.push_back(std::move(size));
 }
 
+void WalkSize(CustomForms::Walk& walk, FormsInfoRecord& record, const User& user, const CXString& name)
+{
+    constexpr const WCHAR* kNoSize = W("the custom paper size \"%s\" has no width, length and units that can be read");
+    try
+    {
+        if (std::optional<Size> size = ReadSize(user, name))
+            TakeUp(walk, record, *std::move(size));
+        else
+            LeaveOut(walk, name, TavlenException(CXString::Format(kNoSize, {name}), kWalk));
+    }
+    catch (const TavlenComException& refusal)
+    {
+        // Of this key, and for as long as it is there. Of any other failure nobody knows what the next try brings:
+        // caches that were filled without the size would be stale at once.
+        if (refusal.GetHresult() != E_ACCESSDENIED)
+            throw;
+        LeaveOut(walk, name, refusal);
+    }
+}
+
 void WalkRegistry(CustomForms::Walk& walk)
 {
     const User user(CustomForms::kComponent);
     FormsInfoRecord record;
     record.formType = DataModelIds::PageSizeDriverCustom;
     for (const CXString& name : user.GetSubKeyNames(CustomForms::kKey))
-        if (std::optional<Size> size = ReadSize(user, name))
-            TakeUp(walk, record, *std::move(size));
-        else
-            LeaveOut(walk, name);
+        WalkSize(walk, record, user, name);
+}
+
+// Behind a failure that is to be told, whatever becomes of this.
+void Withdraw(const User& user, const CXString& path) noexcept
+{
+    try
+    {
+        user.DeleteKey(path);
+    }
+    catch (const std::exception&)
+    {
+    }
 }
 
 std::int32_t TenthsOf(std::int32_t thousandths)
@@ -116,6 +144,7 @@ FormsInfoRecord CustomForms::FormOf(const Size& size)
 
 bool CustomForms::Add(const Size& size)
 {
+    const DataCache::Lock lock(HKEY_CURRENT_USER); // whoever fills caches finds the whole size or none
     const User user(kComponent);
     const CXString path = PathOf(size.name);
     if (!user.CreateKey(path))
@@ -129,12 +158,13 @@ bool CustomForms::Add(const Size& size)
     }
     catch (const std::exception&)
     {
-        user.DeleteKey(path);
+        Withdraw(user, path);
         throw;
     }
 }
 
 bool CustomForms::Remove(const CXString& name)
 {
+    const DataCache::Lock lock(HKEY_CURRENT_USER);
     return User(kComponent).DeleteKey(PathOf(name));
 }

@@ -57,8 +57,9 @@ struct Walk
 // The record of a printer's form list: tenths of a millimetre.
 [[nodiscard]] FormsInfoRecord FormOf(const Size& size);
 
+// Both take DataCache::Lock of the user's hive.
 // False when there is a size of this name. A name that a key can bear and lengths of paper are the caller's to bring.
-// Throws TavlenComException, with nothing left behind, when the registry refuses.
+// Throws TavlenComException when the registry refuses, with nothing left behind unless it refuses that, too.
 bool Add(const Size& size);
 // False when there is no such size.
 bool Remove(const CXString& name);

@@ -36,9 +36,9 @@ DEVMODEW* MsCachedDeviceCapabilities::GetCachedDevmode() const noexcept
 
 MSDeviceCapabilities& MsCachedDeviceCapabilities::Bound()
 {
-    if (!m_isBound)
-        m_capabilities.Initialize(m_printer, m_context);
-    m_isBound = true;
+    // What holds this printer already is as its owner made it; somebody else's question may have bound it elsewhere.
+    if (m_printer == nullptr || m_capabilities.GetPrinterHandle() != m_printer)
+        m_capabilities.Initialize(m_printer, m_context, m_capabilities.GetOptions());
     return m_capabilities;
 }
 
@@ -58,6 +58,8 @@ HRESULT MsCachedDeviceCapabilities::GetResolutions(std::vector<ResolutionInfoRec
 
 HRESULT MsCachedDeviceCapabilities::GetResolutionEnums(std::vector<std::int32_t>& values)
 {
-    values.clear();
-    return Bound().GetResolutionEnumsCachedDeviceCapabilitiesVector(values);
+    std::vector<ResolutionInfoRecord> resolutions;
+    const HRESULT result = GetResolutions(resolutions);
+    values = MSDeviceCapabilities::ValuesOf(resolutions);
+    return result;
 }

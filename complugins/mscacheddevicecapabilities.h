@@ -1,9 +1,9 @@
 // MsCachedDeviceCapabilities: a printer's cached capabilities, as the steps of one conversion ask for them, with the
 // devmode of that conversion.
 //
-// Building one asks nothing and needs no printer: the first question binds the capabilities to the printer, and throws
-// ExceptionInvalidPrinterHandle where there is none. What a question has brought is kept for the next one. Everything
-// given is borrowed and outlives the object. For one thread.
+// Building one asks nothing and needs no printer: a question binds the capabilities to the printer, with the options
+// that they have, unless they hold it already, and throws ExceptionInvalidPrinterHandle where there is none. What a
+// question has brought is kept for the next one. Everything given is borrowed and outlives the object. For one thread.
 #pragma once
 
 #include <windows.h>
@@ -37,7 +37,6 @@ private:
     HANDLE m_printer;
     DEVMODEW* m_devmode;
     MSDeviceCapabilities::Context m_context;
-    bool m_isBound = false;
     std::optional<std::vector<FormsInfoRecord>> m_forms;
     std::optional<std::vector<ResolutionInfoRecord>> m_resolutions;
 };

@@ -42,8 +42,9 @@ void MSDeviceCapabilities::Initialize(HANDLE printer, Context context, Options o
 {
     if (!IsUsable(printer))
         ThrowException<ExceptionInvalidPrinterHandle>({W("MSDeviceCapabilities::Initialize"), kSourceFile});
+    const bool isSameHive = options.forceMachineHive == m_options.forceMachineHive;
     m_options = options;
-    if (printer == m_printer && context == m_context)
+    if (printer == m_printer && context == m_context && isSameHive)
         return;
     m_printer = printer;
     m_context = context;
@@ -51,13 +52,18 @@ void MSDeviceCapabilities::Initialize(HANDLE printer, Context context, Options o
     m_portName.Clear();
     m_state = 0;
     m_contents = {};
-    m_dirty = 0;                                             // another printer's
+    m_dirty = 0;                                             // another printer's, or for another hive
     static_cast<void>(BuildState(options.forceMachineHive)); // a query tries again, and tells
 }
 
 HANDLE MSDeviceCapabilities::GetPrinterHandle() const noexcept
 {
     return m_printer;
+}
+
+const MSDeviceCapabilities::Options& MSDeviceCapabilities::GetOptions() const noexcept
+{
+    return m_options;
 }
 
 HKEY MSDeviceCapabilities::GetHive()
@@ -216,13 +222,19 @@ MSDeviceCapabilities::GetResolutionsCachedDeviceCapabilitiesVector(std::vector<R
 
 HRESULT MSDeviceCapabilities::GetResolutionEnumsCachedDeviceCapabilitiesVector(std::vector<std::int32_t>& values)
 {
-    values.clear();
     std::vector<ResolutionInfoRecord> resolutions;
     const HRESULT loaded = GetResolutionsCachedDeviceCapabilitiesVector(resolutions);
+    values = ValuesOf(resolutions);
+    return loaded;
+}
+
+std::vector<std::int32_t> MSDeviceCapabilities::ValuesOf(const std::vector<ResolutionInfoRecord>& resolutions)
+{
+    std::vector<std::int32_t> values;
     for (const ResolutionInfoRecord& resolution : resolutions)
         if (resolution.valueId != 0)
             values.push_back(resolution.valueId);
-    return loaded;
+    return values;
 }
 
 DWORD MSDeviceCapabilities::GetCustomFormsCRC()

@@ -60,11 +60,12 @@ public:
     MSDeviceCapabilities();
     ~MSDeviceCapabilities();
 
-    // A null handle or one of all ones throws ExceptionInvalidPrinterHandle. Another handle, or another context, than
-    // before begins anew.
+    // A null handle or one of all ones throws ExceptionInvalidPrinterHandle. Another handle, context or choice of
+    // hive than before begins anew: what is dirty was meant for the former.
     void Initialize(HANDLE printer, Context context = Context::OfThisProcess, Options options = {});
 
     [[nodiscard]] HANDLE GetPrinterHandle() const noexcept;
+    [[nodiscard]] const Options& GetOptions() const noexcept;
 
     // ---- Queries
 
@@ -81,6 +82,7 @@ public:
     // The resolutions in the printer's order, and as values of the data model: those that have none are left out there.
     HRESULT GetResolutionsCachedDeviceCapabilitiesVector(std::vector<ResolutionInfoRecord>& resolutions);
     HRESULT GetResolutionEnumsCachedDeviceCapabilitiesVector(std::vector<std::int32_t>& values);
+    [[nodiscard]] static std::vector<std::int32_t> ValuesOf(const std::vector<ResolutionInfoRecord>& resolutions);
 
     // kStamp inside the spooler, where the registry is no user's and is not asked.
     [[nodiscard]] DWORD GetCustomFormsCRC();

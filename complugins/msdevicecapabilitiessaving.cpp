@@ -26,7 +26,8 @@ void MSDeviceCapabilities::WriteDirtyCaches()
     for (const Cache cache : DeviceCapabilityTable::kSavingOrder)
         if ((m_dirty & RowOf(cache).dirtyBits) != 0)
             store.Write(RowOf(cache).name, m_contents[static_cast<std::size_t>(cache)].bytes());
-    const auto papers = PaperCache::ReadHeader(m_contents[static_cast<std::size_t>(Cache::Papers)].bytes());
+    // The papers' that are stored now, whether saved before or just now.
+    const auto papers = PaperCache::ReadHeader(store.Read(RowOf(Cache::Papers).name).value_or(ByteBuffer()).bytes());
     store.Write(RowOf(Cache::Flags).name,
                 CapabilityCaches::WriteFlags({m_dirty, m_printerCacheCrc, papers.customFormsCrc}).bytes());
 }

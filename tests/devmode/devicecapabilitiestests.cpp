@@ -291,9 +291,15 @@ TEST_F(DeviceCapabilities, SaveWhatIsDirtyUnlessTheyMustNot)
     EXPECT_EQ(capabilities.Save(), S_FALSE) << "nothing is dirty any more";
     EXPECT_EQ(store.Read(W("XStaple")), staple);
     const std::optional<ByteBuffer> flags = store.Read(W("XCapsFlags"));
-    ASSERT_TRUE(flags);
-    EXPECT_EQ(flags->getDword(), 0x10000U);
+    EXPECT_EQ(flags,
+              CapabilityCaches::WriteFlags({0x10000, MSDeviceCapabilities::kStamp, MSDeviceCapabilities::kStamp}))
+        << "the papers stay";
     EXPECT_EQ(store.Dump().size(), before);
+
+    capabilities.SetCache(Cache::Staple, CapabilityCaches::WriteStaple(0));
+    capabilities.Initialize(Handle(), Context::Application, {.forceMachineHive = true});
+    EXPECT_EQ(capabilities.Save(), S_FALSE) << "a user's cache is not for the machine";
+    EXPECT_FALSE(Store(HKEY_LOCAL_MACHINE).Read(W("XStaple")));
 
     HANDLE const nobodys = &capabilities;
     capabilities.Initialize(nobodys, Context::Application);
@@ -334,8 +340,25 @@ TEST_F(DeviceCapabilities, OfAConversionBindAtTheFirstQuestion)
     EXPECT_TRUE(DataCache::RemovePrinter(m_name, HKEY_CURRENT_USER));
     EXPECT_EQ(bound.GetForms(forms), S_OK) << "kept for the conversion";
     EXPECT_EQ(forms.size(), count);
-    EXPECT_EQ(bound.GetResolutionEnums(values), E_FAIL);
-    EXPECT_TRUE(values.empty());
+    values.clear();
+    EXPECT_EQ(bound.GetResolutionEnums(values), S_OK);
+    EXPECT_EQ(values[0], DataModelIds::Value::MsResolution600x600);
+}
+
+TEST_F(DeviceCapabilities, OfAConversionKeepTheirOwnersOptions)
+{
+    MSDeviceCapabilities shared;
+    const Printer other(m_name);
+    Forms forms;
+    MsCachedDeviceCapabilities cached(shared, Handle(), nullptr);
+    for (HANDLE const held : {Handle(), other.GetPrinterHandle()})
+    {
+        shared.Initialize(held, Context::Application, {.forceMachineHive = true, .noSave = true});
+        EXPECT_EQ(cached.GetForms(forms), E_FAIL) << "the machine has none";
+        EXPECT_EQ(shared.GetPrinterHandle(), Handle());
+        shared.SetCache(Cache::Staple, CapabilityCaches::WriteStaple(1));
+        EXPECT_EQ(shared.Save(), S_FALSE);
+    }
 }
 
 } // namespace

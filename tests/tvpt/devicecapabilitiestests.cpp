@@ -3,18 +3,22 @@
 #include <windows.h>
 #include <winspool.h>
 
+#include <atomic>
 #include <cstdlib>
+#include <limits>
 #include <memory>
 #include <thread>
 #include <type_traits>
 
 #include <nlohmann/json.hpp>
 
+#include <tvcore/customsizenumber.h>
 #include <tvutil/datacache.h>
 #include <tvutil/user.h>
 
 #include "complugins/customforms.h"
 #include "complugins/mscacheddevicecapabilities.h"
+#include "formsreport.h"
 #include "hostrun.h"
 #include "printerhandle.h"
 #include "utilitiesstaticlib/findfunction.h"
@@ -45,6 +49,14 @@ DWORD NumberOf(HANDLE printer, const WideString& name)
         if (WStringView(reinterpret_cast<const FORM_INFO_1W*>(room.data())[at].pName) == name)
             return at + 1;
     return 0;
+}
+
+std::string NameOfNumber(std::uint16_t number)
+{
+    std::string name;
+    for (int at = 0; CustomSizeNumber(CXString::FromUtf8(name)) != number; ++at)
+        name = "Size " + std::to_string(at);
+    return name;
 }
 
 class CapabilityCaches : public HostTest
@@ -221,6 +233,7 @@ TEST_F(CapabilityCaches, TakeNoCustomSizeThatIsNone)
         {"New", "100mm", "0in", "--length"},
         {"New", "-1mm", "100mm", "--width"},
         {"New", "0.05mm", "100mm", "--width"},
+        {"New", "0.099999mm", "100mm", "--width"},
         {"New", "100mm", "3276.8mm", "--length"},
         {"New", "100mm", "3276.700001mm", "--length"},
         {"New", "100", "100mm", "--width"},
@@ -228,9 +241,13 @@ TEST_F(CapabilityCaches, TakeNoCustomSizeThatIsNone)
         {"New", "", "100mm", "--width"},
         {"New", "99999999999mm", "100mm", "--width"},
         {"", "100mm", "100mm", "empty"},
-        {"  ", "100mm", "100mm", "empty"},
+        {" \xC2\xA0\xE3\x80\x80", "100mm", "100mm", "empty"},
         {"A\\B", "100mm", "100mm", "backslash"},
         {"A\nB", "100mm", "100mm", "control"},
+        {"A\xC2\x85", "100mm", "100mm", "control"},
+        {"A\xE2\x80\xA8", "100mm", "100mm", "control"},
+        {"A\xE2\x80\xA9", "100mm", "100mm", "control"},
+        {NameOfNumber(CustomSizeNumber(W("There"))), "100mm", "100mm", "paper number"},
         {std::string(256, 'n'), "100mm", "100mm", "255"},
         {"\xFF", "100mm", "100mm", "UTF-8"},
         {"There", "100mm", "100mm", "there is a custom paper size of this name"},
@@ -247,6 +264,8 @@ TEST_F(CapabilityCaches, TakeNoCustomSizeThatIsNone)
         EXPECT_EQ(RunHost({"printer", "custom-size", "remove", name}).status, 1) << name;
     EXPECT_EQ(Sizes(), before);
     EXPECT_EQ(Add(std::string(255, 'n'), "0.1mm", "3276.7mm").status, 0);
+    EXPECT_TRUE(IsOneErrorLine(Add(std::string(63, 'N'), "1mm", "1mm").errors, "63 characters"));
+    EXPECT_EQ(Add(std::string(62, 'n'), "1mm", "1mm").status, 0);
 }
 
 TEST_F(CapabilityCaches, LeaveOutSizesThatTheRegistryDoesNotTell)
@@ -266,7 +285,46 @@ TEST_F(CapabilityCaches, LeaveOutSizesThatTheRegistryDoesNotTell)
     EXPECT_TRUE(Sizes()[0]["fault"].is_null());
     EXPECT_TRUE(Sizes()[1]["fault"].is_string());
     EXPECT_NE(RunHost({"printer", "custom-size", "list"}).out.find("\"Bad\" is left out"), std::string::npos);
-    EXPECT_EQ(RunHost({"printer", "custom-size", "remove", "Bad"}).status, 0);
+    EXPECT_TRUE(user.CreateKey(CXString(CustomForms::kKey) + W("\\ \n\x2028")));
+    for (const json& size : Sizes())
+        EXPECT_EQ(RunHost({"printer", "custom-size", "remove", "--", size["name"]}).status, 0) << size;
+    EXPECT_EQ(Sizes(), json::array());
+}
+
+TEST_F(CapabilityCaches, AreFilledWhileAnotherProcessAddsAndRemovesSizes)
+{
+    const std::string printer = InstallTestPrinter("tavlen-b7000-xps");
+    std::atomic<bool> isDone = false;
+    std::thread other(
+        [&isDone]
+        {
+            const std::string command = std::string(TVPT_CHILD_COMMAND) + " printer custom-size ";
+            for (int round = 0; round < 12; ++round)
+                for (const char* const work : {"add Strip --width 100mm --length 200mm", "remove Strip"})
+                    EXPECT_EQ(std::system((command + work).c_str()), 0) << work;
+            isDone = true;
+        });
+    while (!isDone)
+    {
+        const RunResult list = RunHost({"printer", "custom-size", "list"});
+        EXPECT_EQ(list.status, 0) << list.errors;
+        EXPECT_EQ(list.out.find("left out"), std::string::npos) << list.out;
+        Refresh(printer);
+        EXPECT_FALSE(CustomForms::WalkSizes().isCutOff) << "as conversions walk, without the lock";
+    }
+    other.join();
+}
+
+TEST(FormTable, KeepsEachFormOnItsLineAndEachLengthsSign)
+{
+    FormsInfoRecord form;
+    form.SetName(W("A\n\x2028\x85"
+                   "B"));
+    form.width = -5;
+    form.length = std::numeric_limits<std::int32_t>::min();
+    const std::string table = FormTable({&form, 1});
+    EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 2) << table;
+    EXPECT_NE(table.find(" A   B  -0.5      -214748364.8 "), std::string::npos) << table;
 }
 
 TEST_F(CapabilityCaches, ReconcileADevmodesPaper)
@@ -295,6 +353,12 @@ TEST_F(CapabilityCaches, ReconcileADevmodesPaper)
     words = Reconcile(printer, {"dmPaperSize=" + Sizes()[0]["paperId"].dump()});
     EXPECT_NE(words.find("dmPaperWidth: 2159 becomes 1000\n"), std::string::npos) << words;
     EXPECT_NE(words.find("100 x 139.7 mm"), std::string::npos) << words;
+
+    // A ticket made of it tells its measures, in micrometres.
+    ASSERT_EQ(RunHost({"ticket", "from-devmode", "--printer", printer, File("d.dm"), "-o", File("t.xml")}).status, 0);
+    const std::string ticket = ReadBytes(Folder() / "t.xml");
+    for (const char* const part : {"CustomMediaSize", ">100000<", ">139700<"})
+        EXPECT_NE(ticket.find(part), std::string::npos) << part << "\n" << ticket;
 }
 
 TEST_F(CapabilityCaches, ReconcileTheDriversPapersOfOneProgramButNoUsersForm)

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "complugins/customforms.h"
 #include "complugins/oemdevmode.h"
 #include "complugins/xdevmode.h"
 #include "devmode.h"
@@ -11,6 +12,7 @@
 #include "printerhandle.h"
 #include "tests/tvui/installedprinter.h"
 
+#include <tvcore/customsizenumber.h>
 #include <tvcore/productdata.h>
 #include <tvui/defaultdevmode.h>
 #include <tvutil/exceptions.h>
@@ -152,6 +154,25 @@ bool HasPaper(const nlohmann::ordered_json& papers, int paperId)
 {
     return std::any_of(papers.begin(), papers.end(),
                        [paperId](const auto& form) { return form["paperId"] == paperId; });
+}
+
+TEST_F(DocumentProperties, TakeAndCarryACustomSizeOfTheUser)
+{
+    Install(kPostScriptModel);
+    const CXString name = CXString(W("Strip of ")) + m_name;
+    ASSERT_TRUE(CustomForms::Add({name, 100000, 139700, false}));
+    const int number = CustomSizeNumber(name);
+    DEVMODEW input{};
+    input.dmSize = sizeof input;
+    input.dmFields = DM_PAPERSIZE;
+    input.dmPaperSize = static_cast<short>(number);
+    const ByteBuffer merged = Properties(&input);
+    ASSERT_TRUE(CustomForms::Remove(name));
+    EXPECT_EQ(PublicPart(merged).dmPaperSize, input.dmPaperSize);
+    EXPECT_EQ(PublicPart(merged).dmPaperWidth, 1000);
+    EXPECT_EQ(PublicPart(merged).dmPaperLength, 1397);
+    EXPECT_TRUE(HasPaper(DescribeDevmode(HostDevmode(merged), nullptr)["papers"], number));
+    EXPECT_EQ(PublicPart(Properties(&input)).dmPaperSize, PublicPart(Properties()).dmPaperSize) << "it is gone";
 }
 
 // The list of papers is longer than a devmode carries: the merged paper is on it all the same.

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <memory>
 
+#include <tvcore/customsizenumber.h>
 #include <tvcore/datamodelids.h>
 #include <tvutil/tavlenexception.h>
 
@@ -59,6 +60,11 @@ constexpr MediaSizeRow kMediaSizes[] = {
     {70, "psk:ISOA6"},
 };
 
+bool IsUsersOwnPaper(const DEVMODEW& fields) noexcept
+{
+    return static_cast<std::uint16_t>(fields.dmPaperSize) >= kFirstCustomSizeNumber;
+}
+
 // The model's defaults, with what the devmode claims written over them.
 DEVMODEW ClaimedFields(const Devmode& devmode, const PrinterModel& model)
 {
@@ -71,6 +77,11 @@ DEVMODEW ClaimedFields(const Devmode& devmode, const PrinterModel& model)
     if ((given.dmFields & DM_PAPERSIZE) == 0 && (given.dmFields & DM_PAPERWIDTH) != 0 &&
         (given.dmFields & DM_PAPERLENGTH) != 0)
         fields.dmPaperSize = DMPAPER_USER;
+    if (IsUsersOwnPaper(fields)) // the number claims the measures, too, which the model does not know
+    {
+        fields.dmPaperWidth = given.dmPaperWidth;
+        fields.dmPaperLength = given.dmPaperLength;
+    }
     return fields;
 }
 
@@ -160,7 +171,9 @@ void WriteCustomMediaSize(const DEVMODEW& fields, const PrinterModel& model, Tic
 void WriteMediaSize(const DEVMODEW& fields, const PrinterModel& model, TicketWriter& ticket)
 {
     const auto paperId = static_cast<std::uint16_t>(fields.dmPaperSize);
-    if (paperId == DMPAPER_USER)
+    // The core driver knows no names of the user's own sizes: of those only the measures count.
+    const bool isMeasured = fields.dmPaperWidth > 0 && fields.dmPaperLength > 0;
+    if (paperId == DMPAPER_USER || (IsUsersOwnPaper(fields) && isMeasured))
         return WriteCustomMediaSize(fields, model, ticket);
 
     const PrinterModel::Form* const known = model.FindForm(paperId);

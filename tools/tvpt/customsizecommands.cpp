@@ -5,7 +5,10 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include <tvcore/customsizenumber.h>
 #include <tvcore/featurevalues.h>
+#include <tvutil/datacache.h>
+#include <tvutil/singleline.h>
 #include <tvutil/tavlencomexception.h>
 
 #include "complugins/customforms.h"
@@ -20,6 +23,7 @@ using nlohmann::ordered_json;
 
 constexpr char kAdding[] = "adding the custom paper size";
 constexpr char kRemoving[] = "removing the custom paper size";
+constexpr std::int32_t kShortest = 100; // thousandths of a millimetre: the least that a form list can tell
 constexpr char kUnusable[] = "its width, length and units cannot be read";
 
 struct CustomSizeArguments
@@ -31,21 +35,31 @@ struct CustomSizeArguments
     bool json = false;
 };
 
-// A name that is one key of the registry and one line.
-CXString RequireName(const char* what, const std::string& name)
+// A name that one key of the registry may have, whoever made it.
+CXString RequireKeyName(const char* what, const std::string& name)
 {
-    constexpr std::size_t kLongest = 255;
     const CXString wide = CXString::FromUtf8(name);
     if (wide.ToUtf8() != name)
         Fail(what, OneLine(name), "the name is not UTF-8");
-    if (std::all_of(name.begin(), name.end(), [](char unit) { return unit == ' '; }))
-        Fail(what, "\"" + name + "\"", "the name is empty");
+    if (wide.IsEmpty())
+        Fail(what, "\"\"", "the name is empty");
     if (name.find('\\') != std::string::npos)
-        Fail(what, name, "a name has no backslash");
+        Fail(what, OneLine(name), "a name has no backslash");
+    return wide;
+}
+
+// A name to be seen in lists.
+CXString RequireNewName(const std::string& name)
+{
+    constexpr std::size_t kLongest = 255;
+    CXString wide = RequireKeyName(kAdding, name);
+    const std::string shown = SingleLine(wide.View()).ToUtf8();
+    if (IsBlank(wide.View()))
+        Fail(kAdding, "\"" + shown + "\"", "the name is empty");
     if (wide.Length() > kLongest)
-        Fail(what, name, "a name has at most 255 characters");
-    if (std::any_of(name.begin(), name.end(), [](char unit) { return (unit >= 0 && unit < ' ') || unit == '\x7F'; }))
-        Fail(what, OneLine(name), "a name has no control characters");
+        Fail(kAdding, shown, "a name has at most 255 characters");
+    if (!IsSingleLine(wide.View()))
+        Fail(kAdding, shown, "a name has no control characters and is one line");
     return wide;
 }
 
@@ -54,9 +68,10 @@ FeatureCatalogue::Length RequireLength(const CustomSizeArguments& arguments, con
 {
     const auto length = FeatureCatalogue::ParseLength(text);
     const Number microns = length ? length->value.GetValue(Dimension::Microns) : Number(0);
-    // What is finer than a thousandth counts against the limit, too.
+    // What is finer than a thousandth counts against the limits, too.
+    const bool isTooShort = microns.GetNumerator() < kShortest * microns.GetDenominator();
     const bool isTooLong = microns.GetNumerator() > CustomForms::kLongest * microns.GetDenominator();
-    if (!length || isTooLong || !CustomForms::IsLength(microns.GetLongValue()))
+    if (!length || isTooShort || isTooLong)
         Fail(kAdding, arguments.name,
              std::string(option) + " must be a length of 0.1mm to 3276.7mm, such as 100mm or 5.5in, and is \"" +
                  OneLine(text) + "\"");
@@ -68,31 +83,58 @@ bool IsMetric(const CustomSizeArguments& arguments, bool isGivenInInches)
     return arguments.units.empty() ? !isGivenInInches : arguments.units == "metric";
 }
 
+// Under the lock of those who change them: a size that is just being added or removed is not one that cannot be read.
+CustomForms::Walk WalkSizes()
+{
+    const DataCache::Lock lock(HKEY_CURRENT_USER);
+    return CustomForms::WalkSizes();
+}
+
+CustomForms::Walk ReadSizes(const char* what)
+{
+    CustomForms::Walk walk = WalkSizes();
+    if (walk.isCutOff)
+        Fail(what, "the user's registry", "it cannot be read");
+    return walk;
+}
+
+CXString ListedName(const CustomForms::Size& size)
+{
+    return CXString(CustomForms::FormOf(size).GetName()).ToLower(); // cut
+}
+
+// In a list of forms the one would pass for the other.
+void RequireDistinct(const CustomForms::Size& size)
+{
+    for (const CustomForms::Size& other : ReadSizes(kAdding).sizes)
+        if (other.name.ToLower() == size.name.ToLower())
+            continue; // the one that Add finds
+        else if (ListedName(other) == ListedName(size))
+            Fail(kAdding, size.name.ToUtf8(),
+                 "its first 63 characters are those of another custom paper size: " + OneLine(other.name.ToUtf8()));
+        else if (CustomSizeNumber(other.name) == CustomSizeNumber(size.name))
+            Fail(kAdding, size.name.ToUtf8(),
+                 "its paper number is that of another custom paper size: " + OneLine(other.name.ToUtf8()));
+}
+
 void AddSize(const CustomSizeArguments& arguments)
 {
     CustomForms::Size size;
-    size.name = RequireName(kAdding, arguments.name);
+    size.name = RequireNewName(arguments.name);
     const auto width = RequireLength(arguments, "--width", arguments.width);
     const auto length = RequireLength(arguments, "--length", arguments.length);
     size.width = width.value.GetValue(Dimension::Microns).GetLongValue();
     size.length = length.value.GetValue(Dimension::Microns).GetLongValue();
     size.isMetric = IsMetric(arguments, width.unit == Dimension::Inches && length.unit == Dimension::Inches);
+    RequireDistinct(size);
     if (!CustomForms::Add(size))
         Fail(kAdding, arguments.name, "there is a custom paper size of this name");
 }
 
 void RemoveSize(const std::string& name)
 {
-    if (!CustomForms::Remove(RequireName(kRemoving, name)))
-        Fail(kRemoving, name, "there is no custom paper size of this name");
-}
-
-CustomForms::Walk ReadSizes()
-{
-    CustomForms::Walk walk = CustomForms::WalkSizes();
-    if (walk.isCutOff)
-        Fail("listing the custom paper sizes", "the user's registry", "it cannot be read");
-    return walk;
+    if (!CustomForms::Remove(RequireKeyName(kRemoving, name)))
+        Fail(kRemoving, OneLine(name), "there is no custom paper size of this name");
 }
 
 ordered_json SizesToJson(const CustomForms::Walk& walk)
@@ -125,7 +167,7 @@ std::string UnusableSizesOf(const CustomForms::Walk& walk)
 
 std::string ListSizes(bool asJson)
 {
-    const CustomForms::Walk walk = ReadSizes();
+    const CustomForms::Walk walk = ReadSizes("listing the custom paper sizes");
     if (asJson)
         return JsonText(SizesToJson(walk));
     std::vector<FormsInfoRecord> forms;
@@ -137,7 +179,7 @@ std::string ListSizes(bool asJson)
 
 std::string DescribeUnusableSizes()
 {
-    return UnusableSizesOf(CustomForms::WalkSizes());
+    return UnusableSizesOf(WalkSizes());
 }
 
 void AddCustomSizeCommands(CLI::App& printer, Action& chosen)

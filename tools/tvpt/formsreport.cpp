@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <vector>
 
 #include <tvcore/datamodelids.h>
 #include <tvutil/cxstring.h>
+#include <tvutil/singleline.h>
 
 namespace
 {
@@ -18,7 +20,7 @@ using TableRow = std::array<std::string, 7>;
 TableRow RowOf(const FormsInfoRecord& form)
 {
     return {std::to_string(form.paperId),
-            CXString(form.GetName()).ToUtf8(),
+            SingleLine(form.GetName()).ToUtf8(), // anybody may have named it
             MillimetersText(form.width),
             MillimetersText(form.length),
             form.units == DataModelIds::Value::UnitsInches ? "inches" : "metric",
@@ -70,6 +72,7 @@ std::string FormTable(std::span<const FormsInfoRecord> forms)
 
 std::string MillimetersText(std::int32_t tenths)
 {
-    const std::string whole = std::to_string(tenths / 10);
-    return tenths % 10 == 0 ? whole : whole + "." + std::to_string(std::abs(tenths % 10));
+    const std::int64_t size = std::abs(std::int64_t{tenths});
+    const std::string whole = (tenths < 0 ? "-" : "") + std::to_string(size / 10);
+    return size % 10 == 0 ? whole : whole + "." + std::to_string(size % 10);
 }

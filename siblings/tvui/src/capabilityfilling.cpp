@@ -1,7 +1,5 @@
 #include "capabilityfilling.h"
 
-#include <algorithm>
-#include <iterator>
 #include <vector>
 
 #include <tvcore/datamodelids.h>
@@ -40,8 +38,7 @@ CustomForms::Walk CustomSizesFor(HKEY hive)
 
 ByteBuffer MakePapers(const ProductData& product, const CustomForms::Walk& customSizes)
 {
-    std::vector<FormsInfoRecord> forms = MakeFormList(product);
-    std::transform(customSizes.sizes.begin(), customSizes.sizes.end(), std::back_inserter(forms), CustomForms::FormOf);
+    const std::vector<FormsInfoRecord> forms = MakeFormList(product, customSizes.sizes);
     std::vector<PaperCache::Paper> papers;
     for (const FormsInfoRecord& form : forms)
         if (form.formType != DataModelIds::PageSizeUnlisted)

@@ -10,6 +10,7 @@
 #include "complugins/fixedtext.h"
 #include "complugins/oemdevmode.h"
 #include "driversettings.h"
+#include "formlist.h"
 
 namespace
 {
@@ -41,12 +42,12 @@ std::size_t DefaultDevmodeSize(const ProductData& product)
     return sizeof(DEVMODEW) + product.GetCoreDriver().privateSize + Format::kSize;
 }
 
-void SetDevmodePaper(DEVMODEW& devmode, const PrinterModel::Form& form) noexcept
+void SetDevmodePaper(DEVMODEW& devmode, const FormsInfoRecord& form) noexcept
 {
     devmode.dmPaperSize = static_cast<short>(form.paperId);
     devmode.dmPaperWidth = static_cast<short>(form.width);
     devmode.dmPaperLength = static_cast<short>(form.length);
-    SetFixedText(devmode.dmFormName, form.name.View());
+    SetFixedText(devmode.dmFormName, form.GetName());
     // The paper id says it all: width, length and name stand there for readers, without their bits.
     devmode.dmFields |= DM_PAPERSIZE;
     devmode.dmFields &= ~DWORD{DM_PAPERWIDTH | DM_PAPERLENGTH | DM_FORMNAME};
@@ -81,7 +82,7 @@ DEVMODEW MakeDefaultPublicDevmode(const ProductData& product, const CXString& pr
     devmode.dmICMMethod = DMICMMETHOD_NONE;
     devmode.dmICMIntent = DMICM_CONTRAST;
     devmode.dmMediaType = static_cast<DWORD>(product.GetMediaTypes().front().id);
-    SetDevmodePaper(devmode, product.GetForms().front());
+    SetDevmodePaper(devmode, MakeFormList(product).front());
     return devmode;
 }
 

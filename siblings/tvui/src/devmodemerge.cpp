@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <span>
+#include <vector>
 
 #include <tvui/defaultdevmode.h>
 #include <tvutil/bytereader.h>
@@ -11,6 +13,7 @@
 #include "complugins/oemdevmodecontent.h"
 #include "complugins/oemdevmodelocation.h"
 #include "driversettings.h"
+#include "formlist.h"
 
 namespace
 {
@@ -83,12 +86,12 @@ bool FitsPrinter(const ProductData& product, short width, short length)
 }
 
 // The application's own width and length, on the form for custom sizes.
-bool MergeCustomSize(const ProductData& product, const DEVMODEW& input, DEVMODEW& devmode)
+bool MergeCustomSize(const ProductData& product, std::span<const FormsInfoRecord> forms, const DEVMODEW& input,
+                     DEVMODEW& devmode)
 {
     constexpr DWORD kBoth = DM_PAPERWIDTH | DM_PAPERLENGTH;
     const bool isCustom = (input.dmFields & DM_PAPERSIZE) == 0 || input.dmPaperSize == DMPAPER_USER;
-    const auto* const form =
-        FindItem(product.GetForms(), [](const PrinterModel::Form& each) { return each.paperId == DMPAPER_USER; });
+    const auto* const form = FindItem(forms, [](const FormsInfoRecord& each) { return each.paperId == DMPAPER_USER; });
     if ((input.dmFields & kBoth) != kBoth || !isCustom || form == nullptr ||
         !FitsPrinter(product, input.dmPaperWidth, input.dmPaperLength))
         return false;
@@ -102,16 +105,17 @@ bool MergeCustomSize(const ProductData& product, const DEVMODEW& input, DEVMODEW
 // The paper number counts before the size, the size before the name.
 void MergePaper(const ProductData& product, const DEVMODEW& input, DEVMODEW& devmode)
 {
-    if (MergeCustomSize(product, input, devmode))
+    const std::vector<FormsInfoRecord> forms = MakeFormListOfUser(product);
+    if (MergeCustomSize(product, forms, input, devmode))
         return;
-    const PrinterModel::Form* form = nullptr;
+    const FormsInfoRecord* form = nullptr;
     if ((input.dmFields & DM_PAPERSIZE) != 0)
-        form = FindItem(product.GetForms(), [id = static_cast<WORD>(input.dmPaperSize)](const PrinterModel::Form& each)
+        form = FindItem(forms, [id = static_cast<WORD>(input.dmPaperSize)](const FormsInfoRecord& each)
                         { return each.paperId == id; });
     else if ((input.dmFields & DM_FORMNAME) != 0)
         // A name of a devmode is cut where a form's is longer.
-        form = FindItem(product.GetForms(), [name = GetFixedText(input.dmFormName)](const PrinterModel::Form& each)
-                        { return each.name.Mid(0, CCHFORMNAME - 1).CompareNoCase(name) == 0; });
+        form = FindItem(forms, [name = GetFixedText(input.dmFormName)](const FormsInfoRecord& each)
+                        { return CXString(each.GetName().substr(0, CCHFORMNAME - 1)).CompareNoCase(name) == 0; });
     if (form != nullptr)
         SetDevmodePaper(devmode, *form);
 }

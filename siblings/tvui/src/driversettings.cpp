@@ -77,7 +77,7 @@ void CompleteDriverSettings(const ProductData& product, ByteBuffer& devmode)
 {
     DEVMODEW fields{};
     std::memcpy(&fields, devmode.data(), sizeof fields);
-    const std::vector<FormsInfoRecord> forms = MakeFormList(product);
+    const std::vector<FormsInfoRecord> forms = MakeFormListOfUser(product);
     const std::size_t own = FindOwnForm(forms, fields);
     const auto onlyOwn = std::span(forms).subspan(own, own < forms.size() ? 1 : 0);
 

@@ -13,6 +13,13 @@ DWORD ErrorOfStatus(LSTATUS status) noexcept
     return static_cast<DWORD>(status);
 }
 
+// Whoever opened a key finds it deleted when another process was quicker: then it is not there, as any other.
+DWORD PresenceError(LSTATUS status) noexcept
+{
+    const DWORD error = ErrorOfStatus(status);
+    return error == ERROR_KEY_DELETED ? DWORD{ERROR_FILE_NOT_FOUND} : error;
+}
+
 // Either of the platform's functions that enumerate: of what else they could give nothing is wanted. The room is in
 // characters, with the terminator.
 template <class Enumerate>
@@ -24,11 +31,14 @@ DWORD ListNames(HKEY key, DWORD longest, Enumerate enumerate, std::vector<CXStri
     {
         auto size = static_cast<DWORD>(room.size());
         const DWORD error =
-            ErrorOfStatus(enumerate(key, index, room.data(), &size, nullptr, nullptr, nullptr, nullptr));
+            PresenceError(enumerate(key, index, room.data(), &size, nullptr, nullptr, nullptr, nullptr));
         if (error == ERROR_NO_MORE_ITEMS)
             break;
         if (error != ERROR_SUCCESS)
-            return error;
+        {
+            names.clear();
+            return error == ERROR_FILE_NOT_FOUND ? DWORD{ERROR_SUCCESS} : error;
+        }
         names.emplace_back(WStringView(room.data(), size));
     }
     return ERROR_SUCCESS;
@@ -44,7 +54,7 @@ RegistryKey::~RegistryKey()
 
 DWORD RegistryKey::Open(HKEY root, const CXString& path) noexcept
 {
-    return ErrorOfStatus(RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &m_key));
+    return PresenceError(RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &m_key));
 }
 
 DWORD RegistryKey::Create(HKEY root, const CXString& path, bool& isNew) noexcept
@@ -67,7 +77,7 @@ DWORD RegistryKey::Read(const CXString& name, Value& value) const
     for (int attempt = 0; attempt < kAttempts && error == ERROR_MORE_DATA; ++attempt)
     {
         value.data.resize(size);
-        error = ErrorOfStatus(RegQueryValueExW(m_key, name.c_str(), nullptr, &value.type, value.data.data(), &size));
+        error = PresenceError(RegQueryValueExW(m_key, name.c_str(), nullptr, &value.type, value.data.data(), &size));
     }
     value.data.resize(error == ERROR_SUCCESS ? size : 0);
     return error;
@@ -91,5 +101,5 @@ DWORD RegistryKey::ListValues(std::vector<CXString>& names) const
 
 DWORD RegistryKey::Delete(HKEY root, const CXString& path) noexcept
 {
-    return ErrorOfStatus(RegDeleteTreeW(root, path.c_str()));
+    return PresenceError(RegDeleteTreeW(root, path.c_str()));
 }

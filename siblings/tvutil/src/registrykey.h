@@ -20,7 +20,8 @@ public:
     };
 
     // None of them throws anything but std::bad_alloc: errors are Win32 errors, for the caller to tell with the place
-    // and the purpose that it knows. A key that is not open has no values and no subkeys.
+    // and the purpose that it knows. A key that is not open, or that was deleted
+    // since, has no values and no subkeys.
     RegistryKey() noexcept = default;
     ~RegistryKey();
     RegistryKey(const RegistryKey&) = delete;
@@ -38,7 +39,7 @@ public:
     [[nodiscard]] DWORD ListKeys(std::vector<CXString>& names) const;
     [[nodiscard]] DWORD ListValues(std::vector<CXString>& names) const;
 
-    // With everything below it.
+    // With everything below it. ERROR_FILE_NOT_FOUND when there is no such key.
     [[nodiscard]] static DWORD Delete(HKEY root, const CXString& path) noexcept;
 
 private:

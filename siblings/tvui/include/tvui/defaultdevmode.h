@@ -14,6 +14,8 @@
 #include <tvutil/bytebuffer.h>
 #include <tvutil/cxstring.h>
 
+struct FormsInfoRecord;
+
 inline constexpr WORD kDriverDevmodeVersion = 0x0100; // dmDriverVersion
 
 // dmSize + dmDriverExtra bytes. A printer name that does not fit dmDeviceName is cut.
@@ -24,6 +26,6 @@ inline constexpr WORD kDriverDevmodeVersion = 0x0100; // dmDriverVersion
 [[nodiscard]] std::size_t DefaultDevmodeSize(const ProductData& product);
 
 // Makes the form the devmode's paper: number, size, name.
-void SetDevmodePaper(DEVMODEW& devmode, const PrinterModel::Form& form) noexcept;
+void SetDevmodePaper(DEVMODEW& devmode, const FormsInfoRecord& form) noexcept;
 
 [[nodiscard]] bool IsColorProduct(const ProductData& product);
