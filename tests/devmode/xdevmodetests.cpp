@@ -66,11 +66,11 @@ TEST_F(Devmodes, HoldThePartWhereTheCoreDriversSizeLeads)
 {
     struct Case
     {
-        const char* name;
-        std::uint16_t postScriptSize;
-        std::uint16_t unidrvSize;
-        std::size_t areaSize;
-        std::ptrdiff_t expected; // -1: none
+        const char* name = nullptr;
+        std::uint16_t postScriptSize = 0;
+        std::uint16_t unidrvSize = 0;
+        std::size_t areaSize = 0;
+        std::ptrdiff_t expected = 0; // -1: none
         std::uint32_t size = Format::kSize;
         std::uint32_t signature = Format::kSignature;
     };

@@ -20,8 +20,8 @@ WideString Nested(unsigned levels)
 WideString WithAttributes(unsigned count)
 {
     WideString text = W("<a");
-    for (WCHAR name = 0x4E00; name < 0x4E00 + count; ++name)
-        text += WideString(W(" ")) + name + W("='>='"); // signs in values do not count
+    for (unsigned at = 0; at < count; ++at)
+        text += WideString(W(" ")) + static_cast<WCHAR>(0x4E00 + at) + W("='>='"); // signs in values do not count
     return text + W("/>");
 }
 

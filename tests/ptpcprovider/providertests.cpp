@@ -3,7 +3,6 @@
 
 #include <tvutil/tavlenexception.h>
 
-#include <cstring>
 #include <string>
 
 #include "complugins/ptpcprovider/printschemanamespaces.h"
@@ -124,8 +123,7 @@ TEST_F(Provider, HasItsOperationsInThePublishedSlots)
     ComPtr<IUnknown> face;
     ASSERT_EQ(S_OK, provider->QueryInterface(publishedId, face.PutVoid()));
     void* const called = face.Get();
-    const PublishedSlots* slots = nullptr;
-    std::memcpy(&slots, called, sizeof(slots));
+    const auto* const slots = *static_cast<const PublishedSlots* const*>(called);
 
     void* unknown = nullptr;
     EXPECT_EQ(S_OK, slots->queryInterface(called, IID_IUnknown, &unknown));

@@ -70,8 +70,8 @@ TEST_F(DataCaches, KeepPrintersPortsHivesAndStampsApart)
     struct Case
     {
         DataCache::Place place;
-        HKEY hive;
-        DWORD stamp;
+        HKEY hive = nullptr;
+        DWORD stamp = 0;
     };
     const Case kCases[] = {
         {{m_printer}, HKEY_CURRENT_USER, kStamp},

@@ -21,9 +21,11 @@ constexpr char kReading[] = "reading the document";
 struct KnownNamespace
 {
     SchemaNamespace name;
-    const char* words;
-    bool isStandard;       // the provider writes names of it: the root declares it, whoever wrote the document
-    bool isComparedAsText; // its names stand in "name" attributes, where no DOM sees which namespace a prefix has
+    const char* words = nullptr;
+    // The provider writes names of it: the root declares it, whoever wrote the document.
+    bool isStandard = false;
+    // Its names stand in "name" attributes, where no DOM sees which namespace a prefix has.
+    bool isComparedAsText = false;
 };
 
 constexpr KnownNamespace kKnownNamespaces[] = {
