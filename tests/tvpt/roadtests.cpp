@@ -264,7 +264,7 @@ TEST_F(Roads, ABaseGetsTheStandardPrefixesThatItsRootLacks)
         {Ticket(" a = '>' b=\"'/&gt;\"\n" + Binding("k", kKeywords.uri),
                 "<![CDATA[<a xmlns:k='urn:x'>]]><?pi <a xmlns:k='urn:x'>?><psf:Property/>"),
          "k:JobCopiesAllDocuments", "xsi:type=\"xsd:integer\""},
-        {"<psf:PrintTicket" + Binding("psf", kFramework.uri) + "/>", "psk:JobCopiesAllDocuments",
+        {"<psf:PrintTicket version='1'" + Binding("psf", kFramework.uri) + "/>", "psk:JobCopiesAllDocuments",
          "xsi:type=\"xsd:integer\""},
         {Ticket(Binding("k", "http&#x3A;" + std::string(kKeywords.uri.substr(5))), ""), "k:JobCopiesAllDocuments",
          "xsi:type=\"xsd:integer\""},
