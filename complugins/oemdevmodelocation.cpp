@@ -46,6 +46,14 @@ OemDevmodeFinding LookAt(std::span<const std::byte> driverExtra, std::size_t off
 
 } // namespace
 
+bool BeginsAsOemDevmode(std::span<const std::byte> bytes) noexcept
+{
+    ByteReader reader(bytes);
+    const auto size = reader.U32();
+    const auto signature = reader.U32();
+    return reader.Ok() && size == Format::kSize && signature == Format::kSignature;
+}
+
 std::array<OemDevmodeSearch, 2> SearchOemDevmode(std::span<const std::byte> driverExtra) noexcept
 {
     const auto search = [driverExtra](const Place& place)

@@ -23,6 +23,9 @@ struct OemDevmodeLocation
 // to a whole part with the right size and signature.
 [[nodiscard]] std::optional<OemDevmodeLocation> LocateOemDevmode(std::span<const std::byte> driverExtra) noexcept;
 
+// Whether the bytes begin as a maker's part of ours does: with its size and signature.
+[[nodiscard]] bool BeginsAsOemDevmode(std::span<const std::byte> bytes) noexcept;
+
 // How far the search comes at one place.
 enum class OemDevmodeFinding
 {

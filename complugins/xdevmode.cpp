@@ -1,6 +1,7 @@
 #include "complugins/xdevmode.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <span>
@@ -113,6 +114,25 @@ int XDevmode::GetOemDevmodeDataSize() const
     if (!m_isAttached || m_oemDevmode == nullptr)
         return 0;
     return static_cast<int>(OemDevmodeContent::MeasureEntries(*m_oemDevmode));
+}
+
+std::span<const std::byte> XDevmode::GetOemDevmodeData() const
+{
+    if (m_oemDevmode == nullptr)
+        return {};
+    return std::span(m_oemDevmode->bytes)
+        .first(std::min<std::size_t>(GetOemDevmodeDataSize(), OemDevmodeFormat::kSize));
+}
+
+bool XDevmode::RestoreOemDevmode(std::span<const std::byte> data)
+{
+    if (m_oemDevmode == nullptr || data.size() < OemDevmodeFormat::kEntriesOffset ||
+        data.size() > OemDevmodeFormat::kSize || !BeginsAsOemDevmode(data))
+        return false;
+    std::memset(m_oemDevmode->bytes, 0, OemDevmodeFormat::kSize);
+    std::memcpy(m_oemDevmode->bytes, data.data(), data.size());
+    SetDevmode(m_devmode);
+    return true;
 }
 
 bool XDevmode::CommitToDevmode()

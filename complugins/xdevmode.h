@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 
 #include <tvutil/attributebytesreader.h>
 #include <tvutil/bytebuffer.h>
@@ -55,6 +56,14 @@ public:
     // Bytes that the part's used region occupies, header to last entry. Differs before and after a failed parse, on
     // purpose: before it, the entries are believed as they stand.
     [[nodiscard]] int GetOemDevmodeDataSize() const;
+
+    // Those bytes themselves, within the part; empty without one.
+    [[nodiscard]] std::span<const std::byte> GetOemDevmodeData() const;
+
+    // The whole part becomes these bytes, zeros behind them, and is read again; what was set and not committed is lost.
+    // False, with nothing changed, without a part, and for bytes that are not the beginning of one: the entries' begin
+    // is where they end at the earliest, its end at the latest, and its size and signature are in them.
+    bool RestoreOemDevmode(std::span<const std::byte> data);
 
     // Writes a changed bag back into the part. True when there was nothing to write. False without a part, and, with
     // the devmode untouched, when the entries do not fit it: memory beyond the caller's part is never written.

@@ -27,10 +27,7 @@ HRESULT TavlenPtProvider::ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& t
 {
     const CXString keywordsPrefix = ticket.GetNsPrefix(PrintSchema::Keywords);
     const auto copies = static_cast<ULONG>(LONG{devmode->dmCopies});
-    while (ticket.DeleteParameterInitNodeIfExists(keywordsPrefix, kCopiesParameter) == S_OK)
-    {
-        // Any of that name goes, also a second one.
-    }
+    ticket.DeleteParameterInitNodesIfExist(keywordsPrefix, kCopiesParameter);
     ticket.AppendIntegerParameterInit(keywordsPrefix, kCopiesParameter, copies);
     return S_OK;
 }

@@ -30,6 +30,10 @@
 #include "utilitiesstaticlib/comptr.h"
 
 class AttributeBytesIndexedList;
+class CComBSTR;
+class MsCachedDeviceCapabilities;
+class PrintCapabilitiesXmlDocument;
+class PrintSchemaXmlDocument;
 class PrintTicketXmlDocument;
 
 class TVPTPC_API TavlenPtProvider : public IPrintOemPrintTicketProvider, public DataSourceProviderWithDataSources
@@ -83,6 +87,19 @@ private:
 
     HRESULT PublishPrivateNamespace(INT* namespaceCount, BSTR** namespaces) const noexcept;
     [[nodiscard]] bool PrivateNamespaceIsEnabled() const noexcept;
+
+    // --- The maker's own parameters (privatefeaturesimpl).
+    HRESULT SetTavlenDriverDataInPrintTicket(PrintTicketXmlDocument& ticket, XDevmode& devmode);
+    HRESULT GetTavlenDriverDataFromPrintTicketAndUpdateDevmode(PrintTicketXmlDocument& ticket, XDevmode& devmode);
+    HRESULT AddTavlenDriverDataCapabilities(PrintCapabilitiesXmlDocument& capabilities);
+    HRESULT GetTavlenJtifJobTicketAsCdataSection(XDevmode& devmode, CComBSTR& text);
+    HRESULT EmbedPrivateJtifInPrintTicket(PrintTicketXmlDocument& ticket, XDevmode& devmode);
+    HRESULT AddJobJtifJobTicketCapabilities(PrintCapabilitiesXmlDocument& capabilities);
+
+    // --- Corrections of what the service made (capabilityfixups).
+    HRESULT DeleteRedundantPageOrientationFromPpdGpdNamespace(PrintSchemaXmlDocument& document);
+    HRESULT FixUpResolutionCapabilities(PrintCapabilitiesXmlDocument& capabilities, MsCachedDeviceCapabilities& cached);
+    HRESULT FixUpDuplexCapabilities(PrintCapabilitiesXmlDocument& capabilities);
 
     // --- Translators: copies (miscfeaturesimpl). Their results are not looked at, only exceptions stop a conversion.
     HRESULT ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,

@@ -35,6 +35,16 @@ struct TavlenPtProviderTestAccess
         return provider.m_controllerFamily;
     }
 
+    static HRESULT SetDriverData(TavlenPtProvider& provider, PrintTicketXmlDocument& ticket, XDevmode& devmode)
+    {
+        return provider.SetTavlenDriverDataInPrintTicket(ticket, devmode);
+    }
+
+    static HRESULT GetDriverData(TavlenPtProvider& provider, PrintTicketXmlDocument& ticket, XDevmode& devmode)
+    {
+        return provider.GetTavlenDriverDataFromPrintTicketAndUpdateDevmode(ticket, devmode);
+    }
+
     static ULONG OsMajorVersion(const TavlenPtProvider& provider)
     {
         return provider.m_osMajorVersion;

@@ -2,24 +2,18 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
-#include <set>
 
 #include "corefeatures.h"
 #include "devmodefields.h"
 #include "featurereport.h"
 #include "formsreport.h"
 #include "oempart.h"
+#include "oemreport.h"
 
 namespace
 {
 
-namespace Format = OemDevmodeFormat;
 using nlohmann::ordered_json;
-
-ordered_json FaultJson(const std::string& fault)
-{
-    return fault.empty() ? ordered_json(nullptr) : ordered_json(fault);
-}
 
 ordered_json DescribeCore(const Devmode& devmode, const std::optional<DriverParts>& parts, const PrinterModel* model)
 {
@@ -30,46 +24,12 @@ ordered_json DescribeCore(const Devmode& devmode, const std::optional<DriverPart
             {"features", DescribeCoreFeatures(devmode, driver)}};
 }
 
-ordered_json EntryMeaning(std::uint16_t key, bool isRepeated)
-{
-    if (isRepeated)
-        return "repeated";
-    switch (key)
-    {
-    case Format::kPersistentAttributesKey:
-        return "settings";
-    case Format::kApplicationNameKey:
-        return "application";
-    default:
-        return nullptr;
-    }
-}
-
 ordered_json DescribeOem(const Devmode& devmode, const DriverParts& parts, const OemContent& content)
 {
-    ordered_json entries = ordered_json::array();
-    std::set<std::uint16_t> met;
-    for (const auto& [key, value] : content.entries)
-        entries.push_back(
-            {{"key", key}, {"length", value->size()}, {"meaning", EntryMeaning(key, !met.insert(key).second)}});
-    return {{"present", true},
-            {"fault", FaultJson(content.fault)},
-            {"offset", devmode.Public().dmSize + parts.core.size()},
-            {"size", Format::kSize},
-            {"version", content.version},
-            {"crc", content.crc},
-            {"crcValid", content.crcValid},
-            {"usedBytes", content.usedBytes},
-            {"entries", entries}};
-}
-
-ordered_json DescribeSettings(const StoredSettings& settings)
-{
-    return {{"present", settings.isPresent},
-            {"fault", FaultJson(settings.fault)},
-            {"papersFault", FaultJson(settings.papersFault)},
-            {"size", settings.size},
-            {"driverVersion", settings.driverVersion}};
+    ordered_json described = {
+        {"present", true}, {"offset", devmode.Public().dmSize + parts.core.size()}, {"size", OemDevmodeFormat::kSize}};
+    described.update(DescribeOemContent(content));
+    return described;
 }
 
 ordered_json DescribePapers(const StoredSettings& settings)
@@ -81,7 +41,7 @@ ordered_json DescribePapers(const StoredSettings& settings)
 
 ordered_json DescribeApplication(const OemContent& content)
 {
-    const ByteBuffer* const name = content.Find(Format::kApplicationNameKey);
+    const ByteBuffer* const name = content.Find(OemDevmodeFormat::kApplicationNameKey);
     return name != nullptr ? ordered_json(name->getAsStringValue().ToUtf8()) : ordered_json(nullptr);
 }
 

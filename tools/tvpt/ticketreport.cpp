@@ -1,22 +1,17 @@
 #include "ticketreport.h"
 
 #include <algorithm>
-#include <cstring>
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include <tvutil/crc32.h>
-#include <tvutil/cxstring.h>
-#include <tvutil/tavlenutilities.h>
-
+#include "driverdatareport.h"
 #include "printschemadocument.h"
+#include "ticketwriter.h"
 
 namespace
 {
 
 using nlohmann::ordered_json;
-
-constexpr std::size_t kCrcSize = 4;
 
 std::string ShownName(const SchemaElement& element)
 {
@@ -92,49 +87,22 @@ ordered_json ShownParameters(const SchemaElement& root)
     return parameters;
 }
 
-// The value of one of the maker's own parameters; nothing when the ticket has none.
+// The value of one of the maker's own parameters; nothing when the ticket has none. A driver without a namespace of its
+// own names them in the one that the service made for it.
 std::optional<std::string> PrivateParameter(const SchemaElement& root, std::string_view localName)
 {
     for (const SchemaElement* const parameter : root.Children("ParameterInit"))
-        if (parameter->nameAttribute.Is(kPrivateKeywords.uri, localName))
+        if (parameter->nameAttribute.Is(kPrivateKeywords.uri, localName) ||
+            (parameter->namePrefix == TicketWriter::kDriverPrefix && parameter->nameAttribute.local == localName))
             if (const SchemaElement* const value = parameter->Child("Value"))
                 return value->text;
     return std::nullopt;
 }
 
-std::optional<std::vector<BYTE>> DecodeBase64(const std::string& text)
-{
-    const CXString wide = CXString::FromUtf8(text);
-    const auto length = static_cast<int>(wide.Length()); // bounded by the document's size
-    int count = TavlenUtilities::Base64DecodeGetRequiredLength(length);
-    std::vector<BYTE> bytes(static_cast<std::size_t>(count));
-    if (!TavlenUtilities::Base64Decode(wide.c_str(), length, bytes.data(), &count))
-        return std::nullopt;
-    bytes.resize(static_cast<std::size_t>(count));
-    return bytes;
-}
-
-// The record in front of the data: their CRC-32.
-bool IsCrcValid(const std::vector<BYTE>& record)
-{
-    if (record.size() < kCrcSize)
-        return false;
-    std::uint32_t crc = 0;
-    std::memcpy(&crc, record.data(), kCrcSize);
-    return Crc32::GetCrc(record.data() + kCrcSize, record.size() - kCrcSize) == crc;
-}
-
 ordered_json ShownDriverData(const SchemaElement& root)
 {
     const auto text = PrivateParameter(root, "JobTavlenDriverData");
-    if (!text)
-        return {{"present", false}};
-    const auto record = DecodeBase64(*text);
-    const std::size_t size = record ? record->size() : 0;
-    return {{"present", true},
-            {"characters", text->size()},
-            {"bytes", size > kCrcSize ? size - kCrcSize : 0},
-            {"crcValid", record && IsCrcValid(*record)}};
+    return text ? DescribeDriverData(*text) : ordered_json{{"present", false}};
 }
 
 ordered_json ShownJobTicket(const SchemaElement& root)
