@@ -170,11 +170,10 @@ HRESULT TavlenPtProvider::GetTavlenJtifJobTicketAsCdataSection(XDevmode& devmode
 {
     text.Empty();
     ProductData& product = GetProductData();
-    const ProductData::ValueEnum family = product.GetControllerFamily();
-    if (family != ProductData::ControllerFamilyColor && family != ProductData::ControllerFamilyMonochrome)
+    if (!RenBase::HasJobTicket(product.GetControllerFamily()))
         return S_FALSE;
     ByteBuffer jobTicket;
-    RenJtifForXps(m_driverCapabilityFlags).GenerateJtif(m_printerHandle, devmode, product, jobTicket);
+    RenJtifForXps(m_printerHandle, devmode, product).GenerateJtif(jobTicket);
     if (jobTicket.empty())
         return S_FALSE;
     text = MakeBstr(jobTicket.getAsStringValueFromAnsiBuffer(),
