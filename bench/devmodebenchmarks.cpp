@@ -4,6 +4,7 @@
 #include <tvutil/globalcaches.h>
 
 #include "bench/ratioreporter.h"
+#include "complugins/renjtifforxps.h"
 #include "complugins/xdevmode.h"
 #include "tests/common/oemdevmodebytes.h"
 #include "tests/common/testdevmode.h"
@@ -62,6 +63,21 @@ void ReadEntry(benchmark::State& state, Cache cache)
     }
 }
 
+void WriteJobTicket(benchmark::State& state, Cache cache)
+{
+    const TestDevmode devmode = MakeDevmode();
+    ProductData product(PrinterModel{});
+    for (auto _ : state)
+    {
+        if (cache == Cache::KnowsNothing)
+            GlobalCaches::Clear();
+        XDevmode wrapper(devmode.Get());
+        ByteBuffer text;
+        RenJtifForXps(nullptr, wrapper, product).GenerateJtif(text);
+        benchmark::DoNotOptimize(text.data());
+    }
+}
+
 void Commit(benchmark::State& state)
 {
     const TestDevmode devmode = MakeDevmode();
@@ -93,6 +109,8 @@ int main(int argc, char** argv)
     benchmark::RegisterBenchmark("settings of an unknown devmode", ReadSettings, Cache::KnowsNothing);
     benchmark::RegisterBenchmark("entry of a known devmode", ReadEntry, Cache::Knows);
     benchmark::RegisterBenchmark("entry of an unknown devmode", ReadEntry, Cache::KnowsNothing);
+    benchmark::RegisterBenchmark("job ticket of a known devmode", WriteJobTicket, Cache::Knows);
+    benchmark::RegisterBenchmark("job ticket of an unknown devmode", WriteJobTicket, Cache::KnowsNothing);
     benchmark::RegisterBenchmark("set an entry and commit", Commit);
     benchmark::RegisterBenchmark("CRC of a private part", Crc);
     benchmark::Initialize(&argc, argv);

@@ -81,6 +81,11 @@ bool XDevmode::HasOemDevmode() const noexcept
     return m_oemDevmode != nullptr;
 }
 
+DEVMODEW* XDevmode::GetDevmode() const noexcept
+{
+    return m_devmode;
+}
+
 const ByteBuffer* XDevmode::GetPropertyBagEntry(unsigned short key)
 {
     ParseIfUnparsed();

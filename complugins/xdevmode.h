@@ -44,6 +44,8 @@ public:
 
     // Whether the devmode is attached to a maker's part that a commit can write.
     [[nodiscard]] bool HasOemDevmode() const noexcept;
+    // Null without such a part.
+    [[nodiscard]] DEVMODEW* GetDevmode() const noexcept;
 
     // The buffer under a key, or null; valid until the entry is set or another devmode attached. Shared by the whole
     // process, hence constant: it is replaced, never edited.

@@ -17,7 +17,7 @@ rooms='
     1       tvutil          siblings/tvutil/
     3       tvcore-doors    siblings/tvcore/include/
     5       tvcore          siblings/tvcore/
-    6       provider        complugins/ptpcprovider/|complugins/renbase|complugins/workflowobject
+    6       provider        complugins/ptpcprovider/|complugins/jtif|complugins/ren|complugins/workflowobject
     6       tvwftu          siblings/tvwftu/
     6       tvui            siblings/tvui/
     4       devmode         complugins/

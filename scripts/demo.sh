@@ -29,6 +29,10 @@ step "The devmode becomes a print ticket; the system's own part of the ticket is
     --base tests/data/tickets/platform-00.xml -o "$demo/job.ticket.xml"
 step "What the ticket says." \
     ticket show "$demo/job.ticket.xml"
+step "A title and a staple are features of our own." \
+    devmode set "$demo/job.devmode" --set feature.78="Quarterly report" --set feature.208=6254 -o "$demo/staple.devmode"
+step "The job ticket: what the printer's controller is told of them." \
+    jobticket --printer "$printer" "$demo/staple.devmode"
 step "Another devmode, with the printer's defaults." \
     devmode new --printer "$printer" -o "$demo/defaults.devmode"
 step "The ticket is applied to it." \

@@ -26,9 +26,6 @@ constexpr INT kSupportedVersion = 1;
 constexpr ULONGLONG kDriverKindCapability = 1984; // 0x7C0
 constexpr ULONGLONG kCoreFlagsCapability = 15;    // 0xF
 
-// Bit 10 of the driver capability flags: the private namespace and what depends on it.
-constexpr ULONGLONG kPrivateNamespaceFlag = 0x400;
-
 std::atomic<LONG> g_moduleObjectCount{0};
 
 } // namespace
@@ -147,7 +144,7 @@ HRESULT TavlenPtProvider::PublishPrivateNamespace(INT* namespaceCount, BSTR** na
 
 bool TavlenPtProvider::PrivateNamespaceIsEnabled() const noexcept
 {
-    return (m_driverCapabilityFlags & kPrivateNamespaceFlag) != 0;
+    return (m_driverCapabilityFlags & PrintDriver::kPrivateNamespaceCapability) != 0;
 }
 
 HRESULT STDMETHODCALLTYPE TavlenPtProvider::PublishPrintTicketHelperInterface(IUnknown* helper)

@@ -27,7 +27,7 @@ RunResult RunHost(const std::vector<std::string>& arguments, const std::string& 
     std::istringstream in(input);
     std::ostringstream out;
     std::ostringstream errors;
-    const ExitStatus status = RunTvpt(arguments, {in, out}, errors);
+    const ExitStatus status = RunTvpt(arguments, {in, out, errors});
     return {static_cast<int>(status), out.str(), errors.str()};
 }
 

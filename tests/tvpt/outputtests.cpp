@@ -17,11 +17,12 @@ namespace fs = std::filesystem;
 class Outputs : public HostTest
 {
 protected:
-    StandardStreams m_streams{m_in, m_out};
+    StandardStreams m_streams{m_in, m_out, m_errors};
 
 private:
     std::istringstream m_in;
     std::ostringstream m_out;
+    std::ostringstream m_errors;
 };
 
 TEST_F(Outputs, AFileIsReplacedAsAWholeAndALinkStaysALink)
@@ -101,7 +102,7 @@ TEST(CommandLine, FailsWhereStandardOutputTakesNothing)
     std::ostringstream out;
     std::ostringstream errors;
     out.setstate(std::ios::badbit);
-    EXPECT_EQ(RunTvpt({"--help"}, {in, out}, errors), ExitStatus::Failed);
+    EXPECT_EQ(RunTvpt({"--help"}, {in, out, errors}), ExitStatus::Failed);
     EXPECT_TRUE(IsOneErrorLine(errors.str(), "standard output"));
 }
 

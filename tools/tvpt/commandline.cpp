@@ -13,6 +13,7 @@
 #include "devmodecommands.h"
 #include "failure.h"
 #include "filebytes.h"
+#include "jobticketcommands.h"
 #include "platform.h"
 #include "printercommands.h"
 #include "printerhandle.h"
@@ -60,8 +61,7 @@ void RefuseEmptyFileNames(CLI::App& command)
         RefuseEmptyFileNames(*below);
 }
 
-ExitStatus Parse(CLI::App& program, const std::vector<std::string>& arguments, const StandardStreams& streams,
-                 std::ostream& errors)
+ExitStatus Parse(CLI::App& program, const std::vector<std::string>& arguments, const StandardStreams& streams)
 {
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend()); // as the parser takes them
     try
@@ -72,19 +72,19 @@ ExitStatus Parse(CLI::App& program, const std::vector<std::string>& arguments, c
     catch (const CLI::Success& help)
     {
         std::ostringstream text;
-        program.exit(help, text, errors);
+        program.exit(help, text, streams.errors);
         WriteOutput({}, text.str(), streams);
         return ExitStatus::Done;
     }
     catch (const CLI::ParseError& error)
     {
         const std::string unknown = UnknownWord(program);
-        errors << "tvpt: " << OneLine(unknown.empty() ? error.what() : unknown) << '\n';
+        streams.errors << "tvpt: " << OneLine(unknown.empty() ? error.what() : unknown) << '\n';
         return ExitStatus::WrongUsage;
     }
 }
 
-ExitStatus Run(const std::vector<std::string>& arguments, const StandardStreams& streams, std::ostream& errors)
+ExitStatus Run(const std::vector<std::string>& arguments, const StandardStreams& streams)
 {
     CLI::App program("Plays the PrintTicket service to the Tavlen Print Ticket provider", "tvpt");
     program.allow_windows_style_options(false); // a path may begin with a slash
@@ -97,9 +97,10 @@ ExitStatus Run(const std::vector<std::string>& arguments, const StandardStreams&
     AddPrinterCommands(program, chosen);
     AddDevmodeCommands(program, chosen);
     AddTicketCommands(program, chosen);
+    AddJobTicketCommand(program, chosen);
     RefuseEmptyFileNames(program);
 
-    const ExitStatus parsed = Parse(program, arguments, streams, errors);
+    const ExitStatus parsed = Parse(program, arguments, streams);
     if (parsed != ExitStatus::Done || !chosen)
         return parsed;
     if (storeOption->count() > 0)
@@ -115,12 +116,12 @@ void OnCommand(CLI::App& command, Action& chosen, Action action)
     command.callback([&chosen, action = std::move(action)] { chosen = action; });
 }
 
-ExitStatus RunTvpt(const std::vector<std::string>& arguments, const StandardStreams& streams,
-                   std::ostream& errors) noexcept
+ExitStatus RunTvpt(const std::vector<std::string>& arguments, const StandardStreams& streams) noexcept
 {
+    std::ostream& errors = streams.errors;
     try
     {
-        return Run(arguments, streams, errors);
+        return Run(arguments, streams);
     }
     catch (const UsageFailure& failure)
     {

@@ -23,5 +23,4 @@ using Action = std::function<void(const StandardStreams&)>;
 void OnCommand(CLI::App& command, Action& chosen, Action action);
 
 // Runs the program. Arguments are UTF-8, the program's name left out. Nothing is thrown.
-[[nodiscard]] ExitStatus RunTvpt(const std::vector<std::string>& arguments, const StandardStreams& streams,
-                                 std::ostream& errors) noexcept;
+[[nodiscard]] ExitStatus RunTvpt(const std::vector<std::string>& arguments, const StandardStreams& streams) noexcept;

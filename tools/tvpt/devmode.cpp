@@ -77,3 +77,8 @@ ULONG Devmode::Size() const noexcept
 {
     return static_cast<ULONG>(m_bytes.size());
 }
+
+Devmode ReadDevmode(const std::string& file, const StandardStreams& streams)
+{
+    return Devmode::FromBytes(ReadInput(file, kMaxDevmodeSize, streams), file);
+}

@@ -13,6 +13,8 @@
 
 #include <tvutil/devmodebounds.h>
 
+#include "filebytes.h"
+
 // Both parts of it have 16-bit sizes.
 inline constexpr std::size_t kMaxDevmodeSize = 2 * 65535;
 
@@ -44,3 +46,6 @@ private:
 
     std::vector<std::byte> m_bytes;
 };
+
+// The devmode of a file. Throws Failure.
+[[nodiscard]] Devmode ReadDevmode(const std::string& file, const StandardStreams& streams);

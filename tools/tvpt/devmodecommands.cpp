@@ -25,11 +25,6 @@ struct DevmodeArguments
     bool json = false;
 };
 
-Devmode ReadDevmode(const std::string& file, const StandardStreams& streams)
-{
-    return Devmode::FromBytes(ReadInput(file, kMaxDevmodeSize, streams), file);
-}
-
 void MakeNew(const DevmodeArguments& arguments, const StandardStreams& streams)
 {
     const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);

@@ -168,3 +168,8 @@ void WriteOutput(const std::string& name, std::string_view bytes, const Standard
     std::ofstream device(target, std::ios::binary); // a device or pipe can only be written to
     WriteToStream(device, name, bytes);
 }
+
+void WriteNote(std::string_view note, const StandardStreams& streams)
+{
+    streams.errors << "tvpt: note: " << OneLine(note) << '\n';
+}

@@ -14,6 +14,7 @@ struct StandardStreams
 {
     std::istream& in;
     std::ostream& out;
+    std::ostream& errors; // for notes: what a command that is done has to say beside its output
 };
 
 [[nodiscard]] std::filesystem::path PathFromUtf8(std::string_view name);
@@ -26,3 +27,6 @@ struct StandardStreams
 // A file appears complete or not at all: it is written beside its place and renamed. An empty name is the standard
 // stream. Throws Failure, and leaves what was there.
 void WriteOutput(const std::string& name, std::string_view bytes, const StandardStreams& streams);
+
+// One line for people beside what a command has written.
+void WriteNote(std::string_view note, const StandardStreams& streams);

@@ -7,6 +7,6 @@
 int main(int argc, char** argv)
 {
     platform::PrepareStandardStreams();
-    const ExitStatus status = RunTvpt(platform::Arguments(argc, argv), {std::cin, std::cout}, std::cerr);
+    const ExitStatus status = RunTvpt(platform::Arguments(argc, argv), {std::cin, std::cout, std::cerr});
     return static_cast<int>(status);
 }

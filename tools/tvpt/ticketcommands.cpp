@@ -31,11 +31,6 @@ struct TicketArguments
     bool noCoreHelper = false;
 };
 
-Devmode ReadDevmode(const std::string& file, const StandardStreams& streams)
-{
-    return Devmode::FromBytes(ReadInput(file, kMaxDevmodeSize, streams), file);
-}
-
 ComPtr<IXMLDOMDocument2> ReadDocument(const std::string& file, const StandardStreams& streams)
 {
     return LoadDocument(ReadInput(file, documentlimits::kMaximumFileBytes, streams), file);

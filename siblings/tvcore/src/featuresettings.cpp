@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <tvcore/featurecatalogue.h>
+#include <tvcore/featurevalues.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/singleline.h>
 #include <tvutil/throwexception.h>
@@ -39,14 +40,6 @@ bool Stands(const FeatureIdWithContext& feature)
                        [row](FeatureId context) { return FeatureCatalogue::StandsIn(*row, context.GetFeatureEnum()); });
 }
 
-bool TakesLength(const Row& row, const Dimension& length)
-{
-    const Number microns = length.GetValue(Dimension::Microns);
-    // What is finer than a micron counts: a metre and a bit is more than a metre.
-    return microns.GetNumerator() >= row.values.front().first * microns.GetDenominator() &&
-           microns.GetNumerator() <= row.values.front().last * microns.GetDenominator();
-}
-
 struct Fits
 {
     const Row& row;
@@ -66,12 +59,15 @@ struct Fits
     // A value of the tables has no name, any other has one: a stored value can then be told from its number alone.
     bool operator()(const ValueId& value) const
     {
-        return row.kind == Kind::Option && FeatureCatalogue::Allows(row, value.GetValueEnum()) &&
-               value.GetValueName().IsEmpty() == (value.GetValueEnum() < FeatureCatalogue::kFirstCustomValue);
+        const WStringView name = value.GetValueName().View();
+        const bool hasRightName = value.GetValueEnum() < FeatureCatalogue::kFirstCustomValue
+                                      ? name.empty()
+                                      : !IsBlank(name) && name.size() <= FeatureCatalogue::kMaxValueNameLength;
+        return row.kind == Kind::Option && FeatureCatalogue::Allows(row, value.GetValueEnum()) && hasRightName;
     }
     bool operator()(const Dimension& length) const
     {
-        return row.kind == Kind::Dimension && TakesLength(row, length);
+        return row.kind == Kind::Dimension && FeatureCatalogue::AllowsLength(row, length);
     }
     bool operator()(const FeatureList&) const
     {
@@ -99,12 +95,19 @@ const FeatureValue* FeatureSettings::FindValue(const FeatureIdWithContext& featu
     return found != m_values.end() && Stands(feature) ? &found->second : nullptr;
 }
 
+bool FeatureSettings::TakesValue(const FeatureIdWithContext& feature, const FeatureValue& value)
+{
+    return Stands(feature) && Takes(feature.GetFeature().GetFeatureEnum(), value);
+}
+
 bool FeatureSettings::SetValue(const FeatureIdWithContext& feature, FeatureValue value)
 {
     const std::int32_t number = feature.GetFeature().GetFeatureEnum();
     if (auto* const text = std::get_if<CXString>(&value))
         *text = SingleLine(text->View());
-    if (!Stands(feature) || !Takes(number, value))
+    if (auto* const option = std::get_if<ValueId>(&value); option != nullptr && !option->GetValueName().IsEmpty())
+        *option = ValueId(option->GetValueEnum(), SingleLine(option->GetValueName().View()));
+    if (!TakesValue(feature, value))
         ThrowException<ExceptionInvalidFeatureValue>({W("FeatureSettings::SetValue"), kSourceFile},
                                                      W("feature %d is not there, or does not take the value"),
                                                      {number});
@@ -118,6 +121,11 @@ bool FeatureSettings::SetValue(const FeatureIdWithContext& feature, FeatureValue
 bool FeatureSettings::RemoveValue(const FeatureIdWithContext& feature)
 {
     return Stands(feature) && m_values.erase(feature.GetFeature().GetFeatureEnum()) > 0;
+}
+
+void FeatureSettings::AddMissing(const FeatureSettings& others)
+{
+    m_values.insert(others.m_values.begin(), others.m_values.end());
 }
 
 void FeatureSettings::Clear()

@@ -164,13 +164,7 @@ std::optional<Number> DecimalNumber(std::string_view text)
 std::optional<AttributeBytesValue> ParseDimension(const Row& row, std::string_view text)
 {
     const auto length = FeatureCatalogue::ParseLength(text);
-    if (!length)
-        return std::nullopt;
-    const Number microns = length->value.GetValue(Dimension::Microns);
-    // What is finer than a micron counts: a metre and a bit is more than a metre.
-    const std::int64_t most = row.values.front().last * microns.GetDenominator();
-    const std::int64_t least = row.values.front().first * microns.GetDenominator();
-    if (microns.GetNumerator() < least || microns.GetNumerator() > most)
+    if (!length || !AllowsLength(row, length->value))
         return std::nullopt;
     return MakeDimensionAttributeBytes(length->value);
 }
@@ -214,13 +208,16 @@ std::vector<std::int32_t> CollectionsAround(const Row& row)
                                 " should be");
 }
 
-void StoreWithin(AttributeBytesIndexedList& settings, std::span<const std::int32_t> collections, const Row& row,
-                 const AttributeBytesValue& value)
+// Null takes the value away. Whether anything is there or was.
+bool StoreWithin(AttributeBytesIndexedList& settings, std::span<const std::int32_t> collections, const Row& row,
+                 const AttributeBytesValue* value)
 {
+    if (collections.empty() && value == nullptr)
+        return settings.RemoveAttributeBytes(row.feature);
     if (collections.empty())
     {
-        settings.SetAttributeBytes(row.feature, value);
-        return;
+        settings.SetAttributeBytes(row.feature, *value);
+        return true;
     }
     const AttributeBytesFeatureId collection(collections.front());
     const AttributeBytesValue* const stored = settings.GetAttributeBytes(collection);
@@ -233,7 +230,8 @@ void StoreWithin(AttributeBytesIndexedList& settings, std::span<const std::int32
             ThrowNoCollection(collection.GetId());
         before = *levels;
     }
-    StoreWithin(inside, collections.subspan(1), row, value);
+    if (!StoreWithin(inside, collections.subspan(1), row, value))
+        return false;
 
     AttributeBytesListValue after{AttributeBytesRawList(inside)};
     for (std::size_t level = 1; level < before.GetLevelCount(); ++level) // a collection has none, but nothing is lost
@@ -241,6 +239,7 @@ void StoreWithin(AttributeBytesIndexedList& settings, std::span<const std::int32
     AttributeBytesValue replaced = after.ToAttributeBytes();
     replaced.flags = stored != nullptr ? stored->flags : replaced.flags;
     settings.SetAttributeBytes(collection, std::move(replaced));
+    return true;
 }
 
 } // namespace
@@ -248,6 +247,14 @@ void StoreWithin(AttributeBytesIndexedList& settings, std::span<const std::int32
 std::string DescribeLimit(const Row& row)
 {
     return std::string(row.name) + " " + LimitText(row);
+}
+
+bool AllowsLength(const Row& row, const Dimension& length)
+{
+    const Number microns = length.GetValue(Dimension::Microns);
+    // What is finer than a micron counts: a metre and a bit is more than a metre.
+    return microns.GetNumerator() >= row.values.front().first * microns.GetDenominator() &&
+           microns.GetNumerator() <= row.values.front().last * microns.GetDenominator();
 }
 
 std::optional<Length> ParseLength(std::string_view text)
@@ -272,7 +279,12 @@ AttributeBytesValue ParseValue(const Row& row, std::string_view text, bool isCho
 
 void StoreValue(AttributeBytesIndexedList& settings, const Row& row, const AttributeBytesValue& value)
 {
-    StoreWithin(settings, CollectionsAround(row), row, value);
+    StoreWithin(settings, CollectionsAround(row), row, &value);
+}
+
+bool RemoveValue(AttributeBytesIndexedList& settings, const Row& row)
+{
+    return StoreWithin(settings, CollectionsAround(row), row, nullptr);
 }
 
 AttributeBytesIndexedList MakeSettings(const DefaultValues& defaults, Scope scope)

@@ -31,6 +31,8 @@ public:
         Dimension width;
         Dimension length;
         CXString name;
+
+        friend bool operator==(const PageSize& left, const PageSize& right) = default;
     };
     virtual void SetPageSize(const PageSize& pageSize) = 0;
 

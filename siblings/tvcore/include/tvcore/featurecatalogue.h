@@ -177,6 +177,13 @@ using Rows::kRows; // ascending by feature
     return row.kind == Kind::Option && Allows(row, kFirstCustomValue);
 }
 
+// What a value of the tables is called where a value is written by its name, the same in every language. Empty for one
+// that no feature writes so. A value that is in no table brings its name with it (tvcore/valueid.h).
+[[nodiscard]] constexpr std::string_view NameOfValue(DataModelIds::tagValueEnum value) noexcept
+{
+    return value == DataModelIds::Value::Automatic ? "Automatic" : "";
+}
+
 namespace Checks
 {
 

@@ -34,7 +34,10 @@ public:
     // Null when the feature has no value, or does not stand in the contexts. Valid until the next change.
     [[nodiscard]] const FeatureValue* FindValue(const FeatureIdWithContext& feature) const;
 
-    // Whether the value is another one now. A text becomes one line (tvutil/singleline.h). Throws
+    // Whether SetValue would set it. A text is taken to be one line.
+    [[nodiscard]] static bool TakesValue(const FeatureIdWithContext& feature, const FeatureValue& value);
+
+    // Whether the value is another one now. A text, a value's name too, becomes one line (tvutil/singleline.h). Throws
     // ExceptionInvalidFeatureValue, with nothing changed, for a feature that does not exist or not in these contexts,
     // and for a value of the wrong kind or that the feature does not take.
     bool SetValue(const FeatureIdWithContext& feature, FeatureValue value);
@@ -42,6 +45,9 @@ public:
     // Whether there was one.
     bool RemoveValue(const FeatureIdWithContext& feature);
     void Clear();
+
+    // Every feature that has no value gets the one that it has there.
+    void AddMissing(const FeatureSettings& others);
 
     [[nodiscard]] bool IsSameAs(const FeatureSettings& other) const;
 

@@ -21,6 +21,9 @@ namespace FeatureCatalogue
 // Which values the feature takes, as a complaint: "JobCopies must be a whole number from 1 to 32767".
 [[nodiscard]] std::string DescribeLimit(const Row& row);
 
+// Whether the length, however fine, lies within those that the feature takes.
+[[nodiscard]] bool AllowsLength(const Row& row, const Dimension& length);
+
 // The text in UTF-8: true or false; a whole number; an option's number, for one that no table has with its name
 // ("9700:Blue 90g"); a length ("12.5mm", also cm, um, in); a text as it is. Throws std::invalid_argument, with
 // DescribeLimit's text, for anything else. An option is marked as somebody's choice when `isChosen` says so and it is
@@ -39,6 +42,9 @@ struct Length
 // Throws std::invalid_argument, with nothing changed, when something else is stored in a collection's place, and
 // std::length_error for more than a list can hold.
 void StoreValue(AttributeBytesIndexedList& settings, const Row& row, const AttributeBytesValue& value);
+
+// Takes it away again; its collections stay. Whether there was one. Throws std::invalid_argument as StoreValue does.
+bool RemoveValue(AttributeBytesIndexedList& settings, const Row& row);
 
 // By feature number; only features of the catalogue.
 using DefaultValues = std::map<std::int32_t, AttributeBytesValue>;

@@ -16,6 +16,9 @@ public:
     // REG_BINARY, 8 bytes, little-endian.
     static constexpr const WCHAR* kDriverCapabilityValueName = W("XDriverCapability");
 
+    // Bit 10 of the word: the private namespace, and with it the job ticket.
+    static constexpr ULONGLONG kPrivateNamespaceCapability = 0x400;
+
     // The capability word AND the mask. "Capability number" 1984 is the mask 0x7C0 (the driver kind), 15 is 0xF (the
     // core flags), 0x1800 the platform bits. Throws ExceptionPrintDriverFailure when the printer cannot be read, or
     // holds no capability word: it was not installed by this driver's set-up.

@@ -1,0 +1,6 @@
+// tvpt jobticket
+#pragma once
+
+#include "commandline.h"
+
+void AddJobTicketCommand(CLI::App& program, Action& chosen);
