@@ -125,8 +125,8 @@ std::span<const std::byte> XDevmode::GetOemDevmodeData() const
 {
     if (m_oemDevmode == nullptr)
         return {};
-    return std::span(m_oemDevmode->bytes)
-        .first(std::min<std::size_t>(GetOemDevmodeDataSize(), OemDevmodeFormat::kSize));
+    const auto size = static_cast<std::size_t>(GetOemDevmodeDataSize());
+    return std::span(m_oemDevmode->bytes).first(std::min(size, OemDevmodeFormat::kSize));
 }
 
 bool XDevmode::RestoreOemDevmode(std::span<const std::byte> data)
