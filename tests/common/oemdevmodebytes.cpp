@@ -92,3 +92,12 @@ FormsInfoRecord OemDevmodeBytes::MakeForm(int paperId, WStringView name, int wid
     form.SetName(name);
     return form;
 }
+
+ByteBuffer OemDevmodeBytes::StateOf(const AttributeBytesRawList& list, int nameSpace)
+{
+    AttributeBytesNameSpaces nameSpaces;
+    nameSpaces.SetAttributeBytesList(AttributeBytesNameSpacesId(nameSpace), list);
+    PersistentAttributes state;
+    state.SetAttributeBytesNameSpaces(nameSpaces);
+    return state.GetPersistentAttributesState();
+}

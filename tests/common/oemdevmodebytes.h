@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include <tvutil/attributebytesrawlist.h>
 #include <tvutil/bytebuffer.h>
 
 #include "complugins/formsinforecord.h"
@@ -34,6 +35,9 @@ void StampCrc(std::span<std::byte> part);
 // A state with one boolean of the document's namespace and, in the device capabilities' one, the paper list.
 inline constexpr std::int32_t kFlagFeature = 59;
 [[nodiscard]] ByteBuffer MakeState(bool flag, std::span<const FormsInfoRecord> forms = {});
+
+// A state with one namespace: the document's, or 2, the device capabilities'.
+[[nodiscard]] ByteBuffer StateOf(const AttributeBytesRawList& list, int nameSpace = 1);
 
 [[nodiscard]] FormsInfoRecord MakeForm(int paperId, WStringView name, int width, int length, int formType);
 

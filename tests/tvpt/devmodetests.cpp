@@ -18,6 +18,7 @@ namespace
 
 namespace Format = OemDevmodeFormat;
 using nlohmann::json;
+using OemDevmodeBytes::StateOf;
 
 constexpr std::size_t kOem = sizeof(DEVMODEW) + 708; // of the PostScript model
 constexpr std::uint16_t kUnknownKey = 77;
@@ -45,16 +46,6 @@ std::string WithEntry(std::string bytes, std::uint16_t key, const ByteBuffer& va
     devmode.SetPropertyBagEntry(key, value);
     EXPECT_TRUE(devmode.CommitToDevmode());
     return bytes;
-}
-
-// Settings with one namespace: the document's, or 2, the device capabilities'.
-ByteBuffer StateOf(const AttributeBytesRawList& list, int nameSpace = 1)
-{
-    AttributeBytesNameSpaces nameSpaces;
-    nameSpaces.SetAttributeBytesList(AttributeBytesNameSpacesId(nameSpace), list);
-    PersistentAttributes state;
-    state.SetAttributeBytesNameSpaces(nameSpaces);
-    return state.GetPersistentAttributesState();
 }
 
 ByteBuffer Attribute(std::int32_t feature, AttributeBytesValue value)

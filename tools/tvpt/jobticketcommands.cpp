@@ -8,9 +8,9 @@
 #include "complugins/renjtifforxps.h"
 #include "complugins/xdevmode.h"
 #include "devmode.h"
-#include "failure.h"
 #include "oempart.h"
 #include "printersetup.h"
+#include "untakensettings.h"
 
 namespace
 {
@@ -32,16 +32,23 @@ std::string ExplainNoJobTicket(const ProductData& product)
     return {};
 }
 
-// Why the devmode has no settings that the driver believes; empty when it has, or none were ever stored.
-std::string ExplainNoSettings(const Devmode& devmode)
+// What of the devmode's settings is not in its job ticket, and why; empty when nothing is amiss.
+std::string ExplainSettings(const Devmode& devmode)
 {
+    const std::string noSettings = "this is the job ticket of the defaults: ";
     const auto parts = LocateDriverParts(devmode.DriverExtra());
     if (!parts)
-        return "it has no maker's part (" + ExplainNoOemPart(devmode.DriverExtra()) + ")";
+        return noSettings + "there is no maker's part (" + ExplainNoOemPart(devmode.DriverExtra()) + ")";
     const OemContent content = ReadOemPart(*parts->oem);
     if (!content.fault.empty())
-        return "its maker's part is damaged (" + content.fault + ")";
-    return ReadStoredSettings(content).fault;
+        return noSettings + "the maker's part is damaged (" + content.fault + ")";
+    const StoredSettings settings = ReadStoredSettings(content);
+    if (!settings.fault.empty())
+        return noSettings + settings.fault;
+    std::string untaken;
+    for (const std::string& feature : FindUntakenSettings(settings.features))
+        untaken += (untaken.empty() ? "" : ", ") + feature;
+    return untaken.empty() ? "" : "settings that make no value of their feature count as not set: " + untaken;
 }
 
 void Print(const JobTicketArguments& arguments, const StandardStreams& streams)
@@ -56,8 +63,8 @@ void Print(const JobTicketArguments& arguments, const StandardStreams& streams)
 
     if (const std::string why = ExplainNoJobTicket(product); !why.empty())
         WriteNote("tickets of the printer \"" + arguments.printer + "\" carry no job ticket: " + why, streams);
-    if (const std::string why = ExplainNoSettings(devmode); !why.empty())
-        WriteNote(arguments.devmode + ": this is the job ticket of the defaults: " + why, streams);
+    if (const std::string why = ExplainSettings(devmode); !why.empty())
+        WriteNote(arguments.devmode + ": " + why, streams);
 }
 
 } // namespace
