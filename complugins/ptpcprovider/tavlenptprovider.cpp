@@ -11,6 +11,7 @@
 
 #include "complugins/ptpcprovider/failureguard.h"
 #include "complugins/ptpcprovider/printschemanamespaces.h"
+#include "complugins/xdevmode.h"
 
 namespace
 {

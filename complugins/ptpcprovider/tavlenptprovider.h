@@ -31,6 +31,7 @@
 
 class AttributeBytesIndexedList;
 class PrintTicketXmlDocument;
+class XDevmode;
 
 class TVPTPC_API TavlenPtProvider : public IPrintOemPrintTicketProvider, public DataSourceProviderWithDataSources
 {
@@ -84,6 +85,16 @@ private:
     HRESULT PublishPrivateNamespace(INT* namespaceCount, BSTR** namespaces) const noexcept;
     [[nodiscard]] bool PrivateNamespaceIsEnabled() const noexcept;
 
+    // --- Model state: the document's settings, which the translators edit, and their way into the devmode.
+
+    // Null when the devmode carries none: then nothing could be stored.
+    [[nodiscard]] static std::unique_ptr<AttributeBytesIndexedList>
+    CreateDataModelDataAttributeBytesIndexedList(XDevmode& devmode);
+    // Everything else that the devmode carries stays. Does nothing without a list, or when the devmode carries none.
+    static void
+    CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(XDevmode& devmode,
+                                                                     const AttributeBytesIndexedList* settings);
+
     // --- Translators: copies (miscfeaturesimpl). Their results are not looked at, only exceptions stop a conversion.
     HRESULT ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
                                          AttributeBytesIndexedList* attributes, bool* changed);
@@ -104,6 +115,7 @@ private:
     FeatureServices* m_featureServices = nullptr; // the data model's
     ByteBuffer m_workingDevmode;
     ByteBuffer m_savedDevmode;
+    std::unique_ptr<XDevmode> m_xdevmode; // of the last devmode given, whose memory may be gone by now
     // Selects the mode of the model state. Cleared here and by every binding, and set nowhere in this module: the full
     // mode is dormant, deliberately.
     bool m_dataModelInUse = false;

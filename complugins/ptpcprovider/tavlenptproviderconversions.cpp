@@ -1,5 +1,6 @@
 // The five document operations. Their order of steps is part of the design: later steps rely on what earlier ones
 // wrote. The translators' results are not looked at; only exceptions stop a conversion.
+#include <tvutil/attributebytesindexedlist.h>
 #include <tvutil/devmodebounds.h>
 
 #include "complugins/ptpcprovider/documentdump.h"
@@ -51,8 +52,12 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertPrintTicketToDevMode(IXMLDOMD
                           DumpDocument(printTicket, W("InputToConvertPrintTicketToDevMode"), kTicketDumpPrefix);
                           InitializeOrReInitializeDataModel(devmode);
 
+                          XDevmode& wrapper = GetXDevmodeRef();
+                          const auto settings = CreateDataModelDataAttributeBytesIndexedList(wrapper);
                           bool changed = false;
-                          ConvertMiscFeaturesToDevmode(ticket, devmode, nullptr, &changed);
+                          ConvertMiscFeaturesToDevmode(ticket, devmode, settings.get(), &changed);
+                          if (changed)
+                              CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(wrapper, settings.get());
                           return S_OK;
                       });
 }

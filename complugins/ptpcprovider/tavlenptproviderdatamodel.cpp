@@ -1,11 +1,15 @@
 // The model state that is kept between calls, and the product objects that the translators ask for.
 #include <tvcore/productinformation.h>
+#include <tvutil/attributebytesindexedlist.h>
+#include <tvutil/persistentattributes.h>
 #include <tvutil/tavlencomexception.h>
 #include <tvutil/textresourceloader.h>
 
 #include <cstdint>
 
+#include "complugins/oemdevmode.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
+#include "complugins/xdevmode.h"
 
 namespace
 {
@@ -16,12 +20,18 @@ constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\tavlenptprovider");
 constexpr int kProductStringLoaderLine = 1621;
 constexpr int kProductDataLine = 1641;
 
+constexpr auto kDocument = PersistentAttributes::GetDataModelDocPropNameSpaceId();
+constexpr auto kCapabilities = PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId();
+
 } // namespace
 
-// Light mode: no data model is built, so there are no feature services.
-FeatureServices* TavlenPtProvider::InitializeOrReInitializeDataModel(DEVMODEW* /*devmode*/)
+// Light mode: no data model is built, so there are no feature services, only the wrapper of the caller's devmode. It is
+// replaced, never edited in place.
+FeatureServices* TavlenPtProvider::InitializeOrReInitializeDataModel(DEVMODEW* devmode)
 {
-    return m_featureServices;
+    if (devmode != nullptr)
+        m_xdevmode = std::make_unique<XDevmode>(devmode);
+    return nullptr;
 }
 
 FeatureServices* TavlenPtProvider::GetFeatureServicesPtr()
@@ -31,7 +41,41 @@ FeatureServices* TavlenPtProvider::GetFeatureServicesPtr()
 
 XDevmode& TavlenPtProvider::GetXDevmodeRef()
 {
-    ThrowComException(E_FAIL, {W("TavlenPtProvider::GetXDevmodeRef"), kSourceFile});
+    if (!m_xdevmode)
+        ThrowComException(E_FAIL, {W("TavlenPtProvider::GetXDevmodeRef"), kSourceFile});
+    return *m_xdevmode;
+}
+
+std::unique_ptr<AttributeBytesIndexedList>
+TavlenPtProvider::CreateDataModelDataAttributeBytesIndexedList(XDevmode& devmode)
+{
+    const ByteBuffer* const state = devmode.GetPropertyBagEntry(OemDevmodeFormat::kPersistentAttributesKey);
+    if (state == nullptr)
+        return nullptr;
+    auto settings = std::make_unique<AttributeBytesIndexedList>();
+    settings->ImportFromRawList(PersistentAttributes(*state).GetAttributeBytesListForNameSpace(kDocument));
+    return settings;
+}
+
+void TavlenPtProvider::CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(
+    XDevmode& devmode, const AttributeBytesIndexedList* settings)
+{
+    const ByteBuffer* const stored = devmode.GetPropertyBagEntry(OemDevmodeFormat::kPersistentAttributesKey);
+    if (stored == nullptr || settings == nullptr)
+        return;
+    PersistentAttributes attributes(*stored);
+    AttributeBytesNameSpaces nameSpaces;
+    nameSpaces.SetAttributeBytesList(kDocument, AttributeBytesRawList(*settings));
+    nameSpaces.SetAttributeBytesList(kCapabilities, attributes.GetAttributeBytesListForNameSpace(kCapabilities));
+    if (!attributes.SetAttributeBytesNameSpaces(nameSpaces))
+        return; // a state of a later format, which is not ours to rewrite
+
+    // The part has no room for a longer state: the change is dropped without a word, deliberately.
+    const ByteBuffer& state = attributes.GetPersistentAttributesState();
+    if (state.getDword() > OemDevmodeFormat::kMaxPersistentAttributesSize)
+        return;
+    devmode.SetPropertyBagEntry(OemDevmodeFormat::kPersistentAttributesKey, state);
+    devmode.CommitToDevmode();
 }
 
 // Without a workflow module there is no product data; every use of it fails the operation that asks.

@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <tvutil/attributebytesindexedlist.h>
+
+#include <memory>
+
 #include "complugins/ptpcprovider/tavlenptprovider.h"
 #include "utilitiesstaticlib/ccombstr.h"
 
@@ -38,6 +42,16 @@ struct TavlenPtProviderTestAccess
     static ULONG OsMajorVersion(const TavlenPtProvider& provider)
     {
         return provider.m_osMajorVersion;
+    }
+
+    static std::unique_ptr<AttributeBytesIndexedList> Settings(XDevmode& devmode)
+    {
+        return TavlenPtProvider::CreateDataModelDataAttributeBytesIndexedList(devmode);
+    }
+
+    static void Commit(XDevmode& devmode, const AttributeBytesIndexedList* settings)
+    {
+        TavlenPtProvider::CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(devmode, settings);
     }
 };
 
