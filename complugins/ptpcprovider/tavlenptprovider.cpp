@@ -26,7 +26,9 @@ constexpr INT kSupportedVersion = 1;
 constexpr ULONGLONG kDriverKindCapability = 1984; // 0x7C0
 constexpr ULONGLONG kCoreFlagsCapability = 15;    // 0xF
 
-// Bit 10 of the driver capability flags: the private namespace and what depends on it.
+// Bits 9 and 10 of the driver capability flags: a PostScript driver; the private namespace and what depends on it, the
+// imageable area too.
+constexpr ULONGLONG kPostScriptFlag = 0x200;
 constexpr ULONGLONG kPrivateNamespaceFlag = 0x400;
 
 std::atomic<LONG> g_moduleObjectCount{0};
@@ -148,6 +150,16 @@ HRESULT TavlenPtProvider::PublishPrivateNamespace(INT* namespaceCount, BSTR** na
 bool TavlenPtProvider::PrivateNamespaceIsEnabled() const noexcept
 {
     return (m_driverCapabilityFlags & kPrivateNamespaceFlag) != 0;
+}
+
+bool TavlenPtProvider::ImageableAreaIsEnabled() const noexcept
+{
+    return PrivateNamespaceIsEnabled();
+}
+
+bool TavlenPtProvider::IsPostScriptDriver() const noexcept
+{
+    return (m_driverCapabilityFlags & kPostScriptFlag) != 0;
 }
 
 HRESULT STDMETHODCALLTYPE TavlenPtProvider::PublishPrintTicketHelperInterface(IUnknown* helper)

@@ -16,7 +16,9 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 #include <tvcore/datasourceproviderwithdatasources.h>
 #include <tvcore/pagesizedictionary.h>
@@ -30,8 +32,11 @@
 #include "utilitiesstaticlib/comptr.h"
 
 class AttributeBytesIndexedList;
+class MsCachedDeviceCapabilities;
+class PrintCapabilitiesXmlDocument;
 class PrintTicketXmlDocument;
 class XDevmode;
+struct IXMLDOMElement;
 
 class TVPTPC_API TavlenPtProvider : public IPrintOemPrintTicketProvider, public DataSourceProviderWithDataSources
 {
@@ -84,6 +89,8 @@ private:
 
     HRESULT PublishPrivateNamespace(INT* namespaceCount, BSTR** namespaces) const noexcept;
     [[nodiscard]] bool PrivateNamespaceIsEnabled() const noexcept;
+    [[nodiscard]] bool IsPostScriptDriver() const noexcept;
+    [[nodiscard]] bool ImageableAreaIsEnabled() const noexcept;
 
     // --- Model state: the document's settings, which the translators edit, and their way into the devmode.
 
@@ -95,10 +102,50 @@ private:
     CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(XDevmode& devmode,
                                                                      const AttributeBytesIndexedList* settings);
 
-    // --- Translators: copies (miscfeaturesimpl). Their results are not looked at, only exceptions stop a conversion.
+    // --- Translators. What they write is in the document, the devmode and the settings given; `changed` becomes true
+    // when settings were changed, and is left alone otherwise. Their results are not looked at by conversions, which
+    // only exceptions stop.
+
+    // Media type (pagemediatypeimpl). E_FAIL, with the document as it was, when the printer has no media types.
+    struct MediaTypeDataEntry;
+    std::vector<MediaTypeDataEntry>
+    GetMediaTypeCachedDeviceCapabilitiesAndPrintSchemaMappings(MsCachedDeviceCapabilities& capabilities);
+    HRESULT AddOrReplacePageMediaTypeCapabilities(PrintCapabilitiesXmlDocument& document,
+                                                  MsCachedDeviceCapabilities& capabilities);
+    static void AppendMediaTypeOption(const PrintCapabilitiesXmlDocument& document, IXMLDOMElement* feature,
+                                      const MediaTypeDataEntry& entry);
+    HRESULT ConvertDevmodeToPageMediaType(PrintTicketXmlDocument& ticket, XDevmode& devmode,
+                                          MsCachedDeviceCapabilities& capabilities);
+    HRESULT ConvertPageMediaTypeToDevmode(PrintTicketXmlDocument& ticket, MsCachedDeviceCapabilities& capabilities,
+                                          AttributeBytesIndexedList* settings, bool* changed);
+
+    // Output quality (pageoutputqualityimpl).
+    struct PageOutputQualityDataEntry
+    {
+        CXString displayName;
+        std::int32_t qualityId;
+        CXString optionName;
+    };
+    static std::vector<PageOutputQualityDataEntry> GetPageOutputQualityCapabilitiesAndPrintSchemaMappings();
+    HRESULT AddOrReplacePageOutputQualityCapabilities(PrintCapabilitiesXmlDocument& document);
+    HRESULT ConvertDevmodeToPageOutputQuality(PrintTicketXmlDocument& ticket, XDevmode& devmode);
+    HRESULT ConvertPageOutputQualityToDevmode(PrintTicketXmlDocument& ticket, AttributeBytesIndexedList* settings,
+                                              bool* changed);
+    [[nodiscard]] bool HasPageOutputQuality();
+
+    // Colour (colorfeaturesimpl).
+    HRESULT AddOrReplaceColorFeaturesCapabilities(PrintCapabilitiesXmlDocument& document);
+    HRESULT ConvertColorFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                          AttributeBytesIndexedList* settings, bool* changed);
+    HRESULT ConvertDevmodeToColorFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode, XDevmode& wrapper);
+    [[nodiscard]] bool HasColorFeatures();
+
+    // Copies (miscfeaturesimpl).
+    HRESULT AddOrReplaceMiscFeaturesCapabilities(PrintCapabilitiesXmlDocument& document,
+                                                 MsCachedDeviceCapabilities& capabilities);
     HRESULT ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
-                                         AttributeBytesIndexedList* attributes, bool* changed);
-    HRESULT ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode);
+                                         AttributeBytesIndexedList* settings, bool* changed);
+    HRESULT ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode, XDevmode& wrapper);
 
     std::atomic<LONG> m_referenceCount{1};
     HANDLE m_printerHandle = nullptr;
