@@ -4,6 +4,7 @@
 
 #include <objbase.h>
 
+#include <tvcore/datamodelmanager.h>
 #include <tvutil/printdriver.h>
 
 #include <memory>

@@ -32,6 +32,7 @@
 #include "utilitiesstaticlib/comptr.h"
 
 class AttributeBytesIndexedList;
+class DataModelManager;
 class MsCachedDeviceCapabilities;
 class PrintCapabilitiesXmlDocument;
 class PrintTicketXmlDocument;
@@ -91,6 +92,15 @@ private:
     [[nodiscard]] bool PrivateNamespaceIsEnabled() const noexcept;
     [[nodiscard]] bool IsPostScriptDriver() const noexcept;
     [[nodiscard]] bool ImageableAreaIsEnabled() const noexcept;
+
+    // --- Model state, full mode: the data model of the last devmode, or, of none, of the user's default one.
+    FeatureServices* BringDataModelUpToDate(DEVMODEW* devmode);
+    bool UpdateSavedDevmode(DEVMODEW* devmode);
+    void UpdateSavedCopyOfDevmodeRepresentingCurrentDataModel(DEVMODEW* devmode);
+    void WrapWorkingDevmode(ByteBuffer& working);
+    void BuildDataModel();
+    void ReInitializeDataModel();
+    void CommitDataModelToDevmode(DEVMODEW* devmode);
 
     // --- Model state: the document's settings, which the translators edit, and their way into the devmode.
 
@@ -162,7 +172,9 @@ private:
     FeatureServices* m_featureServices = nullptr; // the data model's
     ByteBuffer m_workingDevmode;
     ByteBuffer m_savedDevmode;
-    std::unique_ptr<XDevmode> m_xdevmode; // of the last devmode given, whose memory may be gone by now
+    // Light mode: of the last devmode given, whose memory may be gone by now. Full mode: of the working devmode.
+    std::unique_ptr<XDevmode> m_xdevmode;
+    std::unique_ptr<DataModelManager> m_dataModelManager; // goes before the wrapper that it borrows
     // Selects the mode of the model state. Cleared here and by every binding, and set nowhere in this module: the full
     // mode is dormant, deliberately.
     bool m_dataModelInUse = false;

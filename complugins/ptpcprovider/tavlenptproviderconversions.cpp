@@ -61,7 +61,9 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertPrintTicketToDevMode(IXMLDOMD
                           ConvertPageOutputQualityToDevmode(ticket, settings.get(), &changed);
                           ConvertColorFeaturesToDevmode(ticket, devmode, settings.get(), &changed);
                           ConvertMiscFeaturesToDevmode(ticket, devmode, settings.get(), &changed);
-                          if (changed)
+                          if (changed && m_dataModelInUse)
+                              CommitDataModelToDevmode(devmode);
+                          else if (changed)
                               CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(wrapper, settings.get());
                           return S_OK;
                       });
