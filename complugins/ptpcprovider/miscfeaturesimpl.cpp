@@ -1,6 +1,11 @@
 // The copies translator: the job's copy count between dmCopies and the parameter "JobCopiesAllDocuments".
+#include <winspool.h>
+
+#include "complugins/mscacheddevicecapabilities.h"
 #include "complugins/ptpcprovider/domhelpers.h"
+#include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"
+#include "complugins/ptpcprovider/productstrings.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
 
 namespace
@@ -8,11 +13,41 @@ namespace
 
 constexpr WCHAR kCopiesParameter[] = W("JobCopiesAllDocuments");
 
+// A driver that does not say how many prints one.
+LONG MaximumCopies(const CXString& printerName, const DEVMODEW* devmode)
+{
+    const int copies = DeviceCapabilitiesW(printerName.c_str(), nullptr, DC_COPIES, nullptr, devmode);
+    return copies > 0 ? copies : 1;
+}
+
 } // namespace
+
+HRESULT TavlenPtProvider::AddOrReplaceMiscFeaturesCapabilities(PrintCapabilitiesXmlDocument& document,
+                                                               MsCachedDeviceCapabilities& capabilities)
+{
+    const CXString keywordsPrefix = document.GetNsPrefix(PrintSchema::Keywords);
+    ComPtr<IXMLDOMElement> definition;
+    document.CreateIntegerParameterDef(
+        keywordsPrefix, kCopiesParameter,
+        {.mandatory = W("Unconditional"),
+         .displayName = GetProductStringLoader().LoadStringW(ProductStrings::kCopies),
+         .defaultValue = 1,
+         .minimum = 1,
+         .maximum = MaximumCopies(m_printer.GetPrinterName(), capabilities.GetCachedDevmode()),
+         .multiple = 1,
+         .unitType = W("copies")},
+        definition.Put());
+    while (document.DeleteParameterDefNodeIfExists(keywordsPrefix, kCopiesParameter) == S_OK)
+    {
+        // Any of that name goes, also a second one.
+    }
+    document.AppendChildToRootNode(definition.Get());
+    return S_OK;
+}
 
 // dmFields is not touched and no change is reported, on purpose: the count is not part of the private settings.
 HRESULT TavlenPtProvider::ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
-                                                       AttributeBytesIndexedList* /*attributes*/, bool* /*changed*/)
+                                                       AttributeBytesIndexedList* /*settings*/, bool* /*changed*/)
 {
     PrintTicketQueryBuilder builder(ticket.GetNsPrefix(PrintSchema::Framework));
     builder.AddParameterInit(ticket.GetNsPrefix(PrintSchema::Keywords), kCopiesParameter);
@@ -23,7 +58,8 @@ HRESULT TavlenPtProvider::ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& t
     return S_OK;
 }
 
-HRESULT TavlenPtProvider::ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode)
+HRESULT TavlenPtProvider::ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                                       XDevmode& /*wrapper*/)
 {
     const CXString keywordsPrefix = ticket.GetNsPrefix(PrintSchema::Keywords);
     const auto copies = static_cast<ULONG>(LONG{devmode->dmCopies});

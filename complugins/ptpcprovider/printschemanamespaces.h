@@ -43,6 +43,8 @@ inline constexpr WCHAR kParameterInit[] = W("ParameterInit");
 inline constexpr WCHAR kNameAttribute[] = W("name");
 inline constexpr WCHAR kTypeAttribute[] = W("type");
 
+inline constexpr WCHAR kUnconstrained[] = W("None"); // of an option that is always available
+
 inline constexpr WCHAR kIntegerType[] = W("integer");
 inline constexpr WCHAR kStringType[] = W("string");
 inline constexpr WCHAR kQNameType[] = W("QName");

@@ -4,6 +4,7 @@
 
 #include <objbase.h>
 
+#include <tvcore/datamodelmanager.h>
 #include <tvutil/printdriver.h>
 
 #include <memory>
@@ -25,6 +26,9 @@ constexpr INT kSupportedVersion = 1;
 // Capability numbers are masks over the printer model's capability word.
 constexpr ULONGLONG kDriverKindCapability = 1984; // 0x7C0
 constexpr ULONGLONG kCoreFlagsCapability = 15;    // 0xF
+
+// Bit 9 of the driver capability flags.
+constexpr ULONGLONG kPostScriptFlag = 0x200;
 
 std::atomic<LONG> g_moduleObjectCount{0};
 
@@ -145,6 +149,16 @@ HRESULT TavlenPtProvider::PublishPrivateNamespace(INT* namespaceCount, BSTR** na
 bool TavlenPtProvider::PrivateNamespaceIsEnabled() const noexcept
 {
     return (m_driverCapabilityFlags & PrintDriver::kPrivateNamespaceCapability) != 0;
+}
+
+bool TavlenPtProvider::ImageableAreaIsEnabled() const noexcept
+{
+    return PrivateNamespaceIsEnabled();
+}
+
+bool TavlenPtProvider::IsPostScriptDriver() const noexcept
+{
+    return (m_driverCapabilityFlags & kPostScriptFlag) != 0;
 }
 
 HRESULT STDMETHODCALLTYPE TavlenPtProvider::PublishPrintTicketHelperInterface(IUnknown* helper)

@@ -16,7 +16,9 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 #include <tvcore/datasourceproviderwithdatasources.h>
 #include <tvcore/pagesizedictionary.h>
@@ -31,11 +33,13 @@
 
 class AttributeBytesIndexedList;
 class CComBSTR;
+class DataModelManager;
 class MsCachedDeviceCapabilities;
 class PrintCapabilitiesXmlDocument;
 class PrintSchemaXmlDocument;
 class PrintTicketXmlDocument;
 class XDevmode;
+struct IXMLDOMElement;
 
 class TVPTPC_API TavlenPtProvider : public IPrintOemPrintTicketProvider, public DataSourceProviderWithDataSources
 {
@@ -88,6 +92,17 @@ private:
 
     HRESULT PublishPrivateNamespace(INT* namespaceCount, BSTR** namespaces) const noexcept;
     [[nodiscard]] bool PrivateNamespaceIsEnabled() const noexcept;
+    [[nodiscard]] bool IsPostScriptDriver() const noexcept;
+    [[nodiscard]] bool ImageableAreaIsEnabled() const noexcept;
+
+    // --- Model state, full mode: the data model of the last devmode, or, of none, of the user's default one.
+    FeatureServices* BringDataModelUpToDate(DEVMODEW* devmode);
+    bool UpdateSavedDevmode(DEVMODEW* devmode);
+    void UpdateSavedCopyOfDevmodeRepresentingCurrentDataModel(DEVMODEW* devmode);
+    void WrapWorkingDevmode(ByteBuffer& working);
+    void BuildDataModel();
+    void ReInitializeDataModel();
+    void CommitDataModelToDevmode(DEVMODEW* devmode);
 
     // --- The maker's own parameters (privatefeaturesimpl).
     HRESULT SetTavlenDriverDataInPrintTicket(PrintTicketXmlDocument& ticket, XDevmode& devmode);
@@ -112,10 +127,50 @@ private:
     CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(XDevmode& devmode,
                                                                      const AttributeBytesIndexedList* settings);
 
-    // --- Translators: copies (miscfeaturesimpl). Their results are not looked at, only exceptions stop a conversion.
+    // --- Translators. What they write is in the document, the devmode and the settings given; `changed` becomes true
+    // when settings were changed, and is left alone otherwise. Their results are not looked at by conversions, which
+    // only exceptions stop.
+
+    // Media type (pagemediatypeimpl). E_FAIL, with the document as it was, when the printer has no media types.
+    struct MediaTypeDataEntry;
+    std::vector<MediaTypeDataEntry>
+    GetMediaTypeCachedDeviceCapabilitiesAndPrintSchemaMappings(MsCachedDeviceCapabilities& capabilities);
+    HRESULT AddOrReplacePageMediaTypeCapabilities(PrintCapabilitiesXmlDocument& document,
+                                                  MsCachedDeviceCapabilities& capabilities);
+    static void AppendMediaTypeOption(const PrintCapabilitiesXmlDocument& document, IXMLDOMElement* feature,
+                                      const MediaTypeDataEntry& entry);
+    HRESULT ConvertDevmodeToPageMediaType(PrintTicketXmlDocument& ticket, XDevmode& devmode,
+                                          MsCachedDeviceCapabilities& capabilities);
+    HRESULT ConvertPageMediaTypeToDevmode(PrintTicketXmlDocument& ticket, MsCachedDeviceCapabilities& capabilities,
+                                          AttributeBytesIndexedList* settings, bool* changed);
+
+    // Output quality (pageoutputqualityimpl).
+    struct PageOutputQualityDataEntry
+    {
+        CXString displayName;
+        std::int32_t qualityId;
+        CXString optionName;
+    };
+    static std::vector<PageOutputQualityDataEntry> GetPageOutputQualityCapabilitiesAndPrintSchemaMappings();
+    HRESULT AddOrReplacePageOutputQualityCapabilities(PrintCapabilitiesXmlDocument& document);
+    HRESULT ConvertDevmodeToPageOutputQuality(PrintTicketXmlDocument& ticket, XDevmode& devmode);
+    HRESULT ConvertPageOutputQualityToDevmode(PrintTicketXmlDocument& ticket, AttributeBytesIndexedList* settings,
+                                              bool* changed);
+    [[nodiscard]] bool HasPageOutputQuality();
+
+    // Colour (colorfeaturesimpl).
+    HRESULT AddOrReplaceColorFeaturesCapabilities(PrintCapabilitiesXmlDocument& document);
+    HRESULT ConvertColorFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                          AttributeBytesIndexedList* settings, bool* changed);
+    HRESULT ConvertDevmodeToColorFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode, XDevmode& wrapper);
+    [[nodiscard]] bool HasColorFeatures();
+
+    // Copies (miscfeaturesimpl).
+    HRESULT AddOrReplaceMiscFeaturesCapabilities(PrintCapabilitiesXmlDocument& document,
+                                                 MsCachedDeviceCapabilities& capabilities);
     HRESULT ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
-                                         AttributeBytesIndexedList* attributes, bool* changed);
-    HRESULT ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode);
+                                         AttributeBytesIndexedList* settings, bool* changed);
+    HRESULT ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode, XDevmode& wrapper);
 
     std::atomic<LONG> m_referenceCount{1};
     HANDLE m_printerHandle = nullptr;
@@ -132,7 +187,9 @@ private:
     FeatureServices* m_featureServices = nullptr; // the data model's
     ByteBuffer m_workingDevmode;
     ByteBuffer m_savedDevmode;
-    std::unique_ptr<XDevmode> m_xdevmode; // of the last devmode given, whose memory may be gone by now
+    // Light mode: of the last devmode given, whose memory may be gone by now. Full mode: of the working devmode.
+    std::unique_ptr<XDevmode> m_xdevmode;
+    std::unique_ptr<DataModelManager> m_dataModelManager; // goes before the wrapper that it borrows
     // Selects the mode of the model state. Cleared here and by every binding, and set nowhere in this module: the full
     // mode is dormant, deliberately.
     bool m_dataModelInUse = false;

@@ -3,6 +3,7 @@
 #include <tvutil/attributebytesindexedlist.h>
 #include <tvutil/devmodebounds.h>
 
+#include "complugins/mscacheddevicecapabilities.h"
 #include "complugins/ptpcprovider/documentdump.h"
 #include "complugins/ptpcprovider/failureguard.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"
@@ -50,14 +51,20 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertPrintTicketToDevMode(IXMLDOMD
                               return E_INVALIDARG;
                           PrintTicketXmlDocument ticket(printTicket);
                           DumpDocument(printTicket, W("InputToConvertPrintTicketToDevMode"), kTicketDumpPrefix);
+                          MsCachedDeviceCapabilities capabilities(GetMSDeviceCapabilities(), m_printerHandle, devmode);
                           InitializeOrReInitializeDataModel(devmode);
 
                           XDevmode& wrapper = GetXDevmodeRef();
                           GetTavlenDriverDataFromPrintTicketAndUpdateDevmode(ticket, wrapper);
                           const auto settings = CreateDataModelDataAttributeBytesIndexedList(wrapper);
                           bool changed = false;
+                          ConvertPageMediaTypeToDevmode(ticket, capabilities, settings.get(), &changed);
+                          ConvertPageOutputQualityToDevmode(ticket, settings.get(), &changed);
+                          ConvertColorFeaturesToDevmode(ticket, devmode, settings.get(), &changed);
                           ConvertMiscFeaturesToDevmode(ticket, devmode, settings.get(), &changed);
-                          if (changed)
+                          if (changed && m_dataModelInUse)
+                              CommitDataModelToDevmode(devmode);
+                          else if (changed)
                               CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(wrapper, settings.get());
                           return S_OK;
                       });
@@ -74,11 +81,15 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertDevModeToPrintTicket(ULONG de
                               return E_INVALIDARG;
                           PrintTicketXmlDocument ticket(printTicket);
                           DumpDocument(printTicket, W("BeforeConvertDevModeToPrintTicket"), kTicketDumpPrefix);
+                          MsCachedDeviceCapabilities capabilities(GetMSDeviceCapabilities(), m_printerHandle, devmode);
                           InitializeOrReInitializeDataModel(devmode);
 
                           XDevmode& wrapper = GetXDevmodeRef();
                           DeleteRedundantPageOrientationFromPpdGpdNamespace(ticket);
-                          ConvertDevmodeToMiscFeatures(ticket, devmode);
+                          ConvertDevmodeToPageMediaType(ticket, wrapper, capabilities);
+                          ConvertDevmodeToPageOutputQuality(ticket, wrapper);
+                          ConvertDevmodeToColorFeatures(ticket, devmode, wrapper);
+                          ConvertDevmodeToMiscFeatures(ticket, devmode, wrapper);
                           if (PrivateNamespaceIsEnabled())
                               EmbedPrivateJtifInPrintTicket(ticket, wrapper);
                           SetTavlenDriverDataInPrintTicket(ticket, wrapper);

@@ -3,14 +3,19 @@
 
 #include <functional>
 #include <new>
+#include <optional>
 #include <string>
+
+#include <tvcore/featureservices.h>
 
 #include "complugins/ptpcprovider/failureguard.h"
 #include "complugins/workflowobject.h"
 #include "tests/common/documentcomparer.h"
+#include "tests/common/oemdevmodebytes.h"
 #include "tests/common/testdevmode.h"
 #include "tests/common/testdocuments.h"
 #include "tests/common/testprinter.h"
+#include "tests/platform/eachfault.h"
 #include "tests/ptpcprovider/provideraccess.h"
 #include "utilitiesstaticlib/findfunction.h"
 #include "winport/faultinjection.h"
@@ -124,6 +129,45 @@ TEST_F(Faults, OfBindingHaveTheirCodes)
         }
     }
     EXPECT_EQ(2u, published);
+}
+
+// A build that fails leaves none behind, and the next call builds.
+TEST_F(Faults, OfAFullBuildLeaveItForTheNextCall)
+{
+    const TestPrinter printer(
+        {.capabilityWord = 0xE02, .model = "tavlen-c9070-ps.json", .dependentFiles = {"tvwftu_b.dll"}});
+    const TestDevmode devmode(
+        OemDevmodeBytes::Make(CoreDriverLayout::PostScript, {{1, OemDevmodeBytes::MakeState(true)}}));
+    std::optional<ProviderBinding> binding;
+    const auto begin = [&]
+    {
+        binding.emplace();
+        EXPECT_EQ(S_OK, binding->BindTo(printer.Handle()));
+        TavlenPtProviderTestAccess::UseDataModel(*binding->object);
+    };
+    const auto build = [&]
+    {
+        try
+        {
+            return binding->object->InitializeOrReInitializeDataModel(devmode.Get()) != nullptr;
+        }
+        catch (const TavlenException&)
+        {
+            return false;
+        }
+    };
+    const auto isWhole = [&](bool isBuilt)
+    {
+        FeatureServices* const services = binding->object->GetFeatureServicesPtr();
+        if (!isBuilt)
+            return services == nullptr;
+        const bool hasAll = services->FindValue(DataModelIds::Feature::MsPageOrder) != nullptr &&
+                            services->FindValue(DataModelIds::Feature::ReplaceDriverPaperInSpreadsheets) != nullptr;
+        begin();
+        return hasAll;
+    };
+    begin();
+    ExpectEachFaultHarmless(build, isWhole);
 }
 
 // The search asks the spooler for every file of the driver. Whatever call of it fails, the printer has no workflow

@@ -24,6 +24,21 @@ struct TavlenPtProviderTestAccess
         return provider.m_dataModelInUse;
     }
 
+    static const ByteBuffer& SavedDevmode(const TavlenPtProvider& provider)
+    {
+        return provider.m_savedDevmode;
+    }
+
+    static WorkflowObject& Workflow(TavlenPtProvider& provider)
+    {
+        return provider.m_workflow;
+    }
+
+    static void CommitDataModel(TavlenPtProvider& provider, DEVMODEW* devmode)
+    {
+        provider.CommitDataModelToDevmode(devmode);
+    }
+
     static IPrintCoreHelper* Helper(const TavlenPtProvider& provider)
     {
         return provider.m_printCoreHelper.Get();

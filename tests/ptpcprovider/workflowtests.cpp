@@ -41,22 +41,6 @@ std::optional<DWORD> StoredKind(const TestPrinter& printer)
     return data.getDword();
 }
 
-// "file Class::Method line" of the failure that an action throws.
-template <class Failure>
-std::string PlaceOf(const std::function<void()>& action)
-{
-    try
-    {
-        action();
-    }
-    catch (const Failure& failure)
-    {
-        const ThrowSite& site = failure.GetSite();
-        return Utf8(site.file) + " " + Utf8(site.method) + " " + std::to_string(site.line);
-    }
-    return "no failure";
-}
-
 struct DetectionCase
 {
     const char* name;

@@ -37,7 +37,7 @@ bool Export(AttributeBytesIndexedList& list, const Place& place, const FeatureSe
 
 FeatureIdWithContext IdOf(const Row& row)
 {
-    return {static_cast<DataModelIds::tagFeatureEnum>(row.feature)};
+    return FeatureIdWithContext::FromNumber(row.feature);
 }
 
 // ---- Bytes to values -----------------------------------------------------------------------------

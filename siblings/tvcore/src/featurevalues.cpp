@@ -221,24 +221,16 @@ bool StoreWithin(AttributeBytesIndexedList& settings, std::span<const std::int32
     }
     const AttributeBytesFeatureId collection(collections.front());
     const AttributeBytesValue* const stored = settings.GetAttributeBytes(collection);
-    AttributeBytesListValue before;
     AttributeBytesIndexedList inside;
     if (stored != nullptr)
     {
         const auto levels = AttributeBytesListValue::FromAttributeBytes(*stored);
         if (!levels || (levels->GetLevelCount() > 0 && !inside.ImportFromRawList(levels->GetLevel(0))))
             ThrowNoCollection(collection.GetId());
-        before = *levels;
     }
     if (!StoreWithin(inside, collections.subspan(1), row, value))
         return false;
-
-    AttributeBytesListValue after{AttributeBytesRawList(inside)};
-    for (std::size_t level = 1; level < before.GetLevelCount(); ++level) // a collection has none, but nothing is lost
-        after.AddLevel(before.GetLevel(level));
-    AttributeBytesValue replaced = after.ToAttributeBytes();
-    replaced.flags = stored != nullptr ? stored->flags : replaced.flags;
-    settings.SetAttributeBytes(collection, std::move(replaced));
+    settings.SetCollection(collection, inside);
     return true;
 }
 

@@ -206,6 +206,18 @@ void AttributeBytesIndexedList::SetAttributeBytes(AttributeBytesFeatureId featur
     SetAttributeBytes(feature, value.ToAttributeBytes());
 }
 
+void AttributeBytesIndexedList::SetCollection(AttributeBytesFeatureId feature, const AttributeBytesIndexedList& inside)
+{
+    AttributeBytesListValue after{AttributeBytesRawList(inside)};
+    const AttributeBytesValue* const stored = GetAttributeBytes(feature);
+    const auto before = stored != nullptr ? AttributeBytesListValue::FromAttributeBytes(*stored) : std::nullopt;
+    for (std::size_t level = 1; before && level < before->GetLevelCount(); ++level)
+        after.AddLevel(before->GetLevel(level));
+    AttributeBytesValue value = after.ToAttributeBytes();
+    value.flags = before ? stored->flags : value.flags;
+    SetAttributeBytes(feature, std::move(value));
+}
+
 bool AttributeBytesIndexedList::RemoveAttributeBytes(AttributeBytesFeatureId feature)
 {
     return GetAttributeBytes(feature) != nullptr && Edit().Remove(feature);

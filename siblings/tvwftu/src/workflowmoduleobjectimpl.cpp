@@ -4,33 +4,22 @@
 #include <tvutil/exceptions.h>
 #include <tvutil/throwexception.h>
 
+#include <cstring>
+
+#include "complugins/xdevmode.h"
+#include "siblings/tvwftu/src/settingsmoves.h"
+
 namespace
 {
 
 constexpr WCHAR kSourceFile[] = W("siblings\\tvwftu\\workflowmoduleobjectimpl");
 constexpr WCHAR kOwnName[] = W("tvwftu_B.dll");
 
-// Each answers whether settings were moved. The services of a data model have no operations yet by which settings could
-// be read or written, so none of these moves any, with a data model either, and none says otherwise.
-
-bool SettingsIntoRegistry(FeatureServices& /*from*/, HANDLE /*printer*/)
+// The provider's data model has a copy of the caller's devmode: of the same size, or it is of another one.
+void CopyDevmode(const DEVMODEW* from, DEVMODEW* to)
 {
-    return false;
-}
-
-bool SettingsFromRegistry(HANDLE /*printer*/, FeatureServices& /*into*/)
-{
-    return false;
-}
-
-bool SettingsIntoDevmode(FeatureServices& /*from*/, DataSourceProviderWithDataSources& /*devmodeOwner*/)
-{
-    return false;
-}
-
-bool SettingsFromDevmode(DataSourceProviderWithDataSources& /*devmodeOwner*/, FeatureServices& /*into*/)
-{
-    return false;
+    if (from != nullptr && to != nullptr && from->dmSize == to->dmSize && from->dmDriverExtra == to->dmDriverExtra)
+        std::memcpy(reinterpret_cast<BYTE*>(to), from, std::size_t{from->dmSize} + from->dmDriverExtra);
 }
 
 } // namespace
@@ -70,7 +59,7 @@ bool WorkflowModuleObjectImpl::UpdateRegistryWithDataModelData()
 bool WorkflowModuleObjectImpl::UpdatePublicAndPrivateDevmodeWithDataModelData()
 {
     FeatureServices* const services = FindFeatureServices();
-    return services != nullptr && SettingsIntoDevmode(*services, *m_provider);
+    return services != nullptr && SettingsIntoDevmode(*services, *m_provider, m_printerHandle);
 }
 
 bool WorkflowModuleObjectImpl::LoadSettingsInitializeDataModelAndWriteDevmode(DEVMODEW* devmode)
@@ -78,15 +67,20 @@ bool WorkflowModuleObjectImpl::LoadSettingsInitializeDataModelAndWriteDevmode(DE
     if (m_provider == nullptr)
         return false;
     FeatureServices* const services = m_provider->InitializeOrReInitializeDataModel(devmode);
-    return services != nullptr && SettingsFromRegistry(m_printerHandle, *services) &&
-           SettingsIntoDevmode(*services, *m_provider);
+    if (services == nullptr)
+        return false;
+    const bool isLoaded = SettingsFromRegistry(m_printerHandle, *services);
+    const bool isWritten = SettingsIntoDevmode(*services, *m_provider, m_printerHandle);
+    if (isWritten)
+        CopyDevmode(m_provider->GetXDevmodeRef().GetDevmode(), devmode);
+    return isLoaded || isWritten;
 }
 
 // Called by the provider amid the renewal of its data model: it must not be asked to initialise that.
 bool WorkflowModuleObjectImpl::ReInitializeAssociatedXDevmodeObj()
 {
     FeatureServices* const services = FindFeatureServices();
-    return services != nullptr && SettingsFromDevmode(*m_provider, *services);
+    return services != nullptr && SettingsFromDevmode(*m_provider, m_printerHandle, *services);
 }
 
 ULONG WorkflowModuleObjectImpl::GetWorkFlowType()

@@ -1,7 +1,7 @@
 // The reference workflow module's object: owns the product data that the installed printer model describes.
 //
-// Settings are moved from the feature services of the provider's data model. In light mode there are none, so every
-// moving operation asks the provider and answers that nothing was moved.
+// Settings are moved from and to the feature services of the provider's data model (settingsmoves.h). In light mode
+// there are none, so every moving operation asks the provider and answers that nothing was moved.
 #pragma once
 
 #include <tvcore/datasourceproviderwithdatasources.h>

@@ -3,6 +3,7 @@
 // Nothing that must be linked.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -44,6 +45,12 @@ public:
     {
         m_contexts.push_back(context);
         return *this;
+    }
+
+    // For whoever has it as a number.
+    [[nodiscard]] static FeatureIdWithContext FromNumber(std::int32_t feature)
+    {
+        return {static_cast<DataModelIds::tagFeatureEnum>(feature)};
     }
 
     [[nodiscard]] FeatureId GetFeature() const

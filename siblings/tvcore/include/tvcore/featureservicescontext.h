@@ -20,12 +20,13 @@ public:
 
     void SetOptionValue(std::int32_t feature, std::int32_t valueId) override
     {
-        m_services.SetValue(IdOf(feature), ValueId(static_cast<DataModelIds::tagValueEnum>(valueId)));
+        m_services.SetValue(FeatureIdWithContext::FromNumber(feature),
+                            ValueId(static_cast<DataModelIds::tagValueEnum>(valueId)));
     }
 
     void SetIntegerValue(std::int32_t feature, std::int32_t value) override
     {
-        m_services.SetValue(IdOf(feature), value);
+        m_services.SetValue(FeatureIdWithContext::FromNumber(feature), value);
     }
 
     void SetPageSize(const PageSize& pageSize) override
@@ -34,11 +35,6 @@ public:
     }
 
 private:
-    static FeatureIdWithContext IdOf(std::int32_t feature)
-    {
-        return {static_cast<DataModelIds::tagFeatureEnum>(feature)};
-    }
-
     FeatureServices& m_services;
     DEVMODEW* m_devmode;
 };

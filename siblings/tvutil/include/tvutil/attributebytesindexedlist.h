@@ -47,6 +47,9 @@ public:
     void SetAttributeBytes(AttributeBytesFeatureId feature, AttributeBytesValue value);
     void SetAttributeBytes(AttributeBytesFeatureId feature, const AttributeBytesOptionValue& value);
     void SetAttributeBytes(AttributeBytesFeatureId feature, const AttributeBytesListValue& value);
+    // The list becomes what is inside the collection: the first level of its list value. Further levels, which a
+    // collection should not have, and the flags of a list value that is there stay.
+    void SetCollection(AttributeBytesFeatureId feature, const AttributeBytesIndexedList& inside);
     // Every one of the feature; whether there was one.
     bool RemoveAttributeBytes(AttributeBytesFeatureId feature);
 

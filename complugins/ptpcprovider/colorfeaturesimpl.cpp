@@ -1,0 +1,132 @@
+// The colour translator: the colour management method and the rendering intent, between dmICMMethod and dmICMIntent and
+// the features "PageColorManagement" and "PageICMRenderingIntent". It acts for colour devices of one controller family.
+#include <algorithm>
+#include <initializer_list>
+#include <iterator>
+
+#include "complugins/ptpcprovider/featuretranslation.h"
+#include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
+#include "complugins/ptpcprovider/productstrings.h"
+#include "complugins/ptpcprovider/tavlenptprovider.h"
+
+namespace
+{
+
+constexpr WCHAR kMethodFeature[] = W("PageColorManagement");
+constexpr WCHAR kIntentFeature[] = W("PageICMRenderingIntent");
+
+// From this Windows version on there is more than the device's own colour management.
+constexpr ULONG kColorManagementMajorVersion = 6;
+
+// Public keywords, and the numbers of the devmode.
+struct ColorOption
+{
+    const WCHAR* name;
+    DWORD number;
+    std::int32_t displayName; // product string
+};
+
+constexpr ColorOption kMethodNone = {W("None"), DMICMMETHOD_NONE, ProductStrings::kColorOff};
+constexpr ColorOption kMethodSystem = {W("System"), DMICMMETHOD_SYSTEM, ProductStrings::kColorBySystem};
+constexpr ColorOption kMethodDriver = {W("Driver"), DMICMMETHOD_DRIVER, 0}; // taken from tickets, never offered
+constexpr ColorOption kMethodDevice = {W("Device"), DMICMMETHOD_DEVICE, ProductStrings::kColorByDevice};
+constexpr ColorOption kMethods[] = {kMethodNone, kMethodSystem, kMethodDriver, kMethodDevice};
+
+// In the order in which they are offered.
+constexpr ColorOption kIntents[] = {
+    {W("AbsoluteColorimetric"), DMICM_ABS_COLORIMETRIC, ProductStrings::kAbsoluteColorimetric},
+    {W("RelativeColorimetric"), DMICM_COLORIMETRIC, ProductStrings::kRelativeColorimetric},
+    {W("Photographs"), DMICM_CONTRAST, ProductStrings::kPhotographs},
+    {W("BusinessGraphics"), DMICM_SATURATE, ProductStrings::kBusinessGraphics},
+};
+constexpr WCHAR kOtherIntent[] = W("Photographs");
+
+DWORD MethodOf(const CXString& name)
+{
+    const auto* const method = std::find_if(std::begin(kMethods), std::end(kMethods),
+                                            [&name](const ColorOption& each) { return name == each.name; });
+    return method != std::end(kMethods) ? method->number : kMethodDevice.number;
+}
+
+template <std::size_t Count>
+const WCHAR* NameOf(const ColorOption (&options)[Count], DWORD number, const WCHAR* otherwise)
+{
+    const auto* const option = std::find_if(std::begin(options), std::end(options),
+                                            [number](const ColorOption& each) { return number == each.number; });
+    return option != std::end(options) ? option->name : otherwise;
+}
+
+void AppendColorOption(const PrintCapabilitiesXmlDocument& capabilities, IXMLDOMElement* feature,
+                       const ColorOption& option, const ProductStringLoader& texts)
+{
+    ComPtr<IXMLDOMElement> element;
+    capabilities.CreateOption(capabilities.GetNsPrefix(PrintSchema::Keywords), option.name,
+                              texts.LoadStringW(option.displayName), PrintSchema::kUnconstrained, element.Put());
+    capabilities.AppendChild(feature, element.Get());
+}
+
+} // namespace
+
+HRESULT TavlenPtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabilitiesXmlDocument& capabilities)
+{
+    if (!HasColorFeatures())
+        return S_OK;
+    const bool isManaged = m_osMajorVersion >= kColorManagementMajorVersion;
+    const ProductStringLoader& texts = GetProductStringLoader();
+
+    // Published also where it has no options.
+    ComPtr<IXMLDOMElement> methods;
+    capabilities.CreateFeature(kMethodFeature, texts.LoadStringW(ProductStrings::kColorManagement), methods.Put());
+    if (isManaged)
+        AppendColorOption(capabilities, methods.Get(), kMethodNone, texts);
+    if (IsPostScriptDriver())
+        AppendColorOption(capabilities, methods.Get(), kMethodDevice, texts);
+    if (isManaged && !ImageableAreaIsEnabled())
+        AppendColorOption(capabilities, methods.Get(), kMethodSystem, texts);
+    ReplaceFeature(capabilities, kMethodFeature, methods.Get());
+
+    if (!isManaged)
+    {
+        DeleteFeature(capabilities, kIntentFeature);
+        return S_OK;
+    }
+    ComPtr<IXMLDOMElement> intents;
+    capabilities.CreateFeature(kIntentFeature, texts.LoadStringW(ProductStrings::kRenderingIntent), intents.Put());
+    for (const ColorOption& intent : kIntents)
+        AppendColorOption(capabilities, intents.Get(), intent, texts);
+    ReplaceFeature(capabilities, kIntentFeature, intents.Get());
+    return S_OK;
+}
+
+// The rendering intent is not read from the ticket, deliberately: dmICMIntent stays as it was. dmFields is not touched.
+HRESULT TavlenPtProvider::ConvertColorFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                                        AttributeBytesIndexedList* /*settings*/, bool* /*changed*/)
+{
+    if (!HasColorFeatures())
+        return S_OK;
+    const std::optional<TicketOption> option = ReadTicketOption(ticket, kMethodFeature);
+    if (!option || option->nameSpace != OptionNamespace::Keywords)
+        return S_OK;
+    const bool isManaged = m_osMajorVersion >= kColorManagementMajorVersion;
+    devmode->dmICMMethod = isManaged ? MethodOf(option->name) : kMethodDevice.number;
+    return S_OK;
+}
+
+HRESULT TavlenPtProvider::ConvertDevmodeToColorFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                                        XDevmode& /*wrapper*/)
+{
+    if (!HasColorFeatures())
+        return S_OK;
+    const bool isManaged = m_osMajorVersion >= kColorManagementMajorVersion;
+    const WCHAR* const method =
+        isManaged ? NameOf(kMethods, devmode->dmICMMethod, kMethodDevice.name) : kMethodDevice.name;
+    ReplaceTicketOption(ticket, kMethodFeature, true, method);
+    ReplaceTicketOption(ticket, kIntentFeature, true, NameOf(kIntents, devmode->dmICMIntent, kOtherIntent));
+    return S_OK;
+}
+
+// The family is asked first: without product data it is none, and nothing else is asked.
+bool TavlenPtProvider::HasColorFeatures()
+{
+    return m_controllerFamily == ProductData::ControllerFamilyColor && IsColorDevice();
+}

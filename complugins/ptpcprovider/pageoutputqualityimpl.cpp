@@ -1,0 +1,60 @@
+// The output quality translator: one fixed option for one controller family, no feature for any other. Nothing is read
+// back.
+#include "complugins/ptpcprovider/featuretranslation.h"
+#include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
+#include "complugins/ptpcprovider/productstrings.h"
+#include "complugins/ptpcprovider/tavlenptprovider.h"
+
+namespace
+{
+
+constexpr WCHAR kFeature[] = W("PageOutputQuality");
+constexpr WCHAR kAutomatic[] = W("Automatic");
+
+} // namespace
+
+HRESULT TavlenPtProvider::AddOrReplacePageOutputQualityCapabilities(PrintCapabilitiesXmlDocument& capabilities)
+{
+    if (!HasPageOutputQuality())
+    {
+        DeleteFeature(capabilities, kFeature);
+        return S_OK;
+    }
+    const ProductStringLoader& texts = GetProductStringLoader();
+    ComPtr<IXMLDOMElement> feature;
+    capabilities.CreatePickOneFeature(kFeature, texts.LoadStringW(ProductStrings::kOutputQuality), feature.Put());
+    ComPtr<IXMLDOMElement> option;
+    capabilities.CreateOption(capabilities.GetNsPrefix(PrintSchema::Keywords), kAutomatic,
+                              texts.LoadStringW(ProductStrings::kAutomatic), PrintSchema::kUnconstrained, option.Put());
+    capabilities.AppendChild(feature.Get(), option.Get());
+    ReplaceFeature(capabilities, kFeature, feature.Get());
+    return S_OK;
+}
+
+HRESULT TavlenPtProvider::ConvertDevmodeToPageOutputQuality(PrintTicketXmlDocument& ticket, XDevmode& /*devmode*/)
+{
+    if (HasPageOutputQuality())
+        ReplaceTicketOption(ticket, kFeature, true, kAutomatic);
+    else
+        DeleteFeature(ticket, kFeature);
+    return S_OK;
+}
+
+// Does nothing, deliberately: the device chooses the quality itself.
+HRESULT TavlenPtProvider::ConvertPageOutputQualityToDevmode(PrintTicketXmlDocument& /*ticket*/,
+                                                            AttributeBytesIndexedList* /*settings*/, bool* /*changed*/)
+{
+    return S_OK;
+}
+
+bool TavlenPtProvider::HasPageOutputQuality()
+{
+    return GetProductData().GetControllerFamily() == ProductData::ControllerFamilyXps;
+}
+
+// No quality is mapped to an option of its own, on purpose: the one option is fixed.
+std::vector<TavlenPtProvider::PageOutputQualityDataEntry>
+TavlenPtProvider::GetPageOutputQualityCapabilitiesAndPrintSchemaMappings()
+{
+    return {};
+}
