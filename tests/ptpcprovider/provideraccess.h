@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include "complugins/mscacheddevicecapabilities.h"
+#include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
+#include "complugins/ptpcprovider/printticketxmldocument.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
 #include "utilitiesstaticlib/ccombstr.h"
 
@@ -38,6 +41,30 @@ struct TavlenPtProviderTestAccess
     static ULONG OsMajorVersion(const TavlenPtProvider& provider)
     {
         return provider.m_osMajorVersion;
+    }
+
+    // A null ticket is an empty one.
+    static void ReplaceMediaSizes(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket)
+    {
+        Replace(provider, document, ticket, &TavlenPtProvider::ReplacePageMediaSizeCapabilities);
+    }
+
+    static void ReplaceImageableArea(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket)
+    {
+        Replace(provider, document, ticket, &TavlenPtProvider::ReplacePageImageableSizeAndAreaProperties);
+    }
+
+private:
+    using Replacement = HRESULT (TavlenPtProvider::*)(PrintCapabilitiesXmlDocument&, PrintTicketXmlDocument&,
+                                                      MsCachedDeviceCapabilities&);
+
+    static void Replace(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket,
+                        Replacement replace)
+    {
+        PrintCapabilitiesXmlDocument wrapped(document);
+        PrintTicketXmlDocument wrappedTicket(ticket);
+        MsCachedDeviceCapabilities cached(provider.GetMSDeviceCapabilities(), provider.m_printerHandle, nullptr);
+        EXPECT_EQ(S_OK, (provider.*replace)(wrapped, wrappedTicket, cached));
     }
 };
 
