@@ -1,6 +1,7 @@
 // The property "PageImageableSize" of the capabilities.
 #include "complugins/ptpcprovider/imageablearea.h"
 
+#include <tvutil/executioncontext.h>
 #include <tvutil/tavlencomexception.h>
 
 #include "complugins/formsinforecord.h"
@@ -15,6 +16,9 @@ namespace
 
 using ImageableArea::Area;
 using ImageableArea::Geometry;
+
+constexpr ThrowSite kReplace{W("TavlenPtProvider::ReplacePageImageableSizeAndAreaProperties"),
+                             W("complugins\\ptpcprovider\\pagemediasizeimpl")};
 
 constexpr WCHAR kProperty[] = W("PageImageableSize");
 
@@ -63,6 +67,7 @@ HRESULT TavlenPtProvider::ReplacePageImageableSizeAndAreaProperties(PrintCapabil
 {
     if (!PrivateNamespaceIsEnabled()) // the same bit enables the imageable area
         return S_OK;
+    const ExecutionContextLifetime context(kReplace);
     FormsInfoRecord form;
     GetPrintTicketPaperSize(ticket, capabilities, &form);
     PrinterModel::Margins margins; // none where there is no product data

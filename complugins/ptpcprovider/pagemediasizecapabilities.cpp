@@ -3,6 +3,7 @@
 #include <winspool.h>
 
 #include <tvutil/application.h>
+#include <tvutil/executioncontext.h>
 
 #include <unordered_set>
 #include <vector>
@@ -22,6 +23,9 @@ using PageMediaSize::CustomOption;
 using PageMediaSize::CustomProperty;
 using PageMediaSize::Extents;
 using PageMediaSize::Meaning;
+
+constexpr ThrowSite kReplace{W("TavlenPtProvider::ReplacePageMediaSizeCapabilities"),
+                             W("complugins\\ptpcprovider\\pagemediasizeimpl")};
 
 constexpr std::int32_t kFeatureDisplayName = 41034; // product string
 
@@ -106,6 +110,7 @@ HRESULT TavlenPtProvider::ReplacePageMediaSizeCapabilities(PrintCapabilitiesXmlD
                                                            PrintTicketXmlDocument& /*ticket*/,
                                                            MsCachedDeviceCapabilities& capabilities)
 {
+    const ExecutionContextLifetime context(kReplace);
     const std::optional<Extents> extents = PageMediaSize::AskExtents(m_printer, capabilities.GetCachedDevmode());
     const CustomOption& custom = PageMediaSize::CustomOptionOf(IsPostScriptDriver());
     const bool offersCustomSize =

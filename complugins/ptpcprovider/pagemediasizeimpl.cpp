@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <tvutil/bytebuffer.h>
+#include <tvutil/executioncontext.h>
 #include <tvutil/operatingsystem.h>
 #include <tvutil/tavlencomexception.h>
 
@@ -25,7 +26,12 @@ using PageMediaSize::Meaning;
 using EntryRefs = PageSizeDictionary::EntryRefs;
 
 constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\pagemediasizeimpl");
-constexpr FailureCheck Check(kSourceFile);
+
+constexpr ThrowSite kGetOptionName{W("TavlenPtProvider::GetMsPageMediaSizeOptionName"), kSourceFile};
+constexpr ThrowSite kGetTicketSize{W("TavlenPtProvider::GetPrintTicketPaperSize"), kSourceFile};
+constexpr ThrowSite kGetDevmodeSize{W("TavlenPtProvider::GetDevmodePaperSize"), kSourceFile};
+constexpr ThrowSite kConvertToDevmode{W("TavlenPtProvider::ConvertPageMediaSizeToDevmode"), kSourceFile};
+constexpr ThrowSite kConvertToTicket{W("TavlenPtProvider::ConvertDevmodeToPageMediaSize"), kSourceFile};
 
 // Takes the place of a size that the ticket does not give, or that is none.
 AskedSize DefaultSize()
@@ -127,8 +133,7 @@ void WriteParameters(const PrintTicketXmlDocument& ticket, const CustomOption& o
 void TavlenPtProvider::GetMsPageMediaSizeOptionName(bool isCustom, const FormsInfoRecord& form, CXString* optionName,
                                                     PrintSchema::MsPrintTicketNamespacesEnum* namespaceIndex)
 {
-    constexpr const WCHAR* kMethod = W("TavlenPtProvider::GetMsPageMediaSizeOptionName");
-    Check(optionName != nullptr && namespaceIndex != nullptr ? S_OK : E_POINTER, kMethod);
+    ThrowIfFailed(optionName != nullptr && namespaceIndex != nullptr ? S_OK : E_POINTER, kGetOptionName);
     *namespaceIndex = PrintSchema::Keywords;
     if (isCustom)
         *optionName = CXString(PageMediaSize::CustomOptionOf(IsPostScriptDriver()).name);
@@ -142,7 +147,8 @@ void TavlenPtProvider::GetMsPageMediaSizeOptionName(bool isCustom, const FormsIn
 bool TavlenPtProvider::GetPrintTicketPaperSize(PrintTicketXmlDocument& ticket, MsCachedDeviceCapabilities& capabilities,
                                                FormsInfoRecord* form)
 {
-    Check(form != nullptr ? S_OK : E_POINTER, W("TavlenPtProvider::GetPrintTicketPaperSize"));
+    const ExecutionContextLifetime context(kGetTicketSize);
+    ThrowIfFailed(form != nullptr ? S_OK : E_POINTER, kGetTicketSize);
     const std::optional<AskedSize> asked = ReadAskedSize(ticket, GetPageSizeDictionary());
     *form = PageMediaSize::FormForTicket(asked.value_or(DefaultSize()), PageMediaSize::ReadForms(capabilities));
     return !asked.has_value();
@@ -152,8 +158,8 @@ bool TavlenPtProvider::GetPrintTicketPaperSize(PrintTicketXmlDocument& ticket, M
 bool TavlenPtProvider::GetDevmodePaperSize(DEVMODEW* devmode, MsCachedDeviceCapabilities& capabilities,
                                            FormsInfoRecord* form)
 {
-    constexpr const WCHAR* kMethod = W("TavlenPtProvider::GetDevmodePaperSize");
-    Check(devmode != nullptr && form != nullptr ? S_OK : E_POINTER, kMethod);
+    const ExecutionContextLifetime context(kGetDevmodeSize);
+    ThrowIfFailed(devmode != nullptr && form != nullptr ? S_OK : E_POINTER, kGetDevmodeSize);
     const std::vector<FormsInfoRecord> forms = PageMediaSize::ReadForms(capabilities);
     ByteBuffer copy(devmode, std::size_t{devmode->dmSize} + devmode->dmDriverExtra);
     auto* const checked = reinterpret_cast<DEVMODEW*>(copy.data());
@@ -166,6 +172,7 @@ bool TavlenPtProvider::GetDevmodePaperSize(DEVMODEW* devmode, MsCachedDeviceCapa
 HRESULT TavlenPtProvider::ConvertPageMediaSizeToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
                                                         MsCachedDeviceCapabilities& capabilities)
 {
+    const ExecutionContextLifetime context(kConvertToDevmode);
     FormsInfoRecord form;
     GetPrintTicketPaperSize(ticket, capabilities, &form);
     const WORD number = PageMediaSize::DevmodeNumberOf(form);
@@ -185,6 +192,7 @@ HRESULT TavlenPtProvider::ConvertPageMediaSizeToDevmode(PrintTicketXmlDocument& 
 HRESULT TavlenPtProvider::ConvertDevmodeToPageMediaSize(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
                                                         MsCachedDeviceCapabilities& capabilities)
 {
+    const ExecutionContextLifetime context(kConvertToTicket);
     FormsInfoRecord form;
     GetDevmodePaperSize(devmode, capabilities, &form);
     const bool isCustom = form.paperId == DMPAPER_USER;

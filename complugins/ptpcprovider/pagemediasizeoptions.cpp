@@ -5,8 +5,8 @@
 namespace
 {
 
-constexpr WCHAR kSourceFile[] = W("complugins\\ptpcprovider\\pagemediasizeimpl");
-constexpr const WCHAR* kMethod = W("TavlenPtProvider::GetMsPageMediaSizeOptionName");
+constexpr ThrowSite kGetOptionName{W("TavlenPtProvider::GetMsPageMediaSizeOptionName"),
+                                   W("complugins\\ptpcprovider\\pagemediasizeimpl")};
 
 // Numbers of the printer only: a form's name is somebody's text.
 CXString PrivateName(const WCHAR* kind, const FormsInfoRecord& form)
@@ -45,7 +45,7 @@ std::optional<PageMediaSize::OptionName> PageMediaSize::NameOfForm(const FormsIn
     case DataModelIds::PageSizeDriverForm:
         return NameInDictionary(form, dictionary);
     default:
-        ThrowComException(E_FAIL, {kMethod, kSourceFile});
+        ThrowComException(E_FAIL, kGetOptionName);
     }
 }
 

@@ -84,6 +84,11 @@ inline constexpr CustomOption kPostScriptCustomMediaSize{W("PSCustomMediaSize"),
     return nullptr;
 }
 
+static_assert(PropertyOf(Meaning::Width, kCustomMediaSize) != nullptr &&
+              PropertyOf(Meaning::Height, kCustomMediaSize) != nullptr &&
+              PropertyOf(Meaning::Width, kPostScriptCustomMediaSize) != nullptr &&
+              PropertyOf(Meaning::Height, kPostScriptCustomMediaSize) != nullptr);
+
 struct OptionName
 {
     CXString name;

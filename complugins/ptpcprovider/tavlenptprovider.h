@@ -2,8 +2,8 @@
 //
 // The driver's configuration layer constructs one object per printer binding; the service then asks for the supported
 // versions, binds the printer, optionally publishes its helper and asks for the default namespace, converts any number
-// of times, and releases the object. Nothing enforces that order: a conversion before the binding runs with an unbound
-// printer and default state.
+// of times, and releases the object. Nothing enforces that order: what comes before the binding runs with an unbound
+// printer and default state, and a conversion, which needs the printer's forms, fails.
 //
 // Lifetime: born with one reference, which is the constructor's caller's; the last Release deletes the object. The
 // printer handle is borrowed and must outlive the binding. Documents and devmodes are borrowed for one call.

@@ -43,28 +43,33 @@ struct TavlenPtProviderTestAccess
         return provider.m_osMajorVersion;
     }
 
-    // A null ticket is an empty one.
+    // A null ticket is an empty one, which gives no usable size either.
+    static bool TakesDefaultSize(TavlenPtProvider& provider, IXMLDOMDocument2* ticket)
+    {
+        PrintTicketXmlDocument wrapped(ticket);
+        MsCachedDeviceCapabilities cached(provider.GetMSDeviceCapabilities(), provider.m_printerHandle, nullptr);
+        FormsInfoRecord form;
+        return provider.GetPrintTicketPaperSize(wrapped, cached, &form);
+    }
+
     static void ReplaceMediaSizes(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket)
     {
-        Replace(provider, document, ticket, &TavlenPtProvider::ReplacePageMediaSizeCapabilities);
+        Replace<&TavlenPtProvider::ReplacePageMediaSizeCapabilities>(provider, document, ticket);
     }
 
     static void ReplaceImageableArea(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket)
     {
-        Replace(provider, document, ticket, &TavlenPtProvider::ReplacePageImageableSizeAndAreaProperties);
+        Replace<&TavlenPtProvider::ReplacePageImageableSizeAndAreaProperties>(provider, document, ticket);
     }
 
 private:
-    using Replacement = HRESULT (TavlenPtProvider::*)(PrintCapabilitiesXmlDocument&, PrintTicketXmlDocument&,
-                                                      MsCachedDeviceCapabilities&);
-
-    static void Replace(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket,
-                        Replacement replace)
+    template <auto Operation>
+    static void Replace(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket)
     {
         PrintCapabilitiesXmlDocument wrapped(document);
         PrintTicketXmlDocument wrappedTicket(ticket);
         MsCachedDeviceCapabilities cached(provider.GetMSDeviceCapabilities(), provider.m_printerHandle, nullptr);
-        EXPECT_EQ(S_OK, (provider.*replace)(wrapped, wrappedTicket, cached));
+        EXPECT_EQ(S_OK, (provider.*Operation)(wrapped, wrappedTicket, cached));
     }
 };
 

@@ -26,28 +26,15 @@ SchemaElement ReadTree(const std::string& bytes)
     return ReadDocumentTree(*LoadDocument(bytes, "test").Get(), "test");
 }
 
-// Takes out the features of that name, each with all that is in it.
-void EraseFeatures(std::string& meaning, const std::string& name)
-{
-    const std::regex start(R"(\{[^{}]*\}Feature\(@\{\}name=\w+:)" + name + R"(\)\[)");
-    for (std::smatch found; std::regex_search(meaning, found, start);)
-    {
-        std::size_t end = static_cast<std::size_t>(found.position() + found.length());
-        for (int depth = 1; depth > 0; ++end)
-            depth += meaning[end] == '[' ? 1 : meaning[end] == ']' ? -1 : 0;
-        meaning.erase(static_cast<std::size_t>(found.position()), end - static_cast<std::size_t>(found.position()));
-    }
-}
-
 // What conversions keep of a ticket: all but copies, size and parameters that only those need, with private names
 // spelled by the prefix "tk".
 std::string KeptOf(const std::string& bytes)
 {
     static const std::regex replaced(
         R"(\{[^{}]*\}ParameterInit\(@\{\}name=\w+:(JobCopiesAllDocuments|JobTavlenDriverData|PageMedia\w+)\))"
-        R"(\[\s*\{[^{}]*\}Value\([^()]*\)\[[^\]]*\]\s*\])");
+        R"(\[\s*\{[^{}]*\}Value\([^()]*\)\[[^\]]*\]\s*\]|)" // and the feature: four elements end with it
+        R"(\{[^{}]*\}Feature\(@\{\}name=\w+:PageMediaSize\)\[[\s\S]*?\]\s*\]\s*\]\s*\])");
     std::string kept = std::regex_replace(Meaning(LoadDocument(bytes, "test").Get()), replaced, "");
-    EraseFeatures(kept, "PageMediaSize");
     std::erase_if(kept, [](char character)
                   { return character == ' ' || character == '\t' || character == '\n' || character == '\r'; });
     return std::regex_replace(kept, std::regex("ns1:"), "tk:");
