@@ -6,6 +6,7 @@
 #include "complugins/mscacheddevicecapabilities.h"
 #include "complugins/ptpcprovider/domhelpers.h"
 #include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
+#include "complugins/ptpcprovider/productstrings.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
 
 namespace
@@ -20,9 +21,6 @@ constexpr WCHAR kOrientation[] = W("PageOrientation");
 constexpr WCHAR kResolution[] = W("PageResolution");
 constexpr WCHAR kDuplex[] = W("JobDuplexAllDocumentsContiguously");
 
-constexpr std::int32_t kResolutionText = 41033;
-constexpr std::int32_t kDuplexText = 40373;
-
 struct DuplexOption
 {
     const WCHAR* name;
@@ -30,9 +28,9 @@ struct DuplexOption
 };
 
 constexpr DuplexOption kDuplexOptions[] = {
-    {W("OneSided"), 10027},
-    {W("TwoSidedLongEdge"), 10290},
-    {W("TwoSidedShortEdge"), 10029},
+    {W("OneSided"), ProductStrings::kOneSided},
+    {W("TwoSidedLongEdge"), ProductStrings::kTwoSidedLongEdge},
+    {W("TwoSidedShortEdge"), ProductStrings::kTwoSidedShortEdge},
 };
 
 ULONG DotsPerInch(const PrintCapabilitiesXmlDocument& capabilities, IXMLDOMNode* option, const WCHAR* property)
@@ -83,7 +81,8 @@ HRESULT TavlenPtProvider::FixUpResolutionCapabilities(PrintCapabilitiesXmlDocume
         return S_OK;
     ComPtr<IXMLDOMNode> feature;
     capabilities.GetFeatureNode(capabilities.GetNsPrefix(PrintSchema::Keywords), kResolution, feature.Put());
-    capabilities.ReplaceDisplayNamePropertyValue(feature.Get(), GetProductStringLoader().LoadStringW(kResolutionText));
+    capabilities.ReplaceDisplayNamePropertyValue(feature.Get(),
+                                                 GetProductStringLoader().LoadStringW(ProductStrings::kResolution));
 
     ComPtr<IXMLDOMNodeList> options;
     capabilities.GetChildOptionNodes(feature.Get(), options.Put());
@@ -101,7 +100,7 @@ HRESULT TavlenPtProvider::FixUpDuplexCapabilities(PrintCapabilitiesXmlDocument& 
         ComPtr<IXMLDOMNode> feature;
         capabilities.GetFeatureNode(keywordsPrefix, kDuplex, feature.Put());
         HRESULT result = capabilities.ReplaceDisplayNamePropertyValue(
-            feature.Get(), GetProductStringLoader().LoadStringW(kDuplexText));
+            feature.Get(), GetProductStringLoader().LoadStringW(ProductStrings::kDuplex));
         for (const DuplexOption& option : kDuplexOptions)
             if (const CXString text = GetProductStringLoader().LoadStringW(option.text); !text.IsEmpty())
                 result = capabilities.ReplaceOptionDisplayNamePropertyValue(feature.Get(), keywordsPrefix, option.name,

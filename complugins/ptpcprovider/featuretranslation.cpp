@@ -2,6 +2,8 @@
 
 std::optional<TicketOption> ReadTicketOption(const PrintTicketXmlDocument& ticket, const CXString& featureName)
 {
+    if (ticket.GetDocument() == nullptr)
+        return std::nullopt;
     CComBSTR name;
     CComBSTR prefix;
     if (ticket.GetFeatureOption(featureName, name.Put(), prefix.Put()) == PrintSchemaXmlDocument::kNotFound)

@@ -21,7 +21,8 @@ struct TicketOption
     OptionNamespace nameSpace = OptionNamespace::Other;
 };
 
-// The ticket's choice of a public feature; nothing when it makes none. A name without a prefix throws E_FAIL.
+// The ticket's choice of a public feature; nothing when it makes none, or is empty. A name without a prefix throws
+// E_FAIL.
 [[nodiscard]] std::optional<TicketOption> ReadTicketOption(const PrintTicketXmlDocument& ticket,
                                                            const CXString& featureName);
 

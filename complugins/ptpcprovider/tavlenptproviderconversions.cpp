@@ -6,6 +6,7 @@
 #include "complugins/mscacheddevicecapabilities.h"
 #include "complugins/ptpcprovider/documentdump.h"
 #include "complugins/ptpcprovider/failureguard.h"
+#include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
 #include "complugins/xdevmode.h"
@@ -59,6 +60,7 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertPrintTicketToDevMode(IXMLDOMD
                           const auto settings = CreateDataModelDataAttributeBytesIndexedList(wrapper);
                           bool changed = false;
                           ConvertPageMediaTypeToDevmode(ticket, capabilities, settings.get(), &changed);
+                          ConvertPageMediaSizeToDevmode(ticket, devmode, capabilities);
                           ConvertPageOutputQualityToDevmode(ticket, settings.get(), &changed);
                           ConvertColorFeaturesToDevmode(ticket, devmode, settings.get(), &changed);
                           ConvertMiscFeaturesToDevmode(ticket, devmode, settings.get(), &changed);
@@ -87,6 +89,7 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertDevModeToPrintTicket(ULONG de
                           XDevmode& wrapper = GetXDevmodeRef();
                           DeleteRedundantPageOrientationFromPpdGpdNamespace(ticket);
                           ConvertDevmodeToPageMediaType(ticket, wrapper, capabilities);
+                          ConvertDevmodeToPageMediaSize(ticket, devmode, capabilities);
                           ConvertDevmodeToPageOutputQuality(ticket, wrapper);
                           ConvertDevmodeToColorFeatures(ticket, devmode, wrapper);
                           ConvertDevmodeToMiscFeatures(ticket, devmode, wrapper);
@@ -98,11 +101,36 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertDevModeToPrintTicket(ULONG de
                       });
 }
 
-HRESULT STDMETHODCALLTYPE TavlenPtProvider::CompletePrintCapabilities(IXMLDOMDocument2* /*printTicket*/,
+// The ticket may be null: the wrapper is empty then, and what asks it falls back. No devmode is given, so the model
+// state keeps that of the last conversion; nothing here may look at it.
+HRESULT STDMETHODCALLTYPE TavlenPtProvider::CompletePrintCapabilities(IXMLDOMDocument2* printTicket,
                                                                       IXMLDOMDocument2* printCapabilities)
 {
     return RunGuarded(kCompletePrintCapabilities,
-                      [&] { return printCapabilities == nullptr ? E_INVALIDARG : E_NOTIMPL; });
+                      [&]
+                      {
+                          if (printCapabilities == nullptr)
+                              return E_INVALIDARG;
+                          PrintCapabilitiesXmlDocument document(printCapabilities);
+                          PrintTicketXmlDocument ticket(printTicket);
+                          InitializeOrReInitializeDataModel(nullptr);
+                          MsCachedDeviceCapabilities capabilities(GetMSDeviceCapabilities(), m_printerHandle, nullptr);
+
+                          DeleteRedundantPageOrientationFromPpdGpdNamespace(document);
+                          FixUpResolutionCapabilities(document, capabilities);
+                          AddOrReplacePageOutputQualityCapabilities(document);
+                          AddOrReplaceColorFeaturesCapabilities(document);
+                          AddOrReplaceMiscFeaturesCapabilities(document, capabilities);
+                          FixUpDuplexCapabilities(document);
+                          ReplacePageMediaSizeCapabilities(document, ticket, capabilities);
+                          ReplacePageImageableSizeAndAreaProperties(document, ticket, capabilities);
+                          AddOrReplacePageMediaTypeCapabilities(document, capabilities);
+                          if (PrivateNamespaceIsEnabled())
+                              AddJobJtifJobTicketCapabilities(document);
+                          AddTavlenDriverDataCapabilities(document);
+                          DumpDocument(printCapabilities, W("AfterCompletePrintCapabilities"), W("PrintCapabilities_"));
+                          return S_OK;
+                      });
 }
 
 HRESULT STDMETHODCALLTYPE TavlenPtProvider::ExpandIntentOptions(IXMLDOMDocument2* printTicket)

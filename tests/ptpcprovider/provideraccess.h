@@ -9,6 +9,9 @@
 
 #include <memory>
 
+#include "complugins/mscacheddevicecapabilities.h"
+#include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
+#include "complugins/ptpcprovider/printticketxmldocument.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
 #include "utilitiesstaticlib/ccombstr.h"
 
@@ -77,6 +80,35 @@ struct TavlenPtProviderTestAccess
     static void Commit(XDevmode& devmode, const AttributeBytesIndexedList* settings)
     {
         TavlenPtProvider::CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(devmode, settings);
+    }
+
+    // A null ticket is an empty one, which gives no usable size either.
+    static bool TakesDefaultSize(TavlenPtProvider& provider, IXMLDOMDocument2* ticket)
+    {
+        PrintTicketXmlDocument wrapped(ticket);
+        MsCachedDeviceCapabilities cached(provider.GetMSDeviceCapabilities(), provider.m_printerHandle, nullptr);
+        FormsInfoRecord form;
+        return provider.GetPrintTicketPaperSize(wrapped, cached, &form);
+    }
+
+    static void ReplaceMediaSizes(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket)
+    {
+        Replace<&TavlenPtProvider::ReplacePageMediaSizeCapabilities>(provider, document, ticket);
+    }
+
+    static void ReplaceImageableArea(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket)
+    {
+        Replace<&TavlenPtProvider::ReplacePageImageableSizeAndAreaProperties>(provider, document, ticket);
+    }
+
+private:
+    template <auto Operation>
+    static void Replace(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket)
+    {
+        PrintCapabilitiesXmlDocument wrapped(document);
+        PrintTicketXmlDocument wrappedTicket(ticket);
+        MsCachedDeviceCapabilities cached(provider.GetMSDeviceCapabilities(), provider.m_printerHandle, nullptr);
+        EXPECT_EQ(S_OK, (provider.*Operation)(wrapped, wrappedTicket, cached));
     }
 };
 

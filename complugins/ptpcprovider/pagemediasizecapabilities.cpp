@@ -1,0 +1,140 @@
+// The feature "PageMediaSize" of the capabilities, made anew from the printer's form list.
+#include <windows.h>
+#include <winspool.h>
+
+#include <tvutil/application.h>
+#include <tvutil/executioncontext.h>
+
+#include <unordered_set>
+#include <vector>
+
+#include "complugins/mscacheddevicecapabilities.h"
+#include "complugins/ptpcprovider/domhelpers.h"
+#include "complugins/ptpcprovider/featuretranslation.h"
+#include "complugins/ptpcprovider/pagemediasizeextents.h"
+#include "complugins/ptpcprovider/pagemediasizeforms.h"
+#include "complugins/ptpcprovider/pagemediasizeoptions.h"
+#include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
+#include "complugins/ptpcprovider/productstrings.h"
+#include "complugins/ptpcprovider/tavlenptprovider.h"
+
+namespace
+{
+
+using PageMediaSize::CustomOption;
+using PageMediaSize::CustomProperty;
+using PageMediaSize::Extents;
+using PageMediaSize::Meaning;
+
+constexpr ThrowSite kReplace{W("TavlenPtProvider::ReplacePageMediaSizeCapabilities"),
+                             W("complugins\\ptpcprovider\\pagemediasizeimpl")};
+
+std::optional<PrinterModel::Extent> ExtentOf(int answer) noexcept
+{
+    const auto words = static_cast<DWORD>(answer);
+    const PrinterModel::Extent extent{LOWORD(words), HIWORD(words)};
+    if (answer == -1 || extent.width == 0 || extent.length == 0)
+        return std::nullopt;
+    return extent;
+}
+
+void DeleteParameterDefs(const PrintCapabilitiesXmlDocument& document)
+{
+    for (const CustomOption* const option :
+         {&PageMediaSize::kPostScriptCustomMediaSize, &PageMediaSize::kCustomMediaSize})
+        for (const CustomProperty& property : option->properties)
+            document.DeleteParameterDefNodesIfExist(document.GetNsPrefix(PrintSchema::Keywords), property.parameter);
+}
+
+// The orientation's unit is microns like the others', on purpose.
+PrintCapabilitiesXmlDocument::IntegerParameter DefinitionOf(const CustomProperty& property, const Extents& extents)
+{
+    const auto between = [](LONG least, LONG most)
+    {
+        return PrintCapabilitiesXmlDocument::IntegerParameter{W("Unconditional"), CXString(), least, least, most, 1,
+                                                              W("microns")};
+    };
+    switch (property.meaning)
+    {
+    case Meaning::Width:
+        return between(PageMediaSize::MicronsOf(extents.least.width), PageMediaSize::MicronsOf(extents.most.width));
+    case Meaning::Height:
+        return between(PageMediaSize::MicronsOf(extents.least.length), PageMediaSize::MicronsOf(extents.most.length));
+    case Meaning::Constant:
+        break;
+    }
+    return between(property.constant, property.constant);
+}
+
+void AppendParameterDefs(const PrintCapabilitiesXmlDocument& document, const CustomOption& option,
+                         const Extents& extents)
+{
+    for (const CustomProperty& property : option.properties)
+    {
+        ComPtr<IXMLDOMElement> definition;
+        document.CreateIntegerParameterDef(document.GetNsPrefix(PrintSchema::Keywords), property.parameter,
+                                           DefinitionOf(property, extents), definition.Put());
+        document.AppendChildToRootNode(definition.Get());
+    }
+}
+
+} // namespace
+
+std::optional<Extents> PageMediaSize::ExtentsOf(int least, int most) noexcept
+{
+    const auto from = ExtentOf(least);
+    const auto to = ExtentOf(most);
+    if (!from || !to || from->width > to->width || from->length > to->length)
+        return std::nullopt;
+    return Extents{*from, *to};
+}
+
+std::optional<Extents> PageMediaSize::AskExtents(const Printer& printer, const DEVMODEW* devmode)
+{
+    const CXString name = printer.GetPrinterName();
+    const CXString port = printer.GetPortName();
+    const auto ask = [&](WORD capability)
+    {
+        return DeviceCapabilitiesW(name.c_str(), port.c_str(), capability, nullptr, devmode);
+    };
+    const int most = ask(DC_MAXEXTENT);
+    return ExtentsOf(ask(DC_MINEXTENT), most);
+}
+
+// Where the driver does not say between which lengths a custom size may be, there are no parameters that one could
+// refer to, and so no custom size.
+HRESULT TavlenPtProvider::ReplacePageMediaSizeCapabilities(PrintCapabilitiesXmlDocument& document,
+                                                           PrintTicketXmlDocument& /*ticket*/,
+                                                           MsCachedDeviceCapabilities& capabilities)
+{
+    const ExecutionContextLifetime context(kReplace);
+    const std::optional<Extents> extents = PageMediaSize::AskExtents(m_printer, capabilities.GetCachedDevmode());
+    const CustomOption& custom = PageMediaSize::CustomOptionOf(IsPostScriptDriver());
+    const bool offersCustomSize =
+        extents && !Application::DoesApplicationNeedCustomSizeRemovedFromPrintCapabilitiesXml();
+
+    ComPtr<IXMLDOMElement> feature;
+    document.CreatePickOneFeature(PageMediaSize::kFeature,
+                                  GetProductStringLoader().LoadStringW(ProductStrings::kMediaSize), feature.Put());
+    std::unordered_set<WideString> names; // two custom sizes may share a number: the first of a name is the option
+    for (const FormsInfoRecord& form :
+         PageMediaSize::OfferedForms(PageMediaSize::ReadForms(capabilities), offersCustomSize))
+    {
+        const bool isCustom = form.paperId == DMPAPER_USER;
+        CXString name;
+        auto namespaceIndex = PrintSchema::Keywords;
+        GetMsPageMediaSizeOptionName(isCustom, form, &name, &namespaceIndex);
+        const CXString prefix = document.GetNsPrefix(namespaceIndex);
+        if (!names.emplace(prefix + name).second)
+            continue;
+        ComPtr<IXMLDOMElement> option;
+        document.CreateOption(prefix, name, TextForDocument(form.GetName()), PrintSchema::kUnconstrained, option.Put());
+        PageMediaSize::AppendSizeProperties(document, option.Get(), isCustom ? &custom : nullptr, form);
+        document.AppendChild(feature.Get(), option.Get());
+    }
+    ReplaceFeature(document, PageMediaSize::kFeature, feature.Get());
+    DeleteParameterDefs(document);
+    if (extents)
+        AppendParameterDefs(document, custom, *extents);
+    return S_OK;
+}
