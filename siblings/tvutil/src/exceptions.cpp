@@ -12,6 +12,7 @@ constexpr const WCHAR* ExceptionIPrintCoreHelperReadFailure::kClassName;
 constexpr const WCHAR* ExceptionIPrintCoreHelperWriteFailure::kClassName;
 constexpr const WCHAR* ExceptionInvalidPaperSizeData::kClassName;
 constexpr const WCHAR* ExceptionInvalidFormName::kClassName;
+constexpr const WCHAR* ExceptionInvalidFeatureValue::kClassName;
 constexpr const WCHAR* ExceptionInvalidArgumentNullPointer::kClassName;
 constexpr const WCHAR* ExceptionWorkflowObjectNotInitialized::kClassName;
 constexpr const WCHAR* ExceptionDelayLoadDllLoadFailure::kClassName;
@@ -62,6 +63,11 @@ const WCHAR* ExceptionIPrintCoreHelperWriteFailure::GetClassName() const noexcep
 }
 
 const WCHAR* ExceptionInvalidPaperSizeData::GetClassName() const noexcept
+{
+    return kClassName;
+}
+
+const WCHAR* ExceptionInvalidFeatureValue::GetClassName() const noexcept
 {
     return kClassName;
 }

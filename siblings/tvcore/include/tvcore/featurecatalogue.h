@@ -51,6 +51,7 @@ struct Row
     std::string_view name;         // for people
     std::span<const Range> values; // ascending; empty for kinds that have no values to choose from
     std::int32_t parent = 0;       // the collection whose features hold the setting; 0: it stands by itself
+    std::int32_t context = 0;      // a feature in whose context it is looked up although it is stored elsewhere
 };
 
 inline constexpr std::int32_t kLastValue = 2147483647;
@@ -123,8 +124,8 @@ inline constexpr Row kRows[] = {
     {Feature::HighlightMappingColor,      Option,     Document, "HighlightMappingColor",     Values::kMappingColor},
     {Feature::HighlightMappingAlgorithm,  Option,     Document, "HighlightMappingAlgorithm", Values::kAlgorithm},
     {Feature::MismatchedHighlightColor,   Option,     Document, "MismatchedHighlightColor",  Values::kMismatch},
-    // Looked up in the context of Finishing, but stored by itself: Finishing is an option, which holds no features.
-    {Feature::SlipSheeting,               Option,     Document, "SlipSheeting",              Values::kAnyOfTheTables},
+    // Stored by itself: Finishing is an option, which holds no features.
+    {Feature::SlipSheeting,               Option,     Document, "SlipSheeting",              Values::kAnyOfTheTables, 0, Feature::Finishing},
     {Feature::FinishingBypass,            Option,     Document, "FinishingBypass",           Values::kBypass},
     {Feature::PaperColor,                 Option,     Document, "PaperColor",                Values::kPaperColor},
     {Feature::MediaType,                  Option,     Document, "MediaType",                 Values::kMedia, Feature::MediaCollection},
@@ -150,6 +151,15 @@ using Rows::kRows; // ascending by feature
         if (row.feature == feature)
             return &row;
     return nullptr;
+}
+
+// Whether the feature is looked up in that feature's context: within it, or with it.
+[[nodiscard]] constexpr bool StandsIn(const Row& row, std::int32_t context) noexcept
+{
+    for (const Row* within = &row; within != nullptr; within = Find(within->parent))
+        if (within->parent == context || within->context == context)
+            return true;
+    return false;
 }
 
 // Whether the number, the text's length or the length in microns is one that the feature takes.
@@ -185,6 +195,11 @@ consteval bool HasSoundParent(const Row& row)
                                (parent->parent == 0 || parent->parent > parent->feature)); // upwards only: no circle
 }
 
+consteval bool HasSoundContext(const Row& row)
+{
+    return row.context == 0 || (Find(row.context) != nullptr && row.context != row.feature);
+}
+
 consteval bool HasFittingValues(const Row& row)
 {
     const bool takesValues = row.kind == Kind::Integer || row.kind == Kind::String || row.kind == Kind::Option ||
@@ -197,7 +212,7 @@ consteval bool IsSound()
 {
     for (std::size_t at = 0; at < std::size(kRows); ++at)
         if ((at > 0 && kRows[at].feature <= kRows[at - 1].feature) || kRows[at].name.empty() ||
-            !HasSoundParent(kRows[at]) || !HasFittingValues(kRows[at]))
+            !HasSoundParent(kRows[at]) || !HasSoundContext(kRows[at]) || !HasFittingValues(kRows[at]))
             return false;
     return true;
 }

@@ -16,6 +16,11 @@ public:
     // Empty when the value has no name of its own.
     [[nodiscard]] const CXString& GetValueName() const;
 
+    friend bool operator==(const ValueId& left, const ValueId& right)
+    {
+        return left.m_value == right.m_value && left.m_name == right.m_name;
+    }
+
 private:
     DataModelIds::tagValueEnum m_value;
     CXString m_name;

@@ -112,6 +112,17 @@ public:
     [[nodiscard]] const WCHAR* GetClassName() const noexcept override;
 };
 
+// The feature data model.
+
+// A feature does not exist, not where it was looked for, or does not take the value.
+class TVUTIL_API ExceptionInvalidFeatureValue : public TavlenException
+{
+public:
+    static constexpr const WCHAR* kClassName = W("ExceptionInvalidFeatureValue");
+    using TavlenException::TavlenException;
+    [[nodiscard]] const WCHAR* GetClassName() const noexcept override;
+};
+
 // Arguments and modules.
 
 // An argument that must point somewhere is null.
