@@ -3,115 +3,71 @@
 
 #include <tvutil/persistentattributes.h>
 
-#include <cstddef>
-#include <vector>
-
-#include "complugins/oemdevmode.h"
 #include "complugins/xdevmode.h"
 #include "tests/common/failurecode.h"
 #include "tests/common/oemdevmodebytes.h"
-#include "tests/common/testdevmode.h"
 #include "tests/ptpcprovider/provideraccess.h"
 
 namespace
 {
 
-using Access = TavlenPtProviderTestAccess;
-using OemDevmodeBytes::Entries;
-
-constexpr auto kDocument = PersistentAttributes::GetDataModelDocPropNameSpaceId();
-constexpr auto kCapabilities = PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId();
-
-TestDevmode DevmodeOf(const Entries& entries)
+TEST(ModelState, WrapsTheLastDevmodeAndNullKeepsIt)
 {
-    return TestDevmode(OemDevmodeBytes::Make(CoreDriverLayout::PostScript, entries));
-}
-
-ByteBuffer SampleState()
-{
-    const auto form = OemDevmodeBytes::MakeForm(9, W("A4"), 2100, 2970, DataModelIds::PageSizeStandard);
-    return OemDevmodeBytes::MakeState(true, {&form, 1});
-}
-
-std::vector<std::byte> ListOf(const ByteBuffer& state, AttributeBytesNameSpacesId id)
-{
-    const AttributeBytesRawList list = PersistentAttributes(state).GetAttributeBytesListForNameSpace(id);
-    return {list.GetBytes().begin(), list.GetBytes().end()};
-}
-
-class ModelState : public testing::Test, protected ProviderBinding
-{
-};
-
-TEST_F(ModelState, WrapsTheLastDevmodeAndNullKeepsIt)
-{
+    ProviderBinding binding;
+    TavlenPtProvider& provider = *binding.object;
+    EXPECT_EQ(nullptr, provider.InitializeOrReInitializeDataModel(nullptr));
     ExpectCode(E_FAIL, {[&]
                         {
-                            object->GetXDevmodeRef();
-                        }});
-    EXPECT_EQ(nullptr, object->InitializeOrReInitializeDataModel(nullptr));
-    ExpectCode(E_FAIL, {[&]
-                        {
-                            object->GetXDevmodeRef();
+                            provider.GetXDevmodeRef();
                         }});
     const TestDevmode bare;
-    const TestDevmode whole = DevmodeOf({{1, SampleState()}});
-    for (const TestDevmode* devmode : {&bare, &whole, &bare})
+    const TestDevmode whole(OemDevmodeBytes::Make(CoreDriverLayout::PostScript, {}));
+    for (const TestDevmode* devmode : {&whole, &bare})
     {
-        EXPECT_EQ(nullptr, object->InitializeOrReInitializeDataModel(devmode->Get()));
-        const XDevmode* const wrapper = &object->GetXDevmodeRef();
-        EXPECT_EQ(devmode == &whole, wrapper->HasOemDevmode());
-        EXPECT_EQ(nullptr, object->InitializeOrReInitializeDataModel(nullptr));
-        EXPECT_EQ(wrapper, &object->GetXDevmodeRef());
+        EXPECT_EQ(nullptr, provider.InitializeOrReInitializeDataModel(devmode->Get()));
+        EXPECT_EQ(nullptr, provider.InitializeOrReInitializeDataModel(nullptr));
+        EXPECT_EQ(devmode == &whole, provider.GetXDevmodeRef().HasOemDevmode());
     }
 }
 
-TEST_F(ModelState, StoresSettingsUpToTheirLimitAndNothingElse)
+TEST(ModelState, StoresSettingsUpToTheirLimitAndNothingElse)
 {
-    ByteBuffer later = SampleState();
-    later.data()[5] = 2; // of a later format
-    ByteBuffer followed = SampleState();
-    followed.resize(followed.size() + 200); // bytes that do not belong to the state
-    struct Case
-    {
-        const char* name;
-        Entries entries;
-        std::size_t size; // of the state that a commit makes
-        bool isWritten;
-    };
-    const Case kCases[] = {
-        {"the longest", {{1, SampleState()}}, 5400, true},
-        {"a byte more", {{1, SampleState()}}, 5401, false},
+    constexpr auto kCapabilities = PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId();
+    const auto form = OemDevmodeBytes::MakeForm(9, W("A4"), 2100, 2970, DataModelIds::PageSizeStandard);
+    const ByteBuffer state = OemDevmodeBytes::MakeState(true, {&form, 1});
+    ByteBuffer later = state;
+    later.data()[5] = 2;
+    ByteBuffer followed = state;
+    followed.resize(followed.size() + 200);
+    const ByteBuffer other(std::size_t{490});
+    const std::tuple<const char*, OemDevmodeBytes::Entries, std::size_t, bool> kCases[] = {
+        {"the longest", {{1, state}}, 5400, true},
+        {"a byte more", {{1, state}}, 5401, false},
         {"bytes behind the state do not count", {{1, followed}}, 5400, true},
-        {"more than the part has room for", {{1, SampleState()}, {2, ByteBuffer(std::size_t{480})}}, 5400, false},
+        {"more than the part has room for", {{1, state}, {2, other}}, 5400, false},
         {"a state of a later format", {{1, later}}, 5000, false},
-        {"no settings", {{2, ByteBuffer(std::size_t{4})}}, 5000, false},
-    };
-    for (const Case& test : kCases)
+        {"no settings", {{2, other}}, 5000, false}};
+    for (const auto& [name, entries, size, isWritten] : kCases)
     {
-        SCOPED_TRACE(test.name);
-        const TestDevmode devmode = DevmodeOf(test.entries);
-        const std::vector<std::byte> before = devmode.Bytes();
+        SCOPED_TRACE(name);
+        const TestDevmode devmode(OemDevmodeBytes::Make(CoreDriverLayout::PostScript, entries));
         XDevmode wrapper(devmode.Get());
-        std::unique_ptr<AttributeBytesIndexedList> settings = Access::Settings(wrapper);
-        EXPECT_EQ(test.entries.front().first != 1, settings == nullptr);
-        Access::Commit(wrapper, nullptr);
-        EXPECT_EQ(before, devmode.Bytes());
-        if (!settings)
-            settings = std::make_unique<AttributeBytesIndexedList>();
-        const std::size_t padding = test.size - SampleState().size() - 8;
-        settings->SetAttributeBytes(9001, {AttributeBytesKind::Binary, 0, ByteBuffer(padding)});
-        Access::Commit(wrapper, settings.get());
-        EXPECT_EQ(test.isWritten, before != devmode.Bytes());
-        if (!test.isWritten)
+        const std::vector<std::byte> before = devmode.Bytes();
+        const auto stored = TavlenPtProviderTestAccess::Settings(wrapper);
+        EXPECT_EQ(entries.front().first != 1, stored == nullptr);
+        AttributeBytesIndexedList settings = stored ? *stored : AttributeBytesIndexedList();
+        settings.SetAttributeBytes(9001, {AttributeBytesKind::Binary, 0, ByteBuffer(size - state.size() - 8)});
+        TavlenPtProviderTestAccess::Commit(wrapper, nullptr);
+        EXPECT_TRUE(before == devmode.Bytes());
+        TavlenPtProviderTestAccess::Commit(wrapper, &settings);
+        EXPECT_EQ(isWritten, before != devmode.Bytes());
+        if (!isWritten)
             continue;
-        XDevmode again(devmode.Get());
-        const ByteBuffer* const state = again.GetPropertyBagEntry(OemDevmodeFormat::kPersistentAttributesKey);
-        ASSERT_NE(nullptr, state);
-        EXPECT_EQ(test.size, state->size());
-        EXPECT_EQ(ListOf(SampleState(), kCapabilities), ListOf(*state, kCapabilities));
-        const auto stored = AttributeBytesRawList(*settings);
-        EXPECT_EQ(std::vector(stored.GetBytes().begin(), stored.GetBytes().end()), ListOf(*state, kDocument));
+        const ByteBuffer written = *XDevmode(devmode.Get()).GetPropertyBagEntry(1);
+        EXPECT_EQ(size, written.size());
+        EXPECT_EQ(
+            ByteBuffer(PersistentAttributes(state).GetAttributeBytesListForNameSpace(kCapabilities).GetBytes()),
+            ByteBuffer(PersistentAttributes(written).GetAttributeBytesListForNameSpace(kCapabilities).GetBytes()));
     }
 }
 

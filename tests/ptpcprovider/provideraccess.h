@@ -13,13 +13,34 @@
 #include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
+#include "tests/common/testdevmode.h"
 #include "utilitiesstaticlib/ccombstr.h"
 
 struct TavlenPtProviderTestAccess
 {
-    static void UseDataModel(TavlenPtProvider& provider)
+    static void UseDataModel(TavlenPtProvider& provider, FeatureServices* services = nullptr)
     {
         provider.m_dataModelInUse = true;
+        provider.m_featureServices = services;
+    }
+
+    static void Pretend(TavlenPtProvider& provider, ULONG osMajorVersion, ULONGLONG flags,
+                        ProductData::ValueEnum family)
+    {
+        provider.m_osMajorVersion = osMajorVersion;
+        provider.m_driverCapabilityFlags = flags;
+        provider.m_controllerFamily = family;
+    }
+
+    // What the translators make of a capabilities document; the result is that of the media types.
+    static HRESULT Complete(TavlenPtProvider& provider, IXMLDOMDocument2* capabilities)
+    {
+        PrintCapabilitiesXmlDocument document(capabilities);
+        MsCachedDeviceCapabilities device(provider.GetMSDeviceCapabilities(), provider.m_printerHandle, nullptr);
+        provider.AddOrReplacePageOutputQualityCapabilities(document);
+        provider.AddOrReplaceColorFeaturesCapabilities(document);
+        provider.AddOrReplaceMiscFeaturesCapabilities(document, device);
+        return provider.AddOrReplacePageMediaTypeCapabilities(document, device);
     }
 
     static bool DataModelIsInUse(const TavlenPtProvider& provider)
@@ -134,6 +155,16 @@ struct ProviderBinding
         if (namespaces != &untouched)
             CoTaskMemFree(namespaces);
         return result;
+    }
+
+    HRESULT ToTicket(const TestDevmode& devmode, IXMLDOMDocument2* ticket)
+    {
+        return provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr, ticket);
+    }
+
+    HRESULT ToDevmode(IXMLDOMDocument2* ticket, const TestDevmode& devmode)
+    {
+        return provider->ConvertPrintTicketToDevMode(ticket, devmode.Size(), devmode.Get(), 0, nullptr);
     }
 
     ComPtr<IPrintOemPrintTicketProvider> provider;

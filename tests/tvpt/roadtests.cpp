@@ -26,15 +26,18 @@ SchemaElement ReadTree(const std::string& bytes)
     return ReadDocumentTree(*LoadDocument(bytes, "test").Get(), "test");
 }
 
-// What conversions keep of a ticket: all but copies, size and parameters that only those need, with private names
-// spelled by the prefix "tk".
+// What conversions keep of a ticket: all but the copies, their own features and the maker's parameters, with private
+// names spelled by the prefix "tk".
 std::string KeptOf(const std::string& bytes)
 {
-    static const std::regex replaced(
-        R"(\{[^{}]*\}ParameterInit\(@\{\}name=\w+:(JobCopiesAllDocuments|JobTavlenDriverData|PageMedia\w+)\))"
-        R"(\[\s*\{[^{}]*\}Value\([^()]*\)\[[^\]]*\]\s*\]|)" // and the feature: four elements end with it
-        R"(\{[^{}]*\}Feature\(@\{\}name=\w+:PageMediaSize\)\[[\s\S]*?\]\s*\]\s*\]\s*\])");
-    std::string kept = std::regex_replace(Meaning(LoadDocument(bytes, "test").Get()), replaced, "");
+    const ComPtr<IXMLDOMDocument2> document = LoadDocument(bytes, "test");
+    const CComBSTR own(W("//*[contains(@name, ':PageMedia') or contains(@name, ':PageOutputQuality') or "
+                         "contains(@name, ':PageColorManagement') or contains(@name, ':PageICMRenderingIntent') or "
+                         "contains(@name, ':JobCopiesAllDocuments') or contains(@name, ':JobTavlen')]"));
+    for (ComPtr<IXMLDOMNode> node, parent; document->selectSingleNode(own.Get(), node.Put()) == S_OK;)
+        if (node->get_parentNode(parent.Put()) != S_OK || parent->removeChild(node.Get(), nullptr) != S_OK)
+            break;
+    std::string kept = Meaning(document.Get());
     std::erase_if(kept, [](char character)
                   { return character == ' ' || character == '\t' || character == '\n' || character == '\r'; });
     return std::regex_replace(kept, std::regex("ns1:"), "tk:");
