@@ -5,10 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <tvutil/attributebytesindexedlist.h>
-
-#include <memory>
-
 #include "complugins/mscacheddevicecapabilities.h"
 #include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"
@@ -91,16 +87,6 @@ struct TavlenPtProviderTestAccess
     static ULONG OsMajorVersion(const TavlenPtProvider& provider)
     {
         return provider.m_osMajorVersion;
-    }
-
-    static std::unique_ptr<AttributeBytesIndexedList> Settings(XDevmode& devmode)
-    {
-        return TavlenPtProvider::CreateDataModelDataAttributeBytesIndexedList(devmode);
-    }
-
-    static void Commit(XDevmode& devmode, const AttributeBytesIndexedList* settings)
-    {
-        TavlenPtProvider::CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(devmode, settings);
     }
 
     // A null ticket is an empty one, which gives no usable size either.
