@@ -1,9 +1,14 @@
-// The colour translator: the colour management method and the rendering intent, between dmICMMethod and dmICMIntent and
-// the features "PageColorManagement" and "PageICMRenderingIntent". It acts for colour devices of one controller family.
+// The colour translator: the colour management method and the rendering intent, between dmICMMethod and dmICMIntent, or
+// features 15 and 16 of the data model while that is in use, and the features "PageColorManagement" and
+// "PageICMRenderingIntent". It acts for colour devices of one controller family.
+#include <tvcore/featurereferences.h>
+#include <tvcore/featureservices.h>
+
 #include <algorithm>
 #include <initializer_list>
 #include <iterator>
 
+#include "complugins/msdevmodevaluemapper.h"
 #include "complugins/ptpcprovider/featuretranslation.h"
 #include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
 #include "complugins/ptpcprovider/productstrings.h"
@@ -65,6 +70,22 @@ void AppendColorOption(const PrintCapabilitiesXmlDocument& capabilities, IXMLDOM
     capabilities.AppendChild(feature, element.Get());
 }
 
+// The devmode's number, where the data model says nothing.
+DWORD NumberOf(FeatureServices* dataModel, DataModelIds::tagFeatureEnum feature, DWORD ofDevmode)
+{
+    if (dataModel == nullptr)
+        return ofDevmode;
+    const std::optional<ValueId> value = OptionFeatureRef(*dataModel, feature).GetValue();
+    return value ? MsDevmodeValueMapper::GetMsValueFromDataModelValue(feature, value->GetValueEnum()) : ofDevmode;
+}
+
+bool ChangeMethod(FeatureServices& dataModel, DWORD number)
+{
+    const auto value = static_cast<DataModelIds::tagValueEnum>(
+        MsDevmodeValueMapper::GetDataModelValueFromMsValue(DataModelIds::Feature::MsIcmMethod, number));
+    return OptionFeatureRef(dataModel, DataModelIds::Feature::MsIcmMethod).SetValue(ValueId(value));
+}
+
 } // namespace
 
 HRESULT TavlenPtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabilitiesXmlDocument& capabilities)
@@ -100,7 +121,7 @@ HRESULT TavlenPtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabilitie
 
 // The rendering intent is not read from the ticket, deliberately: dmICMIntent stays as it was. dmFields is not touched.
 HRESULT TavlenPtProvider::ConvertColorFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
-                                                        AttributeBytesIndexedList* /*settings*/, bool* /*changed*/)
+                                                        AttributeBytesIndexedList* /*settings*/, bool* changed)
 {
     if (!HasColorFeatures())
         return S_OK;
@@ -108,7 +129,12 @@ HRESULT TavlenPtProvider::ConvertColorFeaturesToDevmode(PrintTicketXmlDocument& 
     if (!option || option->nameSpace != OptionNamespace::Keywords)
         return S_OK;
     const bool isManaged = m_osMajorVersion >= kColorManagementMajorVersion;
-    devmode->dmICMMethod = isManaged ? MethodOf(option->name) : kMethodDevice.number;
+    const DWORD method = isManaged ? MethodOf(option->name) : kMethodDevice.number;
+    FeatureServices* const dataModel = GetLiveDataModel();
+    if (dataModel == nullptr)
+        devmode->dmICMMethod = method;
+    else if (ChangeMethod(*dataModel, method))
+        *changed = true;
     return S_OK;
 }
 
@@ -118,10 +144,12 @@ HRESULT TavlenPtProvider::ConvertDevmodeToColorFeatures(PrintTicketXmlDocument& 
     if (!HasColorFeatures())
         return S_OK;
     const bool isManaged = m_osMajorVersion >= kColorManagementMajorVersion;
-    const WCHAR* const method =
-        isManaged ? NameOf(kMethods, devmode->dmICMMethod, kMethodDevice.name) : kMethodDevice.name;
-    ReplaceTicketOption(ticket, kMethodFeature, true, method);
-    ReplaceTicketOption(ticket, kIntentFeature, true, NameOf(kIntents, devmode->dmICMIntent, kOtherIntent));
+    FeatureServices* const dataModel = GetLiveDataModel();
+    const DWORD method = NumberOf(dataModel, DataModelIds::Feature::MsIcmMethod, devmode->dmICMMethod);
+    const DWORD intent = NumberOf(dataModel, DataModelIds::Feature::MsIcmIntent, devmode->dmICMIntent);
+    ReplaceTicketOption(ticket, kMethodFeature, true,
+                        isManaged ? NameOf(kMethods, method, kMethodDevice.name) : kMethodDevice.name);
+    ReplaceTicketOption(ticket, kIntentFeature, true, NameOf(kIntents, intent, kOtherIntent));
     return S_OK;
 }
 

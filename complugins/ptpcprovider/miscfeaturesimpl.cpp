@@ -1,5 +1,11 @@
-// The copies translator: the job's copy count between dmCopies and the parameter "JobCopiesAllDocuments".
+// The copies translator: the job's copy count between dmCopies, or integer feature 5 of the data model while that is in
+// use, and the parameter "JobCopiesAllDocuments".
+#include <windows.h>
+
 #include <winspool.h>
+
+#include <tvcore/featurereferences.h>
+#include <tvcore/featureservices.h>
 
 #include "complugins/mscacheddevicecapabilities.h"
 #include "complugins/ptpcprovider/domhelpers.h"
@@ -45,16 +51,22 @@ HRESULT TavlenPtProvider::AddOrReplaceMiscFeaturesCapabilities(PrintCapabilities
     return S_OK;
 }
 
-// dmFields is not touched and no change is reported, on purpose: the count is not part of the private settings.
+// In the devmode, dmFields is not touched and no change is reported, on purpose: the count is not part of the private
+// settings.
 HRESULT TavlenPtProvider::ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
-                                                       AttributeBytesIndexedList* /*settings*/, bool* /*changed*/)
+                                                       AttributeBytesIndexedList* /*settings*/, bool* changed)
 {
     PrintTicketQueryBuilder builder(ticket.GetNsPrefix(PrintSchema::Framework));
     builder.AddParameterInit(ticket.GetNsPrefix(PrintSchema::Keywords), kCopiesParameter);
     CComBSTR text;
     if (ticket.GetNodeValue(QueryOf(builder), text.Put()) == S_FALSE || text.IsEmpty())
         return S_OK;
-    devmode->dmCopies = static_cast<short>(_wtoi(CXString(text).c_str())); // cut to 16 bits
+    const std::int32_t copies = _wtoi(CXString(text).c_str());
+    FeatureServices* const dataModel = GetLiveDataModel();
+    if (dataModel == nullptr)
+        devmode->dmCopies = static_cast<short>(copies); // cut to 16 bits
+    else if (IntegerFeatureRef(*dataModel, DataModelIds::Feature::MsCopies).SetValue(copies))
+        *changed = true;
     return S_OK;
 }
 
@@ -62,11 +74,13 @@ HRESULT TavlenPtProvider::ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& t
                                                        XDevmode& /*wrapper*/)
 {
     const CXString keywordsPrefix = ticket.GetNsPrefix(PrintSchema::Keywords);
-    const auto copies = static_cast<ULONG>(LONG{devmode->dmCopies});
+    std::int32_t copies = devmode->dmCopies;
+    if (FeatureServices* const dataModel = GetLiveDataModel())
+        copies = IntegerFeatureRef(*dataModel, DataModelIds::Feature::MsCopies).GetValue().value_or(copies);
     while (ticket.DeleteParameterInitNodeIfExists(keywordsPrefix, kCopiesParameter) == S_OK)
     {
         // Any of that name goes, also a second one.
     }
-    ticket.AppendIntegerParameterInit(keywordsPrefix, kCopiesParameter, copies);
+    ticket.AppendIntegerParameterInit(keywordsPrefix, kCopiesParameter, static_cast<ULONG>(copies));
     return S_OK;
 }

@@ -1,5 +1,8 @@
-// The media type translator: feature 175 of the document's settings, where it lies in the collections 477 and 210, and
-// the feature "PageMediaType".
+// The media type translator: feature 175 of the document's settings, where it lies in the collections 477 and 210, or
+// of the data model while that is in use, and the feature "PageMediaType".
+#include <tvcore/featurereferences.h>
+#include <tvcore/featureservices.h>
+#include <tvcore/standardmedia.h>
 #include <tvutil/attributebytesindexedlist.h>
 #include <tvutil/attributebytesreader.h>
 #include <tvutil/crc32.h>
@@ -41,6 +44,7 @@ namespace
 
 constexpr WCHAR kFeature[] = W("PageMediaType");
 constexpr WCHAR kCustomType[] = W("CustomType_");
+constexpr std::size_t kLongestName = 64; // characters
 
 // What is set in a devmode, or is to be.
 struct MediaChoice
@@ -52,22 +56,6 @@ struct MediaChoice
 constexpr bool IsCustom(std::int32_t mediaTypeId) noexcept
 {
     return mediaTypeId > Value::MediaLastReserved;
-}
-
-// The spooler's standard numbers stand for values of the table.
-constexpr std::int32_t FoldStandardNumber(std::int32_t id) noexcept
-{
-    switch (id)
-    {
-    case DMMEDIA_STANDARD:
-        return Value::MediaPlain;
-    case DMMEDIA_TRANSPARENCY:
-        return Value::MediaTransparency;
-    case DMMEDIA_GLOSSY:
-        return Value::MediaCardstockGlossy;
-    default:
-        return id;
-    }
 }
 
 // A custom type has no name of its own in documents: it goes by the CRC of its name's UTF-16 bytes.
@@ -112,6 +100,34 @@ void WriteChoice(AttributeBytesIndexedList& settings, const MediaChoice& choice)
     settings.SetCollection(Feature::PageMediaCollection, pageMedia);
 }
 
+// ---- The data model: feature 175 in the context of 477 ----
+
+OptionFeatureRef MediaTypeOf(FeatureServices& dataModel)
+{
+    return {dataModel, FeatureIdWithContext(Feature::MediaType).PushFeature(Feature::PageMediaCollection)};
+}
+
+MediaChoice ReadChoice(FeatureServices& dataModel)
+{
+    const std::optional<ValueId> value = MediaTypeOf(dataModel).GetValue();
+    return value ? MediaChoice{value->GetValueEnum(), value->GetValueName()} : MediaChoice();
+}
+
+void WriteChoice(FeatureServices& dataModel, const MediaChoice& choice)
+{
+    MediaTypeOf(dataModel).SetValue(
+        ValueId(static_cast<DataModelIds::tagValueEnum>(choice.id), IsCustom(choice.id) ? choice.name : CXString()));
+}
+
+template <class Settings>
+bool ChangeChoice(Settings& settings, const MediaChoice& choice)
+{
+    if (ReadChoice(settings).id == choice.id)
+        return false;
+    WriteChoice(settings, choice);
+    return true;
+}
+
 } // namespace
 
 // ---- The printer's media types ----
@@ -119,21 +135,25 @@ void WriteChoice(AttributeBytesIndexedList& settings, const MediaChoice& choice)
 std::vector<TavlenPtProvider::MediaTypeDataEntry>
 TavlenPtProvider::GetMediaTypeCachedDeviceCapabilitiesAndPrintSchemaMappings(MsCachedDeviceCapabilities& capabilities)
 {
+    const FeatureServices* const dataModel = GetLiveDataModel();
+    const std::vector<PrinterModel::MediaType> mediaTypes =
+        dataModel != nullptr ? dataModel->GetMediaTypes()
+                             : AskSpoolerMediaTypes(m_printer.GetPrinterName(), capabilities.GetCachedDevmode());
     std::vector<MediaTypeDataEntry> entries;
-    for (const SpoolerMediaType& media :
-         AskSpoolerMediaTypes(m_printer.GetPrinterName(), capabilities.GetCachedDevmode()))
+    for (const PrinterModel::MediaType& media : mediaTypes)
     {
-        const std::int32_t id = FoldStandardNumber(media.id);
+        const CXString name = media.name.Mid(0, kLongestName);
+        const std::int32_t id = FoldStandardMediaNumber(media.id);
         const MediaTypeTable::Row* row = MediaTypeTable::FindRow(id);
         if (id == Value::Automatic || IsCustom(id))
             row = MediaTypeTable::FindRow(Value::MediaAutoSelect);
         if (row == nullptr)
             continue; // nobody knows it
-        MediaTypeDataEntry entry{media.name, row->mediaTypeId, row->optionName, row->nameSpace, row->properties};
+        MediaTypeDataEntry entry{name, row->mediaTypeId, row->optionName, row->nameSpace, row->properties};
         if (IsCustom(id))
         {
             entry.mediaTypeId = id;
-            entry.optionName = CustomOptionName(media.name);
+            entry.optionName = CustomOptionName(name);
             entry.nameSpace = MediaTypeTable::kPrivate;
         }
         entries.push_back(std::move(entry));
@@ -179,7 +199,10 @@ void TavlenPtProvider::AppendMediaTypeOption(const PrintCapabilitiesXmlDocument&
 HRESULT TavlenPtProvider::ConvertDevmodeToPageMediaType(PrintTicketXmlDocument& ticket, XDevmode& devmode,
                                                         MsCachedDeviceCapabilities& capabilities)
 {
-    const MediaChoice current = ReadChoice(*devmode.GetDataModelDocPropAttributeBytesIndexedList());
+    FeatureServices* const dataModel = GetLiveDataModel();
+    const MediaChoice current = dataModel != nullptr
+                                    ? ReadChoice(*dataModel)
+                                    : ReadChoice(*devmode.GetDataModelDocPropAttributeBytesIndexedList());
     const bool isNamed = IsCustom(current.id) && !current.name.IsEmpty();
     const CXString customKey = isNamed ? CustomOptionName(current.name) : CXString();
     const std::vector<MediaTypeDataEntry> entries =
@@ -211,17 +234,17 @@ HRESULT TavlenPtProvider::ConvertPageMediaTypeToDevmode(PrintTicketXmlDocument& 
         return S_OK;
     const std::vector<MediaTypeDataEntry> entries =
         GetMediaTypeCachedDeviceCapabilitiesAndPrintSchemaMappings(capabilities);
-    if (entries.empty() || settings == nullptr)
-        return S_OK; // nothing to choose from, or a devmode that carries no settings
+    if (entries.empty())
+        return S_OK; // there is nothing to choose from
 
-    auto chosen = std::find_if(entries.begin(), entries.end(),
-                               [&option](const MediaTypeDataEntry& entry) { return entry.IsNamedBy(*option); });
-    if (chosen == entries.end())
-        chosen = entries.begin(); // on purpose, as for a devmode that has none of them
-    if (ReadChoice(*settings).id != chosen->mediaTypeId)
-    {
-        WriteChoice(*settings, {chosen->mediaTypeId, chosen->displayName});
+    auto entry = std::find_if(entries.begin(), entries.end(),
+                              [&option](const MediaTypeDataEntry& each) { return each.IsNamedBy(*option); });
+    if (entry == entries.end())
+        entry = entries.begin(); // on purpose, as for a devmode that has none of them
+    const MediaChoice choice{entry->mediaTypeId, entry->displayName};
+    FeatureServices* const dataModel = GetLiveDataModel();
+    if (dataModel != nullptr ? ChangeChoice(*dataModel, choice)
+                             : settings != nullptr && ChangeChoice(*settings, choice)) // null: nowhere to put it
         *changed = true;
-    }
     return S_OK;
 }

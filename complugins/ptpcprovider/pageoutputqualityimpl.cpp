@@ -47,9 +47,10 @@ HRESULT TavlenPtProvider::ConvertPageOutputQualityToDevmode(PrintTicketXmlDocume
     return S_OK;
 }
 
-bool TavlenPtProvider::HasPageOutputQuality()
+// By the family that the binding has read: without product data there is none, and no quality.
+bool TavlenPtProvider::HasPageOutputQuality() const noexcept
 {
-    return GetProductData().GetControllerFamily() == ProductData::ControllerFamilyXps;
+    return m_controllerFamily == ProductData::ControllerFamilyXps;
 }
 
 // No quality is mapped to an option of its own, on purpose: the one option is fixed.

@@ -1,5 +1,7 @@
 #include "complugins/ptpcprovider/spoolermediatypes.h"
 
+#include <windows.h>
+
 #include <winspool.h>
 
 #include <algorithm>
@@ -72,7 +74,7 @@ struct Lists
 
 } // namespace
 
-std::vector<SpoolerMediaType> AskSpoolerMediaTypes(const CXString& printerName, const DEVMODEW* devmode)
+std::vector<PrinterModel::MediaType> AskSpoolerMediaTypes(const CXString& printerName, const DEVMODEW* devmode)
 {
     const Question question(printerName, devmode);
     const int count = question.Ask(DC_MEDIATYPES);
@@ -83,7 +85,7 @@ std::vector<SpoolerMediaType> AskSpoolerMediaTypes(const CXString& printerName, 
     if (lists.DisagreeWithinTheirRoom())
         lists.Fetch(question);
 
-    std::vector<SpoolerMediaType> mediaTypes(lists.Count());
+    std::vector<PrinterModel::MediaType> mediaTypes(lists.Count());
     for (std::size_t at = 0; at < mediaTypes.size(); ++at)
         mediaTypes[at] = {static_cast<std::int32_t>(lists.ids[at]), CXString(GetFixedText(lists.names[at].text))};
     return mediaTypes;

@@ -3,17 +3,12 @@
 
 #include <windows.h>
 
+#include <tvcore/printermodel.h>
 #include <tvutil/cxstring.h>
 
-#include <cstdint>
 #include <vector>
 
-struct SpoolerMediaType
-{
-    std::int32_t id = 0; // as the driver gave it
-    CXString name;       // at most 64 characters
-};
-
-// In the driver's order. Empty when the driver does not answer, or when its numbers and names do not come out even,
-// even at a second try. A null devmode asks for the driver's default.
-[[nodiscard]] std::vector<SpoolerMediaType> AskSpoolerMediaTypes(const CXString& printerName, const DEVMODEW* devmode);
+// In the driver's order, with its numbers and names of at most 64 characters. Empty when the driver does not answer, or
+// when its numbers and names do not come out even, even at a second try. A null devmode asks for the driver's default.
+[[nodiscard]] std::vector<PrinterModel::MediaType> AskSpoolerMediaTypes(const CXString& printerName,
+                                                                        const DEVMODEW* devmode);

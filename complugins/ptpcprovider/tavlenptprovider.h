@@ -112,9 +112,12 @@ private:
     CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(XDevmode& devmode,
                                                                      const AttributeBytesIndexedList* settings);
 
-    // --- Translators. What they write is in the document, the devmode and the settings given; `changed` becomes true
-    // when settings were changed, and is left alone otherwise. Their results are not looked at by conversions, which
-    // only exceptions stop.
+    // The data model while it is in use, or null: what is set lies in the devmode then.
+    [[nodiscard]] FeatureServices* GetLiveDataModel() const noexcept;
+
+    // --- Translators. What they write is in the document, the devmode and the settings given, or in the data model
+    // while it is in use; `changed` becomes true when settings of either were changed, and is left alone otherwise.
+    // Their results are not looked at by conversions, which only exceptions stop.
 
     // Media type (pagemediatypeimpl). E_FAIL, with the document as it was, when the printer has no media types.
     struct MediaTypeDataEntry;
@@ -141,7 +144,7 @@ private:
     HRESULT ConvertDevmodeToPageOutputQuality(PrintTicketXmlDocument& ticket, XDevmode& devmode);
     HRESULT ConvertPageOutputQualityToDevmode(PrintTicketXmlDocument& ticket, AttributeBytesIndexedList* settings,
                                               bool* changed);
-    [[nodiscard]] bool HasPageOutputQuality();
+    [[nodiscard]] bool HasPageOutputQuality() const noexcept;
 
     // Colour (colorfeaturesimpl).
     HRESULT AddOrReplaceColorFeaturesCapabilities(PrintCapabilitiesXmlDocument& document);

@@ -151,6 +151,11 @@ FeatureServices* TavlenPtProvider::GetFeatureServicesPtr()
     return m_featureServices;
 }
 
+FeatureServices* TavlenPtProvider::GetLiveDataModel() const noexcept
+{
+    return m_dataModelInUse ? m_featureServices : nullptr;
+}
+
 XDevmode& TavlenPtProvider::GetXDevmodeRef()
 {
     if (!m_xdevmode)

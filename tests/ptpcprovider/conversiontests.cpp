@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -35,19 +36,15 @@ protected:
     {
     }
 
+    // A devmode's ticket has the media types of a printer: one without any, here.
+    void Bind()
+    {
+        EXPECT_EQ(S_OK, BindTo(m_printer.emplace(0x888).Handle()));
+    }
+
     ~Conversions() override
     {
         TavlenException::SetReportSink(m_previous);
-    }
-
-    HRESULT ToTicket(const TestDevmode& devmode, IXMLDOMDocument2* ticket)
-    {
-        return provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr, ticket);
-    }
-
-    HRESULT ToDevmode(IXMLDOMDocument2* ticket, const TestDevmode& devmode)
-    {
-        return provider->ConvertPrintTicketToDevMode(ticket, devmode.Size(), devmode.Get(), 0, nullptr);
     }
 
     // What DisplayExceptionMessage was given: "file method:line, depth of contexts, what".
@@ -63,10 +60,12 @@ private:
     }
 
     TavlenException::Sink m_previous;
+    std::optional<TestPrinter> m_printer;
 };
 
 TEST_F(Conversions, CarryCopiesBothWays)
 {
+    Bind();
     struct Case
     {
         short copies;
@@ -106,9 +105,11 @@ TEST_F(Conversions, ReadCopiesAsTheRuntimeReadsNumbers)
     constexpr Case kCases[] = {
         {"<psf:Value><![CDATA[12]]></psf:Value>", 12},
         {"<psf:Value>7up</psf:Value>", 7},
-        {"<psf:Value>65537</psf:Value>", 1}, // cut to 16 bits
-        {"<psf:Value/>", 5},                 // an empty text changes nothing
-        {"", 5},                             // and so does a missing one, also where a second initialiser has a value
+        {"<psf:Value>70000</psf:Value>", 4464}, // cut to 16 bits
+        {"<psf:Value>-70001</psf:Value>", -4465},
+        {"<psf:Value>abc</psf:Value>", 0},
+        {"<psf:Value/>", 5}, // an empty text changes nothing
+        {"", 5},             // and so does a missing one, also where a second initialiser has a value
     };
     for (const Case& test : kCases)
     {
@@ -124,6 +125,7 @@ TEST_F(Conversions, ReadCopiesAsTheRuntimeReadsNumbers)
 
 TEST_F(Conversions, TakeEveryTicketOrRefuseItWhole)
 {
+    Bind();
     const std::vector<std::string> refused = {"tickets/odd-default-namespace.xml", "tickets/odd-https-namespaces.xml"};
     for (const std::string& name : TestDocumentsIn("tickets"))
     {
@@ -157,6 +159,7 @@ TEST_F(Conversions, TakeEveryTicketOrRefuseItWhole)
 // Dump points are compiled in by the build option only.
 TEST_F(Conversions, DumpTheirDocumentsWhereThatIsCompiledIn)
 {
+    Bind();
     const std::filesystem::path folder =
         std::filesystem::temp_directory_path() / ("tavlen-dumps-" + std::to_string(GetCurrentProcessId()));
     std::filesystem::create_directories(folder);
@@ -172,6 +175,7 @@ TEST_F(Conversions, DumpTheirDocumentsWhereThatIsCompiledIn)
 
 TEST_F(Conversions, RefuseADevmodeThatIsNotWhole)
 {
+    Bind();
     struct Case
     {
         const char* name;

@@ -5,11 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include <tvutil/attributebytesindexedlist.h>
-
-#include <memory>
-
+#include "complugins/mscacheddevicecapabilities.h"
+#include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
+#include "tests/common/testdevmode.h"
 #include "utilitiesstaticlib/ccombstr.h"
 
 struct TavlenPtProviderTestAccess
@@ -17,6 +16,25 @@ struct TavlenPtProviderTestAccess
     static void UseDataModel(TavlenPtProvider& provider)
     {
         provider.m_dataModelInUse = true;
+    }
+
+    static void Pretend(TavlenPtProvider& provider, ULONG osMajorVersion, ULONGLONG flags,
+                        ProductData::ValueEnum family)
+    {
+        provider.m_osMajorVersion = osMajorVersion;
+        provider.m_driverCapabilityFlags = flags;
+        provider.m_controllerFamily = family;
+    }
+
+    // What the translators make of a capabilities document; the result is that of the media types.
+    static HRESULT Complete(TavlenPtProvider& provider, IXMLDOMDocument2* capabilities)
+    {
+        PrintCapabilitiesXmlDocument document(capabilities);
+        MsCachedDeviceCapabilities device(provider.GetMSDeviceCapabilities(), provider.m_printerHandle, nullptr);
+        provider.AddOrReplacePageOutputQualityCapabilities(document);
+        provider.AddOrReplaceColorFeaturesCapabilities(document);
+        provider.AddOrReplaceMiscFeaturesCapabilities(document, device);
+        return provider.AddOrReplacePageMediaTypeCapabilities(document, device);
     }
 
     static bool DataModelIsInUse(const TavlenPtProvider& provider)
@@ -58,16 +76,6 @@ struct TavlenPtProviderTestAccess
     {
         return provider.m_osMajorVersion;
     }
-
-    static std::unique_ptr<AttributeBytesIndexedList> Settings(XDevmode& devmode)
-    {
-        return TavlenPtProvider::CreateDataModelDataAttributeBytesIndexedList(devmode);
-    }
-
-    static void Commit(XDevmode& devmode, const AttributeBytesIndexedList* settings)
-    {
-        TavlenPtProvider::CommitChangesToDevmodeFromDataModelDataAttributeBytesIndexedList(devmode, settings);
-    }
 };
 
 // A provider, and what its last binding published.
@@ -92,6 +100,16 @@ struct ProviderBinding
         if (namespaces != &untouched)
             CoTaskMemFree(namespaces);
         return result;
+    }
+
+    HRESULT ToTicket(const TestDevmode& devmode, IXMLDOMDocument2* ticket)
+    {
+        return provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr, ticket);
+    }
+
+    HRESULT ToDevmode(IXMLDOMDocument2* ticket, const TestDevmode& devmode)
+    {
+        return provider->ConvertPrintTicketToDevMode(ticket, devmode.Size(), devmode.Get(), 0, nullptr);
     }
 
     ComPtr<IPrintOemPrintTicketProvider> provider;

@@ -26,12 +26,19 @@ SchemaElement ReadTree(const std::string& bytes)
     return ReadDocumentTree(*LoadDocument(bytes, "test").Get(), "test");
 }
 
-// What conversions keep of a ticket: all but the copies, with private names spelled by the prefix "tk".
+// What conversions keep of a ticket: all but the copies and their own features, with private names spelled by the
+// prefix "tk".
 std::string KeptOf(const std::string& bytes)
 {
+    const ComPtr<IXMLDOMDocument2> document = LoadDocument(bytes, "test");
+    const CComBSTR own(W("//*[contains(@name, ':PageMedia') or contains(@name, ':PageOutputQuality') or "
+                         "contains(@name, ':PageColorManagement') or contains(@name, ':PageICMRenderingIntent')]"));
+    for (ComPtr<IXMLDOMNode> node, parent; document->selectSingleNode(own.Get(), node.Put()) == S_OK;)
+        if (node->get_parentNode(parent.Put()) != S_OK || parent->removeChild(node.Get(), nullptr) != S_OK)
+            break;
     static const std::regex copies(R"(\{[^{}]*\}ParameterInit\(@\{\}name=\w+:JobCopiesAllDocuments\))"
                                    R"(\[\s*\{[^{}]*\}Value\([^()]*\)\[\d+\]\s*\])");
-    std::string kept = std::regex_replace(Meaning(LoadDocument(bytes, "test").Get()), copies, "");
+    std::string kept = std::regex_replace(Meaning(document.Get()), copies, "");
     std::erase_if(kept, [](char character)
                   { return character == ' ' || character == '\t' || character == '\n' || character == '\r'; });
     return std::regex_replace(kept, std::regex("ns1:"), "tk:");

@@ -3,9 +3,8 @@
 #include <set>
 #include <string>
 
-#include <windows.h>
-
 #include <tvcore/featurecatalogue.h>
+#include <tvcore/standardmedia.h>
 
 #include "modelchoice.h"
 
@@ -16,22 +15,10 @@ namespace Value = DataModelIds::Value;
 
 constexpr std::size_t kMaxMediaName = 64;
 
-// The spooler's standard numbers stand for values of the provider's table.
+// As the provider's table has it.
 std::int32_t FoldedMediaId(std::int32_t id)
 {
-    switch (id)
-    {
-    case DMMEDIA_STANDARD:
-        return Value::MediaPlain;
-    case DMMEDIA_TRANSPARENCY:
-        return Value::MediaTransparency;
-    case DMMEDIA_GLOSSY:
-        return Value::MediaCardstockGlossy;
-    case Value::MediaAutoSelect:
-        return Value::Automatic;
-    default:
-        return id;
-    }
+    return id == Value::MediaAutoSelect ? std::int32_t{Value::Automatic} : FoldStandardMediaNumber(id);
 }
 
 void CheckMediaId(const JsonCursor& place, std::int32_t givenId)
