@@ -7,27 +7,8 @@
 #include <string>
 #include <vector>
 
-#include <tvutil/cxstring.h>
-#include <tvutil/throwsite.h>
-
 // S_OK when nothing is thrown; a TavlenComException must have an empty message. `place` receives the file and the
 // method that it names: "complugins\\... Class::Method".
 HRESULT CodeOf(const std::function<void()>& action, std::string* place = nullptr);
 // Each of the actions throws with that code; a failure names the action by its place in the list.
 void ExpectCode(HRESULT code, const std::vector<std::function<void()>>& actions);
-
-// "file Class::Method line" of the failure that an action throws.
-template <class Failure>
-std::string PlaceOf(const std::function<void()>& action)
-{
-    try
-    {
-        action();
-    }
-    catch (const Failure& failure)
-    {
-        const ThrowSite& site = failure.GetSite();
-        return CXString(site.file).ToUtf8() + " " + CXString(site.method).ToUtf8() + " " + std::to_string(site.line);
-    }
-    return "no failure";
-}

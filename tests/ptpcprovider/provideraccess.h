@@ -14,10 +14,9 @@
 
 struct TavlenPtProviderTestAccess
 {
-    static void UseDataModel(TavlenPtProvider& provider, FeatureServices* services = nullptr)
+    static void UseDataModel(TavlenPtProvider& provider)
     {
         provider.m_dataModelInUse = true;
-        provider.m_featureServices = services;
     }
 
     static void Pretend(TavlenPtProvider& provider, ULONG osMajorVersion, ULONGLONG flags,

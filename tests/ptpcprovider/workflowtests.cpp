@@ -12,6 +12,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "complugins/workflowobject.h"
@@ -39,6 +40,22 @@ std::optional<DWORD> StoredKind(const TestPrinter& printer)
         return std::nullopt;
     EXPECT_EQ(DWORD{REG_DWORD}, type);
     return data.getDword();
+}
+
+// "file Class::Method line" of the failure that an action throws.
+template <class Failure>
+std::string PlaceOf(const std::function<void()>& action)
+{
+    try
+    {
+        action();
+    }
+    catch (const Failure& failure)
+    {
+        const ThrowSite& site = failure.GetSite();
+        return Utf8(site.file) + " " + Utf8(site.method) + " " + std::to_string(site.line);
+    }
+    return "no failure";
 }
 
 struct DetectionCase
@@ -245,6 +262,12 @@ TEST_F(BoundProvider, WithoutAWorkflowModuleFailsOnlyWhereItsProductIsAsked)
               PlaceOf<TavlenComException>([&] { static_cast<void>(object->GetProductData()); }));
     EXPECT_EQ(file + "TavlenPtProvider::GetProductStringLoader 1621",
               PlaceOf<TavlenComException>([&] { static_cast<void>(object->GetProductStringLoader()); }));
+    TavlenPtProviderTestAccess::UseDataModel(*object);
+    for (const auto& [size, line] : {std::pair(WORD{219}, "1433"), {WORD{220}, "1443"}})
+        EXPECT_EQ(
+            file + "TavlenPtProvider::InitializeOrReInitializeDataModel " + line,
+            PlaceOf<TavlenComException>([&] { object->InitializeOrReInitializeDataModel(TestDevmode(size).Get()); }));
+    ASSERT_EQ(S_OK, BindTo(printer.Handle())); // ends the data model's use
     EXPECT_EQ(E_FAIL, CodeOf([&] { static_cast<void>(object->IsColorDevice()); }));
     const ComPtr<IXMLDOMDocument2> ticket = LoadTestDocument("tickets/minimal.xml");
     const TestDevmode devmode;
