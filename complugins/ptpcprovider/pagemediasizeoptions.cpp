@@ -12,8 +12,7 @@ constexpr ThrowSite kGetOptionName{W("TavlenPtProvider::GetMsPageMediaSizeOption
 CXString PrivateName(const WCHAR* kind, const FormsInfoRecord& form)
 {
     return CXString::Format(
-        W("%s%u_%ux%u"),
-        {kind, ULONG{form.paperId}, static_cast<ULONG>(form.width), static_cast<ULONG>(form.length)});
+        W("%s%u_%ux%u"), {kind, ULONG{form.paperId}, static_cast<ULONG>(form.width), static_cast<ULONG>(form.length)});
 }
 
 std::optional<PageMediaSize::OptionName> NameInDictionary(const FormsInfoRecord& form,
@@ -22,10 +21,12 @@ std::optional<PageMediaSize::OptionName> NameInDictionary(const FormsInfoRecord&
     const Dimension width(form.width, Dimension::TenthsOfAMillimeter);
     const Dimension length(form.length, Dimension::TenthsOfAMillimeter);
     for (const PageSizeDictionaryEntry& entry : dictionary.GetPageSizeEntryRefs(width, length))
-        if (entry.GetValueId().GetValueEnum() == form.valueId)
-            return PageMediaSize::OptionName{entry.GetMsPageMediaSizeOptionName(),
-                                             entry.IsPredefinedMsOptionName() ? PrintSchema::Keywords
-                                                                              : PrintSchema::PrivateKeywords};
+    {
+        if (entry.GetValueId().GetValueEnum() != form.valueId)
+            continue;
+        const auto index = entry.IsPredefinedMsOptionName() ? PrintSchema::Keywords : PrintSchema::PrivateKeywords;
+        return PageMediaSize::OptionName{entry.GetMsPageMediaSizeOptionName(), index};
+    }
     return std::nullopt;
 }
 
