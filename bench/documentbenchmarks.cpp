@@ -73,8 +73,8 @@ void ToTicket(benchmark::State& state)
     const ComPtr<IXMLDOMDocument2> document = LoadTestDocument(kTicket);
     const TestDevmode devmode;
     for (auto _ : state)
-        RequireOk(state,
-                  binding.provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr, document.Get()));
+        RequireOk(state, binding.provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr,
+                                                                       document.Get()));
 }
 
 void ToDevmode(benchmark::State& state)
@@ -85,8 +85,8 @@ void ToDevmode(benchmark::State& state)
     const ComPtr<IXMLDOMDocument2> document = LoadTestDocument(kTicket);
     const TestDevmode devmode;
     for (auto _ : state)
-        RequireOk(state,
-                  binding.provider->ConvertPrintTicketToDevMode(document.Get(), devmode.Size(), devmode.Get(), 0, nullptr));
+        RequireOk(state, binding.provider->ConvertPrintTicketToDevMode(document.Get(), devmode.Size(), devmode.Get(), 0,
+                                                                       nullptr));
 }
 
 // What a document of the given size is made of.

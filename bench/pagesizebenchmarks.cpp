@@ -32,9 +32,9 @@ std::vector<FormsInfoRecord> MakeForms(int count)
     for (int at = 0; at < count; ++at)
     {
         const int type = at % 3 == 0 ? 25005 : 25003;
-        forms.push_back(OemDevmodeBytes::MakeForm(300 + at, W("Paper of some size"), 1000 + at, 3000, type));
+        forms.push_back(OemDevmodeBytes::MakeForm(300 + at, W("Paper of some size"), 1000 + 10 * at, 3000, type));
         if (at % 10 == 0)
-            forms.push_back(OemDevmodeBytes::MakeForm(300 + at, W("The driver's"), 1000 + at, 3000, 25004));
+            forms.push_back(OemDevmodeBytes::MakeForm(300 + at, W("The driver's"), 1000 + 10 * at, 3000, 25004));
     }
     return forms;
 }
@@ -52,8 +52,8 @@ struct Bound
         binding.BindTo(printer.Handle());
     }
 
-    const TestPrinter printer{
-        TestPrinter::SetUp{.capabilityWord = 0xE02, .model = "tavlen-c9070-ps.json", .dependentFiles = {"tvwftu_b.dll"}}};
+    const TestPrinter printer{TestPrinter::SetUp{
+        .capabilityWord = 0xE02, .model = "tavlen-c9070-ps.json", .dependentFiles = {"tvwftu_b.dll"}}};
     ProviderBinding binding;
 };
 
@@ -74,17 +74,18 @@ void FindSize(benchmark::State& state)
     const std::vector<FormsInfoRecord> forms = MakeForms(static_cast<int>(state.range(0)));
     const Bound bound(forms);
     const std::string width = std::to_string(forms.back().width) + "00";
-    const ComPtr<IXMLDOMDocument2> ticket = LoadDocument(TicketAround(
-        "<psf:Feature name='psk:PageMediaSize'><psf:Option name='psk:Own'><psf:ScoredProperty "
-        "name='psk:MediaSizeWidth'><psf:Value>" + width +
-        "</psf:Value></psf:ScoredProperty><psf:ScoredProperty name='psk:MediaSizeHeight'><psf:Value>300000"
-        "</psf:Value></psf:ScoredProperty></psf:Option></psf:Feature>"));
+    const ComPtr<IXMLDOMDocument2> ticket = LoadDocument(
+        TicketAround("<psf:Feature name='psk:PageMediaSize'><psf:Option name='psk:Own'><psf:ScoredProperty "
+                     "name='psk:MediaSizeWidth'><psf:Value>" +
+                     width +
+                     "</psf:Value></psf:ScoredProperty><psf:ScoredProperty name='psk:MediaSizeHeight'><psf:Value>300000"
+                     "</psf:Value></psf:ScoredProperty></psf:Option></psf:Feature>"));
     const TestDevmode devmode;
     for (auto _ : state)
         if (bound.binding.provider->ConvertPrintTicketToDevMode(ticket.Get(), devmode.Size(), devmode.Get(), 0,
                                                                 nullptr) != S_OK)
             state.SkipWithError("the operation failed");
-    if (devmode.Get()->dmPaperWidth != forms.back().width)
+    if (static_cast<WORD>(devmode.Get()->dmPaperWidth) != forms.back().width)
         state.SkipWithError("another form was found");
     state.SetComplexityN(state.range(0));
 }
@@ -95,8 +96,8 @@ int main(int argc, char** argv)
 {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     benchmark::RegisterBenchmark("yardstick", Yardstick);
-    for (benchmark::internal::Benchmark* const each :
-         {benchmark::RegisterBenchmark("offer forms", OfferSizes), benchmark::RegisterBenchmark("find a size", FindSize)})
+    for (benchmark::internal::Benchmark* const each : {benchmark::RegisterBenchmark("offer forms", OfferSizes),
+                                                       benchmark::RegisterBenchmark("find a size", FindSize)})
         each->Arg(50)->Arg(500)->Arg(5'000)->Unit(benchmark::kMicrosecond)->Complexity(benchmark::oN);
     benchmark::Initialize(&argc, argv);
     RatioReporter reporter;

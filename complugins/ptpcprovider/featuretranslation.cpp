@@ -1,5 +1,7 @@
 #include "complugins/ptpcprovider/featuretranslation.h"
 
+#include "complugins/ptpcprovider/deletenamed.h"
+
 std::optional<TicketOption> ReadTicketOption(const PrintTicketXmlDocument& ticket, const CXString& featureName)
 {
     if (ticket.GetDocument() == nullptr)
@@ -18,11 +20,7 @@ std::optional<TicketOption> ReadTicketOption(const PrintTicketXmlDocument& ticke
 
 void DeleteFeature(const PrintSchemaXmlDocument& document, const CXString& featureName)
 {
-    const CXString prefix = document.GetNsPrefix(PrintSchema::Keywords);
-    while (document.DeleteFeatureNodeIfExists(prefix, featureName) == S_OK)
-    {
-        // Any of that name goes, also a second one.
-    }
+    DeleteNamed(document, PrintSchema::kFeature, document.GetNsPrefix(PrintSchema::Keywords) + featureName);
 }
 
 void ReplaceFeature(const PrintSchemaXmlDocument& document, const CXString& featureName, IXMLDOMElement* feature)

@@ -1,5 +1,4 @@
-// What of a sheet can be printed on, as the property "PageImageableSize" says it: the geometry of the four
-// orientations.
+// What of a sheet can be printed on, as the property "PageImageableSize" says it, in each of the four orientations.
 #pragma once
 
 #include <windows.h>

@@ -8,6 +8,7 @@
 #include <tvcore/featureservices.h>
 
 #include "complugins/mscacheddevicecapabilities.h"
+#include "complugins/ptpcprovider/deletenamed.h"
 #include "complugins/ptpcprovider/domhelpers.h"
 #include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"
@@ -43,7 +44,7 @@ HRESULT TavlenPtProvider::AddOrReplaceMiscFeaturesCapabilities(PrintCapabilities
          .multiple = 1,
          .unitType = W("copies")},
         definition.Put());
-    document.DeleteParameterDefNodesIfExist(keywordsPrefix, kCopiesParameter);
+    DeleteNamed(document, PrintSchema::kParameterDef, keywordsPrefix + kCopiesParameter);
     document.AppendChildToRootNode(definition.Get());
     return S_OK;
 }
@@ -74,7 +75,7 @@ HRESULT TavlenPtProvider::ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& t
     std::int32_t copies = devmode->dmCopies;
     if (FeatureServices* const dataModel = GetLiveDataModel())
         copies = IntegerFeatureRef(*dataModel, DataModelIds::Feature::MsCopies).GetValue().value_or(copies);
-    ticket.DeleteParameterInitNodesIfExist(keywordsPrefix, kCopiesParameter);
+    DeleteNamed(ticket, PrintSchema::kParameterInit, keywordsPrefix + kCopiesParameter);
     ticket.AppendIntegerParameterInit(keywordsPrefix, kCopiesParameter, static_cast<ULONG>(copies));
     return S_OK;
 }

@@ -1,6 +1,5 @@
 // The feature "PageMediaSize" of the capabilities, made anew from the printer's form list.
 #include <windows.h>
-#include <winspool.h>
 
 #include <tvutil/application.h>
 #include <tvutil/executioncontext.h>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "complugins/mscacheddevicecapabilities.h"
+#include "complugins/ptpcprovider/deletenamed.h"
 #include "complugins/ptpcprovider/domhelpers.h"
 #include "complugins/ptpcprovider/featuretranslation.h"
 #include "complugins/ptpcprovider/pagemediasizeextents.h"
@@ -29,21 +29,13 @@ using PageMediaSize::Meaning;
 constexpr ThrowSite kReplace{W("TavlenPtProvider::ReplacePageMediaSizeCapabilities"),
                              W("complugins\\ptpcprovider\\pagemediasizeimpl")};
 
-std::optional<PrinterModel::Extent> ExtentOf(int answer) noexcept
-{
-    const auto words = static_cast<DWORD>(answer);
-    const PrinterModel::Extent extent{LOWORD(words), HIWORD(words)};
-    if (answer == -1 || extent.width == 0 || extent.length == 0)
-        return std::nullopt;
-    return extent;
-}
-
 void DeleteParameterDefs(const PrintCapabilitiesXmlDocument& document)
 {
+    const CXString prefix = document.GetNsPrefix(PrintSchema::Keywords);
     for (const CustomOption* const option :
          {&PageMediaSize::kPostScriptCustomMediaSize, &PageMediaSize::kCustomMediaSize})
         for (const CustomProperty& property : option->properties)
-            document.DeleteParameterDefNodesIfExist(document.GetNsPrefix(PrintSchema::Keywords), property.parameter);
+            DeleteNamed(document, PrintSchema::kParameterDef, prefix + property.parameter);
 }
 
 // The orientation's unit is microns like the others', on purpose.
@@ -79,27 +71,6 @@ void AppendParameterDefs(const PrintCapabilitiesXmlDocument& document, const Cus
 }
 
 } // namespace
-
-std::optional<Extents> PageMediaSize::ExtentsOf(int least, int most) noexcept
-{
-    const auto from = ExtentOf(least);
-    const auto to = ExtentOf(most);
-    if (!from || !to || from->width > to->width || from->length > to->length)
-        return std::nullopt;
-    return Extents{*from, *to};
-}
-
-std::optional<Extents> PageMediaSize::AskExtents(const Printer& printer, const DEVMODEW* devmode)
-{
-    const CXString name = printer.GetPrinterName();
-    const CXString port = printer.GetPortName();
-    const auto ask = [&](WORD capability)
-    {
-        return DeviceCapabilitiesW(name.c_str(), port.c_str(), capability, nullptr, devmode);
-    };
-    const int most = ask(DC_MAXEXTENT);
-    return ExtentsOf(ask(DC_MINEXTENT), most);
-}
 
 // Where the driver does not say between which lengths a custom size may be, there are no parameters that one could
 // refer to, and so no custom size.

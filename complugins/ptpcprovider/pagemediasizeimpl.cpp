@@ -9,6 +9,7 @@
 
 #include "complugins/fixedtext.h"
 #include "complugins/mscacheddevicecapabilities.h"
+#include "complugins/ptpcprovider/deletenamed.h"
 #include "complugins/ptpcprovider/featuretranslation.h"
 #include "complugins/ptpcprovider/pagemediasizeforms.h"
 #include "complugins/ptpcprovider/pagemediasizeoptions.h"
@@ -112,7 +113,7 @@ void WriteParameters(const PrintTicketXmlDocument& ticket, const CustomOption& o
     const CXString prefix = ticket.GetNsPrefix(PrintSchema::Keywords);
     for (const CustomProperty& property : option.properties)
     {
-        ticket.DeleteParameterInitNodesIfExist(prefix, property.parameter);
+        DeleteNamed(ticket, PrintSchema::kParameterInit, prefix + property.parameter);
         ticket.AppendIntegerParameterInit(prefix, property.parameter,
                                           static_cast<ULONG>(ValueOf(property, width, height)));
     }
@@ -197,10 +198,8 @@ HRESULT TavlenPtProvider::ConvertDevmodeToPageMediaSize(PrintTicketXmlDocument& 
                                    namespaceIndex == PrintSchema::Keywords, name, feature.Put(), option.Put());
     PageMediaSize::AppendSizeProperties(ticket, option.Get(), isCustom ? &custom : nullptr, form);
     const CXString prefix = ticket.GetNsPrefix(PrintSchema::Keywords);
-    while (ticket.DeleteFeatureAndOrphanParameterInitsIfExists(prefix, PageMediaSize::kFeature) == S_OK)
-    {
-        // Any of that name goes, also a second one.
-    }
+    DeleteNamed(ticket, PrintSchema::kFeature, prefix + PageMediaSize::kFeature, 1);
+    ticket.DeleteFeatureAndOrphanParameterInitsIfExists(prefix, PageMediaSize::kFeature);
     ticket.AppendChildToRootNode(feature.Get());
     if (isCustom)
         WriteParameters(ticket, custom, PageMediaSize::MicronsOf(form.width), PageMediaSize::MicronsOf(form.length));

@@ -21,10 +21,12 @@ std::optional<PageMediaSize::OptionName> NameInDictionary(const FormsInfoRecord&
     const Dimension width(form.width, Dimension::TenthsOfAMillimeter);
     const Dimension length(form.length, Dimension::TenthsOfAMillimeter);
     for (const PageSizeDictionaryEntry& entry : dictionary.GetPageSizeEntryRefs(width, length))
-        if (entry.GetValueId().GetValueEnum() == form.valueId)
-            return PageMediaSize::OptionName{entry.GetMsPageMediaSizeOptionName(), entry.IsPredefinedMsOptionName()
-                                                                                       ? PrintSchema::Keywords
-                                                                                       : PrintSchema::PrivateKeywords};
+    {
+        if (entry.GetValueId().GetValueEnum() != form.valueId)
+            continue;
+        const auto index = entry.IsPredefinedMsOptionName() ? PrintSchema::Keywords : PrintSchema::PrivateKeywords;
+        return PageMediaSize::OptionName{entry.GetMsPageMediaSizeOptionName(), index};
+    }
     return std::nullopt;
 }
 

@@ -155,15 +155,6 @@ HRESULT PrintCapabilitiesXmlDocument::DeleteParameterDefNodeIfExists(const CXStr
     return result == S_OK ? DeleteNode(parameterDef.Get()) : result;
 }
 
-HRESULT PrintCapabilitiesXmlDocument::DeleteParameterDefNodesIfExist(const CXString& namePrefix,
-                                                                     const CXString& localName) const
-{
-    HRESULT result = S_FALSE;
-    while (DeleteParameterDefNodeIfExists(namePrefix, localName) == S_OK)
-        result = S_OK;
-    return result;
-}
-
 // Runs a relative query on the node; S_FALSE when it finds nothing.
 HRESULT PrintCapabilitiesXmlDocument::SelectBelow(IXMLDOMNode* node, const PrintTicketQueryBuilder& builder,
                                                   IXMLDOMNode** found, const WCHAR* method) const

@@ -56,8 +56,6 @@ public:
     HRESULT GetParameterDefNodeIfExists(const CXString& namePrefix, const CXString& localName,
                                         IXMLDOMNode** parameterDef) const;
     HRESULT DeleteParameterDefNodeIfExists(const CXString& namePrefix, const CXString& localName) const;
-    // Any of that name, also a second one.
-    HRESULT DeleteParameterDefNodesIfExist(const CXString& namePrefix, const CXString& localName) const;
 
     // --- Display names
 

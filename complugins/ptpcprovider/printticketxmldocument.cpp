@@ -176,15 +176,6 @@ HRESULT PrintTicketXmlDocument::DeleteParameterInitNodeIfExists(const CXString& 
     return result == S_OK ? DeleteNode(parameterInit.Get()) : result;
 }
 
-HRESULT PrintTicketXmlDocument::DeleteParameterInitNodesIfExist(const CXString& namePrefix,
-                                                                const CXString& localName) const
-{
-    HRESULT result = S_FALSE;
-    while (DeleteParameterInitNodeIfExists(namePrefix, localName) == S_OK)
-        result = S_OK;
-    return result;
-}
-
 HRESULT PrintTicketXmlDocument::DeleteFeatureAndOrphanParameterInitsIfExists(const CXString& namePrefix,
                                                                              const CXString& localName) const
 {

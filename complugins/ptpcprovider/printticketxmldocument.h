@@ -48,8 +48,6 @@ public:
     // --- Deleting. A deletion that fails part way leaves the nodes already deleted deleted.
 
     HRESULT DeleteParameterInitNodeIfExists(const CXString& namePrefix, const CXString& localName) const;
-    // Any of that name, also a second one.
-    HRESULT DeleteParameterInitNodesIfExist(const CXString& namePrefix, const CXString& localName) const;
     // Also deletes every initialiser of the ticket that no remaining reference names, on purpose: not only those that
     // the deleted feature referenced.
     HRESULT DeleteFeatureAndOrphanParameterInitsIfExists(const CXString& namePrefix, const CXString& localName) const;

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "complugins/oemdevmode.h"
+#include "complugins/ptpcprovider/deletenamed.h"
 #include "complugins/ptpcprovider/domhelpers.h"
 #include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"
@@ -86,7 +87,7 @@ PrintCapabilitiesXmlDocument::StringParameter ParameterOfLength(LONG maximumLeng
 HRESULT AddParameterDef(PrintCapabilitiesXmlDocument& capabilities, const WCHAR* name, LONG maximumLength)
 {
     const CXString privatePrefix = capabilities.GetNsPrefix(PrintSchema::PrivateKeywords);
-    capabilities.DeleteParameterDefNodesIfExist(privatePrefix, name);
+    DeleteNamed(capabilities, PrintSchema::kParameterDef, privatePrefix + name);
     ComPtr<IXMLDOMElement> parameterDef;
     capabilities.CreateStringParameterDef(privatePrefix, name, ParameterOfLength(maximumLength), parameterDef.Put());
     return capabilities.AppendChildToRootNode(parameterDef.Get());
@@ -128,7 +129,7 @@ HRESULT TavlenPtProvider::SetTavlenDriverDataInPrintTicket(PrintTicketXmlDocumen
         return S_FALSE;
     const CXString text = EncodeDriverData(devmode.GetOemDevmodeData());
     const CXString privatePrefix = ticket.GetNsPrefix(PrintSchema::PrivateKeywords);
-    ticket.DeleteParameterInitNodesIfExist(privatePrefix, kDriverDataParameter);
+    DeleteNamed(ticket, PrintSchema::kParameterInit, privatePrefix + kDriverDataParameter);
     ComPtr<IXMLDOMElement> parameterInit;
     ticket.CreateStringParameterInit(privatePrefix, kDriverDataParameter, text, parameterInit.Put());
     return ticket.AppendChildToRootNode(parameterInit.Get());
@@ -185,7 +186,7 @@ HRESULT TavlenPtProvider::GetTavlenJtifJobTicketAsCdataSection(XDevmode& devmode
 HRESULT TavlenPtProvider::EmbedPrivateJtifInPrintTicket(PrintTicketXmlDocument& ticket, XDevmode& devmode)
 {
     const CXString privatePrefix = ticket.GetNsPrefix(PrintSchema::PrivateKeywords);
-    ticket.DeleteParameterInitNodesIfExist(privatePrefix, kJobTicketParameter);
+    DeleteNamed(ticket, PrintSchema::kParameterInit, privatePrefix + kJobTicketParameter);
     CComBSTR text;
     if (GetTavlenJtifJobTicketAsCdataSection(devmode, text) == S_FALSE)
         return S_FALSE;

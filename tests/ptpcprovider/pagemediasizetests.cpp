@@ -7,7 +7,6 @@
 #include <optional>
 #include <sstream>
 
-#include "complugins/customforms.h"
 #include "complugins/fixedtext.h"
 #include "complugins/papercache.h"
 #include "complugins/ptpcprovider/pagemediasizeextents.h"
@@ -234,19 +233,10 @@ TEST_F(MediaSizes, OfATicketChooseTheFormOfItsValueOrElseOfItsSize)
     }
 }
 
-// Lists that no model has, and that of a user who has added a size.
+// Lists that no model has.
 TEST_F(MediaSizes, AreFoundInEveryOrderOfForms)
 {
-    CustomForms::Remove(W("Banner"));
-    EXPECT_EQ(0, RunHost({"printer", "custom-size", "add", "Banner", "--width", "297mm", "--length", "120cm"}).status);
     Bind(kModels[1]);
-    const ComPtr<IXMLDOMDocument2> banner = Ticket("minimal.xml");
-    EXPECT_TRUE(
-        ToTicket(256, 2970, 12000, banner)
-            .starts_with("ns0000:DriverCustomSize_" + std::to_string(CustomSizeNumber(W("Banner"))) + "_2970x"));
-    EXPECT_EQ("256 2970x12000 Banner", ToDevmode(banner));
-    CustomForms::Remove(W("Banner"));
-
     const FormsInfoRecord custom = MakeForm(256, W("Custom"), 2100, 2970, 25003);
     const FormsInfoRecord own = MakeForm(330, WideString(40, W('o')), 2000, 3000, 25003);
     const FormsInfoRecord user = MakeForm(257, W("User"), 2000, 3000, 25005);
