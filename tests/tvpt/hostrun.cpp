@@ -12,6 +12,7 @@
 
 #include "commandline.h"
 #include "filebytes.h"
+#include "printschemadocument.h"
 
 namespace
 {
@@ -63,6 +64,22 @@ std::string OutputOf(const std::vector<std::string>& arguments, const std::strin
     const RunResult result = RunHost(arguments, input);
     EXPECT_EQ(result.status, 0) << result.errors;
     return result.out;
+}
+
+std::string Ticket(const std::string& declarations, const std::string& content)
+{
+    return "<?xml version='1.0'?>\n<!-- xmlns:psk='urn:x' -->\n<psf:PrintTicket xmlns:psf='" +
+           std::string(kFramework.uri) + "'" + declarations + " version='1'>\n" + content + "</psf:PrintTicket>";
+}
+
+std::string Binding(const std::string& prefix, std::string_view uri)
+{
+    return " xmlns:" + prefix + "='" + std::string(uri) + "'";
+}
+
+SchemaElement ReadTree(const std::string& bytes)
+{
+    return ReadDocumentTree(*LoadDocument(bytes, "test").Get(), "test");
 }
 
 HostTest::HostTest()

@@ -5,10 +5,13 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+
+#include "documenttree.h"
 
 struct RunResult
 {
@@ -28,6 +31,13 @@ testing::AssertionResult IsOneErrorLine(const std::string& errors, const std::st
 testing::AssertionResult IsRefused(const RunResult& result, const std::string& text);
 // What a run prints that succeeds.
 std::string OutputOf(const std::vector<std::string>& arguments, const std::string& input = {});
+
+// A PrintTicket whose root binds the framework to "psf", with more declarations and content.
+std::string Ticket(const std::string& declarations, const std::string& content);
+std::string Binding(const std::string& prefix, std::string_view uri);
+
+// Its root element.
+SchemaElement ReadTree(const std::string& bytes);
 
 class HostTest : public testing::Test
 {

@@ -85,6 +85,10 @@ TEST(CommandLine, SaysWhatIsWrongWithIt)
         {{"printer"}, "A subcommand is required"},
         {{"ticket", "expand", "t.xml", "--printer", "p", "-o", ""}, "-o: no file is named"},
         {{"ticket", "from-devmode", "d.dm", "--printer", "p", "--base", ""}, "--base: no file is named"},
+        {{"capabilities"}, "--printer is required"},
+        {{"capabilities", "--printer", "p", "--ticket", ""}, "--ticket: no file is named"},
+        {{"capabilities", "--printer", "p", "--ticket", "-", "--base", "-"}, "cannot both be standard input"},
+        {{"capabilities", "--printer", "p", "--base-only", "--base", "b.xml"}, "--base excludes --base-only"},
     };
     for (const auto& [arguments, error] : rows)
     {

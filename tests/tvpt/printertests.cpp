@@ -331,6 +331,7 @@ TEST_F(Printers, AnUnknownPrinterIsOneErrorEverywhere)
         {"ticket", "from-devmode", "--printer", "Nobody", File("d.dm"), "-o", File("out")},
         {"ticket", "to-devmode", "--printer", "Nobody", "--devmode", File("d.dm"), File("t.xml"), "-o", File("out")},
         {"ticket", "validate", "--printer", "Nobody", File("t.xml"), "-o", File("out")},
+        {"capabilities", "--printer", "Nobody", "-o", File("out")},
         {"printer", "show", ""}, // no name is not the print server itself
     };
     for (const auto& arguments : lines)

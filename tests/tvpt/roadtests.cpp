@@ -21,11 +21,6 @@ namespace
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-SchemaElement ReadTree(const std::string& bytes)
-{
-    return ReadDocumentTree(*LoadDocument(bytes, "test").Get(), "test");
-}
-
 // What conversions keep of a ticket: all but the copies, their own features and the maker's parameters, with private
 // names spelled by the prefix "tk".
 std::string KeptOf(const std::string& bytes)
@@ -50,18 +45,6 @@ std::string CopiesOf(const SchemaElement& ticket)
         if (parameter->nameAttribute.Is(kKeywords.uri, "JobCopiesAllDocuments"))
             copies += parameter->Child("Value")->text + ";";
     return copies;
-}
-
-// A root element that binds the framework to "psf", with more in it.
-std::string Ticket(const std::string& declarations, const std::string& content)
-{
-    return "<?xml version='1.0'?>\n<!-- xmlns:psk='urn:x' -->\n<psf:PrintTicket xmlns:psf='" +
-           std::string(kFramework.uri) + "'" + declarations + " version='1'>\n" + content + "</psf:PrintTicket>";
-}
-
-std::string Binding(const std::string& prefix, std::string_view uri)
-{
-    return " xmlns:" + prefix + "='" + std::string(uri) + "'";
 }
 
 class Roads : public HostTest

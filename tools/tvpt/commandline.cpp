@@ -10,6 +10,7 @@
 
 #include <tvutil/cxstring.h>
 
+#include "capabilitiescommands.h"
 #include "devmodecommands.h"
 #include "failure.h"
 #include "filebytes.h"
@@ -54,7 +55,7 @@ std::string UnknownWord(const CLI::App& program)
 // An empty value would look like an option that was not given, and so be the standard stream.
 void RefuseEmptyFileNames(CLI::App& command)
 {
-    for (const char* const name : {"-o", "--base", "--devmode", "--store", "DEVMODE", "FILE", "TICKET"})
+    for (const char* const name : {"-o", "--base", "--ticket", "--devmode", "--store", "DEVMODE", "FILE", "TICKET"})
         if (CLI::Option* const option = command.get_option_no_throw(name))
             option->check([](const std::string& file) { return file.empty() ? "no file is named" : std::string(); });
     for (CLI::App* const below : command.get_subcommands(nullptr))
@@ -98,6 +99,7 @@ ExitStatus Run(const std::vector<std::string>& arguments, const StandardStreams&
     AddDevmodeCommands(program, chosen);
     AddTicketCommands(program, chosen);
     AddJobTicketCommand(program, chosen);
+    AddCapabilitiesCommand(program, chosen);
     RefuseEmptyFileNames(program);
 
     const ExitStatus parsed = Parse(program, arguments, streams);

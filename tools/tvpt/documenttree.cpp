@@ -1,5 +1,6 @@
 #include "documenttree.h"
 
+#include <algorithm>
 #include <map>
 
 #include <tvutil/cxstring.h>
@@ -15,6 +16,7 @@ namespace
 {
 
 constexpr std::string_view kNamespacePrefix = "xmlns";
+constexpr std::size_t kLongestName = 256; // of those that a text can be
 
 using Scope = std::map<std::string, std::string>; // prefix to URI
 
@@ -46,6 +48,8 @@ public:
         ReadChildren(node, scope, depth, element);
         if (element.children.empty())
             element.text = Text(node, &IXMLDOMNode::get_text);
+        if (element.text.size() <= kLongestName)
+            element.valueName = Resolve(Trimmed(element.text), scope);
         return element;
     }
 
@@ -95,6 +99,13 @@ private:
         const bool isDefault = attribute.qualifiedName == kNamespacePrefix;
         scope[isDefault ? std::string() : attribute.qualifiedName.substr(kNamespacePrefix.size() + 1)] =
             attribute.value;
+    }
+
+    static std::string_view Trimmed(std::string_view text)
+    {
+        constexpr std::string_view kBlanks = " \t\r\n";
+        text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+        return text.substr(0, text.find_last_not_of(kBlanks) + 1);
     }
 
     static SchemaName Resolve(std::string_view qualifiedName, const Scope& scope)

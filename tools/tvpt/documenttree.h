@@ -25,6 +25,7 @@ struct SchemaElement
     std::string namePrefix;                                     // as the document spells it
     std::vector<std::pair<SchemaName, std::string>> attributes; // without namespace declarations
     std::string text;                                           // of an element without child elements
+    SchemaName valueName;                                       // the text as a name, where it is short enough for one
     std::vector<SchemaElement> children;
 
     // Child elements of the framework namespace.

@@ -185,6 +185,12 @@ void ProviderHost::ConvertPrintTicketToDevMode(IXMLDOMDocument2& ticket, Devmode
             "converting the ticket to a devmode", file);
 }
 
+void ProviderHost::CompletePrintCapabilities(IXMLDOMDocument2& ticket, IXMLDOMDocument2& capabilities,
+                                             const std::string& file)
+{
+    Require(m_provider->CompletePrintCapabilities(&ticket, &capabilities), "completing the capabilities", file);
+}
+
 void ProviderHost::ValidatePrintTicket(IXMLDOMDocument2& ticket, const std::string& file)
 {
     Require(m_provider->ValidatePrintTicket(&ticket), "validating the ticket", file);

@@ -3,22 +3,17 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
-#include "coredriverticket.h"
-#include "corehelper.h"
+#include "boundprinter.h"
 #include "devmode.h"
+#include "documenttree.h"
 #include "failure.h"
 #include "jsonoutput.h"
-#include "printersetup.h"
 #include "printschemadocument.h"
-#include "providerhost.h"
-#include "ticketdocument.h"
 #include "ticketreport.h"
 #include "utilitiesstaticlib/documentlimits.h"
 
 namespace
 {
-
-constexpr std::string_view kTicketRoot = "PrintTicket";
 
 struct TicketArguments
 {
@@ -29,6 +24,7 @@ struct TicketArguments
     std::string output;
     bool json = false;
     bool noCoreHelper = false;
+    bool noCoreDriver = false;
 };
 
 ComPtr<IXMLDOMDocument2> ReadDocument(const std::string& file, const StandardStreams& streams)
@@ -38,22 +34,7 @@ ComPtr<IXMLDOMDocument2> ReadDocument(const std::string& file, const StandardStr
 
 ComPtr<IXMLDOMDocument2> ReadTicket(const std::string& file, const StandardStreams& streams)
 {
-    return LoadForProvider(ReadInput(file, documentlimits::kMaximumFileBytes, streams), file, kTicketRoot);
-}
-
-// Null when there shall be none.
-ComPtr<CoreHelper> PlayCoreHelper(const PrinterHandle& printer, const TicketArguments& arguments)
-{
-    return arguments.noCoreHelper ? ComPtr<CoreHelper>()
-                                  : CoreHelper::Make(ReadInstalledModel(printer, arguments.printer));
-}
-
-ComPtr<IXMLDOMDocument2> MakeBase(const PrinterHandle& printer, const std::string& printerName,
-                                  const CXString& providerNamespace, const Devmode& devmode, IPrintCoreHelper* helper)
-{
-    const PrinterModel model = ReadInstalledModel(printer, printerName);
-    const std::string uri = DriverNamespaceUri(providerNamespace, model.name);
-    return LoadDocument(MakeCoreDriverTicket(devmode, model, uri, helper), "the core driver's ticket");
+    return ReadForProvider(file, kTicketRoot, streams);
 }
 
 void FromDevmode(const TicketArguments& arguments, const StandardStreams& streams)
@@ -62,15 +43,11 @@ void FromDevmode(const TicketArguments& arguments, const StandardStreams& stream
         throw UsageFailure("DEVMODE and --base cannot both be standard input");
     const ComApartment apartment;
     Devmode devmode = ReadDevmode(arguments.devmode, streams);
-    const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
-    const ComPtr<CoreHelper> helper = PlayCoreHelper(printer, arguments);
-    ProviderHost provider(printer, arguments.printer, helper.Get());
+    BoundPrinter printer(arguments.printer, !arguments.noCoreHelper);
     const ComPtr<IXMLDOMDocument2> ticket =
-        arguments.base.empty()
-            ? MakeBase(printer, arguments.printer, provider.DefaultNamespace(), devmode, helper.Get())
-            : ReadTicket(arguments.base, streams);
-    provider.ConvertDevModeToPrintTicket(devmode, *ticket.Get(),
-                                         arguments.base.empty() ? arguments.devmode : arguments.base);
+        arguments.base.empty() ? printer.MakeBaseTicket(devmode) : ReadTicket(arguments.base, streams);
+    printer.Provider().ConvertDevModeToPrintTicket(devmode, *ticket.Get(),
+                                                   arguments.base.empty() ? arguments.devmode : arguments.base);
     WriteOutput(arguments.output, DocumentToBytes(*ticket.Get()), streams);
 }
 
@@ -81,10 +58,10 @@ void ToDevmode(const TicketArguments& arguments, const StandardStreams& streams)
     const ComApartment apartment;
     Devmode devmode = ReadDevmode(arguments.devmode, streams);
     const ComPtr<IXMLDOMDocument2> ticket = ReadTicket(arguments.ticket, streams);
-    const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
-    const ComPtr<CoreHelper> helper = PlayCoreHelper(printer, arguments);
-    ProviderHost provider(printer, arguments.printer, helper.Get());
-    provider.ConvertPrintTicketToDevMode(*ticket.Get(), devmode, arguments.ticket);
+    BoundPrinter printer(arguments.printer, !arguments.noCoreHelper);
+    if (!arguments.noCoreDriver)
+        printer.ApplyTicket(*ticket.Get(), devmode, arguments.ticket);
+    printer.Provider().ConvertPrintTicketToDevMode(*ticket.Get(), devmode, arguments.ticket);
     // The provider wrote into the bytes: what goes out is a devmode again, or an error.
     WriteOutput(arguments.output, Devmode::FromBytes(devmode.Bytes(), "the converted devmode").Bytes(), streams);
 }
@@ -95,10 +72,8 @@ void Pass(const TicketArguments& arguments, TicketOperation operation, const Sta
 {
     const ComApartment apartment;
     const ComPtr<IXMLDOMDocument2> ticket = ReadTicket(arguments.ticket, streams);
-    const PrinterHandle printer = PrinterHandle::Open(arguments.printer, PrinterHandle::Access::Use);
-    const ComPtr<CoreHelper> helper = PlayCoreHelper(printer, arguments);
-    ProviderHost provider(printer, arguments.printer, helper.Get());
-    (provider.*operation)(*ticket.Get(), arguments.ticket);
+    BoundPrinter printer(arguments.printer, !arguments.noCoreHelper);
+    (printer.Provider().*operation)(*ticket.Get(), arguments.ticket);
     WriteOutput(arguments.output, DocumentToBytes(*ticket.Get()), streams);
 }
 
@@ -151,6 +126,8 @@ void AddTicketCommands(CLI::App& program, Action& chosen)
     AddPrinterOption(to, *arguments);
     to.add_option("--devmode", arguments->devmode, "The devmode to begin with; - is standard input")->required();
     to.add_option("TICKET", arguments->ticket, "A PrintTicket; - is standard input")->required();
+    to.add_flag("--no-core-driver", arguments->noCoreDriver,
+                "Leave the settings of the core driver as they are: only the provider reads the ticket");
     to.add_option("-o", arguments->output, "Where it goes; - is standard output")->required();
     OnCommand(to, chosen, [arguments](const StandardStreams& streams) { ToDevmode(*arguments, streams); });
 

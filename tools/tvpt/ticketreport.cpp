@@ -6,7 +6,7 @@
 
 #include "driverdatareport.h"
 #include "printschemadocument.h"
-#include "ticketwriter.h"
+#include "schemawriter.h"
 
 namespace
 {
@@ -93,7 +93,7 @@ std::optional<std::string> PrivateParameter(const SchemaElement& root, std::stri
 {
     for (const SchemaElement* const parameter : root.Children("ParameterInit"))
         if (parameter->nameAttribute.Is(kPrivateKeywords.uri, localName) ||
-            (parameter->namePrefix == TicketWriter::kDriverPrefix && parameter->nameAttribute.local == localName))
+            (parameter->namePrefix == SchemaWriter::kDriverPrefix && parameter->nameAttribute.local == localName))
             if (const SchemaElement* const value = parameter->Child("Value"))
                 return value->text;
     return std::nullopt;

@@ -1,0 +1,6 @@
+// The "capabilities" command.
+#pragma once
+
+#include "commandline.h"
+
+void AddCapabilitiesCommand(CLI::App& program, Action& chosen);
