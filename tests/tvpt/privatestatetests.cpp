@@ -1,0 +1,150 @@
+// What a ticket carries of a devmode, for each model: the driver's own settings through the driver data, the job
+// ticket, and which of the two parameters there are.
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+#include "hostrun.h"
+
+namespace
+{
+
+using nlohmann::json;
+
+struct ModelRow
+{
+    const char* name;
+    const char* prefix; // of the maker's names
+    bool hasJobTicket;
+    bool definesJobTicket;
+};
+
+constexpr ModelRow kModels[] = {
+    {"tavlen-c9070-ps", "tk:", true, true},
+    {"tavlen-b4400-uni", "ns0000:", false, false}, // no private namespace
+    {"tavlen-w3100-xps", "tk:", false, true},      // a family without job tickets
+    {"tavlen-b7000-xps", "tk:", true, true},
+};
+
+class PrivateState : public HostTest
+{
+protected:
+    void Devmode(const std::string& file, const std::vector<std::string>& settings) const
+    {
+        std::vector<std::string> arguments{"devmode", "new", "--printer", printer, "-o", File(file)};
+        for (const std::string& setting : settings)
+            arguments.insert(arguments.end(), {"--set", setting});
+        OutputOf(arguments);
+    }
+
+    void ToTicket(const std::string& devmode, const std::string& ticket, const std::string& base = {}) const
+    {
+        std::vector<std::string> arguments{"ticket",      "from-devmode", "--printer", printer,
+                                           File(devmode), "-o",           File(ticket)};
+        if (!base.empty())
+            arguments.insert(arguments.end(), {"--base", File(base)});
+        OutputOf(arguments);
+    }
+
+    [[nodiscard]] json Shown(const std::string& kind, const std::string& file) const
+    {
+        return json::parse(OutputOf({kind, "show", File(file), "--json"}));
+    }
+
+    std::string printer;
+};
+
+std::size_t CountOf(const std::string& text, const std::string& part)
+{
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        ++count;
+    return count;
+}
+
+TEST_F(PrivateState, ComesThroughATicketAndIsRenderedForTheController)
+{
+    for (const ModelRow& model : kModels)
+    {
+        SCOPED_TRACE(model.name);
+        printer = InstallTestPrinter(model.name);
+        Devmode("set.dm", {"feature.78=a]]>b <c>&", "feature.46=5422", "feature.43=7", "feature.208=6254",
+                           "feature.179=90", "app=excel.exe", "dmCopies=3"});
+        Devmode("plain.dm", {});
+        ToTicket("set.dm", "t.xml");
+        ToTicket("set.dm", "again.xml", "t.xml");
+        OutputOf({"ticket", "to-devmode", "--printer", printer, "--devmode", File("plain.dm"), File("again.xml"), "-o",
+                  File("back.dm")});
+        const json sent = Shown("devmode", "set.dm");
+        const json back = Shown("devmode", "back.dm");
+        EXPECT_EQ(sent["oem"], back["oem"]);
+        EXPECT_EQ(sent["features"], back["features"]);
+        EXPECT_EQ(sent["public"]["dmCopies"], back["public"]["dmCopies"]);
+
+        const json ticket = Shown("ticket", "again.xml");
+        EXPECT_EQ(ticket["driverData"]["fault"], nullptr);
+        EXPECT_EQ(ticket["driverData"]["part"]["crc"], sent["oem"]["crc"]);
+        EXPECT_EQ(ticket["driverData"]["features"], sent["features"]);
+        const json& lines = ticket["jobTicket"];
+        EXPECT_EQ(model.hasJobTicket, lines.is_array());
+        if (model.hasJobTicket)
+            for (const char* const line : {"%TVLtitle: a]]>b <c>&", "%TVLcopyCount: 7", "%TVLpaperType-weight: 90"})
+                EXPECT_EQ(1, std::count(lines.begin(), lines.end(), line)) << line;
+
+        const std::string name = std::string("name=\"") + model.prefix;
+        const std::string text = ReadBytes(File("again.xml"));
+        EXPECT_EQ(1u, CountOf(text, name + "JobTavlenDriverData\""));
+        EXPECT_EQ(model.hasJobTicket ? 1u : 0u, CountOf(text, name + "JobTavlenJtifJobTicket\""));
+        const std::string offered = OutputOf({"capabilities", "--printer", printer, "--ticket", File("t.xml")});
+        EXPECT_EQ(1u, CountOf(offered, name + "JobTavlenDriverData\""));
+        EXPECT_EQ(model.definesJobTicket ? 1u : 0u, CountOf(offered, name + "JobTavlenJtifJobTicket\""));
+    }
+}
+
+// Of another producer's spelling, or damaged on its way: believed by what it says, or not at all.
+TEST_F(PrivateState, IsBelievedWhole)
+{
+    printer = InstallTestPrinter();
+    Devmode("set.dm", {"feature.43=7"});
+    Devmode("plain.dm", {});
+    ToTicket("set.dm", "t.xml");
+    const std::string ticket = ReadBytes(File("t.xml"));
+    const json sent = Shown("devmode", "set.dm")["oem"];
+    const json plain = Shown("devmode", "plain.dm")["oem"];
+    const auto replaced = [](std::string text, const std::string& from, const std::string& to)
+    {
+        for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+            text.replace(at, from.size(), to);
+        return text;
+    };
+    std::string utf16 = "\xFF\xFE";
+    for (const char character : replaced(ticket, "UTF-8", "UTF-16")) // nothing in it is beyond ASCII
+        utf16 += {character, '\0'};
+    std::string damaged = ticket;
+    const std::size_t data = damaged.find("<psf:Value", damaged.find("JobTavlenDriverData"));
+    char& character = damaged[damaged.find('>', data) + 100];
+    character = character == 'A' ? 'B' : 'A';
+    struct Row
+    {
+        const char* name;
+        std::string text;
+        const json& oem;
+    };
+    const Row rows[] = {
+        {"another prefix", replaced(replaced(ticket, "tk:", "my:"), "xmlns:tk=", "xmlns:my="), sent},
+        {"UTF-16", utf16, sent},
+        {"damaged", damaged, plain},
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.name);
+        WriteBytes(File("changed.xml"), row.text);
+        OutputOf({"ticket", "to-devmode", "--printer", printer, "--devmode", File("plain.dm"), File("changed.xml"),
+                  "-o", File("back.dm")});
+        EXPECT_EQ(row.oem, Shown("devmode", "back.dm")["oem"]);
+    }
+    WriteBytes(File("damaged.xml"), damaged);
+    EXPECT_EQ(0u, Shown("ticket", "damaged.xml")["driverData"]["fault"].get<std::string>().find("CRC mismatch"));
+}
+
+} // namespace
