@@ -81,6 +81,9 @@ TEST_F(DocumentProperties, TakeOverWhatThePrinterCanDo)
         {"dmDuplex=3 dmCollate=0", "dmDuplex=3 dmCollate=0"},
     };
     Install(kUnidrvModel);
+    const DEVMODEW fresh = PublicPart(Properties());
+    EXPECT_EQ(CXString(fresh.dmDeviceName), m_name.Mid(0, CCHDEVICENAME - 1));
+    EXPECT_EQ(fresh.dmFields & ~static_cast<DWORD>(Ask(DC_FIELDS)), 0u);
     for (const auto& [given, expected] : kRows)
     {
         SCOPED_TRACE(given);
