@@ -9,11 +9,11 @@
 #include <vector>
 
 #include <tvutil/bytewriter.h>
-#include <tvutil/exceptions.h>
 
 #include "complugins/msdriverkind.h"
 #include "complugins/oemdevmode.h"
 #include "tests/common/testdevmode.h"
+#include "tests/common/thrownby.h"
 
 namespace MsDevmodeSamples
 {
@@ -49,22 +49,6 @@ inline TestDevmode MakeDevmodeOf(const MsDriverKind& driver)
     const std::span part(reinterpret_cast<std::byte*>(devmode.Get() + 1), size);
     ByteWriter(part.subspan(isPostScript ? Format::kPostScriptSizeOffset : Format::kUnidrvSizeOffset)).U16(size);
     return devmode;
-}
-
-// "Class Method line" of an exception of the family; empty when nothing is thrown.
-template <class Action>
-std::string ThrownBy(Action action)
-{
-    try
-    {
-        action();
-        return {};
-    }
-    catch (const TavlenException& exception)
-    {
-        return CXString(exception.GetClassName()).ToUtf8() + " " + CXString(exception.GetSite().method).ToUtf8() + " " +
-               std::to_string(exception.GetSite().line);
-    }
 }
 
 } // namespace MsDevmodeSamples

@@ -1,8 +1,6 @@
 // The data model's paper and colour management, written into a devmode.
 #include "complugins/msdevmodevaluemapper.h"
 
-#include <string>
-
 #include <gtest/gtest.h>
 
 #include <tvutil/application.h>

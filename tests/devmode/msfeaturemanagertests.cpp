@@ -3,7 +3,6 @@
 
 #include <map>
 #include <new>
-#include <string>
 #include <tuple>
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // The printer's papers: the list that a devmode carries, and the devmode that is made to agree with it.
 #include <windows.h>
 
-#include <algorithm>
 #include <iterator>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -25,8 +25,6 @@ namespace
 using namespace OemDevmodeBytes;
 using Forms = std::vector<FormsInfoRecord>;
 
-// --- The list
-
 bool AreSame(const FormsInfoRecord& left, const FormsInfoRecord& right)
 {
     return memcmp(&left, &right, sizeof(left)) == 0;
@@ -42,27 +40,20 @@ Forms NumberedForms(int count, std::size_t nameLength)
 
 TEST(PaperLists, HoldWhatFitsAndAlwaysTheOwnForm)
 {
-    struct Case
-    {
-        int count;
-        std::size_t nameLength;
-        std::size_t own;
-        std::size_t kept; // in order from the first
-        bool isOwnBehind; // after those
-    };
+    // Kept in order from the first; the own form may stand behind those.
     // 2396 bytes behind the header: 20 and the name a form.
-    constexpr Case kCases[] = {
+    constexpr std::tuple<int, std::size_t, std::size_t, std::size_t, bool> kCases[] = {
         {0, 0, 0, 0, false},      {119, 0, 119, 119, false}, {120, 0, 200, 119, false}, {120, 0, 118, 119, false},
         {120, 0, 119, 118, true}, {500, 63, 0, 16, false},   {500, 63, 15, 16, false},  {500, 63, 499, 15, true},
     };
-    for (const Case& test : kCases)
+    for (const auto& [count, nameLength, own, kept, isOwnBehind] : kCases)
     {
-        SCOPED_TRACE(std::to_string(test.count) + " forms, own " + std::to_string(test.own));
-        const Forms forms = NumberedForms(test.count, test.nameLength);
-        Forms expected(forms.begin(), forms.begin() + static_cast<std::ptrdiff_t>(test.kept));
-        if (test.isOwnBehind)
-            expected.push_back(forms[test.own]);
-        const ByteBuffer bytes = DevicePaperList::Write(forms, test.own);
+        SCOPED_TRACE(std::to_string(count) + " forms, own " + std::to_string(own));
+        const Forms forms = NumberedForms(count, nameLength);
+        Forms expected(forms.begin(), forms.begin() + static_cast<std::ptrdiff_t>(kept));
+        if (isOwnBehind)
+            expected.push_back(forms[own]);
+        const ByteBuffer bytes = DevicePaperList::Write(forms, own);
         EXPECT_LE(bytes.size(), DevicePaperList::kMaxSize);
         const auto read = DevicePaperList::Read(bytes.bytes());
         ASSERT_TRUE(read);
@@ -120,8 +111,6 @@ TEST(PaperLists, ComeFromTheDevmodeInsideTheSpoolerOnly)
     EXPECT_EQ(ask(MSDeviceCapabilities::Context::OfThisProcess, with.Get()), E_NOTIMPL);
 }
 
-// --- The devmode's paper
-
 constexpr const WCHAR* kUsual = nullptr; // the country's name
 
 struct Paper
@@ -160,19 +149,12 @@ const Forms& TestForms()
     return forms;
 }
 
-struct MatchCase
-{
-    const char* name;
-    Paper before;
-    bool isMatched;
-    Paper after; // its fields are those before
-};
-
+// Afterwards the fields are those before.
 constexpr DWORD kNumber = DM_PAPERSIZE;
 constexpr DWORD kName = DM_FORMNAME;
 constexpr DWORD kSize = DM_PAPERWIDTH | DM_PAPERLENGTH;
 
-const MatchCase kMatchCases[] = {
+const std::tuple<const char*, Paper, bool, Paper> kMatchCases[] = {
     // By number: the first entry supplies the rest; the driver's own form of that size then supplies the number.
     {"number", {kNumber, 8, 1, 2, W("?")}, true, {0, 8, 2970, 4200, W("A3")}},
     {"number of a standard size with a driver's form", {kNumber, 9, 0, 0, W("?")}, true, {0, 328, 2100, 2970, W("A4")}},
@@ -222,14 +204,14 @@ const WCHAR* UsualName()
 
 TEST(PaperOfDevmode, AgreesWithTheFirstFormThatFits)
 {
-    for (const MatchCase& test : kMatchCases)
+    for (const auto& [name, before, isMatched, after] : kMatchCases)
     {
-        SCOPED_TRACE(test.name);
+        SCOPED_TRACE(name);
         DEVMODEW devmode{};
-        Write(test.before, devmode);
-        EXPECT_EQ(MatchPaperWithForms(devmode, TestForms()), test.isMatched);
-        Paper expected = test.after;
-        expected.fields = test.before.fields;
+        Write(before, devmode);
+        EXPECT_EQ(MatchPaperWithForms(devmode, TestForms()), isMatched);
+        Paper expected = after;
+        expected.fields = before.fields;
         if (expected.name == kUsual)
             expected.name = UsualName();
         EXPECT_EQ(TextOf(Read(devmode)), TextOf(expected));

@@ -2,7 +2,6 @@
 #include "complugins/reconciledevmodepapersize.h"
 
 #include <optional>
-#include <string>
 
 #include <tvcore/datamodelids.h>
 #include <tvutil/datacache.h>
@@ -73,14 +72,13 @@ TestDevmode MakeDevmode(WStringView application, int number)
 
 TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt)
 {
-    struct Case
+    constexpr struct
     {
         std::optional<bool> setting;
         WStringView application;
         int before;
         int after;
-    };
-    constexpr Case kCases[] = {
+    } kCases[] = {
         {std::nullopt, W("excel.exe"), kDriverPaper, kDriverPaper},
         {false, W("excel.exe"), kDriverPaper, kDriverPaper},
         {true, W("excel.exe"), kDriverPaper, kByCountry},
@@ -99,7 +97,7 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
     {
         SetEnvironmentVariableW(W("LC_ALL"), country);
         const int byCountry = OperatingSystem::IsMetricCountry() ? DMPAPER_A4 : DMPAPER_LETTER;
-        for (const Case& test : kCases)
+        for (const auto& test : kCases)
         {
             SCOPED_TRACE(CXString(country).ToUtf8() + ", row " + std::to_string(&test - kCases));
             StoreSetting(test.setting);

@@ -1,7 +1,6 @@
 // What the wrapper reads from a devmode and writes into it.
 #include "complugins/xdevmode.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <string>
@@ -9,12 +8,12 @@
 #include <gtest/gtest.h>
 
 #include <tvutil/bytewriter.h>
-#include <tvutil/exceptions.h>
 #include <tvutil/globalcaches.h>
 #include <tvutil/persistentattributes.h>
 
 #include "tests/common/oemdevmodebytes.h"
 #include "tests/common/testdevmode.h"
+#include "tests/common/thrownby.h"
 
 struct XDevmodeTestAccess
 {
@@ -59,8 +58,6 @@ protected:
         GlobalCaches::Clear();
     }
 };
-
-// --- The place of the part
 
 TEST_F(Devmodes, HoldThePartWhereTheCoreDriversSizeLeads)
 {
@@ -115,22 +112,12 @@ TEST_F(Devmodes, HoldThePartWhereTheCoreDriversSizeLeads)
 
 TEST_F(Devmodes, NullIsRefusedWhereItIsNoAnswer)
 {
-    std::string places;
-    for (const bool wraps : {true, false})
-        try
-        {
-            static_cast<void>(wraps ? XDevmode(nullptr).HasOemDevmode()
-                                    : XDevmode::GetOemDevmodeFromDevmode(nullptr) != nullptr);
-        }
-        catch (const ExceptionInvalidArgumentNullPointer& failure)
-        {
-            places += CXString(failure.GetSite().method).ToUtf8() + " " + std::to_string(failure.GetSite().line) + "\n";
-        }
-    EXPECT_EQ(places, "XDevmode::XDevmode 78\nXDevmode::GetOemDevmodeFromDevmode 444\n");
+    const std::string refusal = "ExceptionInvalidArgumentNullPointer XDevmode::";
+    EXPECT_EQ(ThrownBy([] { static_cast<void>(XDevmode(nullptr).HasOemDevmode()); }), refusal + "XDevmode 78");
+    EXPECT_EQ(ThrownBy([] { static_cast<void>(XDevmode::GetOemDevmodeFromDevmode(nullptr)); }),
+              refusal + "GetOemDevmodeFromDevmode 444");
     EXPECT_FALSE(XDevmode().SetDevmode(nullptr));
 }
-
-// --- Attaching
 
 TEST_F(Devmodes, KeepTheWrapperAsItWasWhenTheyHaveNoPart)
 {
@@ -166,8 +153,6 @@ TEST_F(Devmodes, WithoutDataCanStillBeWritten)
     EXPECT_EQ(again.GetBooleanValueFromAttributeBytes(kFlagFeature), true);
     EXPECT_EQ(again.GetOemDevmodeDataSize(), 66 + static_cast<int>(MakeState(true).size()));
 }
-
-// --- The property bag
 
 TEST_F(Devmodes, CommitEntriesInOrderAndKeepTheRest)
 {
@@ -212,7 +197,7 @@ TEST_F(Devmodes, RefuseEntriesThatDoNotFitThePart)
 
 TEST_F(Devmodes, CorruptPartsHoldNoSettings)
 {
-    struct Case
+    constexpr struct
     {
         const char* name;
         std::uint16_t count;
@@ -220,8 +205,7 @@ TEST_F(Devmodes, CorruptPartsHoldNoSettings)
         bool hasRightCrc;
         bool isSound;
         int sizeBefore; // the entries are believed until they are read
-    };
-    constexpr Case kCases[] = {
+    } kCases[] = {
         {"sound", 1, 10, true, true, 76},
         {"wrong CRC", 1, 10, false, false, 76},
         {"up to the end", 1, 5890, true, true, 5956},
@@ -234,7 +218,7 @@ TEST_F(Devmodes, CorruptPartsHoldNoSettings)
         {"none", 0, 10, true, true, 62},
         {"none, wrong CRC", 0, 10, false, false, 62},
     };
-    for (const Case& test : kCases)
+    for (const auto& test : kCases)
     {
         SCOPED_TRACE(test.name);
         Bytes bytes = Make(CoreDriverLayout::PostScript, {{0, {}}});
@@ -291,8 +275,6 @@ TEST_F(Devmodes, AttachedAnewAreReadAnew)
     EXPECT_EQ(devmode.GetPropertyBagEntry(2), nullptr);
     EXPECT_EQ(devmode.GetOemDevmodeDataSize(), 62);
 }
-
-// --- Settings
 
 // Modules built apart derive from the reader. A pointer to a virtual function is its place in the table here, plus
 // one; a destructor takes two places.

@@ -69,12 +69,6 @@ HRESULT Append(IXMLDOMNode* parent, IXMLDOMNode* child)
     return parent->appendChild(child, appended.Put());
 }
 
-HRESULT Remove(IXMLDOMNode* parent, IXMLDOMNode* child)
-{
-    DomNode removed;
-    return parent->removeChild(child, removed.Put());
-}
-
 HRESULT PutText(IXMLDOMNode* node, WStringView text)
 {
     return node->put_text(CComBSTR(text).Get());
@@ -85,18 +79,6 @@ ComPtr<IXMLDOMNamedNodeMap> MapOf(IXMLDOMNode* element)
     ComPtr<IXMLDOMNamedNodeMap> map;
     EXPECT_EQ(S_OK, element->get_attributes(map.Put()));
     return map;
-}
-
-std::vector<DomNode> AttributesOf(IXMLDOMNode* element)
-{
-    const ComPtr<IXMLDOMNamedNodeMap> map = MapOf(element);
-    std::vector<DomNode> attributes;
-    LONG length = 0;
-    EXPECT_EQ(S_OK, map->get_length(&length));
-    for (DomNode attribute; map->get_item(static_cast<LONG>(attributes.size()), attribute.Put()) == S_OK;)
-        attributes.push_back(attribute);
-    EXPECT_EQ(static_cast<std::size_t>(length), attributes.size());
-    return attributes;
 }
 
 void AddAttribute(const DomDocument& document, IXMLDOMNode* element, const WCHAR* name, const WCHAR* uri,

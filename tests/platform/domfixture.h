@@ -4,7 +4,6 @@
 #include <msxml2.h>
 
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -69,10 +68,8 @@ HRESULT SetProperty(const DomDocument& document, const WCHAR* name, WStringView 
 // createNode's node; fails the running test when it is refused.
 DomNode Created(const DomDocument& document, DOMNodeType kind, const WCHAR* name, const WCHAR* uri = W(""));
 HRESULT Append(IXMLDOMNode* parent, IXMLDOMNode* child);
-HRESULT Remove(IXMLDOMNode* parent, IXMLDOMNode* child);
 HRESULT PutText(IXMLDOMNode* node, WStringView text);
 ComPtr<IXMLDOMNamedNodeMap> MapOf(IXMLDOMNode* element);
-std::vector<DomNode> AttributesOf(IXMLDOMNode* element); // by index
 // An attribute with a value, put on the element.
 void AddAttribute(const DomDocument& document, IXMLDOMNode* element, const WCHAR* name, const WCHAR* uri,
                   const WCHAR* value);

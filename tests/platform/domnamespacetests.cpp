@@ -65,3 +65,34 @@ TEST(DomNamespaces, ADeclarationInUseKeepsItsMeaningAndIsNoAttributeForXPath)
     EXPECT_EQ("b", NameOf(Select(document.Get(), W("//@*")).Get()));
     EXPECT_FALSE(Select(document.Get(), W("//@*[2] | //@p | //@xmlns")));
 }
+
+// The sanitizers are the judges.
+TEST(DomLifetime, HeldNodesSurviveWhateverHappensAround)
+{
+    DomDocument document = Loaded(W("<a><b c='1'>t<d><e/></d></b></a>"));
+    DomNode value, item, parent;
+    ComPtr<IXMLDOMNodeList> children;
+    {
+        const DomElement root = RootOf(document);
+        const DomNode inner = Select(root.Get(), W("b/d/e"));
+        const DomNode attribute = Select(root.Get(), W("b/@c"));
+        ASSERT_EQ(S_OK, attribute->get_firstChild(value.Put()));
+        ASSERT_EQ(S_OK, PutText(attribute.Get(), W("2")));
+        EXPECT_EQ("1", TextOf(value.Get()));
+        ASSERT_EQ(S_OK, PutText(root.Get(), W("all gone")));
+        ASSERT_EQ(S_OK, inner->get_parentNode(parent.Put()));
+        ASSERT_EQ(S_OK, DomNode(parent)->get_parentNode(parent.Put()));
+        EXPECT_EQ("{}b(@{}c=2)[t{}d()[{}e()[]]]", Meaning(parent.Get()));
+        EXPECT_EQ(S_FALSE, parent->get_parentNode(item.Put()));
+        ASSERT_EQ(S_OK, document->get_childNodes(children.Put()));
+        ASSERT_EQ(S_OK, children->get_item(0, item.Put()));
+    }
+    item.Reset();
+    ASSERT_EQ(S_OK, LoadText(document, W("<new/>")));
+    ASSERT_EQ(S_OK, children->get_item(0, item.Put()));
+    EXPECT_EQ("new", NameOf(item.Get())) << "the place in the old tree is not remembered";
+    children.Reset();
+    item.Reset();
+    document.Reset();
+    EXPECT_EQ("{}b(@{}c=2)[t{}d()[{}e()[]]]", Meaning(parent.Get()));
+}

@@ -1,7 +1,42 @@
-// Nodes: what they are called, what they hold, where they stand, how they are made and moved.
+// Nodes: what they are called and what they hold, how queries find them, how they are saved.
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <tuple>
 
 #include "tests/platform/domfixture.h"
+
+namespace
+{
+
+ComPtr<IXMLDOMNodeList> SelectAll(IXMLDOMNode* context, const WCHAR* query)
+{
+    ComPtr<IXMLDOMNodeList> list;
+    EXPECT_EQ(S_OK, context->selectNodes(CComBSTR(query).Get(), list.Put())) << Narrow(query);
+    return list;
+}
+
+// The ids of the nodes.
+std::string Ids(const ComPtr<IXMLDOMNodeList>& list)
+{
+    std::string ids;
+    EXPECT_EQ(S_OK, list->reset());
+    for (DomNode node; list->nextNode(node.Put()) == S_OK;)
+        ids += TextOf(Select(node.Get(), W("@id")).Get());
+    return ids;
+}
+
+DomDocument Ticket()
+{
+    const DomDocument document = Loaded(W("<p:t xmlns:p='u' id='0'><p:f id='1' name='k:A'><p:o id='2'/>"
+                                          "<p:s id='3' name='k:N'><p:v id='4'/></p:s></p:f><p:f id='5' name='k:B'>"
+                                          "<p:o id='6'/></p:f><f id='7'/></p:t>"));
+    EXPECT_EQ(S_OK, SetProperty(document, W("SelectionLanguage"), W("XPath")));
+    EXPECT_EQ(S_OK, SetProperty(document, W("SelectionNamespaces"), W("xmlns:x='u' xmlns:other=\"v\"")));
+    return document;
+}
+
+} // namespace
 
 TEST(DomNode, TellsItsNamesAndValue)
 {
@@ -60,42 +95,43 @@ TEST(DomNode, TextIsTrimmedUnlessWhiteSpaceIsKept)
     }
 }
 
-TEST(DomNode, TextThatIsPutComesBack)
+TEST(DomSelection, FindsNodesInDocumentOrder)
 {
-    for (const WCHAR* const text : {W("<b>&amp;\"'"), W("]]>"), W("a\tb\n\r\nc"), W("\u00E9\u4E2D\U0001F600"), W("")})
+    const DomDocument document = Ticket();
+    const DomNode feature = Select(document.Get(), W("//x:f"));
+    const auto idsOf = [&document](const WCHAR* query)
     {
-        SCOPED_TRACE(Narrow(text));
-        const DomDocument document = Loaded(W("<a b='old'><c/>old</a>"));
-        const DomElement root = RootOf(document);
-        ASSERT_EQ(S_OK, PutText(Select(root.Get(), W("@b")).Get(), text));
-        ASSERT_EQ(S_OK, PutText(root.Get(), text));
-        EXPECT_EQ("{}a(@{}b=" + Narrow(text) + ")[" + Narrow(text) + "]", MeaningOfText(document.Get()));
+        return Ids(SelectAll(document.Get(), query));
+    };
+    EXPECT_EQ("15", idsOf(W("//x:f")));
+    EXPECT_EQ("24", idsOf(W("//x:f[@name = \"k:A\"]/x:o | //x:f[@name = \"k:A\"]/x:s[@name = \"k:N\"]/x:v")));
+    EXPECT_EQ("1256", idsOf(W("//x:o | //x:f | //x:o | //other:f")));
+    EXPECT_EQ("457", idsOf(W("//x:f[@name = '|' or @name = \"k:B\"] | (//f | //x:v)")));
+    EXPECT_EQ("135", idsOf(W("//*[x:o | x:v]")));
+    EXPECT_EQ("2", Ids(SelectAll(feature.Get(), W("./x:o"))));
+    EXPECT_EQ("15", Ids(SelectAll(feature.Get(), W("//x:f")))) << "the document's";
+
+    // What is not there differs from what cannot be asked.
+    DomNode node;
+    EXPECT_EQ(S_FALSE, document->selectSingleNode(CComBSTR(W("//x:none")).Get(), node.Put()));
+    for (const WCHAR* const query : {W("//x:f["), W(""), W("count(//x:f)"), W("//unbound:f"), W("//p:f"), W("//x:f |"),
+                                     W("//x:f | 1"), W("//x:f || //x:o")})
+    {
+        SCOPED_TRACE(Narrow(query));
+        ComPtr<IXMLDOMNodeList> list;
+        EXPECT_EQ(E_FAIL, document->selectSingleNode(CComBSTR(query).Get(), node.Put()));
+        EXPECT_EQ(E_FAIL, document->selectNodes(CComBSTR(query).Get(), list.Put()));
     }
 }
 
-TEST(DomNode, ChildrenAreAppendedMovedAndRemoved)
+TEST(DomSave, WritesWhatCanBeLoadedAgain)
 {
-    const DomDocument document = Loaded(W("<a><b/><c><d/></c></a>"));
-    const DomElement root = RootOf(document);
-    const DomNode first = Select(root.Get(), W("b"));
-    ASSERT_EQ(S_OK, Append(root.Get(), first.Get())); // it moves
-    ASSERT_EQ(S_OK, Append(first.Get(), Select(root.Get(), W("c/d")).Get()));
-    EXPECT_EQ("{}a()[{}c()[]{}b()[{}d()[]]]", Meaning(root.Get()));
-    ASSERT_EQ(S_OK, Remove(root.Get(), first.Get()));
-    EXPECT_EQ(E_INVALIDARG, Remove(root.Get(), first.Get())) << "no longer a child";
-    EXPECT_TRUE(FAILED(Append(root.Get(), Created(document, NODE_ATTRIBUTE, W("q")).Get())));
-    EXPECT_EQ("{}a()[{}c()[]]", Meaning(root.Get()));
-    DomNode none;
-    EXPECT_EQ(S_FALSE, first->get_parentNode(none.Put()));
-}
-
-TEST(DomNode, IsMadeByNameOrRefused)
-{
-    const DomDocument document = NewDocument();
-    EXPECT_EQ("p:q", NameOf(Created(document, NODE_ATTRIBUTE, W("p:q"), W("u")).Get()));
-    EXPECT_EQ("xmlns:tk", NameOf(Created(document, NODE_ATTRIBUTE, W("xmlns:tk")).Get()));
-    DomNode none;
-    const CComBSTR empty(W(""));
-    EXPECT_EQ(E_FAIL, document->createNode(Variant(LONG{NODE_ELEMENT}).Get(), empty.Get(), nullptr, none.Put()));
-    EXPECT_EQ(E_INVALIDARG, document->createNode(Variant(LONG{NODE_DOCUMENT}).Get(), empty.Get(), nullptr, none.Put()));
+    const std::filesystem::path path = std::filesystem::absolute("domloadtests.xml");
+    ASSERT_EQ(S_OK, Loaded(W("<a b='\u00E9'>\u4E2D</a>"))->save(Variant(path.generic_string<WCHAR>()).Get()));
+    std::ifstream file(path, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_NE(std::string::npos, bytes.find(">\xE4\xB8\xAD</a>")) << "UTF-8 by default";
+    file.close();
+    std::filesystem::remove(path);
+    EXPECT_TRUE(FAILED(Loaded(W("<a/>"))->save(Variant(W("no such folder/domloadtests.xml")).Get())));
 }

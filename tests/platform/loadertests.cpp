@@ -4,12 +4,9 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "tests/platform/wine.h"
 #include "tests/platform/withlasterror.h"
 #include "utilitiesstaticlib/wideliteral.h"
 
@@ -87,19 +84,4 @@ TEST(Loader, WhatCannotBeLoadedOrFoundSaysWhy)
     EXPECT_NE(GetProcAddress(GetModuleHandleA("kernel32.dll"), "GetModuleHandleExA"), nullptr);
     EXPECT_EQ(WithLastError([sample] { return FileNameOf(sample); }),
               std::pair(WideString(), DWORD{ERROR_MOD_NOT_FOUND}));
-}
-
-TEST(Loader, FileNamesThatDoNotFitAreCutAndTerminated)
-{
-    const WideString whole = FileNameOf(nullptr);
-    ASSERT_TRUE(std::filesystem::exists(std::filesystem::path(whole)));
-    const auto length = static_cast<DWORD>(whole.size());
-    std::vector<WCHAR> room(length + 1, W('~'));
-    EXPECT_EQ(WithLastError([&] { return GetModuleFileNameW(nullptr, room.data(), length); }),
-              std::pair(length, DWORD{ERROR_INSUFFICIENT_BUFFER}));
-    EXPECT_EQ(room[length], W('~'));
-    if (!IsWine()) // which leaves a name that was cut without its terminator, as Windows XP did
-    {
-        EXPECT_EQ(WStringView(room.data()), whole.substr(0, length - 1));
-    }
 }

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <csignal>
 #include <fstream>
-#include <functional>
 #include <set>
 #include <thread>
 
@@ -137,23 +136,6 @@ TEST_F(SpoolerStore, IsMadeByManyProcessesAtOnce)
 {
     UseStore(Scratch() / "fresh");
     EXPECT_TRUE(SucceedsInChildren(6, [](int) { return ErrorOfListing() == ERROR_SUCCESS; }));
-}
-
-TEST_F(SpoolerStore, IsSharedByThreads)
-{
-    const PrinterOwner printer = InstallPrinter();
-    const auto work = [&](int first)
-    {
-        for (int number = first; number < first + 50; ++number)
-        {
-            EXPECT_TRUE(SetNumber(printer.get(), Numbered("n", number), number));
-            EXPECT_EQ(GetNumber(Open(kPrinter).get(), Numbered("n", number)), number);
-            EXPECT_EQ(DeviceCapabilitiesW(kPrinter, nullptr, DC_COPIES, nullptr, nullptr), 77);
-        }
-    };
-    std::thread other(work, 0);
-    work(100);
-    other.join();
 }
 
 TEST_F(SpoolerStore, IsTheOneInWhichAPrinterWasOpened)

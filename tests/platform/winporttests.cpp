@@ -1,5 +1,4 @@
 // What the portability layer has beyond Windows: fault injection, debug output on request.
-#include <string>
 
 #include "tests/platform/domfixture.h"
 #include "tests/platform/eachfault.h"

@@ -1,5 +1,4 @@
 // Every allocation and every platform call of an operation fails in turn: it fails cleanly, then works again. Linux.
-#include <gtest/gtest.h>
 
 #include <functional>
 #include <new>
@@ -8,9 +7,11 @@
 
 #include <tvcore/featureservices.h>
 
+#include "complugins/ptpcprovider/domhelpers.h"
 #include "complugins/ptpcprovider/failureguard.h"
 #include "complugins/workflowobject.h"
 #include "tests/common/documentcomparer.h"
+#include "tests/common/failurecode.h"
 #include "tests/common/oemdevmodebytes.h"
 #include "tests/common/testdevmode.h"
 #include "tests/common/testdocuments.h"
@@ -246,6 +247,33 @@ TEST_F(Faults, OfTheSmallOperationsHaveTheirCodes)
     EXPECT_EQ(E_OUTOFMEMORY, provider->GetSupportedVersions(nullptr, &versions, &count));
     EXPECT_EQ(0, count);
     EXPECT_TRUE(winport::DisarmFault(FaultKind::Allocation));
+}
+
+// As every other failure of the document layer's own steps.
+TEST_F(Faults, OfTheDocumentLayerHaveTheirCode)
+{
+    const CXString name(WideString(100, W('n')));
+    PrintTicketQueryBuilder builder(W("psf:"));
+    const std::function<void()> operations[] = {
+        [&] {
+            static_cast<void>(MakeBstr(name, {W("Test::Method"), W("tests")}));
+        },
+        [&] { builder.AddFeature(W("psk:"), name); },
+        [&] { builder.AddValue(); },
+        [&] { builder.AddOption(W("psk:")); },
+        [&] { QueryOf(builder); },
+    };
+    for (const std::function<void()>& operation : operations)
+    {
+        const auto fail = [&]
+        {
+            winport::ArmFault(FaultKind::Allocation, 1);
+            operation();
+        };
+        EXPECT_EQ(E_OUTOFMEMORY, CodeOf(fail)) << &operation - operations;
+        EXPECT_TRUE(winport::DisarmFault(FaultKind::Allocation));
+        operation(); // then works again
+    }
 }
 
 } // namespace

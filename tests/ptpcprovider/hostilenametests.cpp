@@ -1,19 +1,15 @@
 // Names that could break out of a query or of the markup. Those that documents hold never reach a query: they stand in
 // the tables of the other tests.
+#include <tuple>
+
 #include "tests/common/failurecode.h"
 #include "tests/ptpcprovider/wrappeddocument.h"
 
 namespace
 {
 
-struct NameCase
-{
-    const char* name;
-    std::string text;
-    bool makesAQuery; // names are put between double quotes as they stand
-};
-
-const NameCase kNames[] = {
+// A name makes a query where it can stand between double quotes as it is.
+const std::tuple<const char*, std::string, bool> kNames[] = {
     {"an apostrophe", "it's", true},
     {"angle brackets", "<a></a>", true},
     {"an ampersand", "a&b&amp;c", true},
@@ -28,10 +24,10 @@ const NameCase kNames[] = {
 // Found or not found; a quote makes a query that the DOM refuses, which is thrown. What is written can be read.
 TEST(HostileNames, AreFoundOrRefusedAndNeverBreakTheDocument)
 {
-    for (const NameCase& test : kNames)
+    for (const auto& [title, text, makesAQuery] : kNames)
     {
-        SCOPED_TRACE(test.name);
-        const CXString name = CXString::FromUtf8(test.text);
+        SCOPED_TRACE(title);
+        const CXString name = CXString::FromUtf8(text);
         const WrappedTicket made(TicketAround(""));
         HRESULT found = E_UNEXPECTED;
         const auto find = [&](const WrappedTicket& ticket)
@@ -39,7 +35,7 @@ TEST(HostileNames, AreFoundOrRefusedAndNeverBreakTheDocument)
             ComPtr<IXMLDOMNode> node;
             return CodeOf([&] { found = ticket->GetFeatureNodeIfExists(W("psk:"), name, node.Put()); });
         };
-        EXPECT_EQ(test.makesAQuery, find(made) == S_OK && found == S_FALSE);
+        EXPECT_EQ(makesAQuery, find(made) == S_OK && found == S_FALSE);
 
         ComPtr<IXMLDOMElement> feature;
         ComPtr<IXMLDOMElement> option;
@@ -47,8 +43,8 @@ TEST(HostileNames, AreFoundOrRefusedAndNeverBreakTheDocument)
         made->AppendChildToRootNode(feature.Get());
         made->AppendIntegerParameterInit(W("psk:"), name, 1);
         const WrappedTicket ticket(TextOf(made.Dom()));
-        EXPECT_EQ(Texts(3, "psk:" + test.text), Select(ticket.Dom(), "//@name"));
-        EXPECT_EQ(test.makesAQuery, find(ticket) == S_OK && found == S_OK);
+        EXPECT_EQ(Texts(3, "psk:" + text), Select(ticket.Dom(), "//@name"));
+        EXPECT_EQ(makesAQuery, find(ticket) == S_OK && found == S_OK);
         CComBSTR local;
         CComBSTR prefix;
         const auto use = [&]
@@ -56,9 +52,9 @@ TEST(HostileNames, AreFoundOrRefusedAndNeverBreakTheDocument)
             ticket->GetFeatureOption(name, local.Put(), prefix.Put());
             ticket->DeleteFeatureAndOrphanParameterInitsIfExists(W("psk:"), name);
         };
-        EXPECT_EQ(test.makesAQuery, !FAILED(CodeOf(use)));
-        EXPECT_EQ(test.makesAQuery ? test.text : "", Utf8(local.View()));
-        EXPECT_EQ(test.makesAQuery, Select(ticket.Dom(), "//@name").empty()); // the initialiser is an orphan
+        EXPECT_EQ(makesAQuery, !FAILED(CodeOf(use)));
+        EXPECT_EQ(makesAQuery ? text : "", Utf8(local.View()));
+        EXPECT_EQ(makesAQuery, Select(ticket.Dom(), "//@name").empty()); // the initialiser is an orphan
         EXPECT_TRUE(Reparse(ticket.Dom()));
     }
 }

@@ -1,6 +1,7 @@
 // Wrapping a document: its root, its prefixes, the private prefix; and the strict small operations.
+#include <tuple>
+
 #include "tests/common/failurecode.h"
-#include "tests/platform/wine.h"
 #include "tests/ptpcprovider/wrappeddocument.h"
 
 namespace
@@ -90,14 +91,7 @@ TEST(WrappedDocument, WritesThePrefixesThatTheRootDeclares)
     }
 }
 
-struct RefusedCase
-{
-    const char* name;
-    std::string text;
-    HRESULT code;
-};
-
-const RefusedCase kRefusedCases[] = {
+const std::tuple<const char*, std::string, HRESULT> kRefusedCases[] = {
     {"no root of the name: absence itself is thrown", Element("psf:Other", kUsual), S_FALSE},
     {"the root in no namespace", "<PrintTicket/>", S_FALSE},
     {"default declaration of the framework", Element("PrintTicket", Declare("xmlns", kFramework)), E_FAIL},
@@ -113,16 +107,16 @@ const RefusedCase kRefusedCases[] = {
 
 TEST(WrappedDocument, RefusesWhatIsNoTicketAndLeavesItAsItWas)
 {
-    for (const RefusedCase& test : kRefusedCases)
+    for (const auto& [name, text, expectedCode] : kRefusedCases)
     {
-        SCOPED_TRACE(test.name);
-        const ComPtr<IXMLDOMDocument2> document = LoadDocument(test.text);
+        SCOPED_TRACE(name);
+        const ComPtr<IXMLDOMDocument2> document = LoadDocument(text);
         const std::string before = TextOf(document.Get());
         const HRESULT code = WrapCode(document.Get());
-        if (IsWine() && test.text.find("xmlns=") != std::string::npos)
+        if (IsWine() && text.find("xmlns=") != std::string::npos)
             EXPECT_TRUE(FAILED(code)); // Wine's DOM cannot list a default declaration and fails with a code of its own
         else
-            EXPECT_EQ(test.code, code);
+            EXPECT_EQ(expectedCode, code);
         EXPECT_EQ(before, TextOf(document.Get()));
     }
     const ComPtr<IXMLDOMDocument2> empty = LoadDocument(std::string("<x/>"));
@@ -220,14 +214,8 @@ TEST(Operations, DeleteNodesAndProperties)
     EXPECT_EQ(S_FALSE, ticket->DeleteNode(detached.Get()));
 }
 
-struct ValueCase
-{
-    const char* name;
-    const char* content; // of the feature psk:F
-    const char* value;
-};
-
-constexpr ValueCase kValueCases[] = {
+// Content of the feature psk:F, and its value.
+constexpr std::tuple<const char*, const char*, const char*> kValueCases[] = {
     {"a value", "<psf:Value>7</psf:Value>", "7"},
     {"a value in a CDATA section", "<psf:Value><![CDATA[1<2]]></psf:Value>", "1<2"},
     {"the value comes before a reference", "<psf:ParameterRef name=\"psk:P\"/><psf:Value>7</psf:Value>", "7"},
@@ -241,12 +229,12 @@ constexpr ValueCase kValueCases[] = {
 
 TEST(Operations, ReadValuesAndFollowReferences)
 {
-    for (const ValueCase& test : kValueCases)
+    for (const auto& [name, content, expectedValue] : kValueCases)
     {
-        SCOPED_TRACE(test.name);
+        SCOPED_TRACE(name);
         // With the blanks around elements that a document from outside has.
         const WrappedTicket ticket(
-            TicketAround("\n<psf:Feature name=\"psk:F\">\n" + std::string(test.content) +
+            TicketAround("\n<psf:Feature name=\"psk:F\">\n" + std::string(content) +
                          "\n</psf:Feature>\n<psf:ParameterInit name=\"psk:P2\"><psf:Value>10</psf:Value>"
                          "</psf:ParameterInit>\n<psf:ParameterInit/><psf:ParameterInit name=\"psk:P\">\n"
                          " <psf:Value> 11 </psf:Value>\n</psf:ParameterInit>\n<psf:ParameterInit name=\"psk:P\">"
@@ -256,8 +244,8 @@ TEST(Operations, ReadValuesAndFollowReferences)
         EXPECT_EQ(S_OK, ticket->GetNodeValue(W("//psf:Feature"), &raw));
         CComBSTR value;
         value.Attach(raw);
-        EXPECT_EQ(test.value, Utf8(value.View()));
-        EXPECT_EQ(*test.value == 0, value.Get() == nullptr); // an empty value is a null string
+        EXPECT_EQ(expectedValue, Utf8(value.View()));
+        EXPECT_EQ(*expectedValue == 0, value.Get() == nullptr); // an empty value is a null string
         EXPECT_EQ(S_FALSE, ticket->GetNodeValue(W("//psf:Nothing"), value.Put()));
     }
 }

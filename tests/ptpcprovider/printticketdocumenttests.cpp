@@ -1,4 +1,6 @@
 // Reading choices from a ticket and writing the driver's: options, scored properties, initialisers and their orphans.
+#include <tuple>
+
 #include "tests/common/failurecode.h"
 #include "tests/ptpcprovider/wrappeddocument.h"
 
@@ -22,16 +24,7 @@ std::string OptionName(const std::string& value)
     return "<psf:ScoredProperty name=\"psk:OptionName\"><psf:Value>" + value + "</psf:Value></psf:ScoredProperty>";
 }
 
-struct OptionCase
-{
-    const char* name;
-    std::string content;
-    HRESULT result;
-    const char* option;
-    const char* prefix;
-};
-
-const OptionCase kOptionCases[] = {
+const std::tuple<const char*, std::string, HRESULT, const char*, const char*> kOptionCases[] = {
     {"an option", Feature("<psf:Option name=\"psk:ISOA4\"/>"), S_OK, "ISOA4", "psk:"},
     {"an option of another namespace", Feature("<psf:Option name='ns7:A:\"B'/>"), S_OK, "A:\"B", "ns7:"},
     {"an option by property", Feature(OptionName("psk:OneSided")), S_OK, "OneSided", "psk:"},
@@ -45,31 +38,24 @@ const OptionCase kOptionCases[] = {
 
 TEST(PrintTicket, TellsTheOptionOfAFeature)
 {
-    for (const OptionCase& test : kOptionCases)
+    for (const auto& [name, content, expectedResult, expectedOption, expectedPrefix] : kOptionCases)
     {
-        SCOPED_TRACE(test.name);
-        const WrappedTicket ticket(TicketAround(test.content));
+        SCOPED_TRACE(name);
+        const WrappedTicket ticket(TicketAround(content));
         CComBSTR option;
         CComBSTR prefix;
         HRESULT result = E_UNEXPECTED;
         const HRESULT thrown = CodeOf([&] { result = ticket->GetFeatureOption(W("F"), option.Put(), prefix.Put()); });
-        EXPECT_EQ(test.result, FAILED(thrown) ? thrown : result);
+        EXPECT_EQ(expectedResult, FAILED(thrown) ? thrown : result);
         // Absence is returned, so that callers can tell it from a failure, which is thrown.
-        EXPECT_EQ(test.result == E_FAIL, FAILED(thrown));
-        EXPECT_EQ(test.option, Utf8(option.View()));
-        EXPECT_EQ(test.prefix, Utf8(prefix.View()));
+        EXPECT_EQ(expectedResult == E_FAIL, FAILED(thrown));
+        EXPECT_EQ(expectedOption, Utf8(option.View()));
+        EXPECT_EQ(expectedPrefix, Utf8(prefix.View()));
     }
 }
 
-struct ScoredCase
-{
-    const char* name;
-    const char* content; // of the scored property psk:P
-    const char* text;
-    ULONG number;
-};
-
-constexpr ScoredCase kScoredCases[] = {
+// Content of the scored property psk:P, and what it is as a text and as a number.
+constexpr std::tuple<const char*, const char*, const char*, ULONG> kScoredCases[] = {
     {"a number", "<psf:Value>209900</psf:Value>", "209900", 209900},
     {"digits, then letters", "<psf:Value>12abc</psf:Value>", "12abc", 12},
     {"no digits", "<psf:Value>abc</psf:Value>", "abc", 0},
@@ -80,23 +66,22 @@ constexpr ScoredCase kScoredCases[] = {
 
 TEST(PrintTicket, ReadsScoredPropertiesAsTextAndNumber)
 {
-    for (const ScoredCase& test : kScoredCases)
+    for (const auto& [name, content, expectedText, expectedNumber] : kScoredCases)
     {
-        SCOPED_TRACE(test.name);
-        const WrappedTicket ticket(
-            TicketAround(Feature("<psf:Option><psf:ScoredProperty name=\"psk:P\">" + std::string(test.content) +
-                                 "</psf:ScoredProperty></psf:Option>") +
-                         Init("psk:\"]Q")));
+        SCOPED_TRACE(name);
+        const WrappedTicket ticket(TicketAround(Feature("<psf:Option><psf:ScoredProperty name=\"psk:P\">" +
+                                                        std::string(content) + "</psf:ScoredProperty></psf:Option>") +
+                                                Init("psk:\"]Q")));
         CComBSTR text;
         EXPECT_EQ(S_OK, ticket->GetScoredPropertyValue(W("F"), W("P"), text.Put()));
-        EXPECT_EQ(test.text, Utf8(text.View()));
+        EXPECT_EQ(expectedText, Utf8(text.View()));
         ULONG number = 77;
         EXPECT_EQ(S_OK, ticket->GetScoredPropertyValue(W("F"), W("P"), &number));
-        EXPECT_EQ(test.number, number);
+        EXPECT_EQ(expectedNumber, number);
 
         EXPECT_EQ(kNotFound, ticket->GetScoredPropertyValue(W("F"), W("R"), text.Put()));
         EXPECT_EQ(kNotFound, ticket->GetScoredPropertyValue(W("F"), W("R"), &number));
-        EXPECT_EQ(test.number, number);
+        EXPECT_EQ(expectedNumber, number);
     }
 }
 
@@ -132,16 +117,8 @@ TEST(PrintTicket, MakesPairsAndInitialisersInTheirShapes)
     EXPECT_EQ((Texts{"a<b", "5"}), Select(ticket.Dom(), "//psf:ParameterInit/psf:Value"));
 }
 
-struct OrphanCase
-{
-    const char* name;
-    Texts ofTheDeleted; // what the features F and G refer to
-    Texts ofTheOther;
-    std::string initialisers;
-    Texts left;
-};
-
-const OrphanCase kOrphanCases[] = {
+// What the features F and G refer to, the initialisers, and those that are left without F.
+const std::tuple<const char*, Texts, Texts, std::string, Texts> kOrphanCases[] = {
     {"the only reference goes", {"psk:\"A"}, {"psk:\"]B"}, Init("psk:\"A") + Init("psk:\"]B"), {"psk:\"]B"}},
     {"another feature refers to it", {"psk:A", "psk:B"}, {"psk:A"}, Init("psk:A") + Init("psk:B"), {"psk:A"}},
     {"orphans of nobody go too", {}, {"psk:B"}, Init("psk:A") + Init("psk:B") + Init("psk:C"), {"psk:B"}},
@@ -166,16 +143,16 @@ std::string References(const Texts& names)
 
 TEST(PrintTicket, DeletesOrphanedInitialisersWithTheFeature)
 {
-    for (const OrphanCase& test : kOrphanCases)
+    for (const auto& [title, ofTheDeleted, ofTheOther, initialisers, kept] : kOrphanCases)
     {
-        SCOPED_TRACE(test.name);
+        SCOPED_TRACE(title);
         const std::string other =
-            "<psf:Feature name=\"psk:G\"><psf:Option>" + References(test.ofTheOther) + "</psf:Option></psf:Feature>";
-        const WrappedTicket ticket(TicketAround(
-            Feature("<psf:Option>" + References(test.ofTheDeleted) + "</psf:Option>") + other + test.initialisers));
+            "<psf:Feature name=\"psk:G\"><psf:Option>" + References(ofTheOther) + "</psf:Option></psf:Feature>";
+        const WrappedTicket ticket(
+            TicketAround(Feature("<psf:Option>" + References(ofTheDeleted) + "</psf:Option>") + other + initialisers));
         EXPECT_EQ(S_OK, ticket->DeleteFeatureAndOrphanParameterInitsIfExists(W("psk:"), W("F")));
         std::string left;
-        for (const std::string& name : test.left)
+        for (const std::string& name : kept)
             left += name.empty() ? "<psf:ParameterInit/>" : Init(name);
         ticket.ExpectIs(TicketAround(other + left));
     }

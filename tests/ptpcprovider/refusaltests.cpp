@@ -1,4 +1,5 @@
 // What the document layer's operations refuse: null pointers, empty names, and everything when there is no document.
+#include "complugins/ptpcprovider/domhelpers.h"
 #include "tests/common/failurecode.h"
 #include "tests/ptpcprovider/wrappeddocument.h"
 
@@ -123,6 +124,18 @@ TEST_F(Refusals, OfAnEmptyWrapper)
                    [&] { empty.DeleteParamInitOrphans(list.Get(), list.Get()); },
                    [&] { empty.DeleteNodeList(list.Get()); },
                });
+}
+
+TEST(QueryBuilder, RefusesADocumentWithoutFrameworkPrefixAndANullOutput)
+{
+    PrintTicketQueryBuilder builder(W(""));
+    std::string place;
+    EXPECT_EQ(E_FAIL, CodeOf([&] { builder.AddFeature(W("psk:"), W("F")); }, &place));
+    EXPECT_EQ("complugins\\ptpcprovider\\printticketquerybuilder PrintTicketQueryBuilder::AddFeature", place);
+    EXPECT_EQ(E_FAIL, CodeOf([&] { builder.AddOption(W("psk:")); }));
+    EXPECT_EQ(E_FAIL, CodeOf([&] { builder.AddValue(); }));
+    EXPECT_EQ("", QueryOf(builder).ToUtf8()); // a failed operation leaves the query as it was
+    EXPECT_EQ(E_POINTER, CodeOf([&] { builder.GetQuery(nullptr); }));
 }
 
 } // namespace

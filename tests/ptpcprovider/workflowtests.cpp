@@ -1,17 +1,13 @@
 // The workflow module: how it is found, remembered and loaded; what the provider answers with and without one.
-#include <gtest/gtest.h>
 
 #include <tvcore/productdata.h>
-#include <tvutil/exceptions.h>
 #include <tvutil/printer.h>
-#include <tvutil/tavlencomexception.h>
 #include <tvutil/textresourceloader.h>
 
-#include <functional>
 #include <new>
-#include <optional>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -20,6 +16,7 @@
 #include "tests/common/testdevmode.h"
 #include "tests/common/testdocuments.h"
 #include "tests/common/testprinter.h"
+#include "tests/common/thrownby.h"
 #include "tests/ptpcprovider/provideraccess.h"
 
 namespace
@@ -42,31 +39,7 @@ std::optional<DWORD> StoredKind(const TestPrinter& printer)
     return data.getDword();
 }
 
-// "file Class::Method line" of the failure that an action throws.
-template <class Failure>
-std::string PlaceOf(const std::function<void()>& action)
-{
-    try
-    {
-        action();
-    }
-    catch (const Failure& failure)
-    {
-        const ThrowSite& site = failure.GetSite();
-        return Utf8(site.file) + " " + Utf8(site.method) + " " + std::to_string(site.line);
-    }
-    return "no failure";
-}
-
-struct DetectionCase
-{
-    const char* name;
-    std::vector<std::string> files;
-    std::optional<DWORD> stored;
-    bool loads;
-};
-
-const DetectionCase kDetectionCases[] = {
+const std::tuple<const char*, std::vector<std::string>, std::optional<DWORD>, bool> kDetectionCases[] = {
     {"the reference module", {"tvwftu_b.dll"}, 1, true},
     {"the first of several", {"tvwfuv_b.dll", "tvwfwu_b.dll", "tvwftu_b.dll"}, 1, true},
     {"a module without an object", {"tvwfwu_b.dll"}, 2, false},
@@ -77,16 +50,16 @@ const DetectionCase kDetectionCases[] = {
 
 TEST(Workflow, FindsTheDriversModuleAndRemembersIt)
 {
-    for (const DetectionCase& test : kDetectionCases)
+    for (const auto& [name, files, stored, loads] : kDetectionCases)
     {
-        SCOPED_TRACE(test.name);
-        const TestPrinter printer(ColorPrinter(test.files));
+        SCOPED_TRACE(name);
+        const TestPrinter printer(ColorPrinter(files));
         for (int again = 0; again < 2; ++again) // the second time from the printer's data
         {
             WorkflowObject workflow;
-            EXPECT_EQ(test.loads, workflow.Load(printer.Handle()));
-            EXPECT_EQ(test.loads, workflow.IsLoaded());
-            EXPECT_EQ(test.stored, StoredKind(printer));
+            EXPECT_EQ(loads, workflow.Load(printer.Handle()));
+            EXPECT_EQ(loads, workflow.IsLoaded());
+            EXPECT_EQ(stored, StoredKind(printer));
             EXPECT_EQ(nullptr, GetModuleHandleW(W("tvwfwu_B.dll"))) << "what gives no object is not kept";
         }
     }
@@ -102,36 +75,26 @@ TEST(Workflow, DoesNotTakeAModuleWithoutMemoryForOneWithoutAnObject)
     EXPECT_FALSE(workflow.Load(printer.Handle()));
 }
 
-struct StoredCase
-{
-    const char* name;
-    DWORD type;
-    std::vector<BYTE> bytes;
-    bool loads;
-};
-
-const StoredCase kStoredCases[] = {
-    {"the reference module", REG_DWORD, {1, 0, 0, 0}, true},
-    {"none", REG_DWORD, {0, 0, 0, 0}, false},
-    {"a kind that nobody knows", REG_DWORD, {77, 0, 0, 0}, false},
-    {"another type", REG_BINARY, {1, 0, 0, 0}, false},
-};
-
+// What is said about the others is in workflowtracetests.cpp.
 TEST(Workflow, BelievesTheStoredKindAndLeavesItAlone)
 {
-    for (const StoredCase& test : kStoredCases)
+    const std::tuple<DWORD, std::vector<BYTE>, bool> cases[] = {
+        {REG_DWORD, {1, 0, 0, 0}, true},
+        {REG_DWORD, {77, 0, 0, 0}, false}, // nobody knows it
+        {REG_BINARY, {1, 0, 0, 0}, false},
+    };
+    for (const auto& [type, bytes, loads] : cases)
     {
-        SCOPED_TRACE(test.name);
         const TestPrinter printer(ColorPrinter({"tvwftu_b.dll"}));
         const Printer spooled(printer.Handle());
-        spooled.SetPrinterDataW(kValueName, test.type, test.bytes.data(), static_cast<DWORD>(test.bytes.size()));
+        spooled.SetPrinterDataW(kValueName, type, bytes.data(), static_cast<DWORD>(bytes.size()));
         WorkflowObject workflow;
-        EXPECT_EQ(test.loads, workflow.Load(printer.Handle()));
-        DWORD type = REG_NONE;
+        EXPECT_EQ(loads, workflow.Load(printer.Handle())) << type;
+        DWORD typeNow = REG_NONE;
         ByteBuffer data;
-        EXPECT_TRUE(spooled.GetPrinterDataW(kValueName, type, data));
-        EXPECT_EQ(test.type, type);
-        EXPECT_EQ(test.bytes, std::vector<BYTE>(data.data(), data.data() + data.size()));
+        EXPECT_TRUE(spooled.GetPrinterDataW(kValueName, typeNow, data));
+        EXPECT_EQ(type, typeNow);
+        EXPECT_EQ(ByteBuffer(bytes.data(), bytes.size()), data);
     }
 }
 
@@ -140,8 +103,10 @@ TEST(Workflow, CannotBeAskedBeforeItIsLoaded)
     WorkflowObject workflow;
     const auto expectRefusal = [](const std::string& name, const std::function<void()>& ask)
     {
-        const std::string place = "complugins\\workflowobject WorkflowObject::" + name + " ";
-        EXPECT_EQ(place, PlaceOf<ExceptionWorkflowObjectNotInitialized>(ask).substr(0, place.size()));
+        const std::string place = "ExceptionWorkflowObjectNotInitialized WorkflowObject::" + name + " ";
+        std::string file;
+        EXPECT_EQ(place, ThrownBy(ask, &file).substr(0, place.size()));
+        EXPECT_EQ("complugins\\workflowobject", file);
     };
     expectRefusal("GetProductDataObj", [&] { static_cast<void>(workflow.GetProductDataObj()); });
     expectRefusal("SetDataSourceProviderPtr", [&] { workflow.SetDataSourceProviderPtr(nullptr, nullptr, 3); });
@@ -257,16 +222,14 @@ TEST_F(BoundProvider, WithoutAWorkflowModuleFailsOnlyWhereItsProductIsAsked)
     const TestPrinter printer(ColorPrinter({}));
     ASSERT_EQ(S_OK, BindTo(printer.Handle()));
     EXPECT_EQ(ProductData::ControllerFamilyUnknown, TavlenPtProviderTestAccess::ControllerFamily(*object));
-    const std::string file = "complugins\\ptpcprovider\\tavlenptprovider ";
-    EXPECT_EQ(file + "TavlenPtProvider::GetProductData 1641",
-              PlaceOf<TavlenComException>([&] { static_cast<void>(object->GetProductData()); }));
-    EXPECT_EQ(file + "TavlenPtProvider::GetProductStringLoader 1621",
-              PlaceOf<TavlenComException>([&] { static_cast<void>(object->GetProductStringLoader()); }));
+    EXPECT_EQ("TavlenComException TavlenPtProvider::GetProductData 1641",
+              ThrownBy([&] { static_cast<void>(object->GetProductData()); }));
+    EXPECT_EQ("TavlenComException TavlenPtProvider::GetProductStringLoader 1621",
+              ThrownBy([&] { static_cast<void>(object->GetProductStringLoader()); }));
     TavlenPtProviderTestAccess::UseDataModel(*object);
     for (const auto& [size, line] : {std::pair(WORD{219}, "1433"), {WORD{220}, "1443"}})
-        EXPECT_EQ(
-            file + "TavlenPtProvider::InitializeOrReInitializeDataModel " + line,
-            PlaceOf<TavlenComException>([&] { object->InitializeOrReInitializeDataModel(TestDevmode(size).Get()); }));
+        EXPECT_EQ(std::string("TavlenComException TavlenPtProvider::InitializeOrReInitializeDataModel ") + line,
+                  ThrownBy([&] { object->InitializeOrReInitializeDataModel(TestDevmode(size).Get()); }));
     ASSERT_EQ(S_OK, BindTo(printer.Handle())); // ends the data model's use
     EXPECT_EQ(E_FAIL, CodeOf([&] { static_cast<void>(object->IsColorDevice()); }));
     const ComPtr<IXMLDOMDocument2> ticket = LoadTestDocument("tickets/minimal.xml");

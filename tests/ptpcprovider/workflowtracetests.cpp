@@ -3,8 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <string>
-#include <vector>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -13,18 +12,10 @@
 #include "complugins/workflowobject.h"
 #include "tests/common/testprinter.h"
 
-namespace
-{
-
 TEST(WorkflowTrace, SaysWhyThereIsNoModule)
 {
-    struct Case
-    {
-        std::vector<std::string> driverFiles;
-        std::vector<BYTE> stored; // as a number; of another length none
-        const char* reason;
-    };
-    const Case cases[] = {
+    // Files of the driver, and what is stored as a number: of another length none.
+    const std::tuple<std::vector<std::string>, std::vector<BYTE>, const char*> cases[] = {
         {{"tvother_b.dll"}, {}, "none of the known ones is among the driver's files"},
         {{"tvwfuv_b.dll"}, {}, TVPT_BINARY_FOLDER "/tvwfuv_B.dll cannot be loaded: Win32 error 126"},
         {{"tvwfwu_b.dll"}, {}, "tvwfwu_B.dll has no object to give"},
@@ -32,23 +23,19 @@ TEST(WorkflowTrace, SaysWhyThereIsNoModule)
         {{}, {0, 0, 0, 0}, "the printer's data say that there is none"},
         {{}, {1, 0}, "what the printer's data hold for it is no number"},
     };
-    for (const Case& test : cases)
+    for (const auto& [driverFiles, stored, reason] : cases)
     {
-        const TestPrinter printer({0xE02, "tavlen-c9070-ps.json", test.driverFiles});
-        if (!test.stored.empty())
+        const TestPrinter printer({0xE02, "tavlen-c9070-ps.json", driverFiles});
+        if (!stored.empty())
             Printer(printer.Handle())
-                .SetPrinterDataW(W("XWorkflowDLL"), REG_DWORD, test.stored.data(),
-                                 static_cast<DWORD>(test.stored.size()));
+                .SetPrinterDataW(W("XWorkflowDLL"), REG_DWORD, stored.data(), static_cast<DWORD>(stored.size()));
         testing::internal::CaptureStderr();
         setenv("WINPORT_DEBUG_OUTPUT", "1", 1);
         WorkflowObject workflow;
         EXPECT_FALSE(workflow.Load(printer.Handle()));
         unsetenv("WINPORT_DEBUG_OUTPUT");
         const std::string trace = testing::internal::GetCapturedStderr();
-        EXPECT_EQ("WorkflowObject::Load: no workflow module: ", trace.substr(0, trace.find(test.reason)))
-            << test.reason;
+        EXPECT_EQ("WorkflowObject::Load: no workflow module: ", trace.substr(0, trace.find(reason))) << reason;
         EXPECT_EQ(1, std::count(trace.begin(), trace.end(), '\n')) << trace;
     }
 }
-
-} // namespace

@@ -1,8 +1,7 @@
 // Devmodes as files: public fields and features by name, the parts behind them, and bytes that are no devmode.
 #include <algorithm>
 #include <cstring>
-#include <nlohmann/json.hpp>
-#include <span>
+#include <tuple>
 
 #include "complugins/xdevmode.h"
 #include "devmode.h"
@@ -24,10 +23,8 @@ constexpr std::size_t kOem = sizeof(DEVMODEW) + 708; // of the PostScript model
 constexpr std::uint16_t kUnknownKey = 77;
 constexpr std::int32_t kUnknownFeature = 4711;
 
-// ---- A devmode's bytes with a change -------------------------------------------------------------
-
 template <class Value>
-std::string With(std::string bytes, std::size_t offset, Value value)
+std::string Patched(std::string bytes, std::size_t offset, Value value)
 {
     EXPECT_LE(offset + sizeof value, bytes.size());
     std::memcpy(&bytes.at(offset), &value, sizeof value);
@@ -36,8 +33,8 @@ std::string With(std::string bytes, std::size_t offset, Value value)
 
 std::string WithRightCrc(const std::string& bytes)
 {
-    return With(bytes, kOem + Format::kCrcOffset,
-                Crc32::GetCrc(bytes.data() + kOem + Format::kCountOffset, Format::kCheckedSize));
+    return Patched(bytes, kOem + Format::kCrcOffset,
+                   Crc32::GetCrc(bytes.data() + kOem + Format::kCountOffset, Format::kCheckedSize));
 }
 
 std::string WithEntry(std::string bytes, std::uint16_t key, const ByteBuffer& value)
@@ -63,39 +60,28 @@ std::string WithFeatures(const std::string& bytes, const ByteBuffer& list)
 class DevmodeFiles : public HostTest
 {
 protected:
-    std::string NewDevmode(const std::string& model = "tavlen-c9070-ps")
+    std::string Make(const std::string& model = "tavlen-c9070-ps")
     {
         m_printer = InstallTestPrinter(model);
-        (void)OutputOf({"devmode", "new", "--printer", m_printer, "-o", File("new.dm")});
-        return ReadBytes(Folder() / "new.dm");
-    }
-
-    static json Show(const std::string& bytes, const std::vector<std::string>& printer = {})
-    {
-        std::vector<std::string> arguments = {"devmode", "show", "-", "--json"};
-        arguments.insert(arguments.end(), printer.begin(), printer.end());
-        return json::parse(OutputOf(arguments, bytes));
+        const std::string bytes = NewDevmode(m_printer);
+        WriteBytes(Folder() / "new.dm", bytes);
+        return bytes;
     }
 
     // With the printer of the last new devmode.
-    json Compare(const std::string& bytes) const
+    [[nodiscard]] json Compare(const std::string& bytes) const
     {
-        return Show(bytes, {"--printer", m_printer})["printer"];
+        return ShownDevmode(bytes, m_printer)["printer"];
     }
 
     static RunResult TryToSet(const std::string& bytes, const std::vector<std::string>& settings)
     {
-        std::vector<std::string> arguments = {"devmode", "set", "-"};
-        for (const std::string& setting : settings)
-            arguments.insert(arguments.end(), {"--set", setting});
-        return RunHost(arguments, bytes);
+        return RunHost(With({"devmode", "set", "-"}, settings), bytes);
     }
 
     static std::string Set(const std::string& bytes, const std::vector<std::string>& settings)
     {
-        const RunResult result = TryToSet(bytes, settings);
-        EXPECT_EQ(result.status, 0) << result.errors;
-        return result.out;
+        return OutputOf(With({"devmode", "set", "-"}, settings), bytes);
     }
 
 private:
@@ -104,40 +90,33 @@ private:
 
 TEST_F(DevmodeFiles, ANewDevmodeIsWholeForEveryShippedModel)
 {
-    struct Row
-    {
-        const char* model;
-        unsigned coreSize;
-        int color;
-        const char* features;
-    };
-    constexpr Row kRows[] = {
+    constexpr std::tuple<const char*, unsigned, int, const char*> kRows[] = {
         {"tavlen-c9070-ps", 708, DMCOLOR_COLOR, R"({"477":{"210":{"175":5001}}})"},
         {"tavlen-b4400-uni", 564, DMCOLOR_MONOCHROME, R"({"477":{"210":{"175":5001}}})"},
         {"tavlen-w3100-xps", 572, DMCOLOR_COLOR, R"({"43":1,"46":5420,"477":{"210":{"175":5001}}})"},
         {"tavlen-b7000-xps", 724, DMCOLOR_MONOCHROME,
          R"({"43":1,"45":5410,"46":5421,"95":"0mm","96":"0mm","477":{"210":{"175":6800}}})"},
     };
-    for (const Row& row : kRows)
+    for (const auto& [model, coreSize, color, features] : kRows)
     {
-        SCOPED_TRACE(row.model);
-        const std::string bytes = NewDevmode(row.model);
-        EXPECT_EQ(bytes.size(), sizeof(DEVMODEW) + row.coreSize + Format::kSize);
-        const json shown = Show(bytes);
-        EXPECT_EQ(shown["public"]["dmColor"], row.color);
-        EXPECT_EQ(shown["oem"]["offset"], sizeof(DEVMODEW) + row.coreSize);
+        SCOPED_TRACE(model);
+        const std::string bytes = Make(model);
+        EXPECT_EQ(bytes.size(), sizeof(DEVMODEW) + coreSize + Format::kSize);
+        const json shown = ShownDevmode(bytes);
+        EXPECT_EQ(shown["public"]["dmColor"], color);
+        EXPECT_EQ(shown["oem"]["offset"], sizeof(DEVMODEW) + coreSize);
         EXPECT_EQ(shown["oem"]["fault"], nullptr);
         EXPECT_EQ(shown["settings"]["fault"], nullptr);
-        EXPECT_EQ(shown["features"], json::parse(row.features));
+        EXPECT_EQ(shown["features"], json::parse(features));
         EXPECT_EQ(shown["choices"], json::array());
         EXPECT_EQ(shown["application"], nullptr);
         EXPECT_EQ(shown["papers"][0]["name"], shown["public"]["dmFormName"]);
         EXPECT_EQ(Compare(bytes)["matches"], true) << Compare(bytes);
     }
     // A devmode is not for a printer of another layout, nor without its paper and media.
-    const std::string foreign = Set(NewDevmode(), {"dmPaperSize=999", "dmMediaType=9999"});
+    const std::string foreign = Set(Make(), {"dmPaperSize=999", "dmMediaType=9999"});
     EXPECT_EQ(Compare(foreign)["differences"].size(), 3u) << Compare(foreign); // the paper list lacks it, too
-    NewDevmode("tavlen-b4400-uni");
+    Make("tavlen-b4400-uni");
     EXPECT_EQ(Compare(foreign)["differences"][0],
               "the core driver's part is postscript, 708 bytes; the printer's is unidrv, 564 bytes");
 }
@@ -147,7 +126,7 @@ TEST_F(DevmodeFiles, WhatIsSetIsShownAndNothingElseChanges)
 {
     const ByteBuffer unknown =
         Attribute(kUnknownFeature, {static_cast<AttributeBytesKind>(99), 0x82, ByteBuffer("\x01\xAF", 2)});
-    const std::string fresh = NewDevmode();
+    const std::string fresh = Make();
     const std::string before = WithEntry(WithFeatures(fresh, unknown), kUnknownKey, ByteBuffer("kept", 4));
     struct Row
     {
@@ -183,7 +162,7 @@ TEST_F(DevmodeFiles, WhatIsSetIsShownAndNothingElseChanges)
         {"/features/477/210/175", "feature.175=9700:B\xC3\xBCtten: 90g", "9700:B\xC3\xBCtten: 90g"},
     };
     std::vector<std::string> settings;
-    json expected = Show(before);
+    json expected = ShownDevmode(before);
     EXPECT_EQ(expected["features"], json::parse(R"({"4711": {"kind": 99, "flags": 130, "bytes": "01AF"}})"));
     expected["features"]["477"]["210"] = json::object(); // collections, not lists
     DWORD flags = 0;
@@ -195,14 +174,14 @@ TEST_F(DevmodeFiles, WhatIsSetIsShownAndNothingElseChanges)
     }
     expected["public"]["dmFields"] = flags;
     const std::string after = Set(before, settings);
-    const json shown = Show(after);
+    const json shown = ShownDevmode(after);
     for (const char* const part : {"public", "features", "application"})
         EXPECT_EQ(shown[part], expected[part]);
     EXPECT_EQ(shown["choices"], json({46, 146, 174, 175}));
     EXPECT_EQ(shown["oem"]["crcValid"], true);
     EXPECT_EQ(shown["oem"]["entries"][2], json({{"key", kUnknownKey}, {"length", 4}, {"meaning", nullptr}}));
     EXPECT_EQ(after.substr(sizeof(DEVMODEW), 708), before.substr(sizeof(DEVMODEW), 708)) << "the core driver's part";
-    EXPECT_EQ(Show(Set(fresh, settings))["papers"], Show(fresh)["papers"]);
+    EXPECT_EQ(ShownDevmode(Set(fresh, settings))["papers"], ShownDevmode(fresh)["papers"]);
     for (const Row& row : std::span(rows).subspan(1))
     {
         const json& value = shown[json::json_pointer(row.place)];
@@ -211,19 +190,13 @@ TEST_F(DevmodeFiles, WhatIsSetIsShownAndNothingElseChanges)
             << row.setting << ": what is shown can be set";
     }
     // Automatic takes the choice back.
-    EXPECT_EQ(Show(Set(after, {"feature.175=5001"}))["choices"], json({46, 146, 174}));
+    EXPECT_EQ(ShownDevmode(Set(after, {"feature.175=5001"}))["choices"], json({46, 146, 174}));
 }
 
 TEST_F(DevmodeFiles, ABadSettingNamesTheKeyAndLeavesTheInput)
 {
-    const std::string before = NewDevmode();
-    struct Row
-    {
-        std::string key;
-        const char* error;
-        std::vector<std::string> values;
-    };
-    const Row rows[] = {
+    const std::string before = Make();
+    const std::tuple<std::string, const char*, std::vector<std::string>> rows[] = {
         {"dmCopies", "must be from 1 to 32767", {"0", "32768", "99999999999999999999"}},
         {"dmCopies", "is not a number", {"3x", "", "0x", "0x-1"}},
         {"dmFormName", "longer than 31 characters", {std::string(32, 'x')}},
@@ -251,15 +224,15 @@ TEST_F(DevmodeFiles, ABadSettingNamesTheKeyAndLeavesTheInput)
          "must be a file name without a folder, in UTF-8, of 1 to 255 characters",
          {"", " ", "a\tb", "C:\\excel.exe"}},
     };
-    for (const Row& row : rows)
-        for (const std::string& value : row.values)
+    for (const auto& [key, error, values] : rows)
+        for (const std::string& value : values)
         {
-            SCOPED_TRACE(row.key + "=" + value);
+            SCOPED_TRACE(key + "=" + value);
             // A sound setting before the bad one must not reach the file either.
             const RunResult result = RunHost({"devmode", "set", File("new.dm"), "--set", "dmCopies=7", "--set",
-                                              "feature.43=7", "--set", row.key + "=" + value, "-o", File("new.dm")});
-            EXPECT_TRUE(IsRefused(result, "setting a field: " + row.key + ": "));
-            EXPECT_TRUE(IsRefused(result, row.error));
+                                              "feature.43=7", "--set", key + "=" + value, "-o", File("new.dm")});
+            EXPECT_TRUE(IsRefused(result, "setting a field: " + key + ": "));
+            EXPECT_TRUE(IsRefused(result, error));
             EXPECT_EQ(ReadBytes(Folder() / "new.dm"), before);
         }
     for (const char* const setting : {"dmCopies", "=1"})
@@ -270,14 +243,14 @@ TEST_F(DevmodeFiles, ABadSettingNamesTheKeyAndLeavesTheInput)
 
 TEST_F(DevmodeFiles, BytesThatAreNoDevmodeAreRefused)
 {
-    const std::string good = NewDevmode();
+    const std::string good = Make();
     const std::pair<std::string, const char*> rows[] = {
         {"", "only 0 bytes"},
         {good.substr(0, 203), "only 203 bytes"},
         {good.substr(0, good.size() - 1), "dmSize and dmDriverExtra make 6884 bytes, the file has 6883"},
         {good + '\0', "dmSize and dmDriverExtra make 6884 bytes, the file has 6885"},
-        {With<WORD>(good, offsetof(DEVMODEW, dmSize), 203), "dmSize is 203, less than a devmode has"},
-        {With<WORD>(good, offsetof(DEVMODEW, dmDriverExtra), 65535), "the file has 6884"},
+        {Patched<WORD>(good, offsetof(DEVMODEW, dmSize), 203), "dmSize is 203, less than a devmode has"},
+        {Patched<WORD>(good, offsetof(DEVMODEW, dmDriverExtra), 65535), "the file has 6884"},
         {std::string(200000, 'x'), "larger than 131070 bytes"},
     };
     for (const auto& [bytes, error] : rows)
@@ -292,7 +265,7 @@ TEST_F(DevmodeFiles, AShortPublicPartShowsOnlyItsFields)
     fields.dmDeviceName[0] = W('\n');
     fields.dmDeviceName[1] = W('x');
     const std::string bytes(reinterpret_cast<const char*>(&fields), Devmode::kSmallestPublicSize);
-    const json shown = Show(bytes);
+    const json shown = ShownDevmode(bytes);
     EXPECT_EQ(shown["public"]["dmDitherType"], 5);
     EXPECT_FALSE(shown["public"].contains("dmReserved1"));
     EXPECT_EQ(shown["oem"]["present"], false);
@@ -304,14 +277,14 @@ TEST_F(DevmodeFiles, AShortPublicPartShowsOnlyItsFields)
 
 TEST_F(DevmodeFiles, SettingsThatDoNotFitAreRefusedWithTheFigures)
 {
-    const std::string fresh = NewDevmode();
+    const std::string fresh = Make();
     const auto withFeature = [&fresh](std::size_t size)
     {
         return WithFeatures(fresh, Attribute(kUnknownFeature, {AttributeBytesKind::Binary, 0, ByteBuffer(size)}));
     };
     // 8 + 4 bytes for a new integer; 4 for each of the two entries there, 4 + 4 for a new text entry of one character.
-    const std::size_t used = Show(fresh)["settings"]["size"];
-    const std::size_t usedWithFeature = Show(withFeature(0))["settings"]["size"];
+    const std::size_t used = ShownDevmode(fresh)["settings"]["size"];
+    const std::size_t usedWithFeature = ShownDevmode(withFeature(0))["settings"]["size"];
     const std::size_t roomOfState = Format::kMaxPersistentAttributesSize - usedWithFeature - 12;
     const std::size_t roomOfPart = Format::kSize - Format::kEntriesOffset - 4 - used - 4 - 8;
     const std::string fullState = withFeature(roomOfState);
@@ -326,13 +299,13 @@ TEST_F(DevmodeFiles, SettingsThatDoNotFitAreRefusedWithTheFigures)
 // What is wrong is told in words, and what an edit would destroy is not edited.
 TEST_F(DevmodeFiles, ABadPartIsExplainedAndNotEdited)
 {
-    const std::string fresh = NewDevmode();
+    const std::string fresh = Make();
     constexpr std::size_t kCoreSize = sizeof(DEVMODEW) + Format::kPostScriptSizeOffset;
     constexpr std::size_t kEntries = kOem + Format::kEntriesOffset;
     constexpr std::size_t kState = kEntries + Format::kEntryHeaderSize;
     const std::string shorter = fresh.substr(0, fresh.size() - 1);
     const auto beyond = static_cast<WORD>(Format::kSize - Format::kEntriesOffset - 4 - 3); // for a second entry
-    const std::string longEntry = With<WORD>(fresh, kEntries + 2, beyond);
+    const std::string longEntry = Patched<WORD>(fresh, kEntries + 2, beyond);
     struct Row
     {
         const char* fault;
@@ -341,26 +314,26 @@ TEST_F(DevmodeFiles, ABadPartIsExplainedAndNotEdited)
         const char* alsoRefused = "feature.43=7";
     };
     const Row rows[] = {
-        {"absent: no core driver says where it would begin", false, With<WORD>(fresh, kCoreSize, 0)},
+        {"absent: no core driver says where it would begin", false, Patched<WORD>(fresh, kCoreSize, 0)},
         {"absent: the drivers' bytes end at 6664, the part would begin at 6652", false,
-         With<WORD>(fresh, kCoreSize, 6652)},
+         Patched<WORD>(fresh, kCoreSize, 6652)},
         {"wrong signature 0x54564E30 at offset 708 of the drivers' bytes, not 0x54564E31", false,
-         With<DWORD>(fresh, kOem + Format::kSignatureOffset, Format::kSignature - 1)},
+         Patched<DWORD>(fresh, kOem + Format::kSignatureOffset, Format::kSignature - 1)},
         {"wrong size 5955 at offset 708 of the drivers' bytes, not 5956", false,
-         With<DWORD>(fresh, kOem + Format::kSizeOffset, Format::kSize - 1)},
+         Patched<DWORD>(fresh, kOem + Format::kSizeOffset, Format::kSize - 1)},
         {"cut off: 5955 of 5956 bytes at offset 708", false,
-         With<WORD>(shorter, offsetof(DEVMODEW, dmDriverExtra), 708 + Format::kSize - 1)},
+         Patched<WORD>(shorter, offsetof(DEVMODEW, dmDriverExtra), 708 + Format::kSize - 1)},
         {"CRC mismatch: 0x", true, shorter + '\1', "app=excel.exe"},
         {"entry 2 of 2 runs past the part's end", true,
-         WithRightCrc(With<WORD>(longEntry, kOem + Format::kCountOffset, 2)), "app=excel.exe"},
-        {"the settings contradict themselves", true, WithRightCrc(With<DWORD>(fresh, kState, 60000))},
-        {"the settings are of a later format", true, WithRightCrc(With<WORD>(fresh, kState + 4, 0x0200))},
+         WithRightCrc(Patched<WORD>(longEntry, kOem + Format::kCountOffset, 2)), "app=excel.exe"},
+        {"the settings contradict themselves", true, WithRightCrc(Patched<DWORD>(fresh, kState, 60000))},
+        {"the settings are of a later format", true, WithRightCrc(Patched<WORD>(fresh, kState + 4, 0x0200))},
         {"a feature runs past the end of the settings", true, WithFeatures(fresh, ByteBuffer("\x01\x02\x03", 3))},
     };
     for (const auto& [fault, isPresent, spoilt, alsoRefused] : rows)
     {
         SCOPED_TRACE(fault);
-        const json shown = Show(spoilt);
+        const json shown = ShownDevmode(spoilt);
         EXPECT_EQ(shown["oem"]["present"], isPresent);
         const json& place = shown["oem"]["fault"].is_null() ? shown["settings"] : shown["oem"];
         EXPECT_NE(place["fault"].get<std::string>().find(fault), std::string::npos) << place["fault"];
@@ -376,7 +349,7 @@ TEST_F(DevmodeFiles, ABadPartIsExplainedAndNotEdited)
         fresh, Attribute(477, AttributeBytesOptionValue(AttributeBytesValueId(5001), true).ToAttributeBytes()));
     EXPECT_TRUE(IsRefused(TryToSet(odd, {"feature.175=6800"}),
                           "feature.175: something else is stored where the features of 477 should be"));
-    EXPECT_EQ(Show(odd)["papers"], nullptr);
+    EXPECT_EQ(ShownDevmode(odd)["papers"], nullptr);
 }
 
 // Sound, but not as the driver writes it.
@@ -389,7 +362,7 @@ TEST_F(DevmodeFiles, OddContentIsToldAndNothingOfItLost)
     };
     const auto papersFault = [&](const AttributeBytesRawList& capabilities)
     {
-        const json shown = Show(with({{1, StateOf(capabilities, 2)}}));
+        const json shown = ShownDevmode(with({{1, StateOf(capabilities, 2)}}));
         EXPECT_EQ(shown["papers"], nullptr);
         EXPECT_EQ(shown["settings"]["fault"], nullptr);
         return shown["settings"]["papersFault"];
@@ -402,25 +375,26 @@ TEST_F(DevmodeFiles, OddContentIsToldAndNothingOfItLost)
     EXPECT_EQ(papersFault(AttributeBytesRawList(noList.bytes())), "a capability runs past the end of the capabilities");
 
     const std::string twice = with({{5, noList}, {5, {}}});
-    EXPECT_EQ(Show(twice)["oem"]["entries"][1], json({{"key", 5}, {"length", 0}, {"meaning", "repeated"}}));
+    EXPECT_EQ(ShownDevmode(twice)["oem"]["entries"][1], json({{"key", 5}, {"length", 0}, {"meaning", "repeated"}}));
     EXPECT_TRUE(IsRefused(TryToSet(twice, {"app=x"}), "app: the maker's part has more than one entry of key 5"));
 
     const std::string nothing = with({{1, {}}});
-    EXPECT_EQ(Show(nothing)["settings"]["fault"], nullptr);
-    EXPECT_EQ(Show(Set(nothing, {"feature.43=7"}))["features"], json({{"43", 7}}));
+    EXPECT_EQ(ShownDevmode(nothing)["settings"]["fault"], nullptr);
+    EXPECT_EQ(ShownDevmode(Set(nothing, {"feature.43=7"}))["features"], json({{"43", 7}}));
 
     // A name where the catalogue has one, none where it has not: shown as what no setting makes.
     AttributeBytesIndexedList odd;
     odd.SetAttributeBytes(46, AttributeBytesOptionValue(AttributeBytesNewValueId(5421, W("X")), false));
     odd.SetAttributeBytes(174, AttributeBytesOptionValue(AttributeBytesValueId(9700), false));
-    EXPECT_EQ(Show(with({{1, StateOf(AttributeBytesRawList(odd))}}))["features"],
+    EXPECT_EQ(ShownDevmode(with({{1, StateOf(AttributeBytesRawList(odd))}}))["features"],
               json::parse(R"({"46": {"value": 5421, "name": "X"}, "174": {"value": 9700, "name": ""}})"));
 
     // Both notes lead somewhere: both places are told.
-    const std::string foreign = With<DWORD>(With<WORD>(with({}), sizeof(DEVMODEW) + Format::kPostScriptSizeOffset, 150),
-                                            OemDevmodeBytes::kPartOffset + Format::kSignatureOffset, 7);
+    const std::string foreign =
+        Patched<DWORD>(Patched<WORD>(with({}), sizeof(DEVMODEW) + Format::kPostScriptSizeOffset, 150),
+                       OemDevmodeBytes::kPartOffset + Format::kSignatureOffset, 7);
     EXPECT_EQ(
-        Show(foreign)["oem"]["fault"],
+        ShownDevmode(foreign)["oem"]["fault"],
         "as postscript: wrong signature 0x0 at offset 150 of the drivers' bytes, not 0x54564E31; as unidrv: wrong "
         "signature 0x7 at offset 708 of the drivers' bytes, not 0x54564E31");
 }

@@ -35,12 +35,7 @@ TEST(DocumentText, EveryEncodingGivesTheSameText)
 
 TEST(DocumentText, ADeclaredEncodingIsBlankedAndLinesStay)
 {
-    struct Row
-    {
-        std::string bytes;
-        WideString text;
-    };
-    const Row rows[] = {
+    const std::pair<std::string, WideString> rows[] = {
         {"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a/>", W("<?xml version=\"1.0\"                 ?>\n<a/>")},
         {"<?xml version='1.0' encoding='utf-8'?><a/>", W("<?xml version='1.0'                 ?><a/>")},
         {Utf16(W("<?xml version=\"1.0\" encoding=\"UTF-16\"?><a/>"), false),
@@ -60,19 +55,13 @@ TEST(DocumentText, ADeclaredEncodingIsBlankedAndLinesStay)
         {Utf16(W("<?xml version=\"1.0\" encoding=\"utf-16BE\"?><a/>"), true),
          W("<?xml version=\"1.0\"                    ?><a/>")},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(CXString(WStringView(DecodeDocument(row.bytes, "f"))).ToUtf8(),
-                  CXString(WStringView(row.text)).ToUtf8());
+    for (const auto& [bytes, text] : rows)
+        EXPECT_EQ(CXString(WStringView(DecodeDocument(bytes, "f"))).ToUtf8(), CXString(WStringView(text)).ToUtf8());
 }
 
 TEST(DocumentText, WhatMustNotReachADomIsRefused)
 {
-    struct Row
-    {
-        std::string bytes;
-        const char* error;
-    };
-    const Row rows[] = {
+    const std::pair<std::string, const char*> rows[] = {
         {"", "the document is empty"},
         {"\xEF\xBB\xBF", "the document is empty"},
         {"<a>\xC3</a>", "neither UTF-8, nor UTF-16 with a byte-order mark"},
@@ -98,17 +87,17 @@ TEST(DocumentText, WhatMustNotReachADomIsRefused)
         {"<?xml version=\"1.0\"?>\n<!-- <a> -->\n<?pi ?>\r\n <!DOCTYPE a [<!ENTITY b \"c\">]><a>&b;</a>",
          "line 4: A document type declaration (DOCTYPE) is not allowed."},
     };
-    for (const Row& row : rows)
+    for (const auto& [bytes, error] : rows)
     {
-        SCOPED_TRACE(row.error);
+        SCOPED_TRACE(error);
         try
         {
-            (void)DecodeDocument(row.bytes, "f.xml");
+            (void)DecodeDocument(bytes, "f.xml");
             ADD_FAILURE() << "accepted";
         }
         catch (const Failure& failure)
         {
-            EXPECT_EQ(std::string(failure.what()), std::string("reading the document: f.xml: ") + row.error);
+            EXPECT_EQ(std::string(failure.what()), std::string("reading the document: f.xml: ") + error);
         }
     }
     EXPECT_NO_THROW((void)DecodeDocument("<!-- <!DOCTYPE a> --><a/>", "f"));

@@ -147,9 +147,29 @@ nlohmann::json HostTest::Shown(const std::string& printer)
     return nlohmann::json::parse(OutputOf({"printer", "show", printer, "--json"}));
 }
 
+std::vector<std::string> HostTest::With(std::vector<std::string> arguments, const std::vector<std::string>& settings)
+{
+    for (const std::string& setting : settings)
+        arguments.insert(arguments.end(), {"--set", setting});
+    return arguments;
+}
+
+std::string HostTest::NewDevmode(const std::string& printer, const std::vector<std::string>& settings)
+{
+    return OutputOf(With({"devmode", "new", "--printer", printer, "-o", "-"}, settings));
+}
+
+nlohmann::json HostTest::ShownDevmode(const std::string& bytes, const std::string& printer)
+{
+    std::vector<std::string> arguments = {"devmode", "show", "-", "--json"};
+    if (!printer.empty())
+        arguments.insert(arguments.end(), {"--printer", printer});
+    return nlohmann::json::parse(OutputOf(arguments, bytes));
+}
+
 void HostTest::MakePlainDevmode(const std::string& printer) const
 {
-    (void)OutputOf({"devmode", "new", "--printer", printer, "-o", File("d.dm")});
+    WriteBytes(m_folder / "d.dm", NewDevmode(printer));
 }
 
 RunResult HostTest::Convert(const std::string& printer) const

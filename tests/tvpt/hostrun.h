@@ -58,6 +58,13 @@ protected:
     [[nodiscard]] std::string ChangedModel(const std::string& fileName, const nlohmann::json& changes) const;
     // What "printer show" tells of it, as JSON.
     [[nodiscard]] static nlohmann::json Shown(const std::string& printer);
+    // The arguments, then "--set" and a setting, for each of them.
+    [[nodiscard]] static std::vector<std::string> With(std::vector<std::string> arguments,
+                                                       const std::vector<std::string>& settings);
+    [[nodiscard]] static std::string NewDevmode(const std::string& printer,
+                                                const std::vector<std::string>& settings = {});
+    // What "devmode show" tells of the bytes, as JSON; with a printer, compared with it.
+    [[nodiscard]] static nlohmann::json ShownDevmode(const std::string& bytes, const std::string& printer = {});
     // A new devmode of the printer, as the file "d.dm", and what comes of making a ticket "t" from it.
     void MakePlainDevmode(const std::string& printer) const;
     [[nodiscard]] RunResult Convert(const std::string& printer) const;

@@ -1,8 +1,8 @@
 // The road of a conversion: devmode to ticket and back, through files, with the module of the installed driver.
 #include <algorithm>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <regex>
+#include <tuple>
 
 #include "coredriverticket.h"
 #include "devmode.h"
@@ -57,17 +57,13 @@ protected:
 
     void MakeDevmode(const std::string& file, const std::vector<std::string>& settings)
     {
-        std::vector<std::string> arguments = {"devmode", "new", "--printer", m_printer, "-o", File(file)};
-        for (const std::string& setting : settings)
-            arguments.insert(arguments.end(), {"--set", setting});
-        const RunResult result = RunHost(arguments);
-        EXPECT_EQ(result.status, 0) << result.errors;
+        WriteBytes(Folder() / file, NewDevmode(m_printer, settings));
     }
 
-    RunResult FromDevmode(const std::string& base = {}, const std::string& file = "in.dm")
+    RunResult FromDevmode(const std::string& base = {})
     {
-        std::vector<std::string> arguments = {"ticket",   "from-devmode", "--printer",    m_printer,
-                                              File(file), "-o",           File("out.xml")};
+        std::vector<std::string> arguments = {"ticket",      "from-devmode", "--printer",    m_printer,
+                                              File("in.dm"), "-o",           File("out.xml")};
         if (!base.empty())
             arguments.insert(arguments.end(), {"--base", base});
         return RunHost(arguments);
@@ -78,11 +74,9 @@ protected:
     {
         MakeDevmode("other.dm", {"dmCopies=1"});
         const std::string before = ReadBytes(Folder() / "other.dm");
-        const RunResult back = RunHost({"ticket", "to-devmode", "--printer", m_printer, "--devmode", File("other.dm"),
-                                        File("out.xml"), "-o", File("back.dm")});
-        ASSERT_EQ(back.status, 0) << back.errors;
-        const json shown = json::parse(RunHost({"devmode", "show", File("back.dm"), "--json"}).out);
-        EXPECT_EQ(shown["public"]["dmCopies"], copies);
+        const std::string back = OutputOf({"ticket", "to-devmode", "--printer", m_printer, "--devmode",
+                                           File("other.dm"), File("out.xml"), "-o", "-"});
+        EXPECT_EQ(ShownDevmode(back)["public"]["dmCopies"], copies);
         EXPECT_EQ(ReadBytes(Folder() / "other.dm"), before);
     }
 
@@ -128,7 +122,7 @@ TEST_F(Roads, TheCoreDriversTicketFollowsTheDevmode)
     MakeDevmode("in.dm", {"dmCopies=4", "dmOrientation=2", "dmDuplex=3", "dmColor=1", "dmCollate=0", "dmScale=50",
                           "dmDefaultSource=260", "dmPrintQuality=1200", "dmYResolution=1200"});
     ASSERT_EQ(FromDevmode().status, 0);
-    const json shown = json::parse(RunHost({"ticket", "show", File("out.xml"), "--json"}).out);
+    const json shown = json::parse(OutputOf({"ticket", "show", File("out.xml"), "--json"}));
     const auto optionOf = [&shown](const std::string& feature) -> json
     {
         for (const json& row : shown["features"])
@@ -234,13 +228,8 @@ TEST_F(Roads, ABaseGetsTheStandardPrefixesThatItsRootLacks)
 {
     const std::string inner = "<psf:Feature" + Binding("psk", kKeywords.uri) +
                               " name='psk:PageOrientation'><psf:Option name='psk:Portrait'/></psf:Feature>";
-    struct Row
-    {
-        std::string base;
-        const char* copies; // the parameter's name
-        const char* type;   // of its value
-    };
-    const Row rows[] = {
+    // The name of the copies' parameter, and the type of its value.
+    const std::tuple<std::string, const char*, const char*> rows[] = {
         {Ticket("", inner), "psk:JobCopiesAllDocuments", "xsi:type=\"xsd:integer\""},
         {Ticket(Binding("psk", "urn:x") + Binding("xsd", "urn:y"), ""), "psk1:JobCopiesAllDocuments",
          "xsi:type=\"xsd1:integer\""},
@@ -258,29 +247,24 @@ TEST_F(Roads, ABaseGetsTheStandardPrefixesThatItsRootLacks)
         {Ticket(Binding("k", "http&#x3A;" + std::string(kKeywords.uri.substr(5))), ""), "k:JobCopiesAllDocuments",
          "xsi:type=\"xsd:integer\""},
     };
-    for (const Row& row : rows)
+    for (const auto& [base, copies, type] : rows)
     {
-        SCOPED_TRACE(row.base);
-        WriteBytes(Folder() / "base.xml", row.base);
+        SCOPED_TRACE(base);
+        WriteBytes(Folder() / "base.xml", base);
         const RunResult result = FromDevmode(File("base.xml"));
         ASSERT_EQ(result.status, 0) << result.errors;
         const std::string out = ReadBytes(Folder() / "out.xml");
-        EXPECT_NE(out.find(" name=\"" + std::string(row.copies) + "\""), std::string::npos) << out;
-        EXPECT_NE(out.find(row.type), std::string::npos) << out;
+        EXPECT_NE(out.find(" name=\"" + std::string(copies) + "\""), std::string::npos) << out;
+        EXPECT_NE(out.find(type), std::string::npos) << out;
         EXPECT_EQ(CopiesOf(ReadTree(out)), "3;");
-        EXPECT_EQ(KeptOf(out), KeptOf(row.base));
+        EXPECT_EQ(KeptOf(out), KeptOf(base));
     }
 }
 
 TEST_F(Roads, ABaseThatAProviderWouldMisreadIsRefusedWithItsLine)
 {
     const std::string own = Binding("p", kPrivateKeywords.uri);
-    struct Row
-    {
-        std::string base;
-        const char* error;
-    };
-    const Row rows[] = {
+    const std::pair<std::string, const char*> rows[] = {
         {Ticket(" xmlns='" + std::string(kKeywords.uri) + "'", ""),
          "line 3: the root declares the keywords' namespace as the default; it needs a prefix, such as psk"},
         {Ticket(own + Binding("tk", "urn:x"), ""),
@@ -301,15 +285,15 @@ TEST_F(Roads, ABaseThatAProviderWouldMisreadIsRefusedWithItsLine)
          "at the root, is bound to xxxxxxxxxx"},
     };
     const std::string file = File("base.xml");
-    for (const Row& row : rows)
+    for (const auto& [base, error] : rows)
     {
-        WriteBytes(Folder() / "base.xml", row.base);
+        WriteBytes(Folder() / "base.xml", base);
         for (const RunResult& result :
              {FromDevmode(file), RunHost({"ticket", "validate", "--printer", m_printer, file}),
               RunHost({"ticket", "to-devmode", "--printer", m_printer, "--devmode", File("in.dm"), file, "-o", "-"})})
         {
             EXPECT_EQ(result.status, 1);
-            EXPECT_TRUE(IsOneErrorLine(result.errors, row.error)) << result.errors;
+            EXPECT_TRUE(IsOneErrorLine(result.errors, error)) << result.errors;
             EXPECT_LT(result.errors.size(), file.size() + 400);
         }
     }
@@ -318,13 +302,7 @@ TEST_F(Roads, ABaseThatAProviderWouldMisreadIsRefusedWithItsLine)
 TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
 {
     const bool hasLines = !IsWine(); // whose DOM knows neither line nor reason of a parse error
-    struct Row
-    {
-        const char* name;
-        std::string bytes;
-        const char* error;
-    };
-    const Row rows[] = {
+    const std::tuple<const char*, std::string, const char*> rows[] = {
         {"empty", "", "the document is empty"},
         {"blank", "  \n ", "t.xml: "},
         {"text", "hello", hasLines ? "line 1: " : "t.xml: "},
@@ -341,15 +319,15 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
         {"the framework's, but no ticket", "<p:PrintCapabilities xmlns:p='" + std::string(kFramework.uri) + "'/>",
          "the root element is p:PrintCapabilities, expected PrintTicket\n"},
     };
-    for (const Row& row : rows)
+    for (const auto& [name, bytes, error] : rows)
     {
-        SCOPED_TRACE(row.name);
-        WriteBytes(Folder() / "t.xml", row.bytes);
+        SCOPED_TRACE(name);
+        WriteBytes(Folder() / "t.xml", bytes);
         for (const RunResult& result : {FromDevmode(File("t.xml")), RunHost({"ticket", "show", File("t.xml")})})
         {
             EXPECT_EQ(result.status, 1);
             EXPECT_EQ(result.out, "");
-            EXPECT_TRUE(IsOneErrorLine(result.errors, row.error));
+            EXPECT_TRUE(IsOneErrorLine(result.errors, error));
             EXPECT_TRUE(IsOneErrorLine(result.errors, File("t.xml")));
             EXPECT_EQ(result.errors.find("line 0"), std::string::npos);
         }
@@ -360,9 +338,8 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
 TEST_F(Roads, AReportHidesNothingThatATicketHoldsTwice)
 {
     const std::string name = "tickets/duplicate-orientation.xml";
-    const RunResult result =
-        RunHost({"ticket", "show", Utf8FromPath(fs::path(TVPT_TEST_DATA_FOLDER) / name), "--json"});
-    const json shown = json::parse(result.out);
+    const json shown =
+        json::parse(OutputOf({"ticket", "show", Utf8FromPath(fs::path(TVPT_TEST_DATA_FOLDER) / name), "--json"}));
     EXPECT_EQ(std::count_if(shown["features"].begin(), shown["features"].end(),
                             [](const json& row) { return row["name"] == "psk:PageOrientation"; }),
               2);
@@ -377,27 +354,21 @@ TEST_F(Roads, AReportHidesNothingThatATicketHoldsTwice)
 
 TEST_F(Roads, AReportJudgesTheDriverDataAndSplitsTheJobTicket)
 {
-    struct Row
-    {
-        const char* data;
-        bool crcValid;
-        unsigned bytes;
-    };
-    constexpr Row kRows[] = {
+    constexpr std::tuple<const char*, bool, unsigned> kRows[] = {
         {"Jjn0yzEyMzQ1Njc4OQ==", true, 9}, // the CRC-32 of "123456789" in front of it
         {"Jzn0yzEyMzQ1Njc4OQ==", false, 9}, {"Jjk=", false, 0}, {"no Base64!", false, 0}, {"", false, 0},
     };
-    for (const Row& row : kRows)
+    for (const auto& [data, crcValid, bytes] : kRows)
     {
-        SCOPED_TRACE(row.data);
+        SCOPED_TRACE(data);
         const std::string ticket =
             Ticket(Binding("p", kPrivateKeywords.uri),
-                   "<psf:ParameterInit name='p:JobTavlenDriverData'><psf:Value>" + std::string(row.data) +
+                   "<psf:ParameterInit name='p:JobTavlenDriverData'><psf:Value>" + std::string(data) +
                        "</psf:Value></psf:ParameterInit><psf:ParameterInit name='p:JobTavlenJtifJobTicket'><psf:Value>"
                        "<![CDATA[%a: 1\n%b: <2>\n]]></psf:Value></psf:ParameterInit>");
         const json shown = json::parse(RunHost({"ticket", "show", "-", "--json"}, ticket).out);
-        EXPECT_EQ(shown["driverData"]["crcValid"], row.crcValid);
-        EXPECT_EQ(shown["driverData"]["bytes"], row.bytes);
+        EXPECT_EQ(shown["driverData"]["crcValid"], crcValid);
+        EXPECT_EQ(shown["driverData"]["bytes"], bytes);
         EXPECT_EQ(shown["jobTicket"], (json{"%a: 1", "%b: <2>"}));
         EXPECT_EQ(shown["parameters"][0]["name"], "tk:JobTavlenDriverData");
     }

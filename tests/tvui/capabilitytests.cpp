@@ -58,13 +58,7 @@ protected:
 
 TEST_F(Capabilities, AreTheModelsFigures)
 {
-    struct Row
-    {
-        WORD capability;
-        int postScript;
-        int unidrv;
-    };
-    constexpr Row kRows[] = {
+    constexpr std::tuple<WORD, int, int> kRows[] = {
         {DC_COPIES, 9999, 999},
         {DC_MINEXTENT, 1397 << 16 | 984, 1270 << 16 | 762}, // length and width
         {DC_MAXEXTENT, 4877 << 16 | 3302, 3560 << 16 | 2160},
@@ -86,8 +80,8 @@ TEST_F(Capabilities, AreTheModelsFigures)
     for (const bool isPostScript : {true, false})
     {
         Install(isPostScript ? kPostScriptModel : kUnidrvModel);
-        for (const Row& row : kRows)
-            EXPECT_EQ(Ask(row.capability), isPostScript ? row.postScript : row.unidrv) << row.capability;
+        for (const auto& [capability, postScript, unidrv] : kRows)
+            EXPECT_EQ(Ask(capability), isPostScript ? postScript : unidrv) << capability;
         EXPECT_EQ(static_cast<DWORD>(Ask(DC_FIELDS)) & (DM_COPIES | DM_PAPERWIDTH | DM_DITHERTYPE),
                   DWORD{DM_COPIES | DM_PAPERWIDTH});
         ExpectListsOfModel();

@@ -1,6 +1,7 @@
 // DocumentPropertiesW: the driver's devmode, and what it takes over from an application's.
 #include <algorithm>
 #include <sstream>
+#include <tuple>
 
 #include "complugins/customforms.h"
 #include "complugins/oemdevmode.h"
@@ -13,8 +14,6 @@
 #include "tests/tvui/installedprinter.h"
 
 #include <tvcore/customsizenumber.h>
-#include <tvcore/productdata.h>
-#include <tvui/defaultdevmode.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/printdriver.h>
 
@@ -24,25 +23,6 @@ namespace
 namespace Format = OemDevmodeFormat;
 
 using DocumentProperties = InstalledPrinter;
-
-TEST_F(DocumentProperties, AreTheModelsDefaults)
-{
-    for (const char* const model : {kPostScriptModel, kUnidrvModel})
-    {
-        SCOPED_TRACE(model);
-        Install(model);
-        const ByteBuffer devmode = Properties();
-        EXPECT_EQ(devmode, MakeDefaultDevmode(ProductData(ParsePrinterModel(m_model.dump(), "")), m_name));
-        EXPECT_EQ(devmode.size(), static_cast<std::size_t>(Ask(DC_SIZE) + Ask(DC_EXTRA)));
-        const DEVMODEW fields = PublicPart(devmode);
-        EXPECT_EQ(CXString(fields.dmDeviceName), m_name.Mid(0, CCHDEVICENAME - 1));
-        EXPECT_EQ(fields.dmPaperSize, 9);
-        EXPECT_EQ(fields.dmPrintQuality, 600);
-        EXPECT_EQ(fields.dmDefaultSource, 7);
-        EXPECT_EQ(fields.dmMediaType, 5001u);
-        EXPECT_EQ(fields.dmFields & ~static_cast<DWORD>(Ask(DC_FIELDS)), 0u);
-    }
-}
 
 // "dmCopies=7 dmFormName=A5"
 std::vector<std::pair<std::string, std::string>> FieldsOf(const char* text)
@@ -101,6 +81,9 @@ TEST_F(DocumentProperties, TakeOverWhatThePrinterCanDo)
         {"dmDuplex=3 dmCollate=0", "dmDuplex=3 dmCollate=0"},
     };
     Install(kUnidrvModel);
+    const DEVMODEW fresh = PublicPart(Properties());
+    EXPECT_EQ(CXString(fresh.dmDeviceName), m_name.Mid(0, CCHDEVICENAME - 1));
+    EXPECT_EQ(fresh.dmFields & ~static_cast<DWORD>(Ask(DC_FIELDS)), 0u);
     for (const auto& [given, expected] : kRows)
     {
         SCOPED_TRACE(given);
@@ -201,15 +184,7 @@ TEST_F(DocumentProperties, KeepTheSettingsWhenThePaperChanges)
     contradiction.data()[2] = 1; // 65,536 bytes more than there are
     ByteBuffer spoilt = WithTwelveCopies(Store(fresh, {}, 9));
     spoilt.data()[spoilt.size() - 1] = 1;
-    struct Case
-    {
-        const char* name;
-        ByteBuffer input;
-        int copies;
-        std::size_t unknownSize;
-        std::size_t papers;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, ByteBuffer, int, std::size_t, std::size_t> cases[] = {
         {"sound settings", WithTwelveCopies(Store(fresh, settings, 9)), 12, 9, papers.size()},
         {"no list yet", WithTwelveCopies(Store(fresh, {}, 9)), 12, 9, papers.size()},
         {"room for a list of one form", WithTwelveCopies(Store(fresh, {}, 5700)), 12, 5700, 1},
@@ -218,10 +193,10 @@ TEST_F(DocumentProperties, KeepTheSettingsWhenThePaperChanges)
         {"settings of a later format", Store(fresh, later, 9), 0, 9, 0},
         {"a wrong CRC", spoilt, 0, 0, papers.size()},
     };
-    for (const Case& test : cases)
+    for (const auto& [name, given, copies, unknownSize, paperCount] : cases)
     {
-        SCOPED_TRACE(test.name);
-        ByteBuffer input = test.input;
+        SCOPED_TRACE(name);
+        ByteBuffer input = given;
         input.data()[sizeof(DEVMODEW) + 136] = 3; // a core setting
         auto* const devmode = reinterpret_cast<DEVMODEW*>(input.data());
         devmode->dmPaperSize = kLastPaper;
@@ -229,11 +204,11 @@ TEST_F(DocumentProperties, KeepTheSettingsWhenThePaperChanges)
         EXPECT_EQ(PublicPart(merged).dmPaperSize, kLastPaper);
         EXPECT_EQ(merged.data()[sizeof(DEVMODEW) + 136], 3);
         const nlohmann::ordered_json after = DescribeDevmode(HostDevmode(merged), nullptr);
-        EXPECT_EQ(after["features"].value("43", 0), test.copies);
-        EXPECT_EQ(EntryOf(merged, kUnknownKey).size(), test.unknownSize);
-        EXPECT_EQ(after["papers"].size(), test.papers);
-        EXPECT_EQ(HasPaper(after["papers"], kLastPaper), test.papers != 0);
-        EXPECT_EQ(test.papers == 0, SettingsOf(merged) == SettingsOf(test.input));
+        EXPECT_EQ(after["features"].value("43", 0), copies);
+        EXPECT_EQ(EntryOf(merged, kUnknownKey).size(), unknownSize);
+        EXPECT_EQ(after["papers"].size(), paperCount);
+        EXPECT_EQ(HasPaper(after["papers"], kLastPaper), paperCount != 0);
+        EXPECT_EQ(paperCount == 0, SettingsOf(merged) == SettingsOf(given));
     }
 }
 
@@ -248,15 +223,8 @@ TEST_F(DocumentProperties, KeepThePrivatePartsOfTheSameDriverOnly)
     own.data()[kCoreSetting] = 3;
     ByteBuffer ownWithoutCore = own;
     ownWithoutCore.data()[kCoreSetting] = 0;
-    struct Case
-    {
-        const char* name;
-        std::size_t changedAt; // by 8
-        std::size_t added;     // bytes before the maker's part
-        std::size_t behind;    // bytes behind it
-        const ByteBuffer& expected;
-    };
-    const Case cases[] = {
+    // A byte is changed by 8; bytes are added before the maker's part and behind it.
+    const std::tuple<const char*, std::size_t, std::size_t, std::size_t, const ByteBuffer&> cases[] = {
         {"the same", 0, 0, 0, own},
         {"more behind it", 0, 0, 4, own},
         {"a longer core part", kCore + Format::kPostScriptSizeOffset, 8, 0, ownWithoutCore},
@@ -264,16 +232,16 @@ TEST_F(DocumentProperties, KeepThePrivatePartsOfTheSameDriverOnly)
         {"another size of the maker's part", kOem + Format::kSizeOffset, 0, 0, fresh},
         {"another maker's", kOem + Format::kSignatureOffset, 0, 0, fresh},
     };
-    for (const Case& test : cases)
+    for (const auto& [name, changedAt, added, behind, expected] : cases)
     {
         std::vector<std::byte> input(own.bytes().begin(), own.bytes().end());
-        if (test.changedAt != 0)
-            input[test.changedAt] ^= std::byte{8};
-        input.insert(input.begin() + kOem, test.added, std::byte{});
-        input.resize(input.size() + test.behind);
+        if (changedAt != 0)
+            input[changedAt] ^= std::byte{8};
+        input.insert(input.begin() + kOem, added, std::byte{});
+        input.resize(input.size() + behind);
         const auto extra = static_cast<WORD>(input.size() - sizeof(DEVMODEW));
         std::memcpy(input.data() + offsetof(DEVMODEW, dmDriverExtra), &extra, sizeof extra);
-        EXPECT_EQ(Properties(reinterpret_cast<const DEVMODEW*>(input.data())), test.expected) << test.name;
+        EXPECT_EQ(Properties(reinterpret_cast<const DEVMODEW*>(input.data())), expected) << name;
     }
 }
 
@@ -317,14 +285,13 @@ TEST_F(DocumentProperties, AreWrittenWhole)
     WideString name = MutableName();
     constexpr LONG kSize = sizeof(DEVMODEW) + 564 + Format::kSize;
     using Header = DOCUMENTPROPERTYHEADER;
-    struct Case
+    constexpr struct
     {
         const char* name;
         void (*change)(Header& header); // which has just enough room
         LONG answer;
         bool writes;
-    };
-    constexpr Case kCases[] = {
+    } kCases[] = {
         {"the size", [](Header& header) { header.fMode = header.cbOut = 0; }, kSize, false},
         {"nowhere to write", [](Header& header) { header.pdmOut = nullptr; }, kSize, false},
         {"just enough", [](Header&) {}, IDOK, true},
@@ -338,7 +305,7 @@ TEST_F(DocumentProperties, AreWrittenWhole)
         {"no printer", [](Header& header) { header.pszPrinterName = nullptr; }, -1, false},
     };
     std::vector<BYTE> output;
-    for (const Case& test : kCases)
+    for (const auto& test : kCases)
     {
         SCOPED_TRACE(test.name);
         output.assign(kSize, BYTE{0xA5});

@@ -1,8 +1,7 @@
 // Every platform call and every allocation fails in turn while the module is asked: it answers -1, and then works.
 #include <algorithm>
-#include <functional>
 #include <new>
-#include <vector>
+#include <optional>
 
 #include <tvutil/user.h>
 
@@ -84,35 +83,69 @@ TEST_F(Faults, LeaveDevmodesUnwrittenOrWhole)
     ExpectAnswersOrRefusals(ask);
 }
 
-// What somebody reads meanwhile is whole, and a filling that was cut off is told.
-TEST_F(Faults, LeaveCachesWholeWhileTheyAreFilled)
+// With one custom size of the user beside the model's forms.
+class FaultsOfCaches : public Faults
 {
-    Install(kUnidrvModel);
-    const User user(CustomForms::kComponent);
-    user.DeleteKey(CustomForms::kKey);
-    ASSERT_TRUE(CustomForms::Add({W("Strip"), 100000, 200000, true}));
-    const ConfigurationModule module;
-    const Printer printer(m_name);
-    WideString name = MutableName();
-    ASSERT_TRUE(module.Event(name.data(), PRINTER_EVENT_CACHE_REFRESH));
-    std::vector<FormsInfoRecord> forms;
-    const auto count = [&]
+protected:
+    void SetUp() override
     {
+        Faults::SetUp();
+        Install(kUnidrvModel);
+        m_user.DeleteKey(CustomForms::kKey);
+        ASSERT_TRUE(CustomForms::Add({W("Strip"), 100000, 200000, true}));
+        ASSERT_TRUE(IsFilled());
+        m_whole = m_model["forms"].size() + 1; // the faults are not for the test's own memory
+        m_printer.emplace(m_name);
+    }
+
+    void TearDown() override
+    {
+        m_user.DeleteKey(CustomForms::kKey);
+        m_printer.reset();
+        Faults::TearDown();
+    }
+
+    bool IsFilled()
+    {
+        return m_module.Event(m_mutableName.data(), PRINTER_EVENT_CACHE_REFRESH) != FALSE;
+    }
+
+    // What a conversion reads: all the forms or none.
+    bool AreRead() const
+    try
+    {
+        std::vector<FormsInfoRecord> forms;
         MSDeviceCapabilities capabilities;
-        capabilities.Initialize(printer.GetPrinterHandle());
-        const HRESULT result =
-            capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer.GetPrinterHandle(), nullptr, forms);
-        EXPECT_EQ(forms.empty(), FAILED(result));
-        return forms.size();
-    };
-    const std::size_t whole = m_model["forms"].size() + 1;
+        HANDLE const printer = m_printer->GetPrinterHandle();
+        capabilities.Initialize(printer);
+        const HRESULT result = capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer, nullptr, forms);
+        EXPECT_TRUE(result == S_OK || result == E_FAIL || result == E_NOTIMPL) << result;
+        EXPECT_EQ(forms.size(), result == S_OK ? m_whole : 0);
+        return result == S_OK;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return false;
+    }
+
+private:
+    const User m_user{CustomForms::kComponent};
+    const ConfigurationModule m_module;
+    WideString m_mutableName = MutableName();
+    std::optional<Printer> m_printer;
+    std::size_t m_whole = 0;
+};
+
+// What somebody reads meanwhile is whole, and a filling that was cut off is told.
+TEST_F(FaultsOfCaches, LeaveThemWholeWhileTheyAreFilled)
+{
     unsigned refusals = 0;
     for (unsigned nth = 1;; ++nth)
     {
         winport::ArmFault(winport::FaultKind::PlatformCall, nth);
-        const bool isFilled = module.Event(name.data(), PRINTER_EVENT_CACHE_REFRESH) != FALSE;
+        const bool isFilled = IsFilled();
         const bool fired = winport::DisarmFault(winport::FaultKind::PlatformCall);
-        EXPECT_EQ(count(), whole) << "after fault " << nth;
+        EXPECT_TRUE(AreRead()) << "after fault " << nth;
         refusals += isFilled ? 0U : 1U;
         if (fired)
             continue;
@@ -120,40 +153,11 @@ TEST_F(Faults, LeaveCachesWholeWhileTheyAreFilled)
         break;
     }
     EXPECT_GT(refusals, 20U);
-    user.DeleteKey(CustomForms::kKey);
 }
 
-TEST_F(Faults, LeaveFormListsRefusedOrRight)
+TEST_F(FaultsOfCaches, LeaveReadingRefusedOrRight)
 {
-    Install(kUnidrvModel);
-    const User user(CustomForms::kComponent);
-    user.DeleteKey(CustomForms::kKey);
-    ASSERT_TRUE(CustomForms::Add({W("Strip"), 100000, 200000, true}));
-    const ConfigurationModule module;
-    const Printer printer(m_name);
-    const std::size_t whole = m_model["forms"].size() + 1; // the faults are not for the test's own memory
-    WideString name = MutableName();
-    ASSERT_TRUE(module.Event(name.data(), PRINTER_EVENT_CACHE_REFRESH));
-    const auto ask = [&]
-    {
-        try
-        {
-            std::vector<FormsInfoRecord> forms;
-            MSDeviceCapabilities capabilities;
-            capabilities.Initialize(printer.GetPrinterHandle());
-            const HRESULT result =
-                capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer.GetPrinterHandle(), nullptr, forms);
-            EXPECT_TRUE(result == S_OK || result == E_FAIL || result == E_NOTIMPL) << result;
-            EXPECT_EQ(forms.size(), result == S_OK ? whole : 0);
-            return result == S_OK;
-        }
-        catch (const std::bad_alloc&)
-        {
-            return false;
-        }
-    };
-    ExpectAnswersOrRefusals(ask);
-    user.DeleteKey(CustomForms::kKey);
+    ExpectAnswersOrRefusals([this] { return AreRead(); });
 }
 
 } // namespace

@@ -4,9 +4,7 @@
 #include <limits>
 #include <optional>
 #include <stdexcept>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 

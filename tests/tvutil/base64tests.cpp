@@ -1,6 +1,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -46,26 +47,20 @@ std::optional<Bytes> Decode(WStringView text)
 
 TEST(Base64, WritesAndReadsTheStandardsVectors)
 {
-    struct Case
-    {
-        std::string_view bytes;
-        const char* padded;
-        const char* unpadded;
-    };
-    constexpr Case kCases[] = {
+    constexpr std::tuple<std::string_view, const char*, const char*> kCases[] = {
         {"f", "Zg==", "Zg"},
         {"fo", "Zm8=", "Zm8"},
         {"foo", "Zm9v", "Zm9v"},
         {"\xFB\xEF\xFF", "++//", "++//"},
     };
-    for (const Case& test : kCases)
+    for (const auto& [plain, padded, unpadded] : kCases)
     {
-        SCOPED_TRACE(test.padded);
-        const Bytes bytes = ToBytes(test.bytes);
-        EXPECT_EQ(Encode(bytes, kDefault).ToUtf8(), test.padded);
-        EXPECT_EQ(Encode(bytes, kOneLine | kNoPadding).ToUtf8(), test.unpadded);
-        EXPECT_EQ(Decode(CXString::FromUtf8(test.padded)), bytes);
-        EXPECT_EQ(Decode(CXString::FromUtf8(test.unpadded)), bytes);
+        SCOPED_TRACE(padded);
+        const Bytes bytes = ToBytes(plain);
+        EXPECT_EQ(Encode(bytes, kDefault).ToUtf8(), padded);
+        EXPECT_EQ(Encode(bytes, kOneLine | kNoPadding).ToUtf8(), unpadded);
+        EXPECT_EQ(Decode(CXString::FromUtf8(padded)), bytes);
+        EXPECT_EQ(Decode(CXString::FromUtf8(unpadded)), bytes);
     }
 }
 

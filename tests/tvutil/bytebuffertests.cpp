@@ -8,9 +8,6 @@
 #include <tvutil/bytereader.h>
 #include <tvutil/bytewriter.h>
 
-namespace
-{
-
 TEST(ByteBuffer, ReadsItsFirstWordAndNothingOfAShorterContent)
 {
     const BYTE bytes[] = {0x01, 0x02, 0x03, 0xF4, 0x55};
@@ -46,7 +43,8 @@ TEST(ByteBuffer, ReadsStringsWithAndWithoutTerminator)
 
 TEST(ByteBuffer, ReadsAnsiTextAndWritesAscii)
 {
-    EXPECT_EQ(ByteBuffer("Gr\xFC\xDF\x65", 5).getAsStringValueFromAnsiBuffer(), W("Gr\u00fc\u00dfe"));
+    EXPECT_EQ(ByteBuffer("Gr\xFC\xDF\x65\x80\x9F\x81", 8).getAsStringValueFromAnsiBuffer(),
+              W("Gr\u00fc\u00dfe\u20ac\u0178\x81")); // unlike Latin-1
     EXPECT_EQ(ByteBuffer("ab\0cd", 5).getAsStringValueFromAnsiBuffer(), W("ab"));
     ByteBuffer text("x", 1);
     text.appendAscii(W("A\u00e9\u20ac\x7f"));
@@ -102,5 +100,3 @@ TEST(ByteWriter, WritesNothingThatDoesNotFit)
     EXPECT_FALSE(writer.Ok());
     EXPECT_EQ(bytes, (std::array{std::byte{0xFF}, std::byte{0xFF}, std::byte{0}, std::byte{0}}));
 }
-
-} // namespace

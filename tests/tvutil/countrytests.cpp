@@ -7,9 +7,6 @@
 
 #include <tvutil/operatingsystem.h>
 
-namespace
-{
-
 // The last answers stay: no other test asks for a country.
 TEST(Country, MeasuresAndPaperAreToldApart)
 {
@@ -30,5 +27,3 @@ TEST(Country, MeasuresAndPaperAreToldApart)
     EXPECT_EQ(answers("", "", "en_US"), "inches, Letter");
     EXPECT_EQ(answers(nullptr, nullptr, nullptr), "metric, A4");
 }
-
-} // namespace

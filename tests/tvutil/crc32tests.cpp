@@ -5,9 +5,6 @@
 
 #include <tvutil/crc32.h>
 
-namespace
-{
-
 // The sliced form must agree with the definition for every length and start, and chain at every place.
 TEST(Crc32, AgreesWithTheBitwiseDefinitionAndChains)
 {
@@ -32,5 +29,3 @@ TEST(Crc32, AgreesWithTheBitwiseDefinitionAndChains)
     for (std::size_t cut = 0; cut <= bytes.size(); ++cut)
         EXPECT_EQ(Crc32::GetCrc(bytes.data() + cut, bytes.size() - cut, Crc32::GetCrc(bytes.data(), cut)), whole);
 }
-
-} // namespace

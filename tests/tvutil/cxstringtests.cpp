@@ -1,12 +1,10 @@
 #include <stdexcept>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 #include <tvutil/cxstring.h>
-
-namespace
-{
 
 TEST(CXString, FormatReplacesDirectivesInOrder)
 {
@@ -51,13 +49,7 @@ TEST(CXString, ReplaceAllGoesLeftToRightOverTheOriginalText)
 
 TEST(CXString, ConvertsFromUtf8AndReplacesEachMaximalPartThatIsInvalid)
 {
-    struct Case
-    {
-        const char* what;
-        std::string utf8;
-        WideString wide;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::string, WideString> cases[] = {
         {"one to four bytes", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x96\xA8", W("a\u00e9\u20ac\U0001F5A8")},
         {"zero character", std::string("a\0b", 3), WideString(W("a\0b"), 3)},
         {"lone continuation", "\x80z", W("\uFFFDz")},
@@ -68,10 +60,10 @@ TEST(CXString, ConvertsFromUtf8AndReplacesEachMaximalPartThatIsInvalid)
         {"truncated, then text", "\xF0\x9F\x96z", W("\uFFFDz")},
         {"truncated at the end", "\xE2\x82", W("\uFFFD")},
     };
-    for (const Case& test : cases)
+    for (const auto& [what, utf8, wide] : cases)
     {
-        SCOPED_TRACE(test.what);
-        EXPECT_TRUE(CXString::FromUtf8(test.utf8) == WStringView(test.wide));
+        SCOPED_TRACE(what);
+        EXPECT_TRUE(CXString::FromUtf8(utf8) == WStringView(wide));
     }
     EXPECT_EQ(CXString(W("a\u00e9\u20ac\U0001F5A8")).ToUtf8(), "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x96\xA8");
 }
@@ -104,5 +96,3 @@ TEST(CXString, CutsAndFindsWithinTheText)
     EXPECT_TRUE(text.StartsWith(W("psk:")) && !CXString(W("ps")).StartsWith(W("psk:")));
     EXPECT_TRUE(CXString(static_cast<const WCHAR*>(nullptr)).IsEmpty());
 }
-
-} // namespace

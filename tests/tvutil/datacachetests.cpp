@@ -1,8 +1,8 @@
 // Blobs by name for printers and ports, and a user's settings: both in the registry.
 #include <windows.h>
 
-#include <memory>
-#include <type_traits>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -18,25 +18,14 @@ namespace
 
 constexpr DWORD kStamp = 1397442489;
 
-struct KeyCloser
-{
-    void operator()(HKEY key) const
-    {
-        RegCloseKey(key);
-    }
-};
-
-// Sets a value past the classes; null data deletes it.
+// Sets a value past the classes.
 void SetRawValue(const CXString& path, const WCHAR* name, DWORD type, const void* data, DWORD size)
 {
     HKEY opened = nullptr;
     ASSERT_EQ(
         RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &opened, nullptr), 0);
-    const std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser> key(opened);
-    if (data == nullptr)
-        RegDeleteValueW(opened, name);
-    else
-        ASSERT_EQ(RegSetValueExW(opened, name, 0, type, static_cast<const BYTE*>(data), size), 0);
+    EXPECT_EQ(RegSetValueExW(opened, name, 0, type, static_cast<const BYTE*>(data), size), 0);
+    RegCloseKey(opened);
 }
 
 ByteBuffer Bytes(const char* text)
@@ -119,19 +108,15 @@ TEST_F(DataCaches, DoNotBelieveWhatIsNotSound)
 {
     // stamp, length, CRC of "abc" seeded with the stamp, content
     const DataCache cache({m_printer}, HKEY_CURRENT_USER, kStamp, false);
-    const auto value = [this](WORD length)
-    {
-        std::vector<BYTE> bytes(length);
-        HKEY opened = nullptr;
-        EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, Path().c_str(), 0, KEY_READ, &opened), 0);
-        const std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser> key(opened);
-        DWORD size = length;
-        EXPECT_EQ(RegQueryValueExW(opened, W("A"), nullptr, nullptr, bytes.data(), &size), 0);
-        EXPECT_EQ(size, length);
-        return bytes;
-    };
     cache.Write(W("A"), Bytes("abc").bytes());
-    const std::vector<BYTE> whole = value(15);
+    HKEY opened = nullptr;
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, Path().c_str(), 0, KEY_READ, &opened), 0);
+    std::vector<BYTE> whole(16);
+    DWORD wholeSize = 16;
+    EXPECT_EQ(RegQueryValueExW(opened, W("A"), nullptr, nullptr, whole.data(), &wholeSize), 0);
+    RegCloseKey(opened);
+    ASSERT_EQ(wholeSize, 15U);
+    whole.resize(wholeSize);
     for (DWORD size = 0; size < whole.size(); ++size)
     {
         SetRawValue(Path(), W("A"), REG_BINARY, whole.data(), size);
@@ -145,44 +130,32 @@ TEST_F(DataCaches, DoNotBelieveWhatIsNotSound)
         EXPECT_FALSE(cache.Read(W("A"))) << "byte " << at;
     }
     EXPECT_TRUE(cache.Dump().empty());
-    std::vector<BYTE> longer = whole;
-    longer.push_back(0);
-    SetRawValue(Path(), W("A"), REG_BINARY, longer.data(), static_cast<DWORD>(longer.size()));
+    whole.push_back(0);
+    SetRawValue(Path(), W("A"), REG_BINARY, whole.data(), wholeSize + 1);
     EXPECT_FALSE(cache.Read(W("A")));
-    SetRawValue(Path(), W("A"), REG_SZ, whole.data(), static_cast<DWORD>(whole.size()));
+    SetRawValue(Path(), W("A"), REG_SZ, whole.data(), wholeSize);
     EXPECT_FALSE(cache.Read(W("A")));
-    SetRawValue(Path(), W("A"), REG_BINARY, whole.data(), static_cast<DWORD>(whole.size()));
+    SetRawValue(Path(), W("A"), REG_BINARY, whole.data(), wholeSize);
     EXPECT_EQ(cache.Read(W("A")), Bytes("abc"));
 }
 
+// What they keep is tested with the custom sizes.
 TEST(UserSettings, AreOfTheirTypeOrAbsent)
 {
     const ScratchStore store;
     const CXString component = CXString::FromUtf8("Test " + ScratchStore::OwnNumber());
     const User user(component);
-    EXPECT_TRUE(user.GetSubKeyNames(W("Sizes")).empty());
-    EXPECT_FALSE(user.GetDword(W("Sizes\\A"), W("Width")));
-    EXPECT_TRUE(user.CreateKey(W("Sizes\\B")));
-    EXPECT_FALSE(user.CreateKey(W("Sizes\\b")));
-    user.SetDword(W("Sizes\\A"), W("Width"), 0xFFFFFFFF);
-    user.SetBoolean(W("Sizes\\A"), W("Metric"), true);
-    EXPECT_EQ(user.GetDword(W("Sizes\\A"), W("Width")), 0xFFFFFFFF);
-    EXPECT_EQ(user.GetBoolean(W("Sizes\\A"), W("Metric")), true);
-    EXPECT_FALSE(user.GetDword(W("Sizes\\A"), W("Length")));
-    const std::vector<CXString> expected = {W("A"), W("B")};
-    EXPECT_EQ(user.GetSubKeyNames(W("Sizes")), expected);
-
+    const CXString path = CXString(W("Software\\Tavlen\\")) + component.View();
     const BYTE bytes[8] = {1};
-    const CXString path = CXString(W("Software\\Tavlen\\")) + component.View() + W("\\Sizes\\A");
-    SetRawValue(path, W("Width"), REG_SZ, bytes, 4);
-    EXPECT_FALSE(user.GetDword(W("Sizes\\A"), W("Width")));
-    SetRawValue(path, W("Width"), REG_DWORD, bytes, 3);
-    EXPECT_FALSE(user.GetDword(W("Sizes\\A"), W("Width")));
-
-    EXPECT_TRUE(user.DeleteKey(W("Sizes")));
-    EXPECT_FALSE(user.DeleteKey(W("Sizes")));
-    EXPECT_FALSE(user.GetBoolean(W("Sizes\\A"), W("Metric")));
-    RegDeleteTreeW(HKEY_CURRENT_USER, (CXString(W("Software\\Tavlen\\")) + component.View()).c_str());
+    for (const auto& [type, size] : {std::pair<DWORD, DWORD>{REG_SZ, 4}, {REG_DWORD, 3}, {REG_DWORD, 4}})
+    {
+        SetRawValue(path + W("\\A"), W("Width"), type, bytes, size);
+        EXPECT_EQ(user.GetDword(W("A"), W("Width")).has_value(), type == REG_DWORD && size == 4) << size;
+    }
+    EXPECT_EQ(user.GetBoolean(W("A"), W("Width")), true);
+    EXPECT_TRUE(user.DeleteKey(W("A")));
+    EXPECT_FALSE(user.DeleteKey(W("A")));
+    RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str());
 }
 
 } // namespace

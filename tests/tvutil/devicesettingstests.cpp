@@ -1,15 +1,12 @@
 // A printer's device settings, through the spooler.
 #include <windows.h>
-#include <winspool.h>
 
-#include <string>
 #include <utility>
 
 #include <gtest/gtest.h>
 
 #include <tvutil/devicesettingsmanager.h>
 #include <tvutil/exceptions.h>
-#include <tvutil/persistentattributes.h>
 
 #include "tests/common/testprinter.h"
 #include "tests/tvutil/attributebytessamples.h"
@@ -18,35 +15,6 @@ namespace
 {
 
 constexpr const WCHAR* kValueName = DeviceSettingsManager::kDeviceSettingsValueName;
-constexpr auto kDocProp = PersistentAttributes::GetDataModelDocPropNameSpaceId();
-
-TEST(DeviceSettings, AreStoredWithThePrinterAndReadAgain)
-{
-    const TestPrinter installed{std::nullopt};
-    const Printer printer(installed.Handle());
-    // Somebody else's namespace stands beside them.
-    AttributeBytesNameSpaces others;
-    others.SetAttributeBytesList(kDocProp, RawListOf(Bytes({1, 2, 3})));
-    PersistentAttributes stored;
-    stored.SetAttributeBytesNameSpaces(others);
-    const ByteBuffer& state = stored.GetPersistentAttributesState();
-    printer.SetPrinterDataW(kValueName, REG_BINARY, state.data(), static_cast<DWORD>(state.size()));
-
-    AttributeBytesIndexedList settings;
-    settings.SetAttributeBytes(720, MakeBooleanAttributeBytes(true));
-    for (int time = 0; time < 2; ++time)
-        DeviceSettingsManager::Store(printer, settings);
-    DeviceSettingsManager read(printer);
-    EXPECT_EQ(read.GetBooleanValueFromAttributeBytes(720), true);
-    EXPECT_EQ(read.GetDefaultAttributeBytesIndexedList()->GetCount(), 1u);
-    EXPECT_EQ(read.GetAttributeBytesIndexedListOf(kDocProp)->GetCount(), 0u);
-
-    DWORD type = 0;
-    ByteBuffer data;
-    ASSERT_TRUE(printer.GetPrinterDataW(kValueName, type, data) && type == REG_BINARY);
-    EXPECT_EQ(ByteBuffer(PersistentAttributes(data).GetAttributeBytesListForNameSpace(kDocProp).GetBytes()),
-              Bytes({1, 2, 3}));
-}
 
 TEST(DeviceSettings, ThatCannotBeReadAreNoneAndThoseOfALaterDriverStay)
 {

@@ -3,6 +3,7 @@
 
 #include <limits>
 #include <stdexcept>
+#include <tuple>
 
 #include <tvutil/dimension.h>
 #include <tvutil/number.h>
@@ -36,14 +37,7 @@ TEST(Numbers, RoundWithTheConstantAwayFromZeroOnlyBeyondAHalf)
 TEST(Dimensions, ConvertBetweenUnits)
 {
     using D = Dimension;
-    struct Row
-    {
-        LONGLONG value;
-        D::UnitsEnum from;
-        D::UnitsEnum to;
-        LONG expected;
-    };
-    constexpr Row kRows[] = {
+    constexpr std::tuple<LONGLONG, D::UnitsEnum, D::UnitsEnum, LONG> kRows[] = {
         {184'150, D::Microns, D::TenthsOfAMillimeter, 1841}, // 1841.5: a half goes down
         {184'151, D::Microns, D::TenthsOfAMillimeter, 1842},
         {2970, D::TenthsOfAMillimeter, D::Microns, 297'000},
@@ -56,9 +50,9 @@ TEST(Dimensions, ConvertBetweenUnits)
         {kMost, D::Inches, D::Microns, 2'147'483'647},
         {-kMost - 1, D::Inches, D::Microns, -2'147'483'647 - 1},
     };
-    for (const Row& row : kRows)
-        EXPECT_EQ(D(row.value, row.from).GetValue(row.to).GetLongValue(), row.expected)
-            << row.value << " of unit " << row.from << " in unit " << row.to;
+    for (const auto& [value, from, to, expected] : kRows)
+        EXPECT_EQ(D(value, from).GetValue(to).GetLongValue(), expected)
+            << value << " of unit " << from << " in unit " << to;
     EXPECT_EQ(D(Number(125, 10), D::Millimeters), D(125, D::TenthsOfAMillimeter));
     EXPECT_THROW(D(1, static_cast<D::UnitsEnum>(0)), std::invalid_argument);
     EXPECT_THROW((void)D().GetValue(static_cast<D::UnitsEnum>(7)), std::invalid_argument);

@@ -3,11 +3,9 @@
 #include <functional>
 #include <new>
 #include <stdexcept>
-#include <string>
 
 #include <gtest/gtest.h>
 
-#include <tvutil/bytebuffer.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/executioncontext.h>
 #include <tvutil/globalcaches.h>

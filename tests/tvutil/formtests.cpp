@@ -1,8 +1,8 @@
 // The forms of a printer: the spooler's, and those that only the driver knows, however it answers.
 #include <windows.h>
-#include <winspool.h>
 
 #include <array>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -55,13 +55,8 @@ TEST_F(Forms, OfTheSpoolerGoByTheirPlaceInItsList)
 
 TEST_F(Forms, OfTheDriverAreReadWithinWhatItBrings)
 {
-    struct Case
-    {
-        const char* what;
-        Script script;
-        DWORD last; // the last paper that is found; 0: none
-    };
-    constexpr Case kCases[] = {
+    // With the last paper that is found, 0 for none.
+    constexpr std::tuple<const char*, Script, DWORD> kCases[] = {
         {"as drivers do", {70, 70, 70, 70, 70, 70}, 369},
         {"fewer than announced", {70, 66, 70, 69, 70, 70}, 365},
         {"more, within reason", {70, 326, 70, 326, 70, 326}, 625},
@@ -73,20 +68,20 @@ TEST_F(Forms, OfTheDriverAreReadWithinWhatItBrings)
         {"no sizes", {70, 70, kRefusal, kRefusal, 70, 70}, 0},
         {"no names", {70, 70, 70, 70, 70, kRefusal}, 0},
     };
-    for (const Case& test : kCases)
+    for (const auto& [what, script, lastFound] : kCases)
     {
-        SCOPED_TRACE(test.what);
-        const DWORD last = test.last == 0 ? 303 : test.last;
-        const CFormRecord form = Find(last, test.script);
-        EXPECT_EQ(Find(last + 1, test.script).paperNumber, 0u);
-        EXPECT_EQ(form.paperNumber, test.last);
-        if (test.last == 0)
+        SCOPED_TRACE(what);
+        const DWORD last = lastFound == 0 ? 303 : lastFound;
+        const CFormRecord form = Find(last, script);
+        EXPECT_EQ(Find(last + 1, script).paperNumber, 0u);
+        EXPECT_EQ(form.paperNumber, lastFound);
+        if (lastFound == 0)
             continue;
         EXPECT_EQ(form.flags, FORM_PRINTER);
         EXPECT_EQ(form.width, static_cast<LONG>(last - 300) * 1'000);
         EXPECT_EQ(form.length, static_cast<LONG>(last - 300) * 2'000);
         EXPECT_EQ(form.name, CXString(WideString(64, W('p')))) << "not terminated";
-        EXPECT_EQ(Find(303, test.script).name, W("ppp"));
+        EXPECT_EQ(Find(303, script).name, W("ppp"));
     }
 }
 

@@ -2,7 +2,6 @@
 #include <windows.h>
 
 #include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -5,12 +5,10 @@
 #include <fstream>
 #include <optional>
 #include <sstream>
-#include <string>
-#include <vector>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
-#include <tvutil/attributebytesindexedlist.h>
 #include <tvutil/persistentattributes.h>
 
 #include "tests/tvutil/attributebytessamples.h"
@@ -103,13 +101,7 @@ TEST(PersistentAttributes, KeepWhatTheyDoNotKnowThroughAnEdit)
 
 TEST(PersistentAttributes, ThatCannotBeReadAreReplacedUnlessALaterDriverWroteThem)
 {
-    struct Case
-    {
-        const char* what;
-        std::vector<int> bytes;
-        bool isKept;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::vector<int>, bool> cases[] = {
         {"nothing", {}, false},
         {"a size below the header's", {11, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0}, false},
         {"a size beyond the bytes", {13, 0, 0, 0, 0, 1, 12, 0, 0, 0, 0, 0}, false},
@@ -120,16 +112,16 @@ TEST(PersistentAttributes, ThatCannotBeReadAreReplacedUnlessALaterDriverWroteThe
         {"a later format", {12, 0, 0, 0, 0, 2, 12, 0, 0, 0, 0, 0}, true},
         {"a later format that runs past its end", {7, 0, 0, 0, 0, 2}, false},
     };
-    for (const Case& test : cases)
+    for (const auto& [what, bytes, isKept] : cases)
     {
-        SCOPED_TRACE(test.what);
-        PersistentAttributes attributes(Bytes(test.bytes), DWORD{7});
+        SCOPED_TRACE(what);
+        PersistentAttributes attributes(Bytes(bytes), DWORD{7});
         EXPECT_EQ(attributes.GetDriverVersion(), 0u);
         EXPECT_TRUE(ListOf(attributes, kDocProp).empty());
-        EXPECT_EQ(attributes.SetAttributeBytesNameSpaces(Only(kDocProp, Bytes({1}))), !test.isKept);
+        EXPECT_EQ(attributes.SetAttributeBytesNameSpaces(Only(kDocProp, Bytes({1}))), !isKept);
         EXPECT_EQ(Hex(attributes.GetPersistentAttributesState()),
-                  Hex(Bytes(test.isKept ? test.bytes : std::vector<int>{21, 0, 0, 0, 0, 1, 12, 0, 7, 0, 0, 0, //
-                                                                        1,  0, 0, 0, 1, 0, 0,  0, 1})));
+                  Hex(Bytes(isKept ? bytes : std::vector<int>{21, 0, 0, 0, 0, 1, 12, 0, 7, 0, 0, 0, //
+                                                              1,  0, 0, 0, 1, 0, 0,  0, 1})));
     }
 }
 

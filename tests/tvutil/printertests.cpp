@@ -1,14 +1,9 @@
 // Linux only: Wine keeps no access rights, and has no fault injection.
 #include <windows.h>
 
-#include <winspool.h>
-
 #include <algorithm>
 #include <iterator>
-#include <optional>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 

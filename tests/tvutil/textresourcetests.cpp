@@ -3,7 +3,6 @@
 
 #include <memory>
 #include <thread>
-#include <vector>
 
 #include <tvutil/textresourceloader.h>
 
@@ -96,24 +95,6 @@ TEST(TextsInForce, AreEachThreadsOwn)
         })
         .join();
     EXPECT_EQ(Text(), W("first"));
-}
-
-TEST(TextsInForce, MayBeSharedAndAskedForOnManyThreads)
-{
-    std::vector<std::thread> threads;
-    for (int index = 0; index < 4; ++index)
-        threads.emplace_back(
-            [name = CXString::FromInteger(index)]
-            {
-                for (int round = 0; round < 200; ++round)
-                {
-                    const SharedTexts texts = Share(name.c_str(), name.c_str());
-                    PutInForce(name.c_str());
-                    EXPECT_EQ(Text(), name);
-                }
-            });
-    for (std::thread& thread : threads)
-        thread.join();
 }
 
 } // namespace
