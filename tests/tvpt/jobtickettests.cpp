@@ -21,12 +21,6 @@ using namespace OemDevmodeBytes;
 
 class JobTickets : public HostTest
 {
-protected:
-    static RunResult Print(const std::string& printer, const Bytes& devmode, const std::string& file = "-")
-    {
-        return RunHost({"jobticket", "--printer", printer, "-", "-o", file},
-                       std::string(reinterpret_cast<const char*>(devmode.data()), devmode.size()));
-    }
 };
 
 Bytes DevmodeWith(const AttributeBytesIndexedList& settings)
@@ -46,7 +40,7 @@ std::string TicketOf(const AttributeBytesIndexedList& settings)
     XDevmode devmode(reinterpret_cast<DEVMODEW*>(bytes.data()));
     ProductData product(PrinterModel{});
     ByteBuffer text("+", 1); // what is there stays in front
-    EXPECT_TRUE(RenJtifForXps(nullptr, devmode, product).GenerateJtif(text));
+    EXPECT_TRUE(RenJtifForXps(nullptr, devmode, product).GenerateJtif(text) && *text.data() == '+');
     return {reinterpret_cast<const char*>(text.data()) + 1, text.size() - 1};
 }
 
@@ -75,8 +69,7 @@ std::string Text(const std::string& lines)
     return text.substr(0, text.size() - 4);
 }
 
-// One job for each value of the last setting; its text stands for "@". The line of "@" is missing where the text is
-// "-".
+// One job for each value of the last setting; its text stands for "@".
 struct Jobs
 {
     std::string settings;
@@ -98,17 +91,17 @@ const Jobs kJobs[] = {
      "|highlightMappingColor: yellow|highlightMappingAlgorithm: Presentation|mismatchedHighlightPrintingColor: hold"
      "|documentPaperColors: yellow|paperType-opacity: opaque|paperType-preFinish: DrilledPreCutTab 3 5|paperType-weight: 90"},
     // All automatic.
-    {"46=5001|146=5001|145=5001|208=5001|45=5001|88=5001|63=5001|101=5001|102=5001|103=5001|104=5001|174=5001|175=5001"
-     "|178=6921|176=5|59=", "5001 False|5510 False|5511 True", "~|signature: @|#|disposition: PRINT|documentPaperColors: Automatic"},
-    {"43=", "1 1|32767 32767", "~|copyCount: @|#"},
+    {"46=5001|98=1mm|146=5001|145=5001|208=5001|45=5001|88=5001|63=5001|101=5001|102=5001|103=5001|104=5001|174=5001|175=5001"
+     "|178=6921|59=", "5001 False|5510 False|5511 True",
+     "~|signature: @|#|y2ImageShift: 1|disposition: PRINT|documentPaperColors: Automatic"},
+    {"101=5761|97=1mm|43=", "1 1|32767 32767", "~|copyCount: @|#|x2ImageShift: 1"},
     {"45=", "5410 collated|5411 uncollated", "~|#|requirements: @"},
     {"88=", "5600 0|5601 90|5602 180|5603 270", "~|#|rotation: @"},
     {"63=", "5001 PRINT|5530 PRINT|5531 SAVE|5532 PRINT&SAVE", "~|#|disposition: @"},
     // To the nearest millimetre, a half towards zero. The back's unless the job is simplex.
     {"96=12.6mm|95=", "12.5mm 12|12.6mm 13|-12.5mm -12|-12.6mm -13|-0.4mm 0|1in 25|1000mm 1000", "~|#|xImageShift: @|yImageShift: 13"},
-    {"97=1mm|98=1mm|46=", "5421 duplex|5422 duplex(tumble)|5001 -", "~|requirements: @|#|x2ImageShift: 1|y2ImageShift: 1"},
+    {"97=1mm|98=1mm|46=", "5421 duplex|5422 duplex(tumble)", "~|requirements: @|#|x2ImageShift: 1|y2ImageShift: 1"},
     {"97=1mm|98=1mm|46=", "5420 simplex", "~|requirements: @|#"},
-    {"98=", "1mm 1", "~|#|y2ImageShift: @"},
     // Finishing: the bypass comes first, then slip sheets.
     {"145=6800|208=6254|146=", "9700:Stacker Stacker", "~|outputLocation: FinishingBypass @"},
     {"208=6254|145=", "6800 slipSheeting|1 slipSheeting", "~|requirements: @|#"},
@@ -117,7 +110,7 @@ const Jobs kJobs[] = {
     {"208=", "6254 SinglePortrait|6255 SingleLandscape|6256 RightSinglePortrait|6257 RightSingleLandscape|6258 DualLandscape"
      "|6259 DualPortrait|6260 RightDualLandscape|6261 RightDualPortrait", "~|binding: None|edgeStitching: @|bookletMaker: False"},
     {"101=", "5750 red|5751 green|5752 blue|5753 cyan|5754 magenta|5755 black|5756 cardinal|5757 royal|5758 ruby|5759 violet"
-     "|5760 brown|5761 -|5762 other", "~|#|highlightPrintingColor: @"},
+     "|5760 brown|5762 other", "~|#|highlightPrintingColor: @"},
     {"102=", "5800 red|5801 green|5802 blue|5803 cyan|5804 magenta|5805 black|5806 cardinal|5807 royal|5808 ruby|5809 violet"
      "|5810 brown|5811 yellow|5812 other", "~|#|highlightMappingColor: @"},
     {"103=", "5850 Automatic|5851 Pictorial|5852 Presentation|5853 PictorialTable|5854 ColorToHighlight|5855 Monochrome",
@@ -145,11 +138,9 @@ TEST_F(JobTickets, SayWhatTheSettingsAre)
         std::istringstream values(row.values);
         for (std::string value; std::getline(values, value, '|');)
         {
-            const std::string text = value.substr(value.find(' ') + 1);
-            const std::size_t at = row.lines.find('@');
-            const std::size_t line = text == "-" ? row.lines.rfind('|', at) : at;
-            const std::string lines = row.lines.substr(0, line) + (text == "-" ? "" : text) + row.lines.substr(at + 1);
-            EXPECT_EQ(TicketOf(row.settings + value.substr(0, value.find(' '))), Text(lines)) << row.settings << value;
+            const std::size_t end = value.find(' ');
+            const std::string lines = std::string(row.lines).replace(row.lines.find('@'), 1, value.substr(end + 1));
+            EXPECT_EQ(TicketOf(row.settings + value.substr(0, end)), Text(lines)) << row.settings << value;
         }
     }
 }
@@ -165,22 +156,7 @@ TEST_F(JobTickets, HaveNoLineThatATextForgesAndNoPageExceptions)
               Text("title: A %TVLcopyCount: 99    B|senderName: Default Sender|#|documentPaperColors: Sky Blue"));
 }
 
-TEST_F(JobTickets, HaveTheDevmodesSettingsAndElseTheModelsDefaults)
-{
-    const std::string printer = "Test defaults " + std::to_string(GetCurrentProcessId());
-    const std::string model = ChangedModel(
-        "m", {{"name", "Tavlen D"}, {"capability", "0xC88"}, {"defaults", {{"43", 2}, {"45", 5410}, {"175", 6801}}}});
-    (void)OutputOf({"printer", "add", printer, "--model", model});
-    RemoveAtEnd(printer);
-    AttributeBytesIndexedList settings;
-    settings.SetAttributeBytes(Feature::JobCopies, MakeIntegerAttributeBytes(7));
-    const RunResult run = Print(printer, DevmodeWith(settings), File("t"));
-    EXPECT_EQ(run.out + run.errors, "");
-    EXPECT_EQ(ReadBytes(Folder() / "t"), Text("~|copyCount: 7|#|requirements: collated|paperType-opacity: transparency"
-                                              "|paperType-preFinish: Plain 0 0"));
-}
-
-TEST_F(JobTickets, ComeWithAWordOnWhatIsNotInThem)
+TEST_F(JobTickets, HaveTheDevmodesSettingsElseTheModelsAndAWordOnWhatIsNotInThem)
 {
     AttributeBytesIndexedList untaken;
     untaken.SetAttributeBytes(Feature::JobCopies, RawText(W("3")));
@@ -190,7 +166,13 @@ TEST_F(JobTickets, ComeWithAWordOnWhatIsNotInThem)
     untaken.SetAttributeBytes(Feature::MediaType, {AttributeBytesValueId(6800), true});
     Bytes damaged = DevmodeWith({});
     damaged.back() = std::byte{1};
+    AttributeBytesIndexedList copies;
+    copies.SetAttributeBytes(Feature::JobCopies, MakeIntegerAttributeBytes(7));
     const std::string office = InstallTestPrinter();
+    const std::string other = office + " b";
+    (void)OutputOf({"printer", "add", other, "--model",
+                    ChangedModel("m", {{"name", "Other"}, {"defaults", {{"43", 2}, {"45", 5410}, {"175", 6801}}}})});
+    RemoveAtEnd(other);
     const std::string defaults = "note: -: this is the job ticket of the defaults: ";
     const std::string noTicket = " carry no job ticket: ";
     const std::tuple<std::string, Bytes, std::string, std::string> rows[] = {
@@ -199,11 +181,14 @@ TEST_F(JobTickets, ComeWithAWordOnWhatIsNotInThem)
         {office, DevmodeWith(untaken), "~|#", "not set: 43 JobCopies, 78 JobTitle, 477 PageMediaCollection\n"},
         {InstallTestPrinter("tavlen-w3100-xps"), DevmodeWith({}), "~|copyCount: 1|requirements: simplex|#",
          noTicket + "controllers of its family 8430 read none"},
-        {InstallTestPrinter("tavlen-b4400-uni"), DevmodeWith({}), "~|#", noTicket + "bit 10 of"},
+        {other, DevmodeWith(copies),
+         "~|copyCount: 7|#|requirements: collated|paperType-opacity: transparency|paperType-preFinish: Plain 0 0",
+         noTicket + "bit 10 of"},
     };
     for (const auto& [printer, devmode, lines, note] : rows)
     {
-        const RunResult run = Print(printer, devmode);
+        const RunResult run = RunHost({"jobticket", "--printer", printer, "-"},
+                                      std::string(reinterpret_cast<const char*>(devmode.data()), devmode.size()));
         EXPECT_TRUE(run.status == 0 && run.out == Text(lines)) << note << run.status << run.out;
         EXPECT_TRUE(IsOneErrorLine(run.errors, note));
     }
