@@ -63,7 +63,7 @@ void OfferSizes(benchmark::State& state)
     for (auto _ : state)
     {
         const ComPtr<IXMLDOMDocument2> document = LoadDocument(CapabilitiesAround(""));
-        Access::ReplaceMediaSizes(*bound.binding.object, document.Get(), nullptr);
+        Access::Replace(*bound.binding.object, document.Get(), nullptr, Access::kMediaSizes);
     }
     state.SetComplexityN(state.range(0));
 }

@@ -13,7 +13,6 @@
 namespace
 {
 
-using PageMediaSize::AskedSize;
 using PageMediaSize::Forms;
 using PaperIds = std::unordered_set<std::uint16_t>;
 

@@ -31,12 +31,13 @@ constexpr const char* kUsual = "the country's usual one";
 const std::string kOption = "//psf:Feature[@name='psk:PageMediaSize']/psf:Option";
 const std::string kParameter = "//psf:ParameterInit[starts-with(@name,'psk:PageMedia')]";
 
-std::string Join(const std::vector<std::string>& words)
+// The texts that a query finds.
+std::string Words(const ComPtr<IXMLDOMDocument2>& document, const std::string& query)
 {
-    std::string text;
-    for (const std::string& word : words)
-        text += word + " ";
-    return text;
+    std::string words;
+    for (const std::string& text : Select(document.Get(), query))
+        words += text + " ";
+    return words;
 }
 
 // A sample, or "OPTION WIDTH HEIGHT", of which @ is a reference to a parameter: A6's width.
@@ -109,8 +110,8 @@ protected:
             m_binding->provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr, ticket.Get());
         EXPECT_EQ(before, devmode.Bytes());
         return result != S_OK ? "refused"
-                              : Join(Select(ticket.Get(), kOption + "//@name | " + kOption + "//psf:Value | " +
-                                                              kParameter + "/@name | " + kParameter + "/psf:Value"));
+                              : Words(ticket, kOption + "//@name | " + kOption + "//psf:Value | " + kParameter +
+                                                  "/@name | " + kParameter + "/psf:Value");
     }
 
     std::optional<PrinterHandle> m_printer;
@@ -178,39 +179,32 @@ TEST_F(MediaSizes, OfEveryFormOfEveryModelComeBack)
 
 struct TicketRow
 {
-    const char* ticket;
     const char* form;
-    const char* onB4400 = nullptr; // another one
-    const char* onB7000 = nullptr;
+    const char* onB4400; // where it is another one
+    const char* onB7000;
+    std::vector<const char*> tickets;
 };
 
 // clang-format off
-constexpr TicketRow kTickets[] = {
-    {"platform-00.xml",                         "9 2100x2970 A4"},     // 209.9 mm
-    {"prefix-fw.xml",                           "9 2100x2970 A4"},
-    {"custom-size.xml",                         "256 1500x2200 "},
-    {"vnd:CustomMediaSize 215900 279400",       "1 2159x2794 Letter"}, // another maker's
+const TicketRow kTickets[] = {
     // The value of a name ends the walk, whatever the size; other makers' names have none.
-    {"psk:ISOA4 100000 100000",                 "9 2100x2970 A4"},
-    {"psk:ISOA3 297000 420000",                 "8 2970x4200 A3",      "256 2970x4200 "},
-    {"ns0000:sra4 1000 1000",                   "256 10x10 ",          nullptr, "325 2250x3200 SRA4"},
-    {"vnd:sra4 1000 1000",                      "256 10x10 "},
-    // By size, to half a millimetre; a user's form wins over earlier ones.
-    {"vnd:Own 210499 296501",                   "9 2100x2970 A4",      nullptr, "256 2100x2970 House Stationery"},
-    {"vnd:Own 210500 297000",                   "256 2105x2970 "},
-    {"vnd:Own 200000 300000",                   "256 2000x3000 ",      nullptr, "256 2000x3000 Service Test Sheet"},
+    {"9 2100x2970 A4",      nullptr, nullptr,               {"platform-00.xml", "prefix-fw.xml", "psk:ISOA4 100000 100000"}},
+    {"8 2970x4200 A3",      "256 2970x4200 ", nullptr,               {"psk:ISOA3 297000 420000"}},
+    {"256 10x10 ",          nullptr, "325 2250x3200 SRA4",           {"ns0000:sra4 1000 1000"}},
+    {"256 10x10 ",          nullptr, nullptr,                        {"vnd:sra4 1000 1000"}},
+    // By size, to half a millimetre; a user's form wins over earlier ones. Another maker's custom size is a size.
+    {"9 2100x2970 A4",      nullptr, "256 2100x2970 House Stationery",   {"vnd:Own 210499 296501"}},
+    {"256 2105x2970 ",      nullptr, nullptr,                            {"vnd:Own 210500 297000"}},
+    {"256 2000x3000 ",      nullptr, "256 2000x3000 Service Test Sheet", {"vnd:Own 200000 300000"}},
+    {"1 2159x2794 Letter",  nullptr, nullptr,                            {"vnd:CustomMediaSize 215900 279400"}},
     // Custom sizes take no form's place. Numbers as the runtime reads them; a devmode takes 16 bits of them.
-    {"psk:PSCustomMediaSize @ 148000",          "256 1050x1480 "},
-    {"psk:CustomMediaSize 150050.9 220051up",   "256 1500x2201 "},
-    {"psk:CustomMediaSize 99999999999 3300000", "256 44564x33000 "},
-    // No usable size, whatever the name says.
-    {"minimal.xml",                             kUsual},
-    {"psk:ISOA5",                               kUsual},
-    {"psk:CustomMediaSize 0 297000",            kUsual},
-    {"psk:CustomMediaSize -210000 297000",      kUsual},
-    {"psk:CustomMediaSize 1e5 297000",          kUsual},               // nothing in tenths of a millimetre
-    {"psk:CustomMediaSize 6553600 297000",      kUsual},               // nothing in 16 bits
-    {"A4 210000 297000",                        "refused"},
+    {"256 1500x2200 ",      nullptr, nullptr, {"custom-size.xml", "psk:CustomMediaSize 150050.9 220049up"}},
+    {"256 1050x1480 ",      nullptr, nullptr, {"psk:PSCustomMediaSize @ 148000"}},
+    {"256 44564x33000 ",    nullptr, nullptr, {"psk:CustomMediaSize 99999999999 3300000"}},
+    // No usable size, whatever the name says; also what leaves nothing in tenths of a millimetre or in 16 bits of them.
+    {kUsual, nullptr, nullptr, {"minimal.xml", "psk:ISOA5", "psk:CustomMediaSize 0 297000", "psk:CustomMediaSize 1e5 297000",
+                                "psk:CustomMediaSize -210000 297000", "psk:CustomMediaSize 6553600 297000"}},
+    {"refused",             nullptr, nullptr, {"A4 210000 297000"}},
 };
 // clang-format on
 
@@ -221,15 +215,18 @@ TEST_F(MediaSizes, OfATicketChooseTheFormOfItsValueOrElseOfItsSize)
     {
         Bind(model);
         for (const TicketRow& row : kTickets)
-        {
-            SCOPED_TRACE(model + ": " + row.ticket);
-            const char* const other = model == kModels[1] ? row.onB4400 : model == kModels[3] ? row.onB7000 : nullptr;
-            const std::string expected = other != nullptr ? other : row.form;
-            const ComPtr<IXMLDOMDocument2> ticket = Ticket(row.ticket, "<psf:Feature name='psk:PageMediaSize'/>");
-            EXPECT_EQ(expected == kUsual ? usual : expected, ToDevmode(ticket));
-            EXPECT_TRUE(expected == "refused" ||
-                        (expected == kUsual) == Access::TakesDefaultSize(*m_binding->object, ticket.Get()));
-        }
+            for (const char* const words : row.tickets)
+            {
+                SCOPED_TRACE(model + ": " + words);
+                const char* const other = model == kModels[1]   ? row.onB4400
+                                          : model == kModels[3] ? row.onB7000
+                                                                : nullptr;
+                const std::string expected = other != nullptr ? other : row.form;
+                const ComPtr<IXMLDOMDocument2> ticket = Ticket(words, "<psf:Feature name='psk:PageMediaSize'/>");
+                EXPECT_EQ(expected == kUsual ? usual : expected, ToDevmode(ticket));
+                EXPECT_TRUE(expected == "refused" ||
+                            (expected == kUsual) == Access::TakesDefaultSize(*m_binding->object, ticket.Get()));
+            }
     }
 }
 
@@ -291,13 +288,11 @@ TEST_F(MediaSizes, AreOfferedOnceEachWithTheParametersOfCustomOnes)
         for (int again = 0; again < 2; ++again)
         {
             document = Reparse(document.Get());
-            Access::ReplaceMediaSizes(*m_binding->object, document.Get(), nullptr);
+            Access::Replace(*m_binding->object, document.Get(), nullptr, Access::kMediaSizes);
             const std::string definition = "//psf:ParameterDef[starts-with(@name,'psk:PageMediaSize')]";
-            EXPECT_EQ(options + custom, Join(Select(document.Get(), kOption + "/@name")));
-            EXPECT_EQ(values,
-                      Join(Select(document.Get(), definition + "/psf:Property[contains(@name,'Value')]/psf:Value")));
-            EXPECT_EQ(Join(Select(document.Get(), kOption + "//psf:ParameterRef/@name")),
-                      Join(Select(document.Get(), definition + "/@name")));
+            EXPECT_EQ(options + custom, Words(document, kOption + "/@name"));
+            EXPECT_EQ(values, Words(document, definition + "/psf:Property[contains(@name,'Value')]/psf:Value"));
+            EXPECT_EQ(Words(document, kOption + "//psf:ParameterRef/@name"), Words(document, definition + "/@name"));
         }
     }
 }
@@ -316,10 +311,10 @@ TEST_F(MediaSizes, AreOfferedByForeignNamesAndNotAsCustomOnesWithoutExtents)
     });
     ChangeInstalledModel([](json& model) { model["minExtent"] = 0; }); // no model any more: the driver has no answer
     const ComPtr<IXMLDOMDocument2> document = LoadTestDocument("capabilities/public-keywords-example.xml");
-    Access::ReplaceMediaSizes(*m_binding->object, document.Get(), nullptr);
+    Access::Replace(*m_binding->object, document.Get(), nullptr, Access::kMediaSizes);
     EXPECT_EQ("\"<a>&'  z " + std::string(62, 'x') + "\xEF\xBF\xBD \xF0\x9F\x96\xA8 ",
-              Join(Select(document.Get(), kOption + "/psf:Property/psf:Value")));
-    EXPECT_EQ("", Join(Select(document.Get(), "//psf:ParameterDef[contains(@name,'PageMediaSize')]")));
+              Words(document, kOption + "/psf:Property/psf:Value"));
+    EXPECT_EQ("", Words(document, "//psf:ParameterDef[contains(@name,'PageMediaSize')]"));
 
     constexpr int kUsable = 0x0102'0304;
     const int beyond = static_cast<int>(0xFFFE'8000U);
@@ -337,8 +332,8 @@ TEST_F(MediaSizes, HaveTheImageableAreaOfEveryOrientation)
             Ticket("vnd:Own 297000 1200000",
                    "<psf:Feature name='psk:PageOrientation'><psf:Option name='" + orientation + "'/></psf:Feature>");
         for (int again = 0; again < 2; ++again)
-            Access::ReplaceImageableArea(*m_binding->object, document.Get(), ticket.Get());
-        return Join(Select(document.Get(), "/*/psf:Property/psf:Property/@name | //psf:Property/psf:Value"));
+            Access::Replace(*m_binding->object, document.Get(), ticket.Get(), Access::kImageableArea);
+        return Words(document, "/*/psf:Property/psf:Property/@name | //psf:Property/psf:Value");
     };
     const auto area = [](const std::string& width, const std::string& height, const std::string& inner)
     {

@@ -97,24 +97,17 @@ struct TavlenPtProviderTestAccess
         return provider.GetPrintTicketPaperSize(wrapped, cached, &form);
     }
 
-    static void ReplaceMediaSizes(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket)
-    {
-        Replace<&TavlenPtProvider::ReplacePageMediaSizeCapabilities>(provider, document, ticket);
-    }
+    static constexpr auto kMediaSizes = &TavlenPtProvider::ReplacePageMediaSizeCapabilities;
+    static constexpr auto kImageableArea = &TavlenPtProvider::ReplacePageImageableSizeAndAreaProperties;
 
-    static void ReplaceImageableArea(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket)
-    {
-        Replace<&TavlenPtProvider::ReplacePageImageableSizeAndAreaProperties>(provider, document, ticket);
-    }
-
-private:
-    template <auto Operation>
-    static void Replace(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket)
+    template <class Operation>
+    static void Replace(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket,
+                        Operation operation)
     {
         PrintCapabilitiesXmlDocument wrapped(document);
         PrintTicketXmlDocument wrappedTicket(ticket);
         MsCachedDeviceCapabilities cached(provider.GetMSDeviceCapabilities(), provider.m_printerHandle, nullptr);
-        EXPECT_EQ(S_OK, (provider.*Operation)(wrapped, wrappedTicket, cached));
+        EXPECT_EQ(S_OK, (provider.*operation)(wrapped, wrappedTicket, cached));
     }
 };
 
