@@ -53,8 +53,8 @@ public:
     // What is appended may lie in this buffer.
     void append(const void* data, std::size_t size); // null appends nothing
     void append(std::span<const std::byte> bytes);
-    // Each UTF-16 unit as one byte, so that the length stays; one beyond ASCII, which has none, becomes '?', whatever the
-    // code page is: what is read back as text of any code page is the same. No terminator; nothing is escaped.
+    // Each UTF-16 unit as one byte, so that the length stays; one beyond ASCII, which has none, becomes '?', whatever
+    // the code page is: what is read back as text of any code page is the same. No terminator; nothing is escaped.
     void appendAscii(WStringView text);
     // As it is.
     void appendAscii(std::string_view text);
