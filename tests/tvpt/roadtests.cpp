@@ -23,7 +23,7 @@ using nlohmann::json;
 
 SchemaElement ReadTree(const std::string& bytes)
 {
-    return ReadDocumentTree(*LoadDocument(bytes, "test").Get(), "test");
+    return LoadDocumentTree(bytes, "test");
 }
 
 // What conversions keep of a ticket: all but the copies, with private names spelled by the prefix "tk".
