@@ -121,7 +121,7 @@ TEST(CoreDriverCapabilities, OfferEachOptionOnceAndWhatTicketsSay)
         {
             std::set<std::string>& options = offered[Named(feature->nameAttribute)];
             EXPECT_TRUE(options.empty()) << "a second " << feature->nameAttribute.local;
-            EXPECT_EQ(feature->Child("Property")->Child("Value")->valueName.local, "PickOne");
+            EXPECT_EQ(feature->Child("Property")->Child("Value")->textName.local, "PickOne");
             for (const SchemaElement* const option : feature->Children("Option"))
             {
                 EXPECT_TRUE(options.insert(Chosen(*option)).second) << "twice: " << Chosen(*option);

@@ -79,7 +79,7 @@ std::string Binding(const std::string& prefix, std::string_view uri)
 
 SchemaElement ReadTree(const std::string& bytes)
 {
-    return ReadDocumentTree(*LoadDocument(bytes, "test").Get(), "test");
+    return LoadDocumentTree(bytes, "test");
 }
 
 HostTest::HostTest()

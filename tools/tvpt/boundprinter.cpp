@@ -42,7 +42,8 @@ ComPtr<IXMLDOMDocument2> BoundPrinter::MakeBaseCapabilities(const Devmode& devmo
 
 void BoundPrinter::ApplyTicket(IXMLDOMDocument2& ticket, Devmode& devmode, const std::string& file)
 {
-    ApplyCoreDriverTicket(ReadDocumentTree(ticket, file), Model(), NamespaceUri(), m_helper.Get(), devmode);
+    ApplyCoreDriverTicket(LoadDocumentTree(DocumentToBytes(ticket), file), Model(), NamespaceUri(), m_helper.Get(),
+                          devmode);
 }
 
 const PrinterModel& BoundPrinter::Model()

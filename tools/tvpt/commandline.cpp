@@ -11,6 +11,7 @@
 #include <tvutil/cxstring.h>
 
 #include "capabilitiescommands.h"
+#include "checkcommand.h"
 #include "devmodecommands.h"
 #include "failure.h"
 #include "filebytes.h"
@@ -55,7 +56,8 @@ std::string UnknownWord(const CLI::App& program)
 // An empty value would look like an option that was not given, and so be the standard stream.
 void RefuseEmptyFileNames(CLI::App& command)
 {
-    for (const char* const name : {"-o", "--base", "--ticket", "--devmode", "--store", "DEVMODE", "FILE", "TICKET"})
+    for (const char* const name :
+         {"-o", "--base", "--ticket", "--devmode", "--store", "--against", "DEVMODE", "FILE", "TICKET"})
         if (CLI::Option* const option = command.get_option_no_throw(name))
             option->check([](const std::string& file) { return file.empty() ? "no file is named" : std::string(); });
     for (CLI::App* const below : command.get_subcommands(nullptr))
@@ -85,7 +87,7 @@ ExitStatus Parse(CLI::App& program, const std::vector<std::string>& arguments, c
     }
 }
 
-ExitStatus Run(const std::vector<std::string>& arguments, const StandardStreams& streams)
+ExitStatus Run(const std::vector<std::string>& arguments, const StandardStreams& streams, ExitStatus& onFailure)
 {
     CLI::App program("Plays the PrintTicket service to the Tavlen Print Ticket provider", "tvpt");
     program.allow_windows_style_options(false); // a path may begin with a slash
@@ -100,30 +102,27 @@ ExitStatus Run(const std::vector<std::string>& arguments, const StandardStreams&
     AddTicketCommands(program, chosen);
     AddJobTicketCommand(program, chosen);
     AddCapabilitiesCommand(program, chosen);
+    AddCheckCommand(program, chosen);
     RefuseEmptyFileNames(program);
 
     const ExitStatus parsed = Parse(program, arguments, streams);
-    if (parsed != ExitStatus::Done || !chosen)
+    if (parsed != ExitStatus::Done || !chosen.run)
         return parsed;
+    onFailure = chosen.onFailure;
     if (storeOption->count() > 0)
         ChooseStore(store);
-    chosen(streams);
-    return ExitStatus::Done;
+    return chosen.run(streams);
 }
 
 } // namespace
 
-void OnCommand(CLI::App& command, Action& chosen, Action action)
-{
-    command.callback([&chosen, action = std::move(action)] { chosen = action; });
-}
-
 ExitStatus RunTvpt(const std::vector<std::string>& arguments, const StandardStreams& streams) noexcept
 {
     std::ostream& errors = streams.errors;
+    ExitStatus onFailure = ExitStatus::Failed;
     try
     {
-        return Run(arguments, streams);
+        return Run(arguments, streams, onFailure);
     }
     catch (const UsageFailure& failure)
     {
@@ -142,5 +141,5 @@ ExitStatus RunTvpt(const std::vector<std::string>& arguments, const StandardStre
     {
         errors << "tvpt: an unknown failure\n";
     }
-    return ExitStatus::Failed;
+    return onFailure;
 }

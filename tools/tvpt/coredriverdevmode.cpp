@@ -88,7 +88,7 @@ private:
             return option->nameAttribute;
         const SchemaElement* const property = FindChild(feature, "ScoredProperty", "psk:OptionName");
         const SchemaElement* const value = property != nullptr ? property->Child("Value") : nullptr;
-        return value != nullptr ? value->valueName : SchemaName();
+        return value != nullptr ? value->textName : SchemaName();
     }
 
     [[nodiscard]] const SchemaOption* FindOption(const SchemaFeature& feature, const SchemaName& name,

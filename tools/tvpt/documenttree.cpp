@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include <tvutil/cxstring.h>
 
+#include "documenttext.h"
 #include "failure.h"
 #include "printschemadocument.h"
+#include "starttags.h"
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/comptr.h"
 #include "utilitiesstaticlib/documentlimits.h"
@@ -15,10 +18,8 @@
 namespace
 {
 
-constexpr std::string_view kNamespacePrefix = "xmlns";
-constexpr std::size_t kLongestName = 256; // of those that a text can be
-
-using Scope = std::map<std::string, std::string>; // prefix to URI
+constexpr char kReading[] = "reading the document";
+constexpr std::size_t kLongestName = 256; // of those that a text without a type can be
 
 struct Attribute
 {
@@ -29,37 +30,54 @@ struct Attribute
 class Reader
 {
 public:
-    explicit Reader(std::string_view documentName) : m_documentName(documentName)
+    Reader(WStringView text, std::string_view documentName) : m_text(text), m_documentName(documentName), m_tags(text)
     {
     }
 
-    SchemaElement Read(IXMLDOMNode& node, Scope scope, unsigned depth) const
+    SchemaElement Read(IXMLDOMNode& node, unsigned depth)
     {
         if (depth > documentlimits::kMaximumDepth)
-            Fail("reading the document", m_documentName, "elements are nested too deeply");
+            Fail(kReading, m_documentName, "elements are nested too deeply");
+        const StartTag tag = NextTag();
+        for (const NamespaceDeclaration& declaration : tag.declarations)
+            m_scope[declaration.prefix].push_back(declaration.uri);
+
         SchemaElement element;
         element.name = {Text(node, &IXMLDOMNode::get_namespaceURI), Text(node, &IXMLDOMNode::get_baseName)};
-
-        const std::vector<Attribute> attributes = Attributes(node);
-        for (const Attribute& attribute : attributes)
-            Declare(attribute, scope);
-        for (const Attribute& attribute : attributes)
-            Take(attribute, scope, element);
-        ReadChildren(node, scope, depth, element);
+        element.writtenName = Text(node, &IXMLDOMNode::get_nodeName);
+        element.line = m_line;
+        for (const Attribute& attribute : Attributes(node))
+            Take(attribute, element);
+        ReadChildren(node, depth, element);
         if (element.children.empty())
             element.text = Text(node, &IXMLDOMNode::get_text);
-        if (element.text.size() <= kLongestName)
-            element.valueName = Resolve(Trimmed(element.text), scope);
+        const bool hasType = !element.type.local.empty();
+        if (element.type.Is(kXmlSchema.uri, "QName") || (!hasType && element.text.size() <= kLongestName))
+            element.textName = Resolve(WithoutBlanksAround(element.text));
+
+        for (const NamespaceDeclaration& declaration : tag.declarations)
+            m_scope[declaration.prefix].pop_back();
         return element;
     }
 
     void Check(HRESULT result) const
     {
         if (FAILED(result))
-            FailWithHresult("reading the document", m_documentName, result);
+            FailWithHresult(kReading, m_documentName, result);
     }
 
 private:
+    StartTag NextTag()
+    {
+        std::optional<StartTag> tag = m_tags.Next();
+        if (!tag)
+            Fail(kReading, m_documentName, "its elements and its start tags do not agree");
+        m_line +=
+            static_cast<std::size_t>(std::ranges::count(m_text.substr(m_lineEnd, tag->offset - m_lineEnd), W('\n')));
+        m_lineEnd = tag->offset;
+        return std::move(*tag);
+    }
+
     std::string Text(IXMLDOMNode& node, HRESULT (STDMETHODCALLTYPE IXMLDOMNode::*get)(BSTR*)) const
     {
         CComBSTR text;
@@ -87,52 +105,33 @@ private:
         return attributes;
     }
 
-    static bool IsDeclaration(const Attribute& attribute)
-    {
-        return attribute.qualifiedName == kNamespacePrefix || attribute.qualifiedName.starts_with("xmlns:");
-    }
-
-    static void Declare(const Attribute& attribute, Scope& scope)
-    {
-        if (!IsDeclaration(attribute))
-            return;
-        const bool isDefault = attribute.qualifiedName == kNamespacePrefix;
-        scope[isDefault ? std::string() : attribute.qualifiedName.substr(kNamespacePrefix.size() + 1)] =
-            attribute.value;
-    }
-
-    static std::string_view Trimmed(std::string_view text)
-    {
-        constexpr std::string_view kBlanks = " \t\r\n";
-        text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-        return text.substr(0, text.find_last_not_of(kBlanks) + 1);
-    }
-
-    static SchemaName Resolve(std::string_view qualifiedName, const Scope& scope)
+    [[nodiscard]] SchemaName Resolve(std::string_view qualifiedName) const
     {
         const std::size_t colon = qualifiedName.find(':');
         if (colon == std::string_view::npos)
             return {{}, std::string(qualifiedName)};
-        const auto found = scope.find(std::string(qualifiedName.substr(0, colon)));
+        const auto found = m_scope.find(std::string(qualifiedName.substr(0, colon)));
         // An undeclared prefix stays part of the name: nothing is made up for it.
-        if (found == scope.end())
+        if (found == m_scope.end() || found->second.empty())
             return {{}, std::string(qualifiedName)};
-        return {found->second, std::string(qualifiedName.substr(colon + 1))};
+        return {found->second.back(), std::string(qualifiedName.substr(colon + 1))};
     }
 
-    static void Take(const Attribute& attribute, const Scope& scope, SchemaElement& element)
+    void Take(const Attribute& attribute, SchemaElement& element) const
     {
-        if (IsDeclaration(attribute))
+        if (attribute.qualifiedName == "xmlns" || attribute.qualifiedName.starts_with("xmlns:"))
             return;
-        element.attributes.emplace_back(Resolve(attribute.qualifiedName, scope), attribute.value);
+        element.attributes.emplace_back(Resolve(attribute.qualifiedName), attribute.value);
+        if (element.attributes.back().first.Is(kXmlSchemaInstance.uri, "type"))
+            element.type = Resolve(WithoutBlanksAround(attribute.value));
         if (attribute.qualifiedName != "name")
             return;
-        element.nameAttribute = Resolve(attribute.value, scope);
+        element.nameAttribute = Resolve(attribute.value);
         const std::size_t colon = attribute.value.find(':');
         element.namePrefix = colon == std::string::npos ? std::string() : attribute.value.substr(0, colon);
     }
 
-    void ReadChildren(IXMLDOMNode& node, const Scope& scope, unsigned depth, SchemaElement& element) const
+    void ReadChildren(IXMLDOMNode& node, unsigned depth, SchemaElement& element)
     {
         ComPtr<IXMLDOMNode> child;
         Check(node.get_firstChild(child.Put()));
@@ -141,14 +140,19 @@ private:
             DOMNodeType type = NODE_INVALID;
             Check(child->get_nodeType(&type));
             if (type == NODE_ELEMENT)
-                element.children.push_back(Read(*child.Get(), scope, depth + 1));
+                element.children.push_back(Read(*child.Get(), depth + 1));
             ComPtr<IXMLDOMNode> next;
             Check(child->get_nextSibling(next.Put()));
             child = next;
         }
     }
 
+    WStringView m_text;
     std::string_view m_documentName;
+    StartTagScanner m_tags;
+    std::size_t m_lineEnd = 0; // up to where lines are counted
+    std::size_t m_line = 1;
+    std::map<std::string, std::vector<std::string>> m_scope; // prefix to its URIs, the one that counts last
 };
 
 } // namespace
@@ -156,6 +160,12 @@ private:
 bool SchemaName::Is(std::string_view namespaceUri, std::string_view localName) const noexcept
 {
     return uri == namespaceUri && local == localName;
+}
+
+bool operator<(const SchemaName& left, const SchemaName& right) noexcept
+{
+    const int order = left.uri.compare(right.uri);
+    return order != 0 ? order < 0 : left.local.compare(right.local) < 0;
 }
 
 std::vector<const SchemaElement*> SchemaElement::Children(std::string_view frameworkName) const
@@ -173,12 +183,51 @@ const SchemaElement* SchemaElement::Child(std::string_view frameworkName) const
     return found.empty() ? nullptr : found.front();
 }
 
-SchemaElement ReadDocumentTree(IXMLDOMDocument2& document, std::string_view name)
+const SchemaElement* SchemaElement::FrameworkProperty(std::string_view localName) const
 {
-    const Reader reader(name);
+    for (const SchemaElement& child : children)
+        if (child.name.Is(kFramework.uri, "Property") && child.nameAttribute.Is(kFramework.uri, localName))
+            return &child;
+    return nullptr;
+}
+
+std::string SchemaElement::WrittenNameAttribute() const
+{
+    return nameAttribute.uri.empty() ? nameAttribute.local : namePrefix + ":" + nameAttribute.local;
+}
+
+SchemaElement ReadDocumentTree(IXMLDOMDocument2& document, WStringView text, std::string_view name)
+{
+    Reader reader(text, name);
     ComPtr<IXMLDOMElement> root;
     reader.Check(document.get_documentElement(root.Put()));
     if (!root)
-        Fail("reading the document", name, "it has no root element");
-    return reader.Read(*root.Get(), {}, 1);
+        Fail(kReading, name, "it has no root element");
+    return reader.Read(*root.Get(), 1);
+}
+
+SchemaElement LoadDocumentTree(std::string_view bytes, std::string_view name)
+{
+    const WideString text = DecodeDocument(bytes, name);
+    return ReadDocumentTree(*ParseDocument(text, name).Get(), text, name);
+}
+
+std::string DescribeRootFault(const SchemaElement& root, std::string_view expected)
+{
+    const std::string& space = root.name.uri;
+    if (root.name.Is(kFramework.uri, expected))
+        return {};
+    const std::string where = space.empty() ? " in no namespace" : " in the namespace " + Shortened(space);
+    const std::string fault = "the root element is " + Shortened(root.writtenName);
+    if (space == kFramework.uri)
+        return fault + ", expected " + std::string(expected);
+    return fault + where + ", expected " + std::string(expected) + " in " + std::string(kFramework.uri);
+}
+
+std::string_view WithoutBlanksAround(std::string_view text)
+{
+    constexpr std::string_view kBlanks = " \t\r\n";
+    const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
+    const std::size_t last = text.find_last_not_of(kBlanks);
+    return last == std::string_view::npos ? std::string_view() : text.substr(begin, last + 1 - begin);
 }

@@ -7,6 +7,7 @@
 #include <tvutil/cxstring.h>
 
 #include "documenttext.h"
+#include "documenttree.h"
 #include "failure.h"
 #include "utilitiesstaticlib/ccombstr.h"
 #include "utilitiesstaticlib/domclassid.h"
@@ -93,14 +94,10 @@ std::string DescribeRootFault(IXMLDOMDocument2& document, std::string_view expec
     Require(root->get_nodeName(name.Put()), kReading, "");
     Require(root->get_baseName(local.Put()), kReading, "");
     Require(root->get_namespaceURI(uri.Put()), kReading, "");
-    const std::string space = CXString(uri.View()).ToUtf8();
-    if (space == kFramework.uri && CXString(local.View()).ToUtf8() == expected)
-        return {};
-    const std::string where = space.empty() ? " in no namespace" : " in the namespace " + Shortened(space);
-    const std::string fault = "the root element is " + Shortened(CXString(name.View()).ToUtf8());
-    if (space == kFramework.uri)
-        return fault + ", expected " + std::string(expected);
-    return fault + where + ", expected " + std::string(expected) + " in " + std::string(kFramework.uri);
+    SchemaElement element;
+    element.name = {CXString(uri.View()).ToUtf8(), CXString(local.View()).ToUtf8()};
+    element.writtenName = CXString(name.View()).ToUtf8();
+    return DescribeRootFault(element, expected);
 }
 
 std::string DocumentToBytes(IXMLDOMDocument2& document)

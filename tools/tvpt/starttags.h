@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,30 @@ struct StartTag
     std::vector<NamespaceDeclaration> declarations;
 };
 
-// The root's, then of the others those that declare something; in the document's order. Only for the text of a document
-// that a DOM has taken: of another one the answer is any, and may take long.
+// One tag after the other, in the document's order: the n-th is that of a DOM's n-th element. Only for the text of a
+// document that a DOM has taken, which must outlive the scanner: of another one the answer is any, and may take long.
+class StartTagScanner
+{
+public:
+    explicit StartTagScanner(WStringView text);
+
+    [[nodiscard]] std::optional<StartTag> Next(); // nothing behind the last one
+
+private:
+    struct Attribute
+    {
+        WStringView name;
+        WStringView value; // as it is written
+    };
+
+    void SkipPast(WStringView end, std::size_t openingLength);
+    StartTag ReadTag();
+    std::optional<Attribute> ReadAttribute();
+    [[nodiscard]] std::size_t EndOf(WStringView ends) const;
+
+    WStringView m_text;
+    std::size_t m_at = 0;
+};
+
+// The root's, then of the others those that declare something.
 [[nodiscard]] std::vector<StartTag> FindStartTags(WStringView text);

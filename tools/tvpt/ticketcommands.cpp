@@ -27,11 +27,6 @@ struct TicketArguments
     bool noCoreDriver = false;
 };
 
-ComPtr<IXMLDOMDocument2> ReadDocument(const std::string& file, const StandardStreams& streams)
-{
-    return LoadDocument(ReadInput(file, documentlimits::kMaximumFileBytes, streams), file);
-}
-
 ComPtr<IXMLDOMDocument2> ReadTicket(const std::string& file, const StandardStreams& streams)
 {
     return ReadForProvider(file, kTicketRoot, streams);
@@ -80,9 +75,9 @@ void Pass(const TicketArguments& arguments, TicketOperation operation, const Sta
 void Show(const TicketArguments& arguments, const StandardStreams& streams)
 {
     const ComApartment apartment;
-    const ComPtr<IXMLDOMDocument2> ticket = ReadDocument(arguments.ticket, streams);
-    const SchemaElement root = ReadDocumentTree(*ticket.Get(), arguments.ticket);
-    if (const std::string fault = DescribeRootFault(*ticket.Get(), kTicketRoot); !fault.empty())
+    const SchemaElement root =
+        LoadDocumentTree(ReadInput(arguments.ticket, documentlimits::kMaximumFileBytes, streams), arguments.ticket);
+    if (const std::string fault = DescribeRootFault(root, kTicketRoot); !fault.empty())
         Fail("reading the ticket", arguments.ticket, fault);
     const nlohmann::ordered_json shown = DescribeTicket(root);
     WriteOutput({}, arguments.json ? JsonText(shown) : PlainText(shown), streams);
