@@ -12,6 +12,7 @@
 #include "complugins/ptpcprovider/tavlenptprovider.h"
 #include "tests/common/testdevmode.h"
 #include "tests/common/testdocuments.h"
+#include "tests/common/testprinter.h"
 
 namespace
 {
@@ -68,6 +69,11 @@ void ToTicket(benchmark::State& state)
 {
     ComPtr<IPrintOemPrintTicketProvider> provider;
     CreateTavlenPtProvider(provider.Put());
+    const TestPrinter printer(0x888); // whose driver is asked for its media types, and has none
+    OEMPTOPTS options = {};
+    INT namespaceCount = 0;
+    BSTR* namespaces = nullptr;
+    RequireOk(state, provider->BindPrinter(printer.Handle(), 1, &options, &namespaceCount, &namespaces));
     const ComPtr<IXMLDOMDocument2> document = LoadTestDocument(kTicket);
     const TestDevmode devmode;
     for (auto _ : state)
