@@ -88,7 +88,7 @@ bool ChangeMethod(FeatureServices& dataModel, DWORD number)
 
 } // namespace
 
-HRESULT TavlenPtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabilitiesXmlDocument& capabilities)
+HRESULT TavlenPtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabilitiesXmlDocument& document)
 {
     if (!HasColorFeatures())
         return S_OK;
@@ -97,25 +97,25 @@ HRESULT TavlenPtProvider::AddOrReplaceColorFeaturesCapabilities(PrintCapabilitie
 
     // Published also where it has no options.
     ComPtr<IXMLDOMElement> methods;
-    capabilities.CreateFeature(kMethodFeature, texts.LoadStringW(ProductStrings::kColorManagement), methods.Put());
+    document.CreateFeature(kMethodFeature, texts.LoadStringW(ProductStrings::kColorManagement), methods.Put());
     if (isManaged)
-        AppendColorOption(capabilities, methods.Get(), kMethodNone, texts);
+        AppendColorOption(document, methods.Get(), kMethodNone, texts);
     if (IsPostScriptDriver())
-        AppendColorOption(capabilities, methods.Get(), kMethodDevice, texts);
+        AppendColorOption(document, methods.Get(), kMethodDevice, texts);
     if (isManaged && !ImageableAreaIsEnabled())
-        AppendColorOption(capabilities, methods.Get(), kMethodSystem, texts);
-    ReplaceFeature(capabilities, kMethodFeature, methods.Get());
+        AppendColorOption(document, methods.Get(), kMethodSystem, texts);
+    ReplaceFeature(document, kMethodFeature, methods.Get());
 
     if (!isManaged)
     {
-        DeleteFeature(capabilities, kIntentFeature);
+        DeleteFeature(document, kIntentFeature);
         return S_OK;
     }
     ComPtr<IXMLDOMElement> intents;
-    capabilities.CreateFeature(kIntentFeature, texts.LoadStringW(ProductStrings::kRenderingIntent), intents.Put());
+    document.CreateFeature(kIntentFeature, texts.LoadStringW(ProductStrings::kRenderingIntent), intents.Put());
     for (const ColorOption& intent : kIntents)
-        AppendColorOption(capabilities, intents.Get(), intent, texts);
-    ReplaceFeature(capabilities, kIntentFeature, intents.Get());
+        AppendColorOption(document, intents.Get(), intent, texts);
+    ReplaceFeature(document, kIntentFeature, intents.Get());
     return S_OK;
 }
 

@@ -13,21 +13,21 @@ constexpr WCHAR kAutomatic[] = W("Automatic");
 
 } // namespace
 
-HRESULT TavlenPtProvider::AddOrReplacePageOutputQualityCapabilities(PrintCapabilitiesXmlDocument& capabilities)
+HRESULT TavlenPtProvider::AddOrReplacePageOutputQualityCapabilities(PrintCapabilitiesXmlDocument& document)
 {
     if (!HasPageOutputQuality())
     {
-        DeleteFeature(capabilities, kFeature);
+        DeleteFeature(document, kFeature);
         return S_OK;
     }
     const ProductStringLoader& texts = GetProductStringLoader();
     ComPtr<IXMLDOMElement> feature;
-    capabilities.CreatePickOneFeature(kFeature, texts.LoadStringW(ProductStrings::kOutputQuality), feature.Put());
+    document.CreatePickOneFeature(kFeature, texts.LoadStringW(ProductStrings::kOutputQuality), feature.Put());
     ComPtr<IXMLDOMElement> option;
-    capabilities.CreateOption(capabilities.GetNsPrefix(PrintSchema::Keywords), kAutomatic,
-                              texts.LoadStringW(ProductStrings::kAutomatic), PrintSchema::kUnconstrained, option.Put());
-    capabilities.AppendChild(feature.Get(), option.Get());
-    ReplaceFeature(capabilities, kFeature, feature.Get());
+    document.CreateOption(document.GetNsPrefix(PrintSchema::Keywords), kAutomatic,
+                          texts.LoadStringW(ProductStrings::kAutomatic), PrintSchema::kUnconstrained, option.Put());
+    document.AppendChild(feature.Get(), option.Get());
+    ReplaceFeature(document, kFeature, feature.Get());
     return S_OK;
 }
 

@@ -141,7 +141,8 @@ HRESULT Operate(const Setting& setting)
                                 ticket.PutVoid())) ||
         FAILED(ticket->loadXML(CComBSTR(kTicket).Get(), &isLoaded)) || isLoaded == VARIANT_FALSE)
         return E_UNEXPECTED;
-    return setting.provider->ConvertDevModeToPrintTicket(sizeof(devmode), &devmode, 0, nullptr, ticket.Get());
+    // The direction in which such a ticket asks nothing of a printer: a process's first operation has none.
+    return setting.provider->ConvertPrintTicketToDevMode(ticket.Get(), sizeof(devmode), &devmode, 0, nullptr);
 }
 
 // True when an allocation failed.
