@@ -341,7 +341,7 @@ TEST(Translators, KeepToTheDataModelWhileItIsInUse)
         return Select(printer.TicketOf(devmode).Get(), "//psf:Option/@name | //psf:ParameterInit");
     };
     // Where it says nothing, the devmode's numbers count.
-    EXPECT_EQ((Texts{"tk:CardStockGlossy", "psk:None", "psk:BusinessGraphics", "7"}), texts());
+    EXPECT_EQ((Texts{"ns0000:cardstock-glossy", "psk:None", "psk:BusinessGraphics", "7"}), texts());
     FeatureServices& model = *printer.object->GetFeatureServicesPtr();
     model.SetMediaTypes({{5001, W("Auto")}, {3, W("Glossy")}, {10000, W("Blue 90g")}});
     OptionFeatureRef(model, Feature::MsIcmIntent).SetValue(ValueId(DataModelIds::Value::MsIntentColorimetric));

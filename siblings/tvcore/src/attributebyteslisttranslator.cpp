@@ -21,7 +21,7 @@ using FeatureCatalogue::Scope;
 // from outside could nest them as deep as they like.
 struct Place
 {
-    Scope scope;
+    Scope scope = Scope::Document;
     bool isItem = false;
 
     [[nodiscard]] bool Has(const Row& row) const
