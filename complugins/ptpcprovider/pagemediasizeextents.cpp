@@ -1,5 +1,6 @@
 #include "complugins/ptpcprovider/pagemediasizeextents.h"
 
+#include <windows.h>
 #include <winspool.h>
 
 namespace
