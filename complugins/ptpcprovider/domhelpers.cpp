@@ -1,5 +1,6 @@
 #include "complugins/ptpcprovider/domhelpers.h"
 
+#include <tvutil/singleline.h>
 #include <tvutil/tavlencomexception.h>
 
 #include <new>
@@ -37,6 +38,14 @@ CComBSTR MakeBstr(WStringView text, ThrowSite site)
     {
         ThrowComException(E_OUTOFMEMORY, site);
     }
+}
+
+CXString TextForDocument(WStringView text)
+{
+    CXString whole = SingleLine(CXString::FromUtf8(CXString(text).ToUtf8()));
+    for (const WCHAR noncharacter : {WCHAR(0xFFFE), WCHAR(0xFFFF)})
+        whole.ReplaceAll(WStringView(&noncharacter, 1), W("\xFFFD"));
+    return whole;
 }
 
 CXString QueryOf(const PrintTicketQueryBuilder& builder)

@@ -14,6 +14,10 @@
 // A new string; running out of memory is thrown as TavlenComException with E_OUTOFMEMORY, from the caller's place.
 CComBSTR MakeBstr(WStringView text, ThrowSite site);
 
+// Somebody else's text (a form's name, cut anywhere) as a document can hold it: control characters become blanks, what
+// is no character U+FFFD.
+CXString TextForDocument(WStringView text);
+
 // The finished query of a builder.
 CXString QueryOf(const PrintTicketQueryBuilder& builder);
 

@@ -25,6 +25,7 @@ constexpr INT kSupportedVersion = 1;
 constexpr ULONGLONG kDriverKindCapability = 1984; // 0x7C0
 constexpr ULONGLONG kCoreFlagsCapability = 15;    // 0xF
 
+constexpr ULONGLONG kPostScriptFlag = 0x200; // bit 9 of the driver capability flags
 // Bit 10 of the driver capability flags: the private namespace and what depends on it.
 constexpr ULONGLONG kPrivateNamespaceFlag = 0x400;
 
@@ -147,6 +148,11 @@ HRESULT TavlenPtProvider::PublishPrivateNamespace(INT* namespaceCount, BSTR** na
 bool TavlenPtProvider::PrivateNamespaceIsEnabled() const noexcept
 {
     return (m_driverCapabilityFlags & kPrivateNamespaceFlag) != 0;
+}
+
+bool TavlenPtProvider::IsPostScriptDriver() const noexcept
+{
+    return (m_driverCapabilityFlags & kPostScriptFlag) != 0;
 }
 
 HRESULT STDMETHODCALLTYPE TavlenPtProvider::PublishPrintTicketHelperInterface(IUnknown* helper)

@@ -2,8 +2,8 @@
 //
 // The driver's configuration layer constructs one object per printer binding; the service then asks for the supported
 // versions, binds the printer, optionally publishes its helper and asks for the default namespace, converts any number
-// of times, and releases the object. Nothing enforces that order: a conversion before the binding runs with an unbound
-// printer and default state.
+// of times, and releases the object. Nothing enforces that order: what comes before the binding runs with an unbound
+// printer and default state, and a conversion, which needs the printer's forms, fails.
 //
 // Lifetime: born with one reference, which is the constructor's caller's; the last Release deletes the object. The
 // printer handle is borrowed and must outlive the binding. Documents and devmodes are borrowed for one call.
@@ -25,12 +25,16 @@
 #include <tvutil/bytebuffer.h>
 #include <tvutil/printer.h>
 
+#include "complugins/ptpcprovider/printschemanamespaces.h"
 #include "complugins/workflowobject.h"
 #include "interfaces/prcomoem.h"
 #include "utilitiesstaticlib/comptr.h"
 
 class AttributeBytesIndexedList;
+class MsCachedDeviceCapabilities;
+class PrintCapabilitiesXmlDocument;
 class PrintTicketXmlDocument;
+struct FormsInfoRecord;
 
 class TVPTPC_API TavlenPtProvider : public IPrintOemPrintTicketProvider, public DataSourceProviderWithDataSources
 {
@@ -83,11 +87,33 @@ private:
 
     HRESULT PublishPrivateNamespace(INT* namespaceCount, BSTR** namespaces) const noexcept;
     [[nodiscard]] bool PrivateNamespaceIsEnabled() const noexcept;
+    [[nodiscard]] bool IsPostScriptDriver() const noexcept;
 
     // --- Translators: copies (miscfeaturesimpl). Their results are not looked at, only exceptions stop a conversion.
     HRESULT ConvertMiscFeaturesToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
                                          AttributeBytesIndexedList* attributes, bool* changed);
     HRESULT ConvertDevmodeToMiscFeatures(PrintTicketXmlDocument& ticket, DEVMODEW* devmode);
+
+    // --- Translators: page media size (pagemediasizeimpl, pagemediasizecapabilities) and imageable area
+    // (imageablearea). Forms come from the cached capabilities; without a list of them it is as if it were empty.
+
+    // Null outputs are E_POINTER. A form that the dictionary lacks leaves the name; one of no published type is E_FAIL.
+    void GetMsPageMediaSizeOptionName(bool isCustom, const FormsInfoRecord& form, CXString* optionName,
+                                      PrintSchema::MsPrintTicketNamespacesEnum* namespaceIndex);
+    // True when the ticket gives no usable size and the default is taken.
+    bool GetPrintTicketPaperSize(PrintTicketXmlDocument& ticket, MsCachedDeviceCapabilities& capabilities,
+                                 FormsInfoRecord* form);
+    // True when the devmode's paper agrees with no form. The devmode stays as it is.
+    bool GetDevmodePaperSize(DEVMODEW* devmode, MsCachedDeviceCapabilities& capabilities, FormsInfoRecord* form);
+    HRESULT ConvertPageMediaSizeToDevmode(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                          MsCachedDeviceCapabilities& capabilities);
+    HRESULT ConvertDevmodeToPageMediaSize(PrintTicketXmlDocument& ticket, DEVMODEW* devmode,
+                                          MsCachedDeviceCapabilities& capabilities);
+    HRESULT ReplacePageMediaSizeCapabilities(PrintCapabilitiesXmlDocument& document, PrintTicketXmlDocument& ticket,
+                                             MsCachedDeviceCapabilities& capabilities);
+    HRESULT ReplacePageImageableSizeAndAreaProperties(PrintCapabilitiesXmlDocument& document,
+                                                      PrintTicketXmlDocument& ticket,
+                                                      MsCachedDeviceCapabilities& capabilities);
 
     std::atomic<LONG> m_referenceCount{1};
     HANDLE m_printerHandle = nullptr;

@@ -2,6 +2,7 @@
 // wrote. The translators' results are not looked at; only exceptions stop a conversion.
 #include <tvutil/devmodebounds.h>
 
+#include "complugins/mscacheddevicecapabilities.h"
 #include "complugins/ptpcprovider/documentdump.h"
 #include "complugins/ptpcprovider/failureguard.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"
@@ -49,9 +50,11 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertPrintTicketToDevMode(IXMLDOMD
                               return E_INVALIDARG;
                           PrintTicketXmlDocument ticket(printTicket);
                           DumpDocument(printTicket, W("InputToConvertPrintTicketToDevMode"), kTicketDumpPrefix);
+                          MsCachedDeviceCapabilities capabilities(GetMSDeviceCapabilities(), m_printerHandle, devmode);
                           InitializeOrReInitializeDataModel(devmode);
 
                           bool changed = false;
+                          ConvertPageMediaSizeToDevmode(ticket, devmode, capabilities);
                           ConvertMiscFeaturesToDevmode(ticket, devmode, nullptr, &changed);
                           return S_OK;
                       });
@@ -68,8 +71,10 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertDevModeToPrintTicket(ULONG de
                               return E_INVALIDARG;
                           PrintTicketXmlDocument ticket(printTicket);
                           DumpDocument(printTicket, W("BeforeConvertDevModeToPrintTicket"), kTicketDumpPrefix);
+                          MsCachedDeviceCapabilities capabilities(GetMSDeviceCapabilities(), m_printerHandle, devmode);
                           InitializeOrReInitializeDataModel(devmode);
 
+                          ConvertDevmodeToPageMediaSize(ticket, devmode, capabilities);
                           ConvertDevmodeToMiscFeatures(ticket, devmode);
                           DumpDocument(printTicket, W("AfterConvertDevModeToPrintTicket"), kTicketDumpPrefix);
                           return S_OK;

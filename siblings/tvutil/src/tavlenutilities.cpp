@@ -70,6 +70,11 @@ CXString TavlenUtilities::getModulePath(const void* address)
     return FileNameOfModule(module);
 }
 
+CXString TavlenUtilities::GetExecutableName()
+{
+    return CXString(FileNameOf(FileNameOfModule(nullptr)));
+}
+
 CXString TavlenUtilities::getPathFromFileName(WStringView fileName)
 {
     return CXString(fileName.substr(0, fileName.size() - FileNameOf(fileName).size()));

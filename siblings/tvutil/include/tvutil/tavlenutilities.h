@@ -45,6 +45,9 @@ public:
         return getModulePath(reinterpret_cast<const void*>(function));
     }
 
+    // The file name of the program that this process runs, without a folder.
+    [[nodiscard]] static CXString GetExecutableName();
+
     // The directory of a file name with its trailing separator, which may be either one; empty without a directory.
     [[nodiscard]] static CXString getPathFromFileName(WStringView fileName);
 
