@@ -9,9 +9,10 @@
 
 #include "bench/ratioreporter.h"
 #include "complugins/ptpcprovider/printticketxmldocument.h"
-#include "complugins/ptpcprovider/tavlenptprovider.h"
 #include "tests/common/testdevmode.h"
 #include "tests/common/testdocuments.h"
+#include "tests/common/testprinter.h"
+#include "tests/ptpcprovider/provideraccess.h"
 
 namespace
 {
@@ -66,24 +67,26 @@ void ReplaceFeature(benchmark::State& state)
 
 void ToTicket(benchmark::State& state)
 {
-    ComPtr<IPrintOemPrintTicketProvider> provider;
-    CreateTavlenPtProvider(provider.Put());
+    const TestPrinter printer(0x888);
+    ProviderBinding binding;
+    binding.BindTo(printer.Handle());
     const ComPtr<IXMLDOMDocument2> document = LoadTestDocument(kTicket);
     const TestDevmode devmode;
     for (auto _ : state)
-        RequireOk(state,
-                  provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr, document.Get()));
+        RequireOk(state, binding.provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr,
+                                                                       document.Get()));
 }
 
 void ToDevmode(benchmark::State& state)
 {
-    ComPtr<IPrintOemPrintTicketProvider> provider;
-    CreateTavlenPtProvider(provider.Put());
+    const TestPrinter printer(0x888);
+    ProviderBinding binding;
+    binding.BindTo(printer.Handle());
     const ComPtr<IXMLDOMDocument2> document = LoadTestDocument(kTicket);
     const TestDevmode devmode;
     for (auto _ : state)
-        RequireOk(state,
-                  provider->ConvertPrintTicketToDevMode(document.Get(), devmode.Size(), devmode.Get(), 0, nullptr));
+        RequireOk(state, binding.provider->ConvertPrintTicketToDevMode(document.Get(), devmode.Size(), devmode.Get(), 0,
+                                                                       nullptr));
 }
 
 // What a document of the given size is made of.

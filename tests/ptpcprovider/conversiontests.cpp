@@ -22,6 +22,9 @@ namespace
 {
 
 constexpr const char* kCopies = "//psf:ParameterInit[@name='psk:JobCopiesAllDocuments']";
+constexpr const char* kSize = "//psf:Feature[@name='psk:PageMediaSize']";
+constexpr const char* kSizeParameters = "//psf:ParameterInit[starts-with(@name,'psk:PageMediaSize')]";
+constexpr const char* kOrphans = "//psf:ParameterInit[not(@name=//psf:ParameterRef/@name)]";
 
 std::string Parameter(const std::string& content)
 {
@@ -65,7 +68,20 @@ private:
     TavlenException::Sink m_previous;
 };
 
-TEST_F(Conversions, CarryCopiesBothWays)
+// Of a printer without a form list: every size is a custom one.
+class BoundConversions : public Conversions
+{
+protected:
+    BoundConversions()
+    {
+        EXPECT_EQ(S_OK, BindTo(m_printer.Handle()));
+    }
+
+private:
+    const TestPrinter m_printer{0x888};
+};
+
+TEST_F(BoundConversions, CarryCopiesBothWays)
 {
     struct Case
     {
@@ -92,11 +108,11 @@ TEST_F(Conversions, CarryCopiesBothWays)
         back.Get()->dmCopies = 5;
         EXPECT_EQ(S_OK, ToDevmode(ticket.Get(), back));
         EXPECT_EQ(test.back, back.Get()->dmCopies);
-        EXPECT_EQ(0u, back.Get()->dmFields); // not touched, on purpose
+        EXPECT_EQ(0u, back.Get()->dmFields & DM_COPIES); // not touched, on purpose
     }
 }
 
-TEST_F(Conversions, ReadCopiesAsTheRuntimeReadsNumbers)
+TEST_F(BoundConversions, ReadCopiesAsTheRuntimeReadsNumbers)
 {
     struct Case
     {
@@ -122,7 +138,7 @@ TEST_F(Conversions, ReadCopiesAsTheRuntimeReadsNumbers)
     }
 }
 
-TEST_F(Conversions, TakeEveryTicketOrRefuseItWhole)
+TEST_F(BoundConversions, TakeEveryTicketOrRefuseItWhole)
 {
     const std::vector<std::string> refused = {"tickets/odd-default-namespace.xml", "tickets/odd-https-namespaces.xml"};
     for (const std::string& name : TestDocumentsIn("tickets"))
@@ -145,17 +161,20 @@ TEST_F(Conversions, TakeEveryTicketOrRefuseItWhole)
             EXPECT_EQ(before.ToUtf8(), TextOf(ticket.Get()));
             continue;
         }
-        // Everything but the copies stays, with private names spelled by the prefix "tk".
+        // Everything but copies and size stays, with private names spelled by the prefix "tk". A former size takes all
+        // parameters with it that nothing refers to.
         before.ReplaceAll(W("ns1:"), W("tk:"));
         const ComPtr<IXMLDOMDocument2> expected = LoadDocument(before.View());
+        const bool hadSize = !Select(expected.Get(), kSize).empty();
         for (const ComPtr<IXMLDOMDocument2>& document : {expected, again})
-            Remove(document.Get(), kCopies);
+            for (const char* const replaced : {kCopies, kSize, hadSize ? kOrphans : kSizeParameters})
+                Remove(document.Get(), replaced);
         EXPECT_EQ("", CompareDocuments(expected.Get(), again.Get()));
     }
 }
 
 // Dump points are compiled in by the build option only.
-TEST_F(Conversions, DumpTheirDocumentsWhereThatIsCompiledIn)
+TEST_F(BoundConversions, DumpTheirDocumentsWhereThatIsCompiledIn)
 {
     const std::filesystem::path folder =
         std::filesystem::temp_directory_path() / ("tavlen-dumps-" + std::to_string(GetCurrentProcessId()));
@@ -170,7 +189,7 @@ TEST_F(Conversions, DumpTheirDocumentsWhereThatIsCompiledIn)
     EXPECT_EQ(TVPT_DOCUMENT_DUMPS != 0 ? 3u : 0u, dumps);
 }
 
-TEST_F(Conversions, RefuseADevmodeThatIsNotWhole)
+TEST_F(BoundConversions, RefuseADevmodeThatIsNotWhole)
 {
     struct Case
     {

@@ -30,6 +30,14 @@ protected:
     }
 };
 
+// Without parameters that nothing refers to: those go with a former size, unless that was half done already.
+ComPtr<IXMLDOMDocument2> LoadTicket()
+{
+    ComPtr<IXMLDOMDocument2> ticket = LoadTestDocument("tickets/private-prefix-ns1.xml");
+    Remove(ticket.Get(), "//psf:ParameterInit");
+    return ticket;
+}
+
 ULONG References(IXMLDOMDocument2* document)
 {
     document->AddRef();
@@ -62,27 +70,30 @@ const ConversionCase kConversions[] = {
 
 TEST_F(Faults, LeaveConversionsCleanAndRepeatable)
 {
-    ComPtr<IPrintOemPrintTicketProvider> provider;
-    ASSERT_EQ(S_OK, CreateTavlenPtProvider(provider.Put()));
+    const TestPrinter printer(0x888);
+    ProviderBinding binding;
+    ASSERT_EQ(S_OK, binding.BindTo(printer.Handle()));
+    const ComPtr<IPrintOemPrintTicketProvider>& provider = binding.provider;
     for (const ConversionCase& conversion : kConversions)
         for (const FaultKind kind : {FaultKind::Allocation, FaultKind::PlatformCall})
         {
             SCOPED_TRACE(conversion.name);
-            const ComPtr<IXMLDOMDocument2> expected = LoadTestDocument("tickets/private-prefix-ns1.xml");
+            const ComPtr<IXMLDOMDocument2> expected = LoadTicket();
             const TestDevmode expectedDevmode;
             EXPECT_EQ(S_OK, conversion.convert(*provider.Get(), expected.Get(), expectedDevmode));
             unsigned faults = 0;
             for (bool again = true; again; ++faults)
             {
                 const TestDevmode devmode;
-                const ComPtr<IXMLDOMDocument2> ticket = LoadTestDocument("tickets/private-prefix-ns1.xml");
+                const ComPtr<IXMLDOMDocument2> ticket = LoadTicket();
                 const ULONG references = References(ticket.Get());
                 winport::ArmFault(kind, faults + 1);
                 const HRESULT result = conversion.convert(*provider.Get(), ticket.Get(), devmode);
                 again = winport::DisarmFault(kind);
-                // A dump that fails is skipped: with dumps compiled in, a fault in one stops nothing.
-                EXPECT_TRUE(result == (again ? E_FAIL : S_OK) || (TVPT_DOCUMENT_DUMPS != 0 && result == S_OK))
-                    << faults + 1 << ": " << result;
+                // A dump that fails is skipped, and a form list that cannot be had is as good as this printer's, which
+                // has none: what does not stop the conversion does not change it.
+                EXPECT_TRUE(result == S_OK || (again && result == E_FAIL)) << faults + 1 << ": " << result;
+                EXPECT_EQ("", result == S_OK ? CompareDocuments(expected.Get(), ticket.Get()) : "") << faults + 1;
                 EXPECT_EQ(references, References(ticket.Get()));
                 EXPECT_EQ(S_OK, conversion.convert(*provider.Get(), ticket.Get(), devmode)); // then works again
                 EXPECT_EQ("", CompareDocuments(expected.Get(), ticket.Get()));

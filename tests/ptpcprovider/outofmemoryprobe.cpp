@@ -198,6 +198,8 @@ int main(int argc, char** argv)
     setting.create = module != nullptr ? FindFunction<CreateProvider>(module, "CreateTavlenPtProvider") : nullptr;
     if (setting.create == nullptr || FAILED(setting.create(setting.provider.Put())))
         return 4;
+    if (setting.operation == "convert" && FAILED(Bind(*setting.provider.Get(), setting.printer)))
+        return 8; // without a printer there are no forms
     ReplaceAllocations();
     if (std::strcmp(argv[2], "process") == 0)
         OperateOutOfMemory(&setting);

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include "complugins/mscacheddevicecapabilities.h"
+#include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
+#include "complugins/ptpcprovider/printticketxmldocument.h"
 #include "complugins/ptpcprovider/tavlenptprovider.h"
 #include "utilitiesstaticlib/ccombstr.h"
 
@@ -38,6 +41,28 @@ struct TavlenPtProviderTestAccess
     static ULONG OsMajorVersion(const TavlenPtProvider& provider)
     {
         return provider.m_osMajorVersion;
+    }
+
+    // A null ticket is an empty one, which gives no usable size either.
+    static bool TakesDefaultSize(TavlenPtProvider& provider, IXMLDOMDocument2* ticket)
+    {
+        PrintTicketXmlDocument wrapped(ticket);
+        MsCachedDeviceCapabilities cached(provider.GetMSDeviceCapabilities(), provider.m_printerHandle, nullptr);
+        FormsInfoRecord form;
+        return provider.GetPrintTicketPaperSize(wrapped, cached, &form);
+    }
+
+    static constexpr auto kMediaSizes = &TavlenPtProvider::ReplacePageMediaSizeCapabilities;
+    static constexpr auto kImageableArea = &TavlenPtProvider::ReplacePageImageableSizeAndAreaProperties;
+
+    template <class Operation>
+    static void Replace(TavlenPtProvider& provider, IXMLDOMDocument2* document, IXMLDOMDocument2* ticket,
+                        Operation operation)
+    {
+        PrintCapabilitiesXmlDocument wrapped(document);
+        PrintTicketXmlDocument wrappedTicket(ticket);
+        MsCachedDeviceCapabilities cached(provider.GetMSDeviceCapabilities(), provider.m_printerHandle, nullptr);
+        EXPECT_EQ(S_OK, (provider.*operation)(wrapped, wrappedTicket, cached));
     }
 };
 

@@ -354,11 +354,15 @@ TEST_F(CapabilityCaches, ReconcileADevmodesPaper)
     EXPECT_NE(words.find("dmPaperWidth: 2159 becomes 1000\n"), std::string::npos) << words;
     EXPECT_NE(words.find("100 x 139.7 mm"), std::string::npos) << words;
 
-    // A ticket made of it tells its measures, in micrometres.
+    // A ticket made of it names it and tells its measures, in micrometres; it comes back as a size of its own.
     ASSERT_EQ(RunHost({"ticket", "from-devmode", "--printer", printer, File("d.dm"), "-o", File("t.xml")}).status, 0);
     const std::string ticket = ReadBytes(Folder() / "t.xml");
-    for (const char* const part : {"CustomMediaSize", ">100000<", ">139700<"})
+    for (const char* const part : {"_1000x1397\"", ">100000<", ">139700<"})
         EXPECT_NE(ticket.find(part), std::string::npos) << part << "\n" << ticket;
+    const std::string file = File("d.dm");
+    (void)OutputOf({"ticket", "to-devmode", "--printer", printer, "--devmode", file, File("t.xml"), "-o", file});
+    EXPECT_EQ(PublicFields()["dmPaperSize"], 256);
+    EXPECT_EQ(PublicFields()["dmFormName"], "Strip");
 }
 
 TEST_F(CapabilityCaches, ReconcileTheDriversPapersOfOneProgramButNoUsersForm)

@@ -26,12 +26,15 @@ SchemaElement ReadTree(const std::string& bytes)
     return ReadDocumentTree(*LoadDocument(bytes, "test").Get(), "test");
 }
 
-// What conversions keep of a ticket: all but the copies, with private names spelled by the prefix "tk".
+// What conversions keep of a ticket: all but copies, size and parameters that only those need, with private names
+// spelled by the prefix "tk".
 std::string KeptOf(const std::string& bytes)
 {
-    static const std::regex copies(R"(\{[^{}]*\}ParameterInit\(@\{\}name=\w+:JobCopiesAllDocuments\))"
-                                   R"(\[\s*\{[^{}]*\}Value\([^()]*\)\[\d+\]\s*\])");
-    std::string kept = std::regex_replace(Meaning(LoadDocument(bytes, "test").Get()), copies, "");
+    static const std::regex replaced(
+        R"(\{[^{}]*\}ParameterInit\(@\{\}name=\w+:(JobCopiesAllDocuments|JobTavlenDriverData|PageMedia\w+)\))"
+        R"(\[\s*\{[^{}]*\}Value\([^()]*\)\[[^\]]*\]\s*\]|)" // and the feature: four elements end with it
+        R"(\{[^{}]*\}Feature\(@\{\}name=\w+:PageMediaSize\)\[[\s\S]*?\]\s*\]\s*\]\s*\])");
+    std::string kept = std::regex_replace(Meaning(LoadDocument(bytes, "test").Get()), replaced, "");
     std::erase_if(kept, [](char character)
                   { return character == ' ' || character == '\t' || character == '\n' || character == '\r'; });
     return std::regex_replace(kept, std::regex("ns1:"), "tk:");

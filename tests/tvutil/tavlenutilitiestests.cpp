@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tvutil/application.h>
 #include <tvutil/driverloadedcontext.h>
 #include <tvutil/tavlenutilities.h>
 
@@ -20,6 +21,13 @@ TEST(Paths, AModuleIsFoundByWhatItContains)
     const int onTheStack = 1;
     EXPECT_TRUE(TavlenUtilities::getModulePath(&onTheStack).IsEmpty());
     EXPECT_TRUE(TavlenUtilities::getModulePath(nullptr).IsEmpty());
+}
+
+TEST(Programs, ThatAskForNoLengthsGetNoCustomSize)
+{
+    EXPECT_TRUE(Application::DoesApplicationNeedCustomSizeRemovedFromPrintCapabilitiesXml(W("PrintDialog.exe")));
+    EXPECT_TRUE(TavlenUtilities::GetExecutableName().ToLower().StartsWith(W("tvutil_tests")));
+    EXPECT_FALSE(Application::DoesApplicationNeedCustomSizeRemovedFromPrintCapabilitiesXml());
 }
 
 TEST(Paths, DirectoriesKeepTheirSeparatorOfEitherKind)
