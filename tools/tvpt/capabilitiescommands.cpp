@@ -5,6 +5,7 @@
 #include "boundprinter.h"
 #include "failure.h"
 #include "printschemadocument.h"
+#include "ticketcommands.h"
 
 namespace
 {
@@ -71,9 +72,7 @@ void AddCapabilitiesCommand(CLI::App& program, Action& chosen)
 {
     const auto arguments = std::make_shared<CapabilitiesArguments>();
     CLI::App& command = *program.add_subcommand("capabilities", "Ask for a printer's PrintCapabilities");
-    command.add_option("--printer", arguments->printer, "The printer's name")->required();
-    command.add_flag("--no-core-helper", arguments->noCoreHelper,
-                     "Give the provider no helper of the core driver, as an older service does");
+    AddPrinterOptions(command, arguments->printer, arguments->noCoreHelper);
     command.add_option("--ticket", arguments->ticket,
                        "The PrintTicket to ask with; without it, the printer's default one; - is standard input");
     CLI::Option* const base = command.add_option(

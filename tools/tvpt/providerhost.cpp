@@ -183,6 +183,7 @@ void ProviderHost::ConvertPrintTicketToDevMode(IXMLDOMDocument2& ticket, Devmode
 {
     Require(m_provider->ConvertPrintTicketToDevMode(&ticket, devmode.Size(), devmode.Raw(), 0, nullptr),
             "converting the ticket to a devmode", file);
+    static_cast<void>(Devmode::FromBytes(devmode.Bytes(), "the converted devmode")); // it wrote into the bytes
 }
 
 void ProviderHost::CompletePrintCapabilities(IXMLDOMDocument2& ticket, IXMLDOMDocument2& capabilities,

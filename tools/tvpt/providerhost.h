@@ -29,6 +29,7 @@ public:
 
     // `file` is what a failure names.
     void ConvertDevModeToPrintTicket(Devmode& devmode, IXMLDOMDocument2& ticket, const std::string& file);
+    // What comes out is a devmode again, or a failure.
     void ConvertPrintTicketToDevMode(IXMLDOMDocument2& ticket, Devmode& devmode, const std::string& file);
     void CompletePrintCapabilities(IXMLDOMDocument2& ticket, IXMLDOMDocument2& capabilities, const std::string& file);
     void ValidatePrintTicket(IXMLDOMDocument2& ticket, const std::string& file);

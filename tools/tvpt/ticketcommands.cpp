@@ -57,8 +57,7 @@ void ToDevmode(const TicketArguments& arguments, const StandardStreams& streams)
     if (!arguments.noCoreDriver)
         printer.ApplyTicket(*ticket.Get(), devmode, arguments.ticket);
     printer.Provider().ConvertPrintTicketToDevMode(*ticket.Get(), devmode, arguments.ticket);
-    // The provider wrote into the bytes: what goes out is a devmode again, or an error.
-    WriteOutput(arguments.output, Devmode::FromBytes(devmode.Bytes(), "the converted devmode").Bytes(), streams);
+    WriteOutput(arguments.output, devmode.Bytes(), streams);
 }
 
 using TicketOperation = void (ProviderHost::*)(IXMLDOMDocument2&, const std::string&);
@@ -83,18 +82,11 @@ void Show(const TicketArguments& arguments, const StandardStreams& streams)
     WriteOutput({}, arguments.json ? JsonText(shown) : PlainText(shown), streams);
 }
 
-void AddPrinterOption(CLI::App& command, TicketArguments& arguments)
-{
-    command.add_option("--printer", arguments.printer, "The printer's name")->required();
-    command.add_flag("--no-core-helper", arguments.noCoreHelper,
-                     "Give the provider no helper of the core driver, as an older service does");
-}
-
 void AddPassCommand(CLI::App& ticket, Action& chosen, const std::shared_ptr<TicketArguments>& arguments,
                     const char* name, const char* description, TicketOperation operation)
 {
     CLI::App& command = *ticket.add_subcommand(name, description);
-    AddPrinterOption(command, *arguments);
+    AddPrinterOptions(command, arguments->printer, arguments->noCoreHelper);
     command.add_option("TICKET", arguments->ticket, "A PrintTicket; - is standard input")->required();
     command.add_option("-o", arguments->output, "Where it goes; - or nothing is standard output");
     OnCommand(command, chosen,
@@ -103,6 +95,13 @@ void AddPassCommand(CLI::App& ticket, Action& chosen, const std::shared_ptr<Tick
 
 } // namespace
 
+void AddPrinterOptions(CLI::App& command, std::string& printer, bool& noCoreHelper)
+{
+    command.add_option("--printer", printer, "The printer's name")->required();
+    command.add_flag("--no-core-helper", noCoreHelper,
+                     "Give the provider no helper of the core driver, as an older service does");
+}
+
 void AddTicketCommands(CLI::App& program, Action& chosen)
 {
     const auto arguments = std::make_shared<TicketArguments>();
@@ -110,7 +109,7 @@ void AddTicketCommands(CLI::App& program, Action& chosen)
     ticket.require_subcommand(1);
 
     CLI::App& from = *ticket.add_subcommand("from-devmode", "Convert a devmode to a PrintTicket");
-    AddPrinterOption(from, *arguments);
+    AddPrinterOptions(from, arguments->printer, arguments->noCoreHelper);
     from.add_option("DEVMODE", arguments->devmode, "A devmode; - is standard input")->required();
     from.add_option("--base", arguments->base,
                     "The PrintTicket to complete; without it, the one that the core driver would make");
@@ -118,7 +117,7 @@ void AddTicketCommands(CLI::App& program, Action& chosen)
     OnCommand(from, chosen, [arguments](const StandardStreams& streams) { FromDevmode(*arguments, streams); });
 
     CLI::App& to = *ticket.add_subcommand("to-devmode", "Convert a PrintTicket to a devmode");
-    AddPrinterOption(to, *arguments);
+    AddPrinterOptions(to, arguments->printer, arguments->noCoreHelper);
     to.add_option("--devmode", arguments->devmode, "The devmode to begin with; - is standard input")->required();
     to.add_option("TICKET", arguments->ticket, "A PrintTicket; - is standard input")->required();
     to.add_flag("--no-core-driver", arguments->noCoreDriver,
