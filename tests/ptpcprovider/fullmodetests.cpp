@@ -83,7 +83,6 @@ TEST_F(FullMode, MovesSettingsByTheWorkflowModule)
     EXPECT_EQ(fields.dmICMIntent, DWORD{DMICM_ABS_COLORIMETRIC});
     EXPECT_EQ(fields.dmPaperSize, paper);
     WorkflowObject& workflow = Access::Workflow(*object);
-    EXPECT_FALSE(workflow.UpdatePublicAndPrivateDevmodeWithDataModelData());
     services->ForgetSettings();
     EXPECT_TRUE(workflow.ReInitializeAssociatedXDevmodeObj());
     EXPECT_EQ(IntegerFeatureRef(*services, Feature::JobCopies).GetValue(), 7);

@@ -41,15 +41,12 @@ TEST(DataModelSettings, LeaveOutWhatTheCatalogueDoesNotAllowAndKeepItInTheBytes)
     const Settings notTaken = {
         {kUnknown, kOne},
         {Feature::JobTitle, kOne},
-        {Feature::TabCount, MakeIntegerAttributeBytes(-1)},
         {Feature::JobPlex, Option(Value::Collated)},
-        {Feature::JobPlex, Option(Value::Simplex, W("a name for a value of the tables"))},
         {Feature::PaperColor, Option(9700, W(" "))},
         {Feature::JobMessage, MakeStringAttributeBytes(WideString(256, W('x')))},
         {Feature::ImageShiftX, MakeDimensionAttributeBytes({Number(1'000'000'001, 1000), Dimension::Microns})},
         {Feature::MediaType, Option(Value::MediaPlain)}, // outside of its collection
         {Feature::PageMediaCollection, kOne},
-        {Feature::PageExceptions, kOne},
         {Feature::PageExceptions, AttributeBytesListValue(RawListOf(Bytes({1, 2, 3}))).ToAttributeBytes()},
         {Feature::ReplaceDriverPaperInSpreadsheets, MakeBooleanAttributeBytes(true)}, // the device's
     };

@@ -79,9 +79,9 @@ bool FeatureServices::PageSizeIsChanged() const
     return m_pageSize != m_unchangedPageSize;
 }
 
-void FeatureServices::SetDefaults(FeatureSettings defaults)
+void FeatureServices::SetDefaults(const FeatureSettings& defaults)
 {
-    m_defaults = std::move(defaults);
+    m_defaults = defaults;
 }
 
 void FeatureServices::SetSource(std::function<void()> source)

@@ -51,7 +51,7 @@ public:
     [[nodiscard]] bool IsChanged(const FeatureIdWithContext& feature) const;
     [[nodiscard]] bool PageSizeIsChanged() const;
 
-    void SetDefaults(FeatureSettings defaults);
+    void SetDefaults(const FeatureSettings& defaults);
     // None: the former one is gone.
     void SetSource(std::function<void()> source);
 
