@@ -51,7 +51,7 @@ void FixUpResolution(const PrintCapabilitiesXmlDocument& capabilities, IXMLDOMNo
         std::find_if(resolutions.begin(), resolutions.end(),
                      [x, y](const ResolutionInfoRecord& record) { return record.x == x && record.y == y; });
     if (found != resolutions.end())
-        capabilities.ReplaceDisplayNamePropertyValue(option, CXString(found->name));
+        capabilities.ReplaceDisplayNamePropertyValue(option, TextForDocument(CXString(found->name)));
     else
         capabilities.DeleteNode(option);
 }

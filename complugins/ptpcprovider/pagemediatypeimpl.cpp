@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "complugins/mscacheddevicecapabilities.h"
+#include "complugins/ptpcprovider/domhelpers.h"
 #include "complugins/ptpcprovider/featuretranslation.h"
 #include "complugins/ptpcprovider/mediatypetable.h"
 #include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
@@ -186,7 +187,8 @@ void TavlenPtProvider::AppendMediaTypeOption(const PrintCapabilitiesXmlDocument&
     const CXString prefix =
         entry.nameSpace == MediaTypeTable::kPublic ? keywords : document.GetNsPrefix(PrintSchema::PrivateKeywords);
     ComPtr<IXMLDOMElement> option;
-    document.CreateOption(prefix, entry.optionName, entry.displayName, PrintSchema::kUnconstrained, option.Put());
+    document.CreateOption(prefix, entry.optionName, TextForDocument(entry.displayName), PrintSchema::kUnconstrained,
+                          option.Put());
     for (std::size_t at = 0; at < entry.properties.size(); ++at)
         if (const CXString value(entry.properties[at]); !value.IsEmpty())
             document.AppendChildQNameScoredProperty(option.Get(), keywords + MediaTypeTable::kPropertyNames[at],

@@ -187,18 +187,17 @@ struct TicketRow
 
 // clang-format off
 const TicketRow kTickets[] = {
-    // The value of a name ends the walk, whatever the size; other makers' names have none.
+    // The value of a name ends the walk, whatever the size and the name's prefix.
     {"9 2100x2970 A4",      nullptr, nullptr,               {"platform-00.xml", "prefix-fw.xml", "psk:ISOA4 100000 100000"}},
     {"8 2970x4200 A3",      "256 2970x4200 ", nullptr,               {"psk:ISOA3 297000 420000"}},
-    {"256 10x10 ",          nullptr, "325 2250x3200 SRA4",           {"ns0000:sra4 1000 1000"}},
-    {"256 10x10 ",          nullptr, nullptr,                        {"vnd:sra4 1000 1000"}},
-    // By size, to half a millimetre; a user's form wins over earlier ones. Another maker's custom size is a size.
+    {"256 10x10 ",          nullptr, "325 2250x3200 SRA4",           {"ns0000:sra4 1000 1000", "vnd:sra4 1000 1000"}},
+    // By size, to half a millimetre; a user's form wins over earlier ones.
     {"9 2100x2970 A4",      nullptr, "256 2100x2970 House Stationery",   {"vnd:Own 210499 296501"}},
     {"256 2105x2970 ",      nullptr, nullptr,                            {"vnd:Own 210500 297000"}},
     {"256 2000x3000 ",      nullptr, "256 2000x3000 Service Test Sheet", {"vnd:Own 200000 300000"}},
-    {"1 2159x2794 Letter",  nullptr, nullptr,                            {"vnd:CustomMediaSize 215900 279400"}},
     // Custom sizes take no form's place. Numbers as the runtime reads them; a devmode takes 16 bits of them.
     {"256 1500x2200 ",      nullptr, nullptr, {"custom-size.xml", "psk:CustomMediaSize 150050.9 220049up"}},
+    {"256 2159x2794 ",      nullptr, nullptr, {"vnd:CustomMediaSize 215900 279400"}},
     {"256 1050x1480 ",      nullptr, nullptr, {"psk:PSCustomMediaSize @ 148000"}},
     {"256 44564x33000 ",    nullptr, nullptr, {"psk:CustomMediaSize 99999999999 3300000"}},
     // No usable size, whatever the name says; also what leaves nothing in tenths of a millimetre or in 16 bits of them.
@@ -340,7 +339,7 @@ TEST_F(MediaSizes, HaveTheImageableAreaOfEveryOrientation)
         return "psk:ImageableSizeWidth " + width + " psk:ImageableSizeHeight " + height + " psk:ImageableArea " + inner;
     };
     Bind(kModels[3]); // whose banner has margins of 4100 at its sides, 10000 above, 15000 below
-    for (const char* const orientation : {"psk:Portrait", "vnd:Landscape", "cannot be read"})
+    for (const char* const orientation : {"psk:Portrait", "psk:Odd", "cannot be read"})
         EXPECT_EQ(area("297000", "1200000", "4100 10000 288800 1175000 "), ask(orientation)) << orientation;
     EXPECT_EQ(area("1200000", "297000", "15000 4100 1175000 288800 "), ask("psk:Landscape"));
     for (const char* const orientation : {"psk:ReversePortrait", "psk:ReverseLandscape"}) // not turned, on purpose

@@ -168,7 +168,8 @@ TEST_F(Provider, HasItsOperationsInThePublishedSlots)
     EXPECT_EQ("TavlenPtProvider::ConvertDevModeToPrintTicket:1033",
               reporterOf(slots->convertDevModeToPrintTicket(called, devmode.Size(), devmode.Get(), 0, nullptr,
                                                             foreign.Get())));
-    EXPECT_EQ(E_NOTIMPL, slots->completePrintCapabilities(called, nullptr, foreign.Get()));
+    EXPECT_EQ("TavlenPtProvider::CompletePrintCapabilities:1205",
+              reporterOf(slots->completePrintCapabilities(called, nullptr, foreign.Get())));
     EXPECT_EQ("TavlenPtProvider::ExpandIntentOptions:1289",
               reporterOf(slots->expandIntentOptions(called, foreign.Get())));
     EXPECT_EQ("TavlenPtProvider::ValidatePrintTicket:1392",

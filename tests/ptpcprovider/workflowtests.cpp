@@ -5,6 +5,7 @@
 #include <tvutil/textresourceloader.h>
 
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <tuple>
@@ -219,8 +220,8 @@ TEST_F(BoundProvider, AnswersForItsProduct)
 
 TEST_F(BoundProvider, WithoutAWorkflowModuleFailsOnlyWhereItsProductIsAsked)
 {
-    const TestPrinter printer(ColorPrinter({}));
-    ASSERT_EQ(S_OK, BindTo(printer.Handle()));
+    std::optional<TestPrinter> printer(ColorPrinter({}));
+    ASSERT_EQ(S_OK, BindTo(printer->Handle()));
     EXPECT_EQ(ProductData::ControllerFamilyUnknown, TavlenPtProviderTestAccess::ControllerFamily(*object));
     EXPECT_EQ("TavlenComException TavlenPtProvider::GetProductData 1641",
               ThrownBy([&] { static_cast<void>(object->GetProductData()); }));
@@ -230,10 +231,14 @@ TEST_F(BoundProvider, WithoutAWorkflowModuleFailsOnlyWhereItsProductIsAsked)
     for (const auto& [size, line] : {std::pair(WORD{219}, "1433"), {WORD{220}, "1443"}})
         EXPECT_EQ(std::string("TavlenComException TavlenPtProvider::InitializeOrReInitializeDataModel ") + line,
                   ThrownBy([&] { object->InitializeOrReInitializeDataModel(TestDevmode(size).Get()); }));
-    ASSERT_EQ(S_OK, BindTo(printer.Handle())); // ends the data model's use
+    ASSERT_EQ(S_OK, BindTo(printer->Handle())); // ends the data model's use
     EXPECT_EQ(E_FAIL, CodeOf([&] { static_cast<void>(object->IsColorDevice()); }));
     const ComPtr<IXMLDOMDocument2> ticket = LoadTestDocument("tickets/minimal.xml");
     const TestDevmode devmode;
+    // A job ticket is the product's matter.
+    EXPECT_EQ(E_FAIL, provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr, ticket.Get()));
+    printer.emplace(0x200);
+    ASSERT_EQ(S_OK, BindTo(printer->Handle()));
     EXPECT_EQ(S_OK, provider->ConvertDevModeToPrintTicket(devmode.Size(), devmode.Get(), 0, nullptr, ticket.Get()));
 }
 
