@@ -21,14 +21,16 @@ namespace
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-// What conversions keep of a ticket: all but the copies, their own features and the maker's parameters, with private
-// names spelled by the prefix "tk".
+// What conversions keep of a ticket: all but the copies, their own features, the first of two orientations and the
+// maker's parameters, with private names spelled by the prefix "tk".
 std::string KeptOf(const std::string& bytes)
 {
     const ComPtr<IXMLDOMDocument2> document = LoadDocument(bytes, "test");
-    const CComBSTR own(W("//*[contains(@name, ':PageMedia') or contains(@name, ':PageOutputQuality') or "
-                         "contains(@name, ':PageColorManagement') or contains(@name, ':PageICMRenderingIntent') or "
-                         "contains(@name, ':JobCopiesAllDocuments') or contains(@name, ':JobTavlen')]"));
+    const CComBSTR own(
+        W("//*[contains(@name, ':PageMedia') or contains(@name, ':PageOutputQuality') or "
+          "contains(@name, ':PageColorManagement') or contains(@name, ':PageICMRenderingIntent') or "
+          "contains(@name, ':JobCopiesAllDocuments') or contains(@name, ':JobTavlen') or "
+          "(contains(@name, ':PageOrientation') and following::*[contains(@name, ':PageOrientation')])]"));
     for (ComPtr<IXMLDOMNode> node, parent; document->selectSingleNode(own.Get(), node.Put()) == S_OK;)
         if (node->get_parentNode(parent.Put()) != S_OK || parent->removeChild(node.Get(), nullptr) != S_OK)
             break;
