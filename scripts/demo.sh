@@ -22,17 +22,20 @@ step()
 
 step "A sample printer, in a store of its own." \
     printer add "$printer" --model tavlen-c9070-ps
-step "A devmode of that printer that asks for three copies." \
-    devmode new --printer "$printer" -o "$demo/job.devmode" --set dmCopies=3
+step "A devmode of that printer that asks for three copies; a title and a staple are features of our own." \
+    devmode new --printer "$printer" -o "$demo/job.devmode" --set dmCopies=3 \
+    --set feature.78="Quarterly report" --set feature.208=6254
 step "The devmode becomes a print ticket; the system's own part of the ticket is given." \
     ticket from-devmode --printer "$printer" "$demo/job.devmode" \
     --base tests/data/tickets/platform-00.xml -o "$demo/job.ticket.xml"
 step "What the ticket says." \
     ticket show "$demo/job.ticket.xml"
-step "A title and a staple are features of our own." \
-    devmode set "$demo/job.devmode" --set feature.78="Quarterly report" --set feature.208=6254 -o "$demo/staple.devmode"
-step "The job ticket: what the printer's controller is told of them." \
-    jobticket --printer "$printer" "$demo/staple.devmode"
+step "The job ticket: what the printer's controller is told, as it stands in that ticket, too." \
+    jobticket --printer "$printer" "$demo/job.devmode"
+step "What the printer offers." \
+    capabilities --printer "$printer" --ticket "$demo/job.ticket.xml" -o "$demo/capabilities.xml"
+step "Both documents keep the Print Schema's rules: no line, no fault." \
+    check "$demo/capabilities.xml"
 step "Another devmode, with the printer's defaults." \
     devmode new --printer "$printer" -o "$demo/defaults.devmode"
 step "The ticket is applied to it." \
@@ -46,6 +49,10 @@ copies()
 {
     "$tvpt" devmode show "$1" --json | tr -d ' \n' | sed -n 's/.*"dmCopies":\([0-9]*\).*/\1/p'
 }
+staple()
+{
+    "$tvpt" devmode show "$1" --json | tr -d ' \n' | sed -n 's/.*"208":\([0-9]*\).*/\1/p'
+}
 in_ticket()
 {
     tr '<' '\n' <"$demo/job.ticket.xml" | awk '
@@ -56,7 +63,10 @@ echo
 printf '%-28s %s\n' "copies in the devmode" "$(copies "$demo/job.devmode")" \
     "copies in the ticket" "$(in_ticket)" \
     "copies in the defaults" "$(copies "$demo/defaults.devmode")" \
-    "copies that came back" "$(copies "$demo/back.devmode")"
+    "copies that came back" "$(copies "$demo/back.devmode")" \
+    "staple that came back" "$(staple "$demo/back.devmode")"
+[ "$(staple "$demo/back.devmode")" = 6254 ] ||
+    { echo "demo: the staple has not come back" >&2; exit 1; }
 [ "$(copies "$demo/back.devmode")" = 3 ] && [ "$(in_ticket)" = 3 ] ||
     { echo "demo: three copies went in, something else came out" >&2; exit 1; }
 

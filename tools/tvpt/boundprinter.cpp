@@ -59,7 +59,8 @@ std::string BoundPrinter::NamespaceUri()
 }
 
 ComPtr<IXMLDOMDocument2> ReadForProvider(const std::string& file, std::string_view rootName,
-                                         const StandardStreams& streams)
+                                         const StandardStreams& streams, std::string_view driverNamespaceUri)
 {
-    return LoadForProvider(ReadInput(file, documentlimits::kMaximumFileBytes, streams), file, rootName);
+    return LoadForProvider(ReadInput(file, documentlimits::kMaximumFileBytes, streams), file, rootName,
+                           driverNamespaceUri);
 }

@@ -35,9 +35,11 @@ public:
     // failure names.
     void ApplyTicket(IXMLDOMDocument2& ticket, Devmode& devmode, const std::string& file);
 
+    // The namespace of the driver's own names: the provider's or, of one that publishes none, the service's for it.
+    [[nodiscard]] std::string NamespaceUri();
+
 private:
     [[nodiscard]] const PrinterModel& Model();
-    [[nodiscard]] std::string NamespaceUri();
 
     std::string m_name;
     PrinterHandle m_printer;
@@ -51,4 +53,5 @@ inline constexpr std::string_view kCapabilitiesRoot = "PrintCapabilities";
 
 // A document out of a file, fit for a provider (ticketdocument.h).
 [[nodiscard]] ComPtr<IXMLDOMDocument2> ReadForProvider(const std::string& file, std::string_view rootName,
-                                                       const StandardStreams& streams);
+                                                       const StandardStreams& streams,
+                                                       std::string_view driverNamespaceUri = {});

@@ -52,10 +52,10 @@ void Capabilities(const CapabilitiesArguments& arguments, const StandardStreams&
     const bool hasBase = !arguments.base.empty();
     ComPtr<IXMLDOMDocument2> ticket =
         hasTicket ? ReadForProvider(arguments.ticket, kTicketRoot, streams) : ComPtr<IXMLDOMDocument2>();
-    ComPtr<IXMLDOMDocument2> capabilities =
-        hasBase ? ReadForProvider(arguments.base, kCapabilitiesRoot, streams) : ComPtr<IXMLDOMDocument2>();
-
     BoundPrinter printer(arguments.printer, !arguments.noCoreHelper);
+    ComPtr<IXMLDOMDocument2> capabilities =
+        hasBase ? ReadForProvider(arguments.base, kCapabilitiesRoot, streams, printer.NamespaceUri())
+                : ComPtr<IXMLDOMDocument2>();
     const Job job =
         hasTicket ? JobOfTicket(printer, std::move(ticket), arguments.ticket) : DefaultJob(printer, arguments.printer);
     if (!hasBase)

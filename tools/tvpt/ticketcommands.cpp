@@ -40,7 +40,8 @@ void FromDevmode(const TicketArguments& arguments, const StandardStreams& stream
     Devmode devmode = ReadDevmode(arguments.devmode, streams);
     BoundPrinter printer(arguments.printer, !arguments.noCoreHelper);
     const ComPtr<IXMLDOMDocument2> ticket =
-        arguments.base.empty() ? printer.MakeBaseTicket(devmode) : ReadTicket(arguments.base, streams);
+        arguments.base.empty() ? printer.MakeBaseTicket(devmode)
+                               : ReadForProvider(arguments.base, kTicketRoot, streams, printer.NamespaceUri());
     printer.Provider().ConvertDevModeToPrintTicket(devmode, *ticket.Get(),
                                                    arguments.base.empty() ? arguments.devmode : arguments.base);
     WriteOutput(arguments.output, DocumentToBytes(*ticket.Get()), streams);

@@ -11,6 +11,7 @@
 #include "documenttext.h"
 #include "failure.h"
 #include "printschemadocument.h"
+#include "schemawriter.h"
 #include "starttags.h"
 
 namespace
@@ -28,10 +29,11 @@ struct KnownNamespace
     bool isComparedAsText = false;
 };
 
+constexpr KnownNamespace kPrivateNames = {kPrivateKeywords, "the driver's namespace", false, true};
 constexpr KnownNamespace kKnownNamespaces[] = {
     {kFramework, "the framework's namespace", false, false},
     {kKeywords, "the keywords' namespace", true, true},
-    {kPrivateKeywords, "the driver's namespace", false, true},
+    kPrivateNames,
     {kXmlSchemaInstance, "the XML Schema instance namespace", true, false},
     {kXmlSchema, "the XML Schema namespace", true, false},
 };
@@ -63,12 +65,13 @@ public:
     }
 
     // The text with what is missing; empty when nothing is.
-    [[nodiscard]] WideString Completed() const
+    [[nodiscard]] WideString Completed(std::string_view driverNamespaceUri) const
     {
         std::string missing;
         for (const KnownNamespace& known : kKnownNamespaces)
-            if (const std::string prefix = RootPrefix(known); !prefix.empty() && FirstAtRoot(known) == nullptr)
-                missing += " xmlns:" + prefix + "=\"" + std::string(known.name.uri) + "\"";
+            missing += MissingDeclaration(known);
+        if (NeedsDriverNamespace(driverNamespaceUri))
+            missing += MissingDeclaration({{SchemaWriter::kDriverPrefix, driverNamespaceUri}, nullptr, true, false});
         if (missing.empty())
             return {};
         WideString text(m_text);
@@ -80,6 +83,26 @@ private:
     [[nodiscard]] const StartTag& Root() const
     {
         return m_tags.front(); // of a document that was parsed
+    }
+
+    [[nodiscard]] std::string MissingDeclaration(const KnownNamespace& known) const
+    {
+        const std::string prefix = RootPrefix(known);
+        if (prefix.empty() || FirstAtRoot(known) != nullptr)
+            return {};
+        return " xmlns:" + prefix + "=\"" + std::string(known.name.uri) + "\"";
+    }
+
+    // The provider finds a published namespace under any prefix and spells it "tk"; any other one it takes to be
+    // "ns0000". Where these are another's the document stays as it is.
+    [[nodiscard]] bool NeedsDriverNamespace(std::string_view uri) const
+    {
+        if (uri.empty())
+            return false;
+        if (uri == kPrivateKeywords.uri)
+            return RootPrefix(kPrivateNames).empty() && !IsTaken(std::string(kPrivateKeywords.prefix), kPrivateNames);
+        const KnownNamespace drivers{{SchemaWriter::kDriverPrefix, uri}};
+        return !IsTaken(std::string(SchemaWriter::kDriverPrefix), drivers);
     }
 
     // A provider takes the first declaration for the one that counts.
@@ -171,7 +194,8 @@ private:
 
 } // namespace
 
-ComPtr<IXMLDOMDocument2> LoadForProvider(std::string_view bytes, std::string_view name, std::string_view rootName)
+ComPtr<IXMLDOMDocument2> LoadForProvider(std::string_view bytes, std::string_view name, std::string_view rootName,
+                                         std::string_view driverNamespaceUri)
 {
     const WideString text = DecodeDocument(bytes, name);
     ComPtr<IXMLDOMDocument2> document = ParseDocument(text, name);
@@ -179,7 +203,7 @@ ComPtr<IXMLDOMDocument2> LoadForProvider(std::string_view bytes, std::string_vie
         Fail(kReading, name, fault);
     const Declarations declarations(text, name);
     declarations.RequireUnderstandable();
-    const WideString completed = declarations.Completed();
+    const WideString completed = declarations.Completed(driverNamespaceUri);
     if (completed.empty())
         return document;
     document.Reset(); // one tree at a time: it may be large
