@@ -86,8 +86,15 @@ HRESULT TavlenPtProvider::FixUpResolutionCapabilities(PrintCapabilitiesXmlDocume
 
     ComPtr<IXMLDOMNodeList> options;
     capabilities.GetChildOptionNodes(feature.Get(), options.Put());
-    for (const ComPtr<IXMLDOMNode>& option : NodesOf(options.Get(), kResolutions))
-        FixUpResolution(capabilities, option.Get(), resolutions);
+    try
+    {
+        for (const ComPtr<IXMLDOMNode>& option : NodesOf(options.Get(), kResolutions))
+            FixUpResolution(capabilities, option.Get(), resolutions);
+    }
+    catch (const TavlenComException& failure)
+    {
+        ThrowComException(failure.GetHresult(), kResolutions); // what fails in the walk is named by its place
+    }
     return S_OK;
 }
 

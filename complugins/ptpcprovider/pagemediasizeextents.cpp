@@ -29,10 +29,9 @@ std::optional<PageMediaSize::Extents> PageMediaSize::ExtentsOf(int least, int mo
 std::optional<PageMediaSize::Extents> PageMediaSize::AskExtents(const Printer& printer, const DEVMODEW* devmode)
 {
     const CXString name = printer.GetPrinterName();
-    const CXString port = printer.GetPortName();
     const auto ask = [&](WORD capability)
     {
-        return DeviceCapabilitiesW(name.c_str(), port.c_str(), capability, nullptr, devmode);
+        return DeviceCapabilitiesW(name.c_str(), nullptr, capability, nullptr, devmode);
     };
     const int most = ask(DC_MAXEXTENT);
     return ExtentsOf(ask(DC_MINEXTENT), most);
