@@ -337,6 +337,8 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
     {
         setPaper(paper, 99, W("Spoilt"));
         paper.dmFields ^= 0x1000E | DM_COPIES;
+        paper.dmSize = 40;
+        paper.dmDriverExtra = 0xFFFF; // more than there is
     };
     for (const DWORD fields :
          {DWORD{0}, DWORD{DM_PAPERSIZE | DM_DUPLEX}, DWORD{0x1000E}, DWORD{DM_FORMNAME | DM_COPIES}})
@@ -350,6 +352,7 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
             EXPECT_EQ(devmode.dmPaperWidth, 2009);
             EXPECT_EQ(devmode.dmPaperLength, 3009);
             EXPECT_EQ(GetFixedText(devmode.dmFormName), W("A4"));
+            EXPECT_EQ(std::size_t{devmode.dmSize} + devmode.dmDriverExtra, m_devmode.Size());
             devmode.dmFields = fields;
         };
         m_helper->onGet = [&](PCSTR* option)
@@ -367,15 +370,12 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
             m_helper->onSet = [&, result](DEVMODEW* written)
             {
                 spoil(*written);
-                written->dmSize = 40;
                 EXPECT_TRUE(m_access.HasCurrentOption(10)); // the inner one neither keeps nor restores
                 EXPECT_EQ(devmode.dmPaperSize, 99);
                 return result;
             };
             EXPECT_EQ(ThrownBy([this] { m_access.SetMsFeatureValue(10, 1, Raw); }).empty(), result == S_OK);
             expectPaper();
-            EXPECT_EQ(devmode.dmSize, result == S_OK ? 40 : sizeof(DEVMODEW));
-            devmode.dmSize = sizeof(DEVMODEW);
         }
     }
 }
@@ -414,8 +414,8 @@ TEST(CoreHelpers, OfferWhatTheModelHas)
     devmode.Get()->dmPrintQuality = devmode.Get()->dmYResolution = 600;
     const Bytes before = devmode.Bytes();
     PCSTR option = "";
-    EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "Resolution", &option), E_FAIL); // none of the model's
-    EXPECT_EQ(option, nullptr);
+    EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "Resolution", &option), S_OK); // none of the model's
+    EXPECT_STREQ(option, "Res600x600");
     EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size() - 1, "Duplex", &option), E_INVALIDARG);
     const PRINT_FEATURE_OPTION pairs[] = {
         {"Duplex", "VERTICAL"}, {"%PagePerSheet", "Booklet"}, {"Resolution", "Res600x600"}};

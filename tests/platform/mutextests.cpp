@@ -18,6 +18,11 @@ class NamedMutexes : public SpoolerTest
 {
 };
 
+HANDLE MakeMutex()
+{
+    return CreateMutexExW(nullptr, W("Local\\Tavlen platform tests"), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE);
+}
+
 TEST_F(NamedMutexes, BelongToOneAtATime)
 {
     constexpr int kThreads = 4;
@@ -30,7 +35,7 @@ TEST_F(NamedMutexes, BelongToOneAtATime)
         threads.emplace_back(
             [&]
             {
-                HANDLE const mutex = CreateMutexW(nullptr, FALSE, W("Local\\Tavlen platform tests"));
+                HANDLE const mutex = MakeMutex();
                 ASSERT_NE(mutex, nullptr);
                 for (int round = 0; round < kRounds; ++round)
                 {
@@ -48,7 +53,12 @@ TEST_F(NamedMutexes, BelongToOneAtATime)
     EXPECT_EQ(most, 1);
     EXPECT_EQ(rounds, kThreads * kRounds);
 
-    HANDLE const closed = CreateMutexW(nullptr, FALSE, W("Local\\Tavlen platform tests"));
+    HANDLE const held = MakeMutex();
+    HANDLE const closed = MakeMutex();
+    EXPECT_EQ(WaitForSingleObject(held, 10), DWORD{WAIT_OBJECT_0});
+    std::thread([closed] { EXPECT_EQ(WaitForSingleObject(closed, 10), DWORD{WAIT_TIMEOUT}); }).join();
+    EXPECT_TRUE(ReleaseMutex(held));
+    EXPECT_TRUE(CloseHandle(held));
     EXPECT_TRUE(CloseHandle(closed));
     const auto [waited, error] = WithLastError([closed] { return WaitForSingleObject(closed, INFINITE); });
     EXPECT_EQ(waited, DWORD{WAIT_FAILED});

@@ -2,6 +2,8 @@
 #include <windows.h>
 
 #include <memory>
+#include <optional>
+#include <thread>
 #include <type_traits>
 
 #include <gtest/gtest.h>
@@ -153,6 +155,29 @@ TEST_F(DataCaches, DoNotBelieveWhatIsNotSound)
     EXPECT_FALSE(cache.Read(W("A")));
     SetRawValue(Path(), W("A"), REG_BINARY, whole.data(), static_cast<DWORD>(whole.size()));
     EXPECT_EQ(cache.Read(W("A")), Bytes("abc"));
+}
+
+TEST_F(DataCaches, AreFilledByOneAndTheNextDoesNotWaitForEver)
+{
+    for (const bool isHeld : {true, false})
+    {
+        std::optional<DataCache::Lock> held;
+        if (isHeld)
+            held.emplace(HKEY_CURRENT_USER);
+        std::thread(
+            [isHeld]
+            {
+                const auto wait = []
+                {
+                    const DataCache::Lock lock(HKEY_CURRENT_USER, 20);
+                };
+                if (isHeld)
+                    EXPECT_THROW(wait(), ExceptionDataCacheFailure);
+                else
+                    EXPECT_NO_THROW(wait());
+            })
+            .join();
+    }
 }
 
 TEST(UserSettings, AreOfTheirTypeOrAbsent)
