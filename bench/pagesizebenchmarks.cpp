@@ -48,7 +48,7 @@ struct Bound
         capabilities.Initialize(printer.Handle());
         capabilities.SetCache(MSDeviceCapabilities::Cache::Papers,
                               PaperCache::Write(0, capabilities.GetCustomFormsCRC(), forms, {}));
-        capabilities.Save();
+        capabilities.Save(DataCache::Lock(capabilities.GetHive()));
         binding.BindTo(printer.Handle());
     }
 

@@ -5,7 +5,6 @@
 #include <tvcore/customsizenumber.h>
 #include <tvcore/datamodelids.h>
 #include <tvutil/crc32.h>
-#include <tvutil/datacache.h>
 #include <tvutil/dimension.h>
 #include <tvutil/executioncontext.h>
 #include <tvutil/tavlencomexception.h>
@@ -144,7 +143,12 @@ FormsInfoRecord CustomForms::FormOf(const Size& size)
 
 bool CustomForms::Add(const Size& size)
 {
-    const DataCache::Lock lock(HKEY_CURRENT_USER); // whoever fills caches finds the whole size or none
+    return Add(size, DataCache::Lock(HKEY_CURRENT_USER));
+}
+
+// Whoever fills caches finds the whole size or none.
+bool CustomForms::Add(const Size& size, const DataCache::Lock&)
+{
     const User user(kComponent);
     const CXString path = PathOf(size.name);
     if (!user.CreateKey(path))

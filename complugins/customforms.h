@@ -12,6 +12,7 @@
 #include <vector>
 
 #include <tvutil/cxstring.h>
+#include <tvutil/datacache.h>
 
 #include "complugins/formsinforecord.h"
 
@@ -57,10 +58,11 @@ struct Walk
 // The record of a printer's form list: tenths of a millimetre.
 [[nodiscard]] FormsInfoRecord FormOf(const Size& size);
 
-// Both take DataCache::Lock of the user's hive.
+// Under DataCache::Lock of the user's hive, their own or the caller's. Throw ExceptionDataCacheFailure without it.
 // False when there is a size of this name. A name that a key can bear and lengths of paper are the caller's to bring.
 // Throws TavlenComException when the registry refuses, with nothing left behind unless it refuses that, too.
 bool Add(const Size& size);
+bool Add(const Size& size, const DataCache::Lock& lock);
 // False when there is no such size.
 bool Remove(const CXString& name);
 

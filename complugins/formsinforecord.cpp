@@ -11,3 +11,8 @@ WStringView FormsInfoRecord::GetName() const noexcept
 {
     return GetFixedText(name);
 }
+
+WStringView FormsInfoRecord::GetDevmodeName() const noexcept
+{
+    return GetName().substr(0, kDevmodeNameCapacity - 1);
+}

@@ -12,6 +12,7 @@
 struct FormsInfoRecord
 {
     static constexpr std::size_t kNameCapacity = 64; // characters, the terminator among them
+    static constexpr std::size_t kDevmodeNameCapacity = 32;
 
     std::uint16_t paperId = 0; // DMPAPER_*, or the number of a custom size
     std::uint16_t reserved = 0;
@@ -26,6 +27,8 @@ struct FormsInfoRecord
     void SetName(WStringView text) noexcept;
     // Bounded by the array, whether terminated or not.
     [[nodiscard]] WStringView GetName() const noexcept;
+    // The name as far as dmFormName has room for it.
+    [[nodiscard]] WStringView GetDevmodeName() const noexcept;
 };
 
 static_assert(sizeof(FormsInfoRecord) == 152 && offsetof(FormsInfoRecord, name) == 24);

@@ -153,20 +153,24 @@ bool MSDeviceCapabilities::BuildState(bool isForced)
     return false;
 }
 
-// A user who has none of a kind may find the machine's.
-std::optional<ByteBuffer> MSDeviceCapabilities::FindContent(Cache cache)
+std::optional<ByteBuffer> MSDeviceCapabilities::FindContent(Cache cache) const
 {
     try
     {
-        std::optional<ByteBuffer> content = m_portCache->Read(RowOf(cache).name);
-        if (content || IsInSpooler() || m_hive == HKEY_LOCAL_MACHINE || !BuildState(true))
-            return content;
         return m_portCache->Read(RowOf(cache).name);
     }
     catch (const ExceptionDataCacheFailure&)
     {
         return std::nullopt;
     }
+}
+
+std::optional<ByteBuffer> MSDeviceCapabilities::FindPapers()
+{
+    std::optional<ByteBuffer> content = FindContent(Cache::Papers);
+    if (content || IsInSpooler() || m_hive == HKEY_LOCAL_MACHINE || !BuildState(true))
+        return content;
+    return FindContent(Cache::Papers);
 }
 
 MSDeviceCapabilities::CacheState MSDeviceCapabilities::StateOf(Cache cache, const std::optional<ByteBuffer>& content,
@@ -187,7 +191,11 @@ HRESULT MSDeviceCapabilities::Load(Cache cache, Validation validation)
 {
     if (!BuildState(m_options.forceMachineHive))
         return E_NOTIMPL;
-    std::optional<ByteBuffer> content = FindContent(cache);
+    return Take(cache, FindContent(cache), validation);
+}
+
+HRESULT MSDeviceCapabilities::Take(Cache cache, std::optional<ByteBuffer> content, Validation validation)
+{
     if (StateOf(cache, content, validation) != CacheState::Valid)
         return E_FAIL;
     m_contents[IndexOf(cache)] = *std::move(content);
@@ -246,7 +254,7 @@ std::optional<MSDeviceCapabilities::CacheDescription> MSDeviceCapabilities::Desc
 {
     if (!BuildState(m_options.forceMachineHive))
         return std::nullopt;
-    std::optional<ByteBuffer> content = FindContent(cache);
+    std::optional<ByteBuffer> content = cache == Cache::Papers ? FindPapers() : FindContent(cache);
     CacheDescription description;
     description.state = StateOf(cache, content, Validation::CustomForms);
     description.content = std::move(content).value_or(ByteBuffer());

@@ -3,9 +3,9 @@
 //
 // The driver's configuration module fills the caches (SetCache, Save); a query takes the one that answers it
 // (complugins/devicecapabilitytable.h) as it is at that moment. They are the user's, or, inside the spooler and the
-// filter pipeline, the machine's; where the user has none of a kind, the machine's is taken. Queries answer HRESULTs
-// and throw nothing but std::bad_alloc: E_FAIL for a cache that is missing, short or stale, E_NOTIMPL when the printer,
-// its store or its driver does not answer.
+// filter pipeline, the machine's; a user who has no paper cache is given the machine's form list. Queries answer
+// HRESULTs and throw nothing but std::bad_alloc: E_FAIL for a cache that is missing, short or stale, E_NOTIMPL when the
+// printer, its store or its driver does not answer.
 //
 // One object a printer and conversion; one thread at a time. The printer handle is borrowed.
 #pragma once
@@ -75,7 +75,8 @@ public:
 
     // Replaces `forms`, which is empty after a failure. Inside the spooler the records come from the devmode's own
     // persistent attributes: E_FAIL without a devmode or when it carries none. Outside of it they come from the paper
-    // cache, with validation. Another valid handle than the one held is taken over.
+    // cache, with validation, and from the machine's where the user has none. Another valid handle than the one held is
+    // taken over.
     HRESULT GetPaperDatabaseCachedDeviceCapabilitiesVector(HANDLE printer, DEVMODEW* devmode,
                                                            std::vector<_tag_FormsInfoRec>& forms);
 
@@ -104,7 +105,8 @@ public:
         ByteBuffer content;   // whatever its state
     };
 
-    // As a query with validation would find it; nothing when a query would answer E_NOTIMPL.
+    // As a query with validation would find it, the papers as the form list is found; nothing when a query would answer
+    // E_NOTIMPL.
     [[nodiscard]] std::optional<CacheDescription> DescribeCache(Cache cache);
 
     // ---- Filling
@@ -116,9 +118,9 @@ public:
     void SetCache(Cache cache, ByteBuffer content);
 
     // Writes every dirty cache, in their order, and the flags behind them; then this process asks the driver anew for
-    // the printer's devmode. S_FALSE when nothing was to be written. Whoever fills caches holds DataCache::Lock of the
-    // hive over filling and saving.
-    HRESULT Save();
+    // the printer's devmode. S_FALSE when nothing was to be written. The lock is the hive's, held over filling and
+    // saving.
+    HRESULT Save(const DataCache::Lock& lock);
 
 private:
     enum State : DWORD
@@ -139,10 +141,13 @@ private:
     void ReadPrinter();
     void OpenPortCache();
 
-    [[nodiscard]] std::optional<ByteBuffer> FindContent(Cache cache);
+    [[nodiscard]] std::optional<ByteBuffer> FindContent(Cache cache) const;
+    // Those of the machine where the user has none.
+    [[nodiscard]] std::optional<ByteBuffer> FindPapers();
     [[nodiscard]] CacheState StateOf(Cache cache, const std::optional<ByteBuffer>& content, Validation validation);
     // Into m_contents.
     HRESULT Load(Cache cache, Validation validation);
+    HRESULT Take(Cache cache, std::optional<ByteBuffer> content, Validation validation);
     void WriteDirtyCaches();
 
     HRESULT GetFormsOfDevmode(DEVMODEW* devmode, std::vector<_tag_FormsInfoRec>& forms) const;

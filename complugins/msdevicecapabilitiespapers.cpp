@@ -33,8 +33,10 @@ HRESULT MSDeviceCapabilities::GetFormsOfDevmode(DEVMODEW* devmode, std::vector<_
 
 HRESULT MSDeviceCapabilities::GetFormsOfCache(std::vector<_tag_FormsInfoRec>& forms)
 {
-    if (const HRESULT loaded = Load(Cache::Papers, Validation::CustomForms); FAILED(loaded))
-        return loaded;
+    if (!BuildState(m_options.forceMachineHive))
+        return E_NOTIMPL;
+    if (const HRESULT taken = Take(Cache::Papers, FindPapers(), Validation::CustomForms); FAILED(taken))
+        return taken;
     auto read = PaperCache::ReadForms(m_contents[static_cast<std::size_t>(Cache::Papers)].bytes());
     if (!read)
         return E_FAIL;

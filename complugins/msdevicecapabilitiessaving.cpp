@@ -32,7 +32,7 @@ void MSDeviceCapabilities::WriteDirtyCaches()
                 CapabilityCaches::WriteFlags({m_dirty, m_printerCacheCrc, papers.customFormsCrc}).bytes());
 }
 
-HRESULT MSDeviceCapabilities::Save()
+HRESULT MSDeviceCapabilities::Save(const DataCache::Lock&)
 {
     if (!BuildState(m_options.forceMachineHive))
         return E_NOTIMPL;

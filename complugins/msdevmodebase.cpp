@@ -157,14 +157,13 @@ void MsDevmodeBase::SetPublicDmFeatureValue_Helper(DEVMODEW* devmode, std::uint3
 std::span<const MsDevmodeValueRow> MsDevmodeBase::GetDmValueTable_Helper(std::uint32_t feature) const
 {
     const Feature* const row = FindFeature(feature);
-    if (row == nullptr)
+    const std::span<const MsDevmodeValueRow> values =
+        row != nullptr ? row->values : MsDevmodeValues::FindTable(feature, m_driver);
+    if (values.empty())
         ThrowException<ExceptionMicrosoftFeatureNotFound>(
-            kValueTable, W("the driver (kind %u, platform %u, core flags %u) does not have feature %u"),
+            kValueTable, W("the driver (kind %u, platform %u, core flags %u) has no table of values for feature %u"),
             {m_driver.kind, m_driver.platform, m_driver.coreFlags, feature});
-    if (row->values.empty())
-        ThrowException<ExceptionMicrosoftFeatureNotFound>(kValueTable, W("feature %u has no table of values"),
-                                                          {feature});
-    return row->values;
+    return values;
 }
 
 std::uint32_t MsDevmodeBase::GetFeatureValueFromIPrintCoreHelperValue_Helper(std::uint32_t feature, const char* option,

@@ -3,8 +3,21 @@
 // The base knows which settings this printer's core driver has (complugins/msdevmodefeatures.h), the values that each
 // takes (msdevmodevalues.h) and those that are fields of DEVMODEW. Two classes reach the others: one asks the core
 // driver (msdevmodeusingiprintcorehelper.h), one goes by the layout of its private part
-// (msdevmodeusingreverseengineering.h). They agree but in two places: pages per sheet and booklet, each written as
-// "off" over the other, and the colour printing mode, which only the second mirrors into the public field.
+// (msdevmodeusingreverseengineering.h).
+//
+// They agree but in these places, all of them intended:
+// - pages per sheet and booklet, each written as 0 over the other: the first leaves one page on a sheet, the second
+//   what the other one is;
+// - the colour printing mode (34): only the second mirrors it into the public field;
+// - raw values without a row in the feature's table: the first has no option to write and throws
+//   ExceptionMicrosoftDevmodeValueMappingFailed, the second writes them; read by the first, they are what its helper
+//   answers, a failure as a rule;
+// - features outside of the driver's list: the first knows their public fields alone, the second what its layout has;
+// - halftone (33) on a Unidrv driver of platform 0x800, which has it in its list but at no place:
+//   ExceptionMicrosoftFeatureNotFound by the second, a failure of the helper by the first;
+// - 24, 25 and 29 on Unidrv drivers: ExceptionMicrosoftFeatureNotFound by the first,
+//   ExceptionMicrosoftPrivateDevmodeOffsetOutOfBounds by the second;
+// - a private part of no known size: the second reads and writes it, the helper that tvpt plays refuses.
 //
 // Over a devmode that its caller owns and keeps alive; one thread at a time. dmSize and dmDriverExtra are believed.
 // Values are 32 bits wide here, whatever the devmode has room for: 16-bit fields are read unsigned, and of what is
@@ -66,7 +79,8 @@ public:
     // Claims the field in dmFields, too.
     void SetPublicDmFeatureValue_Helper(DEVMODEW* devmode, std::uint32_t feature, std::uint32_t value, Map map) const;
 
-    // Throws ExceptionMicrosoftFeatureNotFound when the driver does not have the feature, or its values are numbers.
+    // The driver's own table, whether the feature is in its list or not. Throws ExceptionMicrosoftFeatureNotFound when
+    // there is none: the values are numbers, or the number is no feature's.
     [[nodiscard]] std::span<const MsDevmodeValueRow> GetDmValueTable_Helper(std::uint32_t feature) const;
 
     // Between the keywords of options and devmode values (or, mapped, data-model values). Throw what

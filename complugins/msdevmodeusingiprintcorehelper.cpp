@@ -130,7 +130,11 @@ HRESULT MsDevmodeUsingIPrintCoreHelper::SetOption(const PRINT_FEATURE_OPTION& pa
 MsDevmodeUsingIPrintCoreHelper::PaperState::PaperState(MsDevmodeUsingIPrintCoreHelper& owner) noexcept : m_owner(owner)
 {
     const DEVMODEW& devmode = *owner.GetDevmode();
-    if (owner.m_paperDepth++ > 0 || !owner.m_hasPaper)
+    if (owner.m_paperDepth++ > 0)
+        return;
+    owner.m_paper.publicSize = devmode.dmSize;
+    owner.m_paper.driverExtra = devmode.dmDriverExtra;
+    if (!owner.m_hasPaper)
         return;
     std::copy(std::begin(devmode.dmFormName), std::end(devmode.dmFormName), std::begin(owner.m_paper.formName));
     owner.m_paper.number = devmode.dmPaperSize;
@@ -142,9 +146,13 @@ MsDevmodeUsingIPrintCoreHelper::PaperState::PaperState(MsDevmodeUsingIPrintCoreH
 MsDevmodeUsingIPrintCoreHelper::PaperState::~PaperState()
 {
     DEVMODEW& devmode = *m_owner.GetDevmode();
-    if (--m_owner.m_paperDepth > 0 || !m_owner.m_hasPaper)
+    if (--m_owner.m_paperDepth > 0)
         return;
     const Paper& paper = m_owner.m_paper;
+    devmode.dmSize = paper.publicSize;
+    devmode.dmDriverExtra = paper.driverExtra;
+    if (!m_owner.m_hasPaper)
+        return;
     std::copy(std::begin(paper.formName), std::end(paper.formName), std::begin(devmode.dmFormName));
     devmode.dmPaperSize = paper.number;
     devmode.dmPaperWidth = paper.width;

@@ -1,7 +1,8 @@
 // MsDevmodeUsingIPrintCoreHelper: the core driver's settings, asked of the core driver itself by their keywords.
 //
 // Also throws ExceptionIPrintCoreHelperReadFailure and ExceptionIPrintCoreHelperWriteFailure, for a helper that fails,
-// has no answer or takes nothing. Whatever the core driver does meanwhile to the devmode's paper is undone.
+// has no answer or takes nothing. Whatever the core driver does meanwhile to the devmode's paper is undone, and so is
+// another size that it notes: the devmode's memory is what its owner says.
 #pragma once
 
 #include <windows.h>
@@ -38,7 +39,7 @@ public:
     [[nodiscard]] bool HasCurrentOption(std::uint32_t feature);
 
 private:
-    // Keeps the devmode's paper while it lives; of nested ones the outermost.
+    // Keeps the devmode's paper and the sizes of its parts while it lives; of nested ones the outermost.
     class PaperState
     {
     public:
@@ -58,6 +59,8 @@ private:
         short width;
         short length;
         DWORD fields;
+        WORD publicSize;
+        WORD driverExtra;
     };
 
     // Nothing when the public devmode has no such field, or, mapped, its value is no option.

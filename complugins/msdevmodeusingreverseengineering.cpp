@@ -31,6 +31,7 @@ constexpr std::uint32_t kLandscape = 2; // as dmOrientation has it
 constexpr std::uint32_t kRotatedLandscape = 3;
 constexpr std::uint32_t kBookletValue = MsDevmodeOffsets::kBookletInPagesPerSheet;
 constexpr std::uint32_t kLowWord = 0xFFFF;
+constexpr std::uint32_t kCustomQuality = 0xFFFFFFFF;
 
 // Where the driver's layout notes the size of its part, 0 when it ends before that.
 std::size_t NotedSize(const MsDriverKind& driver, std::span<const std::byte> part) noexcept
@@ -85,7 +86,10 @@ std::uint32_t MsDevmodeUsingReverseEngineering::GetMsFeatureValue(std::uint32_t 
     const MsDevmodePlace place = MsDevmodeOffsets::FindPlace(feature, GetDriverKind());
     if (place.cell == Cell::NotAvailable)
         ThrowNotFound(kReading, feature, GetDriverKind());
-    return FromDevmodeValue(feature, ReadPlace(feature, place), map);
+    const std::uint32_t value = ReadPlace(feature, place);
+    // One word is read; the table has the custom quality as the negative number that the word is the low half of.
+    const bool isCustomQuality = map == DataModel && place.cell == Cell::QualityMacro && value == kLowWord;
+    return FromDevmodeValue(feature, isCustomQuality ? kCustomQuality : value, map);
 }
 
 void MsDevmodeUsingReverseEngineering::SetMsFeatureValue(std::uint32_t feature, std::uint32_t value, Map map)
@@ -176,14 +180,19 @@ void MsDevmodeUsingReverseEngineering::WriteSheet(const MsDevmodePlace& place, s
     SetMsPrivateDmFeatureValue_Helper(place.offset, 0, value);
 }
 
-// The colour printing mode takes the public colour with it, neither without the other.
+// The colour printing mode takes the public colour with it, neither without the other. A mode that no table has means
+// no colour: it is the word alone.
 void MsDevmodeUsingReverseEngineering::WriteWord(std::uint32_t feature, const MsDevmodePlace& place,
                                                  std::uint32_t value) const
 {
-    if (feature != Features::MsColorPrintingMode)
+    const MsDevmodeValueRow* const mode =
+        feature == Features::MsColorPrintingMode
+            ? MsDevmodeValues::FindDevmodeValue(GetDmValueTable_Helper(feature), value)
+            : nullptr;
+    if (mode == nullptr)
         return SetMsPrivateDmFeatureValue_Helper(place.offset, place.mask, value);
     const std::uint32_t color =
-        GetMsDmValueFromValueEnum_Helper(Features::MsColorMode, GetValueEnumFromMsDmValue_Helper(feature, value));
+        GetMsDmValueFromValueEnum_Helper(Features::MsColorMode, static_cast<std::uint32_t>(mode->valueId));
     RequireWithin(kWritingPart, GetPrivatePart(), place.offset);
     SetPublicDmFeatureValue_Helper(GetDevmode(), Features::MsColorMode, color, Raw);
     SetMsPrivateDmFeatureValue_Helper(place.offset, place.mask, value);

@@ -70,11 +70,11 @@ const FormsInfoRecord* FindFormOfName(std::span<const FormsInfoRecord> forms, co
 {
     const auto found =
         std::find_if(forms.begin(), forms.end(),
-                     [&name](const FormsInfoRecord& form) { return name.CompareNoCase(form.GetName()) == 0; });
+                     [&name](const FormsInfoRecord& form) { return name.CompareNoCase(form.GetDevmodeName()) == 0; });
     return found != forms.end() ? &*found : nullptr;
 }
 
-// The form that the devmode's paper is, by what the devmode claims: the number, else the name, else the size. The rest
+// The form that the devmode's paper is, by what the devmode claims: the number, else the size, else the name. The rest
 // may be left over from another paper. Of a devmode that claims nothing, all of it is believed.
 const FormsInfoRecord* FindForm(std::span<const FormsInfoRecord> forms, const DEVMODEW& devmode)
 {
@@ -89,10 +89,11 @@ const FormsInfoRecord* FindForm(std::span<const FormsInfoRecord> forms, const DE
     // A user's size is no form's number: the dimensions tell.
     if ((devmode.dmFields & DM_PAPERSIZE) != 0 && paperId != DMPAPER_USER)
         return FindFormOfNumber(forms, paperId);
-    if ((devmode.dmFields & DM_FORMNAME) != 0)
-        return FindFormOfName(forms, name);
+    const bool claimsName = (devmode.dmFields & DM_FORMNAME) != 0;
     if ((devmode.dmFields & kSize) == kSize)
-        return ofSize(0, CXString());
+        return ofSize(0, claimsName ? name : CXString()); // of several forms of one size
+    if (claimsName)
+        return FindFormOfName(forms, name);
     if ((devmode.dmFields & (kSize | DM_PAPERSIZE)) != 0)
         return nullptr;
     return devmode.dmPaperWidth > 0 && devmode.dmPaperLength > 0 ? ofSize(paperId, name)

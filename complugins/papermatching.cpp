@@ -15,6 +15,7 @@ namespace
 using Forms = std::span<const FormsInfoRecord>;
 
 constexpr std::uint16_t kFirstCustomNumber = 10000;
+constexpr DWORD kDimensions = DM_PAPERWIDTH | DM_PAPERLENGTH;
 
 template <class Matches>
 const FormsInfoRecord* FindForm(Forms forms, Matches matches)
@@ -39,9 +40,9 @@ bool IsDriverForm(const FormsInfoRecord& form) noexcept
     return form.formType == DataModelIds::PageSizeDriverForm;
 }
 
-bool HasNameOf(const CXString& name, const FormsInfoRecord& form) noexcept
+bool HasNameOf(const CXString& name, const FormsInfoRecord& form)
 {
-    return name.CompareNoCase(form.GetName()) == 0;
+    return name.CompareNoCase(form.GetDevmodeName()) == 0;
 }
 
 void TakeSize(DEVMODEW& devmode, const FormsInfoRecord& form) noexcept
@@ -148,6 +149,24 @@ bool IsCustomPaper(const DEVMODEW& devmode) noexcept
     return PaperNumber(devmode) == DMPAPER_USER || PaperNumber(devmode) >= kFirstCustomNumber;
 }
 
+bool ClaimsSize(const DEVMODEW& devmode) noexcept
+{
+    return (devmode.dmFields & kDimensions) == kDimensions;
+}
+
+// A custom paper bears the name of the country's paper: whoever went on by that name would have another paper the next
+// time. The number tells instead, where it is one of this size, or else the size does.
+void StopGoingByName(DEVMODEW& devmode, Forms forms)
+{
+    if ((devmode.dmFields & DM_FORMNAME) == 0)
+        return;
+    const std::uint16_t number = PaperNumber(devmode);
+    const FormsInfoRecord* const form = FindForm(forms, [number](const FormsInfoRecord& candidate)
+                                                 { return number != DMPAPER_USER && candidate.paperId == number; });
+    devmode.dmFields &= ~DWORD{DM_FORMNAME};
+    devmode.dmFields |= form != nullptr && HasSizeOf(devmode, *form) ? DWORD{DM_PAPERSIZE} : kDimensions;
+}
+
 void TakeDefaultName(DEVMODEW& devmode) noexcept
 {
     SetFixedText(devmode.dmFormName, OperatingSystem::UseEnglishPaperSizes() ? W("Letter") : W("A4"));
@@ -163,6 +182,8 @@ bool MatchPaperWithForms(DEVMODEW& devmode, std::span<const FormsInfoRecord> for
         MakePortrait(devmode);
         isMatched = MatchPaper(devmode, forms);
     }
+    if (IsCustomPaper(devmode) && (isMatched || ClaimsSize(devmode)))
+        StopGoingByName(devmode, forms);
     if (!isMatched || IsCustomPaper(devmode))
         TakeDefaultName(devmode);
     return isMatched;

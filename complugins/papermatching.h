@@ -9,7 +9,9 @@
 
 // Makes paper number, dimensions and form name agree with the first form that fits, and answers whether one did. The
 // devmode then holds portrait dimensions. Without a match, and for custom papers (256, 10000 and above) in any case,
-// the form name becomes the country's usual one. An empty list matches nothing and leaves the dimensions.
+// the form name becomes the country's usual one. A custom paper that was claimed by its name is then claimed by its
+// number or its size, so that doing it again changes nothing. An empty list matches nothing and leaves the dimensions.
 //
-// Numbers are compared unsigned, names ignoring case. The public part must reach the end of dmDitherType.
+// Numbers are compared unsigned, names ignoring case and as far as a devmode holds them. The public part must reach the
+// end of dmDitherType.
 bool MatchPaperWithForms(DEVMODEW& devmode, std::span<const FormsInfoRecord> forms);

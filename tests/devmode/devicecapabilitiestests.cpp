@@ -236,7 +236,7 @@ TEST_F(DeviceCapabilities, AnswerEachIndexFromItsCacheOrNotAtAll)
         }
 }
 
-TEST_F(DeviceCapabilities, TakeTheMachinesCacheWhereTheUserHasNone)
+TEST_F(DeviceCapabilities, TakeTheMachinesFormsWhereTheUserHasNone)
 {
     const std::optional<ByteBuffer> papers = Store(HKEY_CURRENT_USER).Read(W("XPaperCaps"));
     ASSERT_TRUE(papers);
@@ -245,6 +245,11 @@ TEST_F(DeviceCapabilities, TakeTheMachinesCacheWhereTheUserHasNone)
     EXPECT_EQ(AskForms(Context::Application, forms), E_FAIL);
     Store(HKEY_LOCAL_MACHINE).Write(W("XPaperCaps"), papers->bytes());
     EXPECT_EQ(AskForms(Context::Application, forms), S_OK);
+    DWORD answer = 0;
+    MSDeviceCapabilities ofUser;
+    ofUser.Initialize(Handle(), Context::Application);
+    EXPECT_EQ(ofUser.DescribeCache(Cache::Papers)->state, CacheState::Valid);
+    EXPECT_EQ(ofUser.DeviceCapabilities(DC_PAPERS, Validation::None, answer), E_FAIL) << "no form list";
     ASSERT_TRUE(CustomForms::Add({W("Strip"), 100000, 139700, false}));
     EXPECT_EQ(AskForms(Context::Application, forms), E_FAIL) << "a machine's has no user's sizes";
     Fill();
@@ -253,7 +258,6 @@ TEST_F(DeviceCapabilities, TakeTheMachinesCacheWhereTheUserHasNone)
     MSDeviceCapabilities forced;
     forced.Initialize(Handle(), Context::Application, {.forceMachineHive = true});
     EXPECT_EQ(forced.GetHive(), HKEY_LOCAL_MACHINE);
-    DWORD answer = 0;
     EXPECT_EQ(forced.DeviceCapabilities(DC_PAPERS, Validation::None, answer), S_OK);
     EXPECT_EQ(answer, m_model["forms"].size() - 1);
     EXPECT_EQ(forced.DeviceCapabilities(DC_BINS, Validation::None, answer), E_FAIL);
@@ -263,16 +267,17 @@ TEST_F(DeviceCapabilities, TakeTheMachinesCacheWhereTheUserHasNone)
 TEST_F(DeviceCapabilities, SaveWhatIsDirtyUnlessTheyMustNot)
 {
     const DataCache store = Store(HKEY_CURRENT_USER);
+    const DataCache::Lock lock(HKEY_CURRENT_USER);
     const std::size_t before = store.Dump().size();
     const ByteBuffer staple = CapabilityCaches::WriteStaple(1);
     MSDeviceCapabilities capabilities;
     capabilities.Initialize(Handle(), Context::Application, {.noSave = true});
     capabilities.SetCache(Cache::Staple, staple);
-    EXPECT_EQ(capabilities.Save(), S_FALSE);
+    EXPECT_EQ(capabilities.Save(lock), S_FALSE);
     EXPECT_NE(store.Read(W("XStaple")), staple);
     capabilities.Initialize(Handle(), Context::Application);
-    EXPECT_EQ(capabilities.Save(), S_OK);
-    EXPECT_EQ(capabilities.Save(), S_FALSE) << "nothing is dirty any more";
+    EXPECT_EQ(capabilities.Save(lock), S_OK);
+    EXPECT_EQ(capabilities.Save(lock), S_FALSE) << "nothing is dirty any more";
     EXPECT_EQ(store.Read(W("XStaple")), staple);
     const std::optional<ByteBuffer> flags = store.Read(W("XCapsFlags"));
     EXPECT_EQ(flags,
@@ -282,13 +287,13 @@ TEST_F(DeviceCapabilities, SaveWhatIsDirtyUnlessTheyMustNot)
 
     capabilities.SetCache(Cache::Staple, CapabilityCaches::WriteStaple(0));
     capabilities.Initialize(Handle(), Context::Application, {.forceMachineHive = true});
-    EXPECT_EQ(capabilities.Save(), S_FALSE) << "a user's cache is not for the machine";
+    EXPECT_EQ(capabilities.Save(lock), S_FALSE) << "a user's cache is not for the machine";
     EXPECT_FALSE(Store(HKEY_LOCAL_MACHINE).Read(W("XStaple")));
 
     HANDLE const nobodys = &capabilities;
     capabilities.Initialize(nobodys, Context::Application);
     capabilities.SetCache(Cache::Staple, staple);
-    EXPECT_EQ(capabilities.Save(), E_NOTIMPL);
+    EXPECT_EQ(capabilities.Save(lock), E_NOTIMPL);
     DWORD answer = 0;
     EXPECT_EQ(capabilities.DeviceCapabilities(DC_STAPLE, Validation::None, answer), E_NOTIMPL);
     EXPECT_FALSE(capabilities.DescribeCache(Cache::Staple));
@@ -341,7 +346,7 @@ TEST_F(DeviceCapabilities, OfAConversionKeepTheirOwnersOptions)
         EXPECT_EQ(cached.GetForms(forms), E_FAIL) << "the machine has none";
         EXPECT_EQ(shared.GetPrinterHandle(), Handle());
         shared.SetCache(Cache::Staple, CapabilityCaches::WriteStaple(1));
-        EXPECT_EQ(shared.Save(), S_FALSE);
+        EXPECT_EQ(shared.Save(DataCache::Lock(HKEY_LOCAL_MACHINE)), S_FALSE);
     }
 }
 

@@ -306,6 +306,8 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
     {
         setPaper(paper, 99, W("Spoilt"));
         paper.dmFields ^= 0x1000E | DM_COPIES;
+        paper.dmSize = 40;
+        paper.dmDriverExtra = 0xFFFF; // more than there is
     };
     m_helper->onGet = [&](PCSTR* option)
     {
@@ -317,7 +319,6 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
     m_helper->onSet = [&](DEVMODEW* copy)
     {
         spoil(*copy);
-        copy->dmSize = 40;
         EXPECT_TRUE(m_access.HasCurrentOption(10)); // the inner one neither keeps nor restores
         EXPECT_EQ(devmode.dmPaperSize, 99);
         return written;
@@ -334,7 +335,6 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
         {
             const std::ptrdiff_t at = &ask - questions;
             devmode.dmFields = fields;
-            devmode.dmSize = sizeof(DEVMODEW);
             setPaper(devmode, 9, W("A4"));
             written = at == 2 ? E_FAIL : S_OK;
             ask();
@@ -343,7 +343,7 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
             EXPECT_EQ(devmode.dmPaperWidth, 2009) << at;
             EXPECT_EQ(devmode.dmPaperLength, 3009) << at;
             EXPECT_EQ(GetFixedText(devmode.dmFormName), W("A4")) << at;
-            EXPECT_EQ(devmode.dmSize, at == 3 ? 40 : sizeof(DEVMODEW)) << at;
+            EXPECT_EQ(std::size_t{devmode.dmSize} + devmode.dmDriverExtra, m_devmode.Size()) << at;
         }
 }
 
@@ -381,8 +381,8 @@ TEST(CoreHelpers, OfferWhatTheModelHas)
     devmode.Get()->dmPrintQuality = devmode.Get()->dmYResolution = 600;
     const Bytes before = devmode.Bytes();
     PCSTR option = "";
-    EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "Resolution", &option), E_FAIL); // none of the model's
-    EXPECT_EQ(option, nullptr);
+    EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "Resolution", &option), S_OK); // none of the model's
+    EXPECT_STREQ(option, "Res600x600");
     EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size() - 1, "Duplex", &option), E_INVALIDARG);
     const PRINT_FEATURE_OPTION pairs[] = {
         {"Duplex", "VERTICAL"}, {"%PagePerSheet", "Booklet"}, {"Resolution", "Res600x600"}};

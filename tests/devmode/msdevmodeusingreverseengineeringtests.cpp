@@ -303,7 +303,7 @@ TEST(SettingValues, WithoutARowAreNamed)
     EXPECT_EQ(SetThrows(access, 10, 5423, DataModel), kUnmapped + "GetMsDmValueFromValueEnum_Helper 815");
     EXPECT_EQ(SetThrows(access, 5, 3, DataModel), kNoTable);
     EXPECT_EQ(GetThrows(access, 5, DataModel), kNoTable);
-    EXPECT_EQ(ThrownBy([&] { (void)access.GetDmValueTable_Helper(31); }), kNoTable); // another driver's
+    EXPECT_EQ(ThrownBy([&] { (void)access.GetDmValueTable_Helper(31).size(); }), ""); // not in its list
     const auto ofKeyword = [&access](const char* keyword)
     {
         return ThrownBy([&] { (void)access.GetFeatureValueFromIPrintCoreHelperValue_Helper(10, keyword, Raw); });
@@ -318,10 +318,18 @@ TEST(SettingValues, WithoutARowAreNamed)
     EXPECT_THROW((void)access.GetMsFeatureValue(10, DataModel), ExceptionMicrosoftDevmodeValueMappingFailed);
     EXPECT_THROW(Access(MsDriverKind(), nullptr), ExceptionInvalidArgumentNullPointer);
 
-    // Colour printing is only understood together with the colour.
-    Access unidrv(kUnidrv, devmode.Get());
-    EXPECT_THROW(unidrv.SetMsFeatureValue(34, 7, Raw), ExceptionMicrosoftDevmodeValueMappingFailed);
     EXPECT_EQ(devmode.Bytes(), before);
+
+    // A colour printing mode without a row is no colour.
+    Access unidrv(kUnidrv, devmode.Get());
+    unidrv.SetMsFeatureValue(34, 7, Raw);
+    EXPECT_EQ(unidrv.GetMsFeatureValue(34, Raw), 7u);
+    EXPECT_EQ(devmode.Get()->dmFields | static_cast<DWORD>(devmode.Get()->dmColor), 0u);
+    for (const std::uint32_t quality : {5130u, 5131u, 5132u, 5133u}) // in no driver's list
+    {
+        unidrv.SetMsFeatureValue(22, quality, DataModel);
+        EXPECT_EQ(unidrv.GetMsFeatureValue(22, DataModel), quality);
+    }
 }
 
 } // namespace

@@ -113,9 +113,11 @@ protected:
 
     TestPrinter m_printer{kCapability};
     MSDeviceCapabilities m_capabilities;
-    const FormsInfoRecord m_forms[3] = {OemDevmodeBytes::MakeForm(1, W("Letter"), 2159, 2794, 25001),
-                                        OemDevmodeBytes::MakeForm(9, W("A4"), 2100, 2970, 25001),
-                                        OemDevmodeBytes::MakeForm(300, W("My A4"), 2100, 2970, 25004)};
+    const FormsInfoRecord m_forms[4] = {
+        OemDevmodeBytes::MakeForm(301, W("A name of more than thirty-one characters"), 900, 1800, 25004),
+        OemDevmodeBytes::MakeForm(1, W("Letter"), 2159, 2794, 25001),
+        OemDevmodeBytes::MakeForm(9, W("A4"), 2100, 2970, 25001),
+        OemDevmodeBytes::MakeForm(300, W("My A4"), 2100, 2970, 25004)};
     const TestDevmode m_devmode{
         OemDevmodeBytes::Make(CoreDriverLayout::PostScript, {{1, OemDevmodeBytes::MakeState(true, m_forms)}})};
 };
@@ -200,7 +202,9 @@ TEST_F(FeatureTransfers, GoByWhatTheDevmodeClaimsOfItsPaper)
         {DM_PAPERSIZE | DM_FORMNAME | kSize, 1, W("A4"), 1},
         {DM_PAPERSIZE, 70, W("A4"), -1},
         {DM_FORMNAME, 9, W("letter"), 1},
-        {DM_FORMNAME | kSize, 9, W("No"), -1},
+        {DM_FORMNAME | kSize, 1, W("Letter"), 9},
+        {DM_FORMNAME | kSize, 1, W("my a4"), 300},
+        {DM_FORMNAME, 9, W("A name of more than thirty-one characters"), 301},
         {kSize, 1, W("Letter"), 9},
         {kSize, 300, W("My A4"), 9},
         {0, 300, W("Letter"), 300},

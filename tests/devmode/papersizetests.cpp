@@ -149,7 +149,7 @@ const Forms& TestForms()
     return forms;
 }
 
-// Afterwards the fields are those before.
+// Afterwards fields of 0 are those before.
 constexpr DWORD kNumber = DM_PAPERSIZE;
 constexpr DWORD kName = DM_FORMNAME;
 constexpr DWORD kSize = DM_PAPERWIDTH | DM_PAPERLENGTH;
@@ -172,6 +172,18 @@ const std::tuple<const char*, Paper, bool, Paper> kMatchCases[] = {
     {"name of a standard size with a driver's form", {kName, 0, 0, 0, W("a4")}, true, {0, 328, 2100, 2970, W("a4")}},
     {"user-defined name, its size", {kName, 5, 3000, 2159, W("custom")}, true, {0, 5, 2159, 3000, W("custom")}},
     {"user-defined name, driver's size", {kName, 5, 2150, 3400, W("Custom")}, true, {0, 330, 2150, 3400, W("Oficio")}},
+    // A custom paper must not go on by the name of the country's usual one.
+    {"custom paper's name", {kName, 9, 1, 2, W("banner")}, true, {kNumber, 40000, 2100, 50000, kUsual}},
+    {"a cut name",
+     {kName, 9, 1, 2, W("A NAME of more than thirty-one ")},
+     true,
+     {0, 400, 900, 1800, W("A NAME of more than thirty-one ")}},
+    {"user-defined name and number", {kName, 256, 3000, 2159, W("custom")}, true, {kSize, 256, 2159, 3000, kUsual}},
+    {"unknown name, size of its own",
+     {kName | kSize, 256, 1000, 1500, W("?")},
+     false,
+     {kSize, 256, 1000, 1500, kUsual}},
+    {"another's high number", {kName, 40000, 2159, 2794, W("?")}, true, {kSize, 40000, 2159, 2794, kUsual}},
     // By size alone: the number follows a driver's form, the name the driver's form or else the first.
     {"size", {kSize, 5, 2159, 2794, W("?")}, true, {0, 5, 2159, 2794, W("Letter")}},
     {"driver's size", {kSize, 5, 2970, 2100, W("?")}, true, {0, 328, 2100, 2970, W("Driver's A4")}},
@@ -181,6 +193,7 @@ const std::tuple<const char*, Paper, bool, Paper> kMatchCases[] = {
     // Widths are swapped as signed numbers.
     {"length beyond 32767", {kSize, 5, 50000, 2100, W("?")}, false, {0, 5, 50000, 2100, kUsual}},
 };
+// clang-format on
 
 void Write(const Paper& paper, DEVMODEW& devmode)
 {
@@ -211,10 +224,15 @@ TEST(PaperOfDevmode, AgreesWithTheFirstFormThatFits)
         Write(before, devmode);
         EXPECT_EQ(MatchPaperWithForms(devmode, TestForms()), isMatched);
         Paper expected = after;
-        expected.fields = before.fields;
+        if (expected.fields == 0)
+            expected.fields = before.fields;
         if (expected.name == kUsual)
             expected.name = UsualName();
         EXPECT_EQ(TextOf(Read(devmode)), TextOf(expected));
+        if (test.after.name != kUsual)
+            continue;
+        (void)MatchPaperWithForms(devmode, TestForms());
+        EXPECT_EQ(TextOf(Read(devmode)), TextOf(expected)) << "the second time";
     }
 }
 

@@ -74,6 +74,11 @@ TEST_F(Registry, HandlesKnowTheirRightsAndThatTheirKeyIsDeleted)
     EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, kRoot, 0, KEY_READ, &other), LSTATUS{ERROR_FILE_NOT_FOUND});
 }
 
+HANDLE MakeMutex()
+{
+    return CreateMutexExW(nullptr, W("Local\\Tavlen platform tests"), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE);
+}
+
 TEST_F(NamedMutexes, BelongToOneAtATime)
 {
     constexpr int kThreads = 4;
@@ -85,7 +90,7 @@ TEST_F(NamedMutexes, BelongToOneAtATime)
         threads.emplace_back(
             [&]
             {
-                HANDLE const mutex = CreateMutexW(nullptr, FALSE, W("Local\\Tavlen platform tests"));
+                HANDLE const mutex = MakeMutex();
                 ASSERT_NE(mutex, nullptr);
                 for (int round = 0; round < kRounds; ++round)
                 {
@@ -101,7 +106,12 @@ TEST_F(NamedMutexes, BelongToOneAtATime)
         thread.join();
     EXPECT_EQ(most, 1);
 
-    HANDLE const closed = CreateMutexW(nullptr, FALSE, W("Local\\Tavlen platform tests"));
+    HANDLE const held = MakeMutex();
+    HANDLE const closed = MakeMutex();
+    EXPECT_EQ(WaitForSingleObject(held, 10), DWORD{WAIT_OBJECT_0});
+    std::thread([closed] { EXPECT_EQ(WaitForSingleObject(closed, 10), DWORD{WAIT_TIMEOUT}); }).join();
+    EXPECT_TRUE(ReleaseMutex(held));
+    EXPECT_TRUE(CloseHandle(held));
     EXPECT_TRUE(CloseHandle(closed));
     EXPECT_EQ(WithLastError([closed] { return WaitForSingleObject(closed, INFINITE); }),
               std::pair(DWORD{WAIT_FAILED}, DWORD{ERROR_INVALID_HANDLE}));

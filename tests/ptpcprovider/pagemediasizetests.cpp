@@ -80,7 +80,7 @@ protected:
         caches.Initialize(m_printer->Get());
         caches.SetCache(MSDeviceCapabilities::Cache::Papers,
                         PaperCache::Write(0, caches.GetCustomFormsCRC(), forms, {}));
-        EXPECT_EQ(S_OK, caches.Save());
+        EXPECT_EQ(S_OK, caches.Save(DataCache::Lock(caches.GetHive())));
     }
 
     // "9 2100x2970 A4"; fields that are to be cleared are set before.

@@ -41,13 +41,14 @@ protected:
     std::string m_printer;
 };
 
-// A Unidrv devmode whose core driver's part has a size that no layout has.
-std::string WithUnknownCorePart(std::string bytes)
+// Whose core driver's part has a size that no layout has.
+std::string WithUnknownCorePart(std::string bytes, std::size_t noteAt = Format::kUnidrvSizeOffset,
+                                std::uint16_t size = 562)
 {
-    bytes.erase(sizeof(DEVMODEW) + 100, 2);
+    bytes.erase(sizeof(DEVMODEW) + 200, 2);
     std::vector<std::byte> note(2);
-    ByteWriter(note).U16(562);
-    std::memcpy(bytes.data() + sizeof(DEVMODEW) + Format::kUnidrvSizeOffset, note.data(), note.size());
+    ByteWriter(note).U16(size);
+    std::memcpy(bytes.data() + sizeof(DEVMODEW) + noteAt, note.data(), note.size());
     ByteWriter(note).U16(static_cast<std::uint16_t>(bytes.size() - sizeof(DEVMODEW)));
     std::memcpy(bytes.data() + offsetof(DEVMODEW, dmDriverExtra), note.data(), note.size());
     return bytes;
@@ -118,6 +119,19 @@ TEST_F(CoreFeatures, AreShownWithTheirSign)
         const std::string lines = OutputOf({"devmode", "show", "-", "--printer", m_printer}, changed);
         EXPECT_NE(lines.find(words), std::string::npos) << words << lines;
     }
+}
+
+// The bit that turns landscape round lies in a part of which nobody knows what it is.
+TEST_F(CoreFeatures, OfAnUnknownPartTheOrientationIsItsPublicField)
+{
+    std::string bytes = WithUnknownCorePart(NewDevmode("tavlen-c9070-ps"), Format::kPostScriptSizeOffset, 706);
+    bytes[sizeof(DEVMODEW) + 5] = 2;
+    const RunResult set = Set(bytes, {"ms.3=2"}, true);
+    ASSERT_EQ(set.status, 0) << set.errors;
+    EXPECT_TRUE(set.out.substr(sizeof(DEVMODEW)) == bytes.substr(sizeof(DEVMODEW)));
+    EXPECT_EQ(Show(set.out, true)["core"]["features"]["3"]["value"], 2);
+    EXPECT_TRUE(
+        IsOneErrorLine(Set(bytes, {"ms.3=3"}, true).errors, "rotated landscape is kept in the core driver's part"));
 }
 
 // Whoever sets a field after a setting, or the other way round, gets both.

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <array>
+
 #include <tvutil/datacache.h>
 #include <tvutil/tavlenutilities.h>
 
@@ -65,19 +67,25 @@ TEST_F(CapabilityCaching, NamesPapersByOneRule)
 // The caches and DeviceCapabilitiesW tell the same of the same printer.
 TEST_F(CapabilityCaching, WritesWhatTheDriverAnswers)
 {
-    for (const char* const model : {kPostScriptModel, kUnidrvModel})
+    for (const char* const model :
+         {kPostScriptModel, kUnidrvModel, "tavlen-b7000-xps"}) // the last has an unlisted form
     {
         Install(model);
         const auto papers = PaperCache::ReadPapers(Content(W("XPaperCaps")).bytes());
         ASSERT_TRUE(papers);
         const std::vector<WORD> numbers = List<WORD>(DC_PAPERS);
         const std::vector<POINTL> sizes = List<POINTL>(DC_PAPERSIZE);
-        ASSERT_EQ(papers->size(), numbers.size()) << "neither model has an unlisted form";
+        const auto names = List<std::array<WCHAR, 64>>(DC_PAPERNAMES);
+        ASSERT_EQ(papers->size(), numbers.size());
+        ASSERT_EQ(papers->size(), sizes.size());
+        ASSERT_EQ(papers->size(), names.size());
         for (std::size_t at = 0; at < numbers.size(); ++at)
         {
             EXPECT_EQ(papers->at(at).paperId, numbers[at]);
             EXPECT_EQ(papers->at(at).width, sizes[at].x);
             EXPECT_EQ(papers->at(at).length, sizes[at].y);
+            const WStringView name(names[at].data(), names[at].size());
+            EXPECT_EQ(papers->at(at).displayName, name.substr(0, name.find(WCHAR())));
         }
         EXPECT_EQ(Content(W("XPaperCaps")).getDword(), static_cast<DWORD>(Ask(DC_FIELDS)));
         DWORD device[12] = {};

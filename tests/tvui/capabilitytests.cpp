@@ -46,7 +46,6 @@ protected:
     {
         EXPECT_EQ(json(List<One<WORD>>(DC_PAPERS)), Rows("forms", {"paperId"}));
         EXPECT_EQ(json(List<Two>(DC_PAPERSIZE)), Rows("forms", {"width", "length"}));
-        EXPECT_EQ(Names<Name64>(DC_PAPERNAMES), Rows("forms", {"name"}));
         EXPECT_EQ(Names<Name64>(DC_MEDIAREADY), json::array({Rows("forms", {"name"})[0]}));
         EXPECT_EQ(json(List<One<WORD>>(DC_BINS)), Rows("bins", {"id"}));
         EXPECT_EQ(Names<Name24>(DC_BINNAMES), Rows("bins", {"name"}));

@@ -1,6 +1,8 @@
 // Blobs by name for printers and ports, and a user's settings: both in the registry.
 #include <windows.h>
 
+#include <optional>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -137,6 +139,29 @@ TEST_F(DataCaches, DoNotBelieveWhatIsNotSound)
     EXPECT_FALSE(cache.Read(W("A")));
     SetRawValue(Path(), W("A"), REG_BINARY, whole.data(), wholeSize);
     EXPECT_EQ(cache.Read(W("A")), Bytes("abc"));
+}
+
+TEST_F(DataCaches, AreFilledByOneAndTheNextDoesNotWaitForEver)
+{
+    for (const bool isHeld : {true, false})
+    {
+        std::optional<DataCache::Lock> held;
+        if (isHeld)
+            held.emplace(HKEY_CURRENT_USER);
+        std::thread(
+            [isHeld]
+            {
+                const auto wait = []
+                {
+                    const DataCache::Lock lock(HKEY_CURRENT_USER, 20);
+                };
+                if (isHeld)
+                    EXPECT_THROW(wait(), ExceptionDataCacheFailure);
+                else
+                    EXPECT_NO_THROW(wait());
+            })
+            .join();
+    }
 }
 
 // What they keep is tested with the custom sizes.

@@ -17,7 +17,7 @@ SchemaOption OptionOf(const SchemaFeature& feature, CoreSettings& settings)
         return *option;
     const std::uint32_t resolution = settings.Number(DataModelIds::Feature::MsResolution);
     SchemaOption unlisted;
-    unlisted.properties = ResolutionProperties(resolution >> 16, resolution & 0xFFFF);
+    unlisted.properties = ResolutionProperties(HIWORD(resolution), LOWORD(resolution));
     return unlisted;
 }
 

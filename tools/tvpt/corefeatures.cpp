@@ -24,6 +24,7 @@ using Access = MsDevmodeUsingReverseEngineering;
 using Feature = MsDevmodeBase::Feature;
 
 constexpr char kSetting[] = "setting a field";
+constexpr char kPartIsUnknown[] = "; rotated landscape is kept in the core driver's part, which is not recognised";
 constexpr char kNameThePrinter[] = "; with --printer the printer's driver is known";
 
 MsDriverKind AnyDriverOf(CoreDriverLayout layout)
@@ -71,11 +72,19 @@ bool CanBeSet(const Feature& feature, const CoreDriver& driver, const Access& ac
            (!IsInPrivatePart(feature) || (driver.isOfPrinter && access.IsLayoutRecognized()));
 }
 
+// Whether a bit of a part that nobody knows would count: the public field is then all there is.
+bool GoesByFieldAlone(const Feature& feature, const CoreDriver& driver, const Access& access)
+{
+    return !access.IsLayoutRecognized() && (driver.kind.kind & MsDriverKind::kPostScript) != 0 &&
+           MsDevmodeOffsets::FindPlace(feature.feature, driver.kind).cell == MsDevmodeCell::PublicRotated;
+}
+
 // The third orientation is the public field's alone for some drivers, and a bit of their part for others.
-std::span<const MsDevmodeValueRow> ValuesOf(const Feature& feature, const CoreDriver& driver)
+std::span<const MsDevmodeValueRow> ValuesOf(const Feature& feature, const CoreDriver& driver, const Access& access)
 {
     constexpr std::size_t kUnturned = 2; // portrait and landscape
-    const bool isLimited = !driver.isOfPrinter && feature.feature == DataModelIds::Feature::MsOrientation;
+    const bool isLimited = feature.feature == DataModelIds::Feature::MsOrientation &&
+                           (!driver.isOfPrinter || GoesByFieldAlone(feature, driver, access));
     return feature.values.first(isLimited ? std::min(kUnturned, feature.values.size()) : feature.values.size());
 }
 
@@ -124,9 +133,10 @@ std::optional<std::uint32_t> ParseNumber(std::string_view text)
 }
 
 std::uint32_t ParseOption(const std::string& key, std::string_view value, const Feature& feature,
-                          const CoreDriver& driver)
+                          const CoreDriver& driver, const Access& access)
 {
-    const std::span<const MsDevmodeValueRow> values = ValuesOf(feature, driver);
+    const std::span<const MsDevmodeValueRow> values = ValuesOf(feature, driver, access);
+    const char* const lacking = GoesByFieldAlone(feature, driver, access) ? kPartIsUnknown : kNameThePrinter;
     const bool isOfDataModel = value.starts_with('@');
     const std::optional<std::uint32_t> number = ParseNumber(isOfDataModel ? value.substr(1) : value);
     const MsDevmodeValueRow* row = nullptr;
@@ -136,7 +146,7 @@ std::uint32_t ParseOption(const std::string& key, std::string_view value, const 
     if (row == nullptr)
         Fail(kSetting, key,
              SettingText(feature, driver) + " must be one of " + PossibleValues(values, isOfDataModel) +
-                 (values.size() < feature.values.size() ? kNameThePrinter : ""));
+                 (values.size() < feature.values.size() ? lacking : ""));
     return row->devmodeValue;
 }
 
@@ -219,12 +229,15 @@ const Feature& RequireFeature(const std::string& key, const MsDevmodeFeatureRow&
     return *feature;
 }
 
-ordered_json DescribeFeature(Access& access, const Feature& feature)
+ordered_json DescribeFeature(Access& access, const Feature& feature, const CoreDriver& driver, const DEVMODEW* devmode)
 {
     ordered_json described = {{"name", feature.name}, {"value", nullptr}, {"option", nullptr}, {"text", nullptr}};
     try
     {
-        const std::uint32_t value = access.GetMsFeatureValue(feature.feature, MsDevmodeBase::Raw);
+        const std::uint32_t value =
+            GoesByFieldAlone(feature, driver, access)
+                ? access.GetPublicDmFeatureValue_Helper(devmode, feature.feature, MsDevmodeBase::Raw)
+                : access.GetMsFeatureValue(feature.feature, MsDevmodeBase::Raw);
         described["value"] = value;
         if (const MsDevmodeValueRow* const row = MsDevmodeValues::FindDevmodeValue(feature.values, value))
         {
@@ -280,7 +293,7 @@ ordered_json DescribeCoreFeatures(const Devmode& devmode, const std::optional<Co
         if (HasPlace(feature, *driver) && (access.IsLayoutRecognized() || !IsInPrivatePart(feature)))
             features.emplace(feature.feature, &feature); // of two rows the first
     for (const auto& [number, feature] : features)
-        described[std::to_string(number)] = DescribeFeature(access, *feature);
+        described[std::to_string(number)] = DescribeFeature(access, *feature, *driver, copy.Raw());
     return described;
 }
 
@@ -310,10 +323,13 @@ void SetCoreFeature(const std::string& key, std::string_view value, Devmode& dev
     access.Initialize();
     const Feature& feature = RequireFeature(key, *row, access, driver);
     const std::uint32_t number = feature.values.empty() ? ParsePlainNumber(key, value, feature, driver)
-                                                        : ParseOption(key, value, feature, driver);
+                                                        : ParseOption(key, value, feature, driver, access);
     try
     {
-        access.SetMsFeatureValue(feature.feature, number, MsDevmodeBase::Raw);
+        if (GoesByFieldAlone(feature, driver, access))
+            access.SetPublicDmFeatureValue_Helper(devmode.Raw(), feature.feature, number, MsDevmodeBase::Raw);
+        else
+            access.SetMsFeatureValue(feature.feature, number, MsDevmodeBase::Raw);
     }
     catch (const TavlenException& limit)
     {

@@ -201,10 +201,7 @@ HRESULT STDMETHODCALLTYPE CoreHelper::GetOption(const DEVMODEW* devmode, DWORD d
             DevmodeCopy copy(devmode, m_driver);
             if (!copy.CanReach(*feature))
                 return E_FAIL;
-            const std::string option = ReadOption(copy.Settings(), *feature);
-            if (!HasOption({featureKeyword, option.c_str()}))
-                return E_FAIL;
-            m_answer.Assign({option});
+            m_answer.Assign({ReadOption(copy.Settings(), *feature)});
             *optionKeyword = *m_answer.Get();
             return S_OK;
         });

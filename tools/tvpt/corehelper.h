@@ -1,7 +1,8 @@
 // CoreHelper: the core driver's helper object that the PrintTicket service gives to a provider, played for a printer
 // model: the core driver's settings in a devmode by their keywords.
 //
-// What the model does not have is no option of it: resolutions that it does not list, colour on a monochrome device.
+// What the model does not have is no option of it: resolutions that it does not list, colour on a monochrome device. It
+// is not listed and not set; where a devmode has it all the same, it is read.
 // A devmode is changed as a whole or not at all. As the interface promises and no longer, strings and lists that are
 // handed out are valid until the next call. A COM object: made with one reference, one thread at a time.
 #pragma once
@@ -28,8 +29,8 @@ public:
     ULONG STDMETHODCALLTYPE Release() override;
 
     // E_INVALIDARG for a devmode that does not lie within its size, and for a feature that the driver does not have;
-    // E_FAIL when what the devmode has is no option of it, and for a setting in a private part that is none of the
-    // driver's.
+    // E_FAIL when what the devmode has is no option of any such driver, and for a setting in a private part that is
+    // none of the driver's.
     HRESULT STDMETHODCALLTYPE GetOption(const DEVMODEW* devmode, DWORD devmodeSize, PCSTR featureKeyword,
                                         PCSTR* optionKeyword) override;
     // The same. Settings of this driver never conflict: `result` is always "no conflict".

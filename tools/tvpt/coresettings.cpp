@@ -75,6 +75,11 @@ bool CoreSettings::Has(const CoreSetting& setting)
 
 std::uint32_t CoreSettings::Number(std::uint32_t feature)
 {
+    return FindNumber(feature).value_or(0);
+}
+
+std::optional<std::uint32_t> CoreSettings::FindNumber(std::uint32_t feature)
+{
     bool isFound = false;
     const std::uint32_t number =
         m_access->GetPublicDmFeatureValue_Helper(m_devmode.Raw(), feature, MsDevmodeBase::Raw, &isFound);
@@ -83,9 +88,9 @@ std::uint32_t CoreSettings::Number(std::uint32_t feature)
         fields.dmPaperLength > 0)
         return DMPAPER_USER;
     if (feature != Features::MsResolution)
-        return number;
+        return isFound ? std::optional(number) : std::nullopt;
     if (fields.dmPrintQuality <= 0)
-        return 0;
+        return std::nullopt;
     const short along = fields.dmYResolution > 0 ? fields.dmYResolution : fields.dmPrintQuality;
     return MsDevmodeValues::Resolution(static_cast<std::uint32_t>(fields.dmPrintQuality),
                                        static_cast<std::uint32_t>(along));
@@ -147,7 +152,8 @@ std::int32_t CoreSettings::ValueId(std::uint32_t feature)
     catch (const TavlenException&)
     {
     }
-    const MsDevmodeValueRow* const value = MsDevmodeValues::FindDevmodeValue(row->values, Number(feature));
+    const std::optional<std::uint32_t> number = FindNumber(feature); // a private setting has none
+    const MsDevmodeValueRow* const value = number ? MsDevmodeValues::FindDevmodeValue(row->values, *number) : nullptr;
     return value != nullptr ? value->valueId : kNone;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include <tvcore/printermodel.h>
 
@@ -39,6 +40,8 @@ public:
     void CopyTo(Devmode& devmode) const;
 
 private:
+    // Nothing where there is no such field, or it says nothing.
+    [[nodiscard]] std::optional<std::uint32_t> FindNumber(std::uint32_t feature);
     [[nodiscard]] std::int32_t ValueId(std::uint32_t feature);
     void WriteField(std::uint32_t feature, std::int32_t valueId);
 

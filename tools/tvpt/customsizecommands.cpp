@@ -8,6 +8,7 @@
 #include <tvcore/customsizenumber.h>
 #include <tvcore/featurevalues.h>
 #include <tvutil/datacache.h>
+#include <tvutil/exceptions.h>
 #include <tvutil/singleline.h>
 #include <tvutil/tavlencomexception.h>
 
@@ -23,7 +24,7 @@ using nlohmann::ordered_json;
 
 constexpr char kAdding[] = "adding the custom paper size";
 constexpr char kRemoving[] = "removing the custom paper size";
-constexpr std::int32_t kShortest = 100; // thousandths of a millimetre: the least that a form list can tell
+constexpr std::int32_t kLeastToAdd = 100; // thousandths of a millimetre: what a form list tells without rounding it up
 constexpr char kUnusable[] = "its width, length and units cannot be read";
 
 struct CustomSizeArguments
@@ -69,7 +70,7 @@ FeatureCatalogue::Length RequireLength(const CustomSizeArguments& arguments, con
     const auto length = FeatureCatalogue::ParseLength(text);
     const Number microns = length ? length->value.GetValue(Dimension::Microns) : Number(0);
     // What is finer than a thousandth counts against the limits, too.
-    const bool isTooShort = microns.GetNumerator() < kShortest * microns.GetDenominator();
+    const bool isTooShort = microns.GetNumerator() < kLeastToAdd * microns.GetDenominator();
     const bool isTooLong = microns.GetNumerator() > CustomForms::kLongest * microns.GetDenominator();
     if (!length || isTooShort || isTooLong)
         Fail(kAdding, arguments.name,
@@ -90,9 +91,8 @@ CustomForms::Walk WalkSizes()
     return CustomForms::WalkSizes();
 }
 
-CustomForms::Walk ReadSizes(const char* what)
+CustomForms::Walk RequireWhole(const char* what, CustomForms::Walk walk)
 {
-    CustomForms::Walk walk = WalkSizes();
     if (walk.isCutOff)
         Fail(what, "the user's registry", "it cannot be read");
     return walk;
@@ -106,7 +106,8 @@ CXString ListedName(const CustomForms::Size& size)
 // In a list of forms the one would pass for the other.
 void RequireDistinct(const CustomForms::Size& size)
 {
-    for (const CustomForms::Size& other : ReadSizes(kAdding).sizes)
+    const CustomForms::Walk walk = RequireWhole(kAdding, CustomForms::WalkSizes());
+    for (const CustomForms::Size& other : walk.sizes)
         if (other.name.ToLower() == size.name.ToLower())
             continue; // the one that Add finds
         else if (ListedName(other) == ListedName(size))
@@ -126,8 +127,9 @@ void AddSize(const CustomSizeArguments& arguments)
     size.width = width.value.GetValue(Dimension::Microns).GetLongValue();
     size.length = length.value.GetValue(Dimension::Microns).GetLongValue();
     size.isMetric = IsMetric(arguments, width.unit == Dimension::Inches && length.unit == Dimension::Inches);
+    const DataCache::Lock lock(HKEY_CURRENT_USER); // over both: nobody adds another one in between
     RequireDistinct(size);
-    if (!CustomForms::Add(size))
+    if (!CustomForms::Add(size, lock))
         Fail(kAdding, arguments.name, "there is a custom paper size of this name");
 }
 
@@ -167,7 +169,7 @@ std::string UnusableSizesOf(const CustomForms::Walk& walk)
 
 std::string ListSizes(bool asJson)
 {
-    const CustomForms::Walk walk = ReadSizes("listing the custom paper sizes");
+    const CustomForms::Walk walk = RequireWhole("listing the custom paper sizes", WalkSizes());
     if (asJson)
         return JsonText(SizesToJson(walk));
     std::vector<FormsInfoRecord> forms;
@@ -179,7 +181,14 @@ std::string ListSizes(bool asJson)
 
 std::string DescribeUnusableSizes()
 {
-    return UnusableSizesOf(WalkSizes());
+    try
+    {
+        return UnusableSizesOf(WalkSizes());
+    }
+    catch (const ExceptionDataCacheFailure&) // somebody holds the lock for long, which keeps nobody from reading
+    {
+        return UnusableSizesOf(CustomForms::WalkSizes());
+    }
 }
 
 void AddCustomSizeCommands(CLI::App& printer, Action& chosen)

@@ -16,7 +16,10 @@ inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 0x00000004;
 
 inline constexpr DWORD INFINITE = 0xFFFFFFFF;
 inline constexpr DWORD WAIT_OBJECT_0 = 0;
+inline constexpr DWORD WAIT_TIMEOUT = 258;
 inline constexpr DWORD WAIT_FAILED = 0xFFFFFFFF;
+inline constexpr DWORD MUTEX_MODIFY_STATE = 0x0001;
+inline constexpr DWORD SYNCHRONIZE = 0x00100000;
 
 // A lock of one word. Zeros, as SRWLOCK_INIT, are a free one; it needs no destruction.
 struct SRWLOCK
@@ -78,10 +81,11 @@ extern "C"
     WINPORT_API BOOL WINAPI TlsSetValue(DWORD slot, LPVOID value);
 
     // Mutexes between processes, by name: those that share a store (winspool.h) share them. The name is needed, nobody
-    // owns a mutex from the beginning, waiting has no other end than INFINITE, and whoever owns it must not wait for it
-    // again, by this handle or another. A mutex whose owner has ended is free. Handles of mutexes alone are closed
+    // owns a mutex from the beginning (no flags), any handle may do everything, and whoever owns it must not wait for
+    // it again, by this handle or another. A mutex whose owner has ended is free. Handles of mutexes alone are closed
     // here.
-    WINPORT_API HANDLE WINAPI CreateMutexW(LPSECURITY_ATTRIBUTES securityAttributes, BOOL initialOwner, LPCWSTR name);
+    WINPORT_API HANDLE WINAPI CreateMutexExW(LPSECURITY_ATTRIBUTES securityAttributes, LPCWSTR name, DWORD flags,
+                                             DWORD desiredAccess);
     WINPORT_API DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds);
     WINPORT_API BOOL WINAPI ReleaseMutex(HANDLE mutex);
     WINPORT_API BOOL WINAPI CloseHandle(HANDLE handle);

@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include <tvcore/datamodelids.h>
 #include <tvui/defaultdevmode.h>
 #include <tvutil/datacache.h>
 #include <tvutil/tavlencomexception.h>
@@ -16,7 +15,6 @@
 #include "dependentfiles.h"
 #include "devmodemerge.h"
 #include "formlist.h"
-#include "paperdisplayname.h"
 
 namespace
 {
@@ -28,22 +26,13 @@ constexpr ThrowSite kSite{W("FillCapabilityCaches"), W("siblings\\tvui\\src\\cap
 // A machine has no custom sizes: they are a user's.
 CustomForms::Walk CustomSizesFor(HKEY hive)
 {
-    if (hive == HKEY_LOCAL_MACHINE)
-        return {};
-    CustomForms::Walk walk = CustomForms::WalkSizes();
-    if (walk.isCutOff) // a list that lacks some would pass for whole
-        ThrowComException(E_FAIL, kSite, W("the custom paper sizes cannot be read"));
-    return walk;
+    return hive == HKEY_LOCAL_MACHINE ? CustomForms::Walk() : WalkCustomSizes();
 }
 
 ByteBuffer MakePapers(const ProductData& product, const CustomForms::Walk& customSizes)
 {
     const std::vector<FormsInfoRecord> forms = MakeFormList(product, customSizes.sizes);
-    std::vector<PaperCache::Paper> papers;
-    for (const FormsInfoRecord& form : forms)
-        if (form.formType != DataModelIds::PageSizeUnlisted)
-            papers.push_back({form.paperId, form.width, form.length, PaperDisplayName(form)});
-    return PaperCache::Write(SupportedFields(product), customSizes.crc, forms, papers);
+    return PaperCache::Write(SupportedFields(product), customSizes.crc, forms, ListPapers(forms));
 }
 
 template <class Item>
@@ -56,10 +45,9 @@ ByteBuffer MakeNumberedNames(ByteBuffer (*write)(std::span<const CapabilityCache
     return write(list);
 }
 
-// Nobody asks the trays: they are taken to hold the printer's default form.
 ByteBuffer MakeMediaReady(const ProductData& product)
 {
-    const CXString name = PaperDisplayName(MakeFormList(product).front());
+    const CXString name = LoadedPaper(product);
     return CapabilityCaches::WriteNames({&name, 1});
 }
 
@@ -107,7 +95,7 @@ void FillCapabilityCaches(const Printer& printer, const ProductData& product, MS
     capabilities.SetCache(Cache::MediaTypes,
                           MakeNumberedNames(CapabilityCaches::WriteMediaTypes, product.GetMediaTypes()));
     capabilities.SetCache(Cache::Device, MakeDevice(product));
-    if (const HRESULT saved = capabilities.Save(); FAILED(saved))
+    if (const HRESULT saved = capabilities.Save(lock); FAILED(saved))
         ThrowComException(saved, kSite, W("the caches of the device capabilities cannot be saved"));
 }
 

@@ -8,8 +8,8 @@
 #include "complugins/msdevicecapabilities.h"
 
 // Every cache of the table, all of them or, when the store refuses in between, those before it: each is whole in
-// itself. Waits for whoever is filling caches of that hive. Throws TavlenComException with the code of saving, the
-// printer's or its driver's failure, or ExceptionDataCacheFailure.
+// itself. Waits for whoever is filling caches of that hive, not for ever. Throws TavlenComException with the code of
+// saving, the printer's or its driver's failure, or ExceptionDataCacheFailure.
 void FillCapabilityCaches(const Printer& printer, const ProductData& product,
                           MSDeviceCapabilities::Context context = MSDeviceCapabilities::Context::OfThisProcess);
 

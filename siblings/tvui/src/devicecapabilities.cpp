@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <iterator>
-#include <span>
+#include <vector>
 
 #include <tvcore/productdata.h>
 #include <tvui/defaultdevmode.h>
@@ -14,6 +14,7 @@
 #include "capabilityrecords.h"
 #include "dependentfiles.h"
 #include "devmodemerge.h"
+#include "formlist.h"
 
 namespace
 {
@@ -30,32 +31,36 @@ DWORD Fields(const Question& question)
     return SupportedFields(question.product);
 }
 
+// Without the custom sizes: see the header.
+std::vector<PaperCache::Paper> PapersOfModel(const Question& question)
+{
+    return ListPapers(MakeFormList(question.product));
+}
+
 DWORD Papers(const Question& question)
 {
-    return AnswerList(question.product.GetForms(), question.output,
-                      [](const PrinterModel::Form& form) { return WORD{form.paperId}; });
+    return AnswerList(PapersOfModel(question), question.output,
+                      [](const PaperCache::Paper& paper) { return WORD{paper.paperId}; });
 }
 
 DWORD PaperSizes(const Question& question)
 {
-    return AnswerList(question.product.GetForms(), question.output,
-                      [](const PrinterModel::Form& form) {
-                          return POINTL{form.width, form.length};
+    return AnswerList(PapersOfModel(question), question.output,
+                      [](const PaperCache::Paper& paper) {
+                          return POINTL{paper.width, paper.length};
                       });
 }
 
 DWORD PaperNames(const Question& question)
 {
-    return AnswerList(question.product.GetForms(), question.output,
-                      [](const PrinterModel::Form& form) { return NameRecord<PaperName>(form.name); });
+    return AnswerList(PapersOfModel(question), question.output,
+                      [](const PaperCache::Paper& paper) { return NameRecord<PaperName>(paper.displayName.View()); });
 }
 
-// Nobody asks the trays: they are taken to hold the printer's default form.
 DWORD MediaReady(const Question& question)
 {
-    const std::span<const PrinterModel::Form> loaded(question.product.GetForms().data(), 1);
-    return AnswerList(loaded, question.output,
-                      [](const PrinterModel::Form& form) { return NameRecord<PaperName>(form.name); });
+    const CXString loaded[] = {LoadedPaper(question.product)};
+    return AnswerList(loaded, question.output, [](const CXString& name) { return NameRecord<PaperName>(name.View()); });
 }
 
 DWORD MinExtent(const Question& question)

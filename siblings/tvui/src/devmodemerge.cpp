@@ -115,7 +115,7 @@ void MergePaper(const ProductData& product, const DEVMODEW& input, DEVMODEW& dev
     else if ((input.dmFields & DM_FORMNAME) != 0)
         // A name of a devmode is cut where a form's is longer.
         form = FindItem(forms, [name = GetFixedText(input.dmFormName)](const FormsInfoRecord& each)
-                        { return CXString(each.GetName().substr(0, CCHFORMNAME - 1)).CompareNoCase(name) == 0; });
+                        { return CXString(each.GetDevmodeName()).CompareNoCase(name) == 0; });
     if (form != nullptr)
         SetDevmodePaper(devmode, *form);
 }

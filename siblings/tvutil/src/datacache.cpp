@@ -146,19 +146,21 @@ bool DataCache::RemovePrinter(const CXString& printerName, HKEY hive)
     return error == ERROR_SUCCESS;
 }
 
-// A user's caches are filled in the user's own session; those of the machine in any.
-DataCache::Lock::Lock(HKEY hive)
-    : m_mutex(
-          CreateMutexW(nullptr, FALSE,
-                       hive == HKEY_LOCAL_MACHINE ? W("Global\\Tavlen data caches") : W("Local\\Tavlen data caches")))
+// A user's caches are filled in the user's own session; those of the machine in any. Whoever has made the mutex may
+// have left others no more than the right to wait for it and to give it back.
+DataCache::Lock::Lock(HKEY hive, DWORD milliseconds)
+    : m_mutex(CreateMutexExW(
+          nullptr, hive == HKEY_LOCAL_MACHINE ? W("Global\\Tavlen data caches") : W("Local\\Tavlen data caches"), 0,
+          SYNCHRONIZE | MUTEX_MODIFY_STATE))
 {
     constexpr const WCHAR* kMethod = W("DataCache::Lock::Lock");
     if (m_mutex == nullptr)
-        ThrowFailure(kMethod, W("CreateMutexW"), W("DataCaches"), ErrorOf(FALSE));
+        ThrowFailure(kMethod, W("CreateMutexExW"), W("DataCaches"), ErrorOf(FALSE));
     // A process that ended while it held the mutex leaves it to the next one, which is no failure.
-    if (WaitForSingleObject(m_mutex, INFINITE) != WAIT_FAILED)
+    const DWORD waited = WaitForSingleObject(m_mutex, milliseconds);
+    if (waited != WAIT_FAILED && waited != WAIT_TIMEOUT)
         return;
-    const DWORD error = ErrorOf(FALSE);
+    const DWORD error = waited == WAIT_FAILED ? ErrorOf(FALSE) : waited;
     CloseHandle(m_mutex);
     ThrowFailure(kMethod, W("WaitForSingleObject"), W("DataCaches"), error);
 }

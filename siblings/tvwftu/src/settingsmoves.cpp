@@ -76,7 +76,7 @@ bool MovePageSize(const FeatureServices& from, DEVMODEW* devmode, HANDLE printer
     };
     MsDevmodeValueMapper(printer, devmode, capabilities)
         .SetMsPaperSizeFeaturesCurrentValues(paper->type, paper->paperId, tenths(paper->width), tenths(paper->length),
-                                             paper->name, true);
+                                             paper->name.View().substr(0, CCHFORMNAME - 1), true); // as far as it fits
     return true;
 }
 

@@ -2,6 +2,7 @@
 // when its process ends.
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 
 namespace winport::spooler
@@ -17,6 +18,8 @@ public:
     FileLock& operator=(const FileLock&) = delete;
 
     void Lock() const; // waits; throws Win32Error
+    // False when somebody else had it all the time.
+    [[nodiscard]] bool LockWithin(std::chrono::milliseconds limit) const;
     void Unlock() const noexcept;
 
 private:

@@ -1,6 +1,7 @@
 // Named mutexes: each is a lock on a file of its name in the store's folder.
 #include <winbase.h>
 
+#include <chrono>
 #include <memory>
 #include <mutex>
 #include <string_view>
@@ -47,13 +48,13 @@ std::uintptr_t ValueOf(HANDLE handle)
 
 using namespace winport::spooler;
 
-HANDLE WINAPI CreateMutexW(LPSECURITY_ATTRIBUTES, BOOL initialOwner, LPCWSTR name)
+HANDLE WINAPI CreateMutexExW(LPSECURITY_ATTRIBUTES, LPCWSTR name, DWORD flags, DWORD)
 {
     HANDLE made = nullptr;
     Succeeds(
         [&]
         {
-            Require(initialOwner == FALSE && !ViewOf(name).empty(), ERROR_INVALID_PARAMETER);
+            Require(flags == 0 && !ViewOf(name).empty(), ERROR_INVALID_PARAMETER);
             const Store store(StoreFolder()); // makes the folder
             made = reinterpret_cast<HANDLE>(Table().Add(std::make_shared<const FileLock>(FileOf(ViewOf(name)))));
         });
@@ -62,13 +63,19 @@ HANDLE WINAPI CreateMutexW(LPSECURITY_ATTRIBUTES, BOOL initialOwner, LPCWSTR nam
 
 DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds)
 {
+    bool isOwned = true;
     const BOOL waited = Succeeds(
         [&]
         {
-            Require(milliseconds == INFINITE, ERROR_INVALID_PARAMETER);
-            Table().Find(ValueOf(handle))->Lock();
+            const auto mutex = Table().Find(ValueOf(handle));
+            if (milliseconds == INFINITE)
+                mutex->Lock();
+            else
+                isOwned = mutex->LockWithin(std::chrono::milliseconds(milliseconds));
         });
-    return waited ? WAIT_OBJECT_0 : WAIT_FAILED;
+    if (!waited)
+        return WAIT_FAILED;
+    return isOwned ? WAIT_OBJECT_0 : WAIT_TIMEOUT;
 }
 
 BOOL WINAPI ReleaseMutex(HANDLE mutex)

@@ -51,6 +51,27 @@ void RequireNoRoot(const RegistryKey& key, std::int64_t row)
     Require(!key.isRoot || row != key.row, ERROR_ACCESS_DENIED);
 }
 
+// The one behind the last that was asked for is found by that one's name, as long as the key stays open.
+std::u16string SubKeyAt(Store& store, const RegistryKey& key, DWORD index)
+{
+    SubKeyCursor& cursor = *key.cursor;
+    const std::lock_guard lock(cursor.mutex);
+    const bool isNext = index != 0 && index == cursor.next;
+    Statement row = store.Prepare(
+        isNext ? "SELECT name, folded FROM registry_keys WHERE parent = ? AND folded > ? ORDER BY folded LIMIT 1"
+               : "SELECT name, folded FROM registry_keys WHERE parent = ? ORDER BY folded LIMIT 1 OFFSET ?");
+    row.Bind(key.row);
+    if (isNext)
+        row.Bind(std::u16string_view(cursor.folded));
+    else
+        row.Bind(index);
+    Require(row.Step(), ERROR_NO_MORE_ITEMS);
+    std::u16string name = row.Text();
+    cursor.folded = row.Text();
+    cursor.next = index + 1;
+    return name;
+}
+
 } // namespace
 
 } // namespace winport::spooler
@@ -151,10 +172,7 @@ LSTATUS WINAPI RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameSiz
             Store store(parent->folder);
             const Transaction transaction(store, Transaction::Kind::Read);
             RequireRow(store, *parent);
-            Statement row =
-                store.Prepare("SELECT name FROM registry_keys WHERE parent = ? ORDER BY folded LIMIT 1 OFFSET ?");
-            Require(row.Bind(parent->row).Bind(index).Step(), ERROR_NO_MORE_ITEMS);
-            GiveText(row.Text(), name, *nameSize);
+            GiveText(SubKeyAt(store, *parent, index), name, *nameSize);
             GiveNoClass(keyClass, classSize);
             if (lastWriteTime != nullptr)
                 *lastWriteTime = {};

@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include <winreg.h>
@@ -14,12 +16,21 @@
 namespace winport::spooler
 {
 
+// Where an enumeration of sub-keys stands: they are asked for one by one, and counted each time it would take for ever.
+struct SubKeyCursor
+{
+    std::mutex mutex;
+    DWORD next = 0;        // the index behind the one that was given last
+    std::u16string folded; // and that one's name
+};
+
 struct RegistryKey
 {
     std::filesystem::path folder; // of the store in which it was opened
     std::int64_t row;
     REGSAM access;
     bool isRoot; // a predefined key
+    std::shared_ptr<SubKeyCursor> cursor = std::make_shared<SubKeyCursor>();
 };
 
 // Throws ERROR_INVALID_HANDLE. A predefined key is in the store of the moment and may do everything.

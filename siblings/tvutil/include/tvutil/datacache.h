@@ -52,11 +52,12 @@ public:
     static bool RemovePrinter(const CXString& printerName, HKEY hive);
 
     // Held while caches of a hive are filled, by one thread of one process at a time, which must not take it again.
-    // Whoever comes second waits; a process that ends gives it back. Readers need none.
+    // Whoever comes second waits, up to a limit: then it is ExceptionDataCacheFailure. A process that ends gives it
+    // back. Readers need none.
     class TVUTIL_API Lock
     {
     public:
-        explicit Lock(HKEY hive);
+        explicit Lock(HKEY hive, DWORD milliseconds = 30'000);
         ~Lock();
         Lock(const Lock&) = delete;
         Lock& operator=(const Lock&) = delete;
