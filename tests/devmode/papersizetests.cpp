@@ -229,7 +229,7 @@ TEST(PaperOfDevmode, AgreesWithTheFirstFormThatFits)
         if (expected.name == kUsual)
             expected.name = UsualName();
         EXPECT_EQ(TextOf(Read(devmode)), TextOf(expected));
-        if (test.after.name != kUsual)
+        if (after.name != kUsual)
             continue;
         (void)MatchPaperWithForms(devmode, TestForms());
         EXPECT_EQ(TextOf(Read(devmode)), TextOf(expected)) << "the second time";

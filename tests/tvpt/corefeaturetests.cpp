@@ -124,14 +124,13 @@ TEST_F(CoreFeatures, AreShownWithTheirSign)
 // The bit that turns landscape round lies in a part of which nobody knows what it is.
 TEST_F(CoreFeatures, OfAnUnknownPartTheOrientationIsItsPublicField)
 {
-    std::string bytes = WithUnknownCorePart(NewDevmode("tavlen-c9070-ps"), Format::kPostScriptSizeOffset, 706);
+    std::string bytes = WithUnknownCorePart(Make("tavlen-c9070-ps"), Format::kPostScriptSizeOffset, 706);
     bytes[sizeof(DEVMODEW) + 5] = 2;
-    const RunResult set = Set(bytes, {"ms.3=2"}, true);
+    const RunResult set = Set(bytes, {"ms.3=2"});
     ASSERT_EQ(set.status, 0) << set.errors;
     EXPECT_TRUE(set.out.substr(sizeof(DEVMODEW)) == bytes.substr(sizeof(DEVMODEW)));
-    EXPECT_EQ(Show(set.out, true)["core"]["features"]["3"]["value"], 2);
-    EXPECT_TRUE(
-        IsOneErrorLine(Set(bytes, {"ms.3=3"}, true).errors, "rotated landscape is kept in the core driver's part"));
+    EXPECT_EQ(ShownDevmode(set.out, m_printer)["core"]["features"]["3"]["value"], 2);
+    EXPECT_TRUE(IsOneErrorLine(Set(bytes, {"ms.3=3"}).errors, "rotated landscape is kept in the core driver's part"));
 }
 
 // Whoever sets a field after a setting, or the other way round, gets both.
