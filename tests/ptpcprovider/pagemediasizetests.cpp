@@ -352,4 +352,14 @@ TEST_F(MediaSizes, HaveTheImageableAreaOfEveryOrientation)
     m_binding.reset();
 }
 
+TEST_F(MediaSizes, AreOfferedWithoutATicketOrAConversionBefore)
+{
+    Bind(kModels[3]);
+    const ComPtr<IXMLDOMDocument2> document = LoadTestDocument("capabilities/core-driver-like.xml");
+    EXPECT_EQ(S_OK, m_binding->provider->CompletePrintCapabilities(nullptr, document.Get()));
+    EXPECT_EQ(OperatingSystem::UseEnglishPaperSizes() ? "215900 279400 4100 4100 207700 271200 "
+                                                      : "210000 297000 4100 4100 201800 288800 ",
+              Words(document, "/*/psf:Property//psf:Value"));
+}
+
 } // namespace

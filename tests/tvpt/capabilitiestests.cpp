@@ -276,8 +276,7 @@ TEST_F(Capabilities, AreForTheTicketThatAsks)
     EXPECT_EQ(orientation(), DMORIENT_PORTRAIT);
 }
 
-// To be enabled once the provider completes capabilities: until then it answers E_NOTIMPL.
-TEST_F(Capabilities, DISABLED_AreCompletedByTheProvider)
+TEST_F(Capabilities, AreCompletedByTheProvider)
 {
     for (const char* const model : kModels)
     {
