@@ -32,6 +32,9 @@ constexpr WCHAR kJobTicketParameter[] = W("JobTavlenJtifJobTicket");
 constexpr LONG kMaxDriverDataLength = 20000;
 constexpr LONG kMaxJobTicketLength = 3500000;
 
+// Of what is read: white space and line ends of other producers included. Nothing longer is decoded.
+constexpr std::size_t kLongestDriverDataText = std::size_t{4} * kMaxDriverDataLength;
+
 // Of both, although the job ticket is no Base64, deliberately.
 constexpr WCHAR kUnitType[] = W("base64");
 
@@ -65,10 +68,12 @@ struct DriverData
     std::size_t length = 0; // of what was decoded
 };
 
-// Nothing for a text that is no Base64, or whose CRC is not that of the data.
+// Nothing for a text that is too long or no Base64, or whose CRC is not that of the data.
 std::optional<DriverData> DecodeDriverData(WStringView text)
 {
-    const auto characters = static_cast<int>(text.size()); // the document's own bound keeps it small
+    if (text.size() > kLongestDriverDataText)
+        return std::nullopt;
+    const auto characters = static_cast<int>(text.size());
     int length = TavlenUtilities::Base64DecodeGetRequiredLength(characters);
     DriverData decoded;
     decoded.buffer.resize(static_cast<std::size_t>(length));
