@@ -9,6 +9,7 @@
 #include <iterator>
 
 #include "complugins/msdevmodevaluemapper.h"
+#include "complugins/msdevmodevalues.h"
 #include "complugins/ptpcprovider/featuretranslation.h"
 #include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
 #include "complugins/ptpcprovider/productstrings.h"
@@ -70,13 +71,17 @@ void AppendColorOption(const PrintCapabilitiesXmlDocument& capabilities, IXMLDOM
     capabilities.AppendChild(feature, element.Get());
 }
 
-// The devmode's number, where the data model says nothing.
+// The devmode's number, where the data model says nothing; 0, which no option has, for a value that has no number.
 DWORD NumberOf(FeatureServices* dataModel, DataModelIds::tagFeatureEnum feature, DWORD ofDevmode)
 {
     if (dataModel == nullptr)
         return ofDevmode;
     const std::optional<ValueId> value = OptionFeatureRef(*dataModel, feature).GetValue();
-    return value ? MsDevmodeValueMapper::GetMsValueFromDataModelValue(feature, value->GetValueEnum()) : ofDevmode;
+    if (!value)
+        return ofDevmode;
+    const auto* const row =
+        MsDevmodeValues::FindValueId(MsDevmodeValues::FindTable(feature, {}), value->GetValueEnum());
+    return row != nullptr ? row->devmodeValue : 0;
 }
 
 bool ChangeMethod(FeatureServices& dataModel, DWORD number)

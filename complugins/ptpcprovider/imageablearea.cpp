@@ -22,7 +22,7 @@ constexpr ThrowSite kReplace{W("TavlenPtProvider::ReplacePageImageableSizeAndAre
 
 constexpr WCHAR kProperty[] = W("PageImageableSize");
 
-// A ticket whose orientation cannot be read is one in portrait; only E_FAIL says that of a ticket.
+// A ticket whose orientation cannot be read, for whatever reason, is one in portrait.
 Geometry ReadGeometry(const PrintTicketXmlDocument& ticket)
 {
     try
@@ -31,10 +31,9 @@ Geometry ReadGeometry(const PrintTicketXmlDocument& ticket)
         if (option)
             return ImageableArea::GeometryOf(option->name);
     }
-    catch (const TavlenComException& failure)
+    catch (const TavlenComException&)
     {
-        if (failure.GetHresult() != E_FAIL)
-            throw;
+        return Geometry::Portrait;
     }
     return Geometry::Portrait;
 }

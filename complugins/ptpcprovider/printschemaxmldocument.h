@@ -72,10 +72,10 @@ public:
     HRESULT DeleteFeatureNodeIfADuplicateExists(const CXString& namePrefix, const CXString& localName) const;
     HRESULT DeletePropertyNodesIfExist(const CXString& namePrefix, const CXString& localName) const;
 
-    // --- Appending
+    // --- Appending. A node that the document does not take is the failure of `site`; without one, of AppendChild.
 
-    HRESULT AppendChildToRootNode(IXMLDOMNode* node) const;
-    HRESULT AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child) const;
+    HRESULT AppendChildToRootNode(IXMLDOMNode* node, const ThrowSite* site = nullptr) const;
+    HRESULT AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child, const ThrowSite* site = nullptr) const;
 
     // --- Creating. "Full" names are prefixed already; types are names of XML Schema ("integer").
 

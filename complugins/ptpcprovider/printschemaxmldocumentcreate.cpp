@@ -13,19 +13,19 @@ constexpr FailureCheck Check(kSourceFile);
 
 } // namespace
 
-HRESULT PrintSchemaXmlDocument::AppendChildToRootNode(IXMLDOMNode* node) const
+HRESULT PrintSchemaXmlDocument::AppendChildToRootNode(IXMLDOMNode* node, const ThrowSite* site) const
 {
     constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChildToRootNode");
     Require({kMethod, kSourceFile});
-    return AppendChild(m_rootNode.Get(), node);
+    return AppendChild(m_rootNode.Get(), node, site);
 }
 
-HRESULT PrintSchemaXmlDocument::AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child) const
+HRESULT PrintSchemaXmlDocument::AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child, const ThrowSite* site) const
 {
-    constexpr const WCHAR* kMethod = W("PrintSchemaXmlDocument::AppendChild");
-    Require({kMethod, kSourceFile}, parent != nullptr && child != nullptr);
+    constexpr ThrowSite kOwnSite{W("PrintSchemaXmlDocument::AppendChild"), kSourceFile};
+    Require(kOwnSite, parent != nullptr && child != nullptr);
     ComPtr<IXMLDOMNode> appended;
-    Check(parent->appendChild(child, appended.Put()), kMethod);
+    ThrowIfFailed(parent->appendChild(child, appended.Put()), site != nullptr ? *site : kOwnSite);
     return S_OK;
 }
 

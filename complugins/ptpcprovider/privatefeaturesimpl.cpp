@@ -32,14 +32,20 @@ constexpr WCHAR kJobTicketParameter[] = W("JobTavlenJtifJobTicket");
 constexpr LONG kMaxDriverDataLength = 20000;
 constexpr LONG kMaxJobTicketLength = 3500000;
 
+// Of what is read: white space and line ends of other producers included. Nothing longer is decoded.
+constexpr std::size_t kLongestDriverDataText = std::size_t{4} * kMaxDriverDataLength;
+
 // Of both, although the job ticket is no Base64, deliberately.
 constexpr WCHAR kUnitType[] = W("base64");
 
-// The place that a failure names, with the line that the system reports for it.
+// The places that failures name, with the line that the system reports for it where there is one.
 constexpr ThrowSite kEmbedding{W("TavlenPtProvider::EmbedPrivateJtifInPrintTicket"), kSourceFile, 1811};
 
 constexpr std::size_t kCrcSize = sizeof(DWORD);
 
+constexpr ThrowSite kSettingDriverData{W("TavlenPtProvider::SetTavlenDriverDataInPrintTicket"), kSourceFile};
+constexpr ThrowSite kDefiningDriverData{W("TavlenPtProvider::AddTavlenDriverDataCapabilities"), kSourceFile};
+constexpr ThrowSite kDefiningJobTicket{W("TavlenPtProvider::AddJobJtifJobTicketCapabilities"), kSourceFile};
 CXString EncodeDriverData(std::span<const std::byte> data)
 {
     ByteBuffer record(kCrcSize);
@@ -62,10 +68,12 @@ struct DriverData
     std::size_t length = 0; // of what was decoded
 };
 
-// Nothing for a text that is no Base64, or whose CRC is not that of the data.
+// Nothing for a text that is too long or no Base64, or whose CRC is not that of the data.
 std::optional<DriverData> DecodeDriverData(WStringView text)
 {
-    const auto characters = static_cast<int>(text.size()); // the document's own bound keeps it small
+    if (text.size() > kLongestDriverDataText)
+        return std::nullopt;
+    const auto characters = static_cast<int>(text.size());
     int length = TavlenUtilities::Base64DecodeGetRequiredLength(characters);
     DriverData decoded;
     decoded.buffer.resize(static_cast<std::size_t>(length));
@@ -84,13 +92,14 @@ PrintCapabilitiesXmlDocument::StringParameter ParameterOfLength(LONG maximumLeng
     return {W("Optional"), {}, {}, 0, maximumLength, kUnitType};
 }
 
-HRESULT AddParameterDef(PrintCapabilitiesXmlDocument& capabilities, const WCHAR* name, LONG maximumLength)
+HRESULT AddParameterDef(PrintCapabilitiesXmlDocument& capabilities, const WCHAR* name, LONG maximumLength,
+                        const ThrowSite& site)
 {
     const CXString privatePrefix = capabilities.GetNsPrefix(PrintSchema::PrivateKeywords);
     DeleteNamed(capabilities, PrintSchema::kParameterDef, privatePrefix + name);
     ComPtr<IXMLDOMElement> parameterDef;
     capabilities.CreateStringParameterDef(privatePrefix, name, ParameterOfLength(maximumLength), parameterDef.Put());
-    return capabilities.AppendChildToRootNode(parameterDef.Get());
+    return capabilities.AppendChildToRootNode(parameterDef.Get(), &site);
 }
 
 // The text in pieces that a CDATA section can hold: its end mark is split between two of them. Nearly always one.
@@ -132,7 +141,7 @@ HRESULT TavlenPtProvider::SetTavlenDriverDataInPrintTicket(PrintTicketXmlDocumen
     DeleteNamed(ticket, PrintSchema::kParameterInit, privatePrefix + kDriverDataParameter);
     ComPtr<IXMLDOMElement> parameterInit;
     ticket.CreateStringParameterInit(privatePrefix, kDriverDataParameter, text, parameterInit.Put());
-    return ticket.AppendChildToRootNode(parameterInit.Get());
+    return ticket.AppendChildToRootNode(parameterInit.Get(), &kSettingDriverData);
 }
 
 // Before any translator, and before the settings are read: they are in what is restored. Driver data that is damaged or
@@ -158,12 +167,12 @@ HRESULT TavlenPtProvider::GetTavlenDriverDataFromPrintTicketAndUpdateDevmode(Pri
 
 HRESULT TavlenPtProvider::AddTavlenDriverDataCapabilities(PrintCapabilitiesXmlDocument& capabilities)
 {
-    return AddParameterDef(capabilities, kDriverDataParameter, kMaxDriverDataLength);
+    return AddParameterDef(capabilities, kDriverDataParameter, kMaxDriverDataLength, kDefiningDriverData);
 }
 
 HRESULT TavlenPtProvider::AddJobJtifJobTicketCapabilities(PrintCapabilitiesXmlDocument& capabilities)
 {
-    return AddParameterDef(capabilities, kJobTicketParameter, kMaxJobTicketLength);
+    return AddParameterDef(capabilities, kJobTicketParameter, kMaxJobTicketLength, kDefiningJobTicket);
 }
 
 // S_FALSE, with no text, for products whose controller reads none.
@@ -195,5 +204,5 @@ HRESULT TavlenPtProvider::EmbedPrivateJtifInPrintTicket(PrintTicketXmlDocument& 
     ComPtr<IXMLDOMNode> value;
     ThrowIfFailed(parameterInit->get_firstChild(value.Put()), kEmbedding);
     SetCdata(*ticket.GetDocument(), *value.Get(), text.View());
-    return ticket.AppendChildToRootNode(parameterInit.Get());
+    return ticket.AppendChildToRootNode(parameterInit.Get(), &kEmbedding);
 }

@@ -15,6 +15,9 @@ namespace
 // For a driver that reports more when it is asked again.
 constexpr std::size_t kSpareEntries = 10;
 
+// No printer has as many media types: a first answer above this is no answer.
+constexpr int kMostEntries = 10000;
+
 struct MediaTypeName
 {
     WCHAR text[64]; // not terminated where the name fills it
@@ -78,7 +81,7 @@ std::vector<PrinterModel::MediaType> AskSpoolerMediaTypes(const CXString& printe
 {
     const Question question(printerName, devmode);
     const int count = question.Ask(DC_MEDIATYPES);
-    if (count <= 0)
+    if (count <= 0 || count > kMostEntries)
         return {};
     Lists lists(static_cast<std::size_t>(count) + kSpareEntries);
     lists.Fetch(question);

@@ -161,6 +161,7 @@ TEST_F(PrivateFeatures, DamagedAndForeignDriverDataIsIgnored)
         {"lines and blanks", good.substr(0, 40) + "\r\n \t" + good.substr(40) + "\n", true},
         {"nothing", "", false},
         {"a second one",
+        {"blanks beyond measure", good.substr(0, 40) + std::string(80000, '\n') + good.substr(40), false},
          "x</psf:Value></psf:ParameterInit><psf:ParameterInit name='tk:JobTavlenDriverData'><psf:Value>" + good, false},
     };
     for (const Row& row : rows)

@@ -164,10 +164,10 @@ TEST_F(JobTickets, HaveTheDevmodesSettingsElseTheModelsAndAWordOnWhatIsNotInThem
     untaken.SetAttributeBytes(Feature::PageMediaCollection, MakeBooleanAttributeBytes(true));
     // Not in its collection: nobody's setting.
     untaken.SetAttributeBytes(Feature::MediaType, {AttributeBytesValueId(6800), true});
-    Bytes damaged = DevmodeWith({});
-    damaged.back() = std::byte{1};
     AttributeBytesIndexedList copies;
     copies.SetAttributeBytes(Feature::JobCopies, MakeIntegerAttributeBytes(7));
+    Bytes damaged = DevmodeWith(copies); // has the CRC of a sound part, which is read before it
+    damaged.back() = std::byte{1};
     const std::string office = InstallTestPrinter();
     const std::string other = office + " b";
     (void)OutputOf({"printer", "add", other, "--model",
@@ -177,13 +177,14 @@ TEST_F(JobTickets, HaveTheDevmodesSettingsElseTheModelsAndAWordOnWhatIsNotInThem
     const std::string noTicket = " carry no job ticket: ";
     const std::tuple<std::string, Bytes, std::string, std::string> rows[] = {
         {office, TestDevmode().Bytes(), "~|#", defaults + "there is no maker's part (absent"},
-        {office, damaged, "~|#", defaults + "the maker's part is damaged (CRC mismatch: "},
+        {office, Make(CoreDriverLayout::PostScript, {}), "~|#", defaults + "the maker's part has no settings"},
         {office, DevmodeWith(untaken), "~|#", "not set: 43 JobCopies, 78 JobTitle, 477 PageMediaCollection\n"},
         {InstallTestPrinter("tavlen-w3100-xps"), DevmodeWith({}), "~|copyCount: 1|requirements: simplex|#",
          noTicket + "controllers of its family 8430 read none"},
         {other, DevmodeWith(copies),
          "~|copyCount: 7|#|requirements: collated|paperType-opacity: transparency|paperType-preFinish: Plain 0 0",
          noTicket + "bit 10 of"},
+        {office, damaged, "~|#", defaults + "the maker's part is damaged (CRC mismatch: "},
     };
     for (const auto& [printer, devmode, lines, note] : rows)
     {

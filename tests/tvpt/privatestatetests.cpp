@@ -62,6 +62,16 @@ std::size_t CountOf(const std::string& text, const std::string& part)
     return count;
 }
 
+// What the value of a parameter holds besides CDATA sections.
+std::string BesideCdata(const std::string& text, const std::string& name)
+{
+    const std::size_t begin = text.find('>', text.find("<psf:Value", text.find(name))) + 1;
+    std::string value = text.substr(begin, text.find("</psf:Value>", begin) - begin);
+    for (std::size_t at = value.find("<![CDATA["); at != value.npos; at = value.find("<![CDATA["))
+        value.erase(at, value.find("]]>", at) + 3 - at);
+    return value;
+}
+
 TEST_F(PrivateState, ComesThroughATicketAndIsRenderedForTheController)
 {
     for (const ModelRow& model : kModels)
@@ -72,7 +82,15 @@ TEST_F(PrivateState, ComesThroughATicketAndIsRenderedForTheController)
                            "feature.179=90", "app=excel.exe", "dmCopies=3"});
         Devmode("plain.dm", {});
         ToTicket("set.dm", "t.xml");
-        ToTicket("set.dm", "again.xml", "t.xml");
+        std::string base = ReadBytes(File("t.xml"));
+        for (const std::string name : {"JobTavlenDriverData", "JobTavlenJtifJobTicket"})
+            if (model.definesJobTicket || name == "JobTavlenDriverData")
+                for (int again = 0; again < 2; ++again)
+                    base.insert(base.rfind("</psf:PrintTicket>"),
+                                "<psf:ParameterInit name=\"" + (model.prefix + name) +
+                                    "\"><psf:Value>old</psf:Value></psf:ParameterInit>");
+        WriteBytes(File("base.xml"), base);
+        ToTicket("set.dm", "again.xml", "base.xml");
         OutputOf({"ticket", "to-devmode", "--printer", printer, "--devmode", File("plain.dm"), File("again.xml"), "-o",
                   File("back.dm")});
         const json sent = Shown("devmode", "set.dm");
@@ -94,9 +112,21 @@ TEST_F(PrivateState, ComesThroughATicketAndIsRenderedForTheController)
         const std::string text = ReadBytes(File("again.xml"));
         EXPECT_EQ(1u, CountOf(text, name + "JobTavlenDriverData\""));
         EXPECT_EQ(model.hasJobTicket ? 1u : 0u, CountOf(text, name + "JobTavlenJtifJobTicket\""));
+        if (model.hasJobTicket)
+            EXPECT_EQ("", BesideCdata(text, name + "JobTavlenJtifJobTicket\""));
         const std::string offered = OutputOf({"capabilities", "--printer", printer, "--ticket", File("t.xml")});
         EXPECT_EQ(1u, CountOf(offered, name + "JobTavlenDriverData\""));
         EXPECT_EQ(model.definesJobTicket ? 1u : 0u, CountOf(offered, name + "JobTavlenJtifJobTicket\""));
+        const SchemaElement capabilities = ReadTree(offered);
+        for (const SchemaElement* const definition : capabilities.Children("ParameterDef"))
+            if (const std::string& local = definition->nameAttribute.local; local.starts_with("JobTavlen"))
+            {
+                std::string values;
+                for (const SchemaElement* const property : definition->Children("Property"))
+                    values += property->Child("Value")->text + " ";
+                const std::string longest = local == "JobTavlenDriverData" ? "20000" : "3500000";
+                EXPECT_EQ("xsd:string " + longest + " 0 psk:Optional base64  ", values);
+            }
     }
 }
 

@@ -356,16 +356,23 @@ TEST_F(Roads, AReportHidesNothingThatATicketHoldsTwice)
 
 TEST_F(Roads, AReportJudgesTheDriverDataAndSplitsTheJobTicket)
 {
-    constexpr std::tuple<const char*, bool, unsigned> kRows[] = {
-        {"Jjn0yzEyMzQ1Njc4OQ==", true, 9}, // the CRC-32 of "123456789" in front of it
-        {"Jzn0yzEyMzQ1Njc4OQ==", false, 9}, {"Jjk=", false, 0}, {"no Base64!", false, 0}, {"", false, 0},
+    const std::tuple<std::string, bool, unsigned, const char*> kRows[] = {
+        {"Jjn0yzEyMzQ1Njc4OQ==", true, 9, "9 bytes are no part"}, // the CRC-32 of "123456789" in front of it
+        {"Jzn0yzEyMzQ1Njc4OQ==", false, 9, "CRC mismatch: "},
+        {"Jjk=", false, 0, "there is no CRC"},
+        {"no Base64!", false, 0, "the text is no Base64"},
+        {"", false, 0, "there is no CRC"},
+        {"YadkHQAA" + std::string(80, 'A'), true, 62,
+         "the part is another driver's: its signature is 0x00000000, not 0x54564E31"},
+        {"3MRYqwAAAAAxTlZU" + std::string(72, 'A'), true, 62,
+         "the part is another driver's: it says that it has 0 bytes, not 5956"},
     };
-    for (const auto& [data, crcValid, bytes] : kRows)
+    for (const auto& [data, crcValid, bytes, fault] : kRows)
     {
         SCOPED_TRACE(data);
         const std::string ticket =
             Ticket(Binding("p", kPrivateKeywords.uri),
-                   "<psf:ParameterInit name='p:JobTavlenDriverData'><psf:Value>" + std::string(data) +
+                   "<psf:ParameterInit name='p:JobTavlenDriverData'><psf:Value>" + data +
                        "</psf:Value></psf:ParameterInit><psf:ParameterInit name='p:JobTavlenJtifJobTicket'><psf:Value>"
                        "<![CDATA[%a: 1\n%b: <2>\n]]></psf:Value></psf:ParameterInit>");
         const json shown = json::parse(RunHost({"ticket", "show", "-", "--json"}, ticket).out);
@@ -373,6 +380,15 @@ TEST_F(Roads, AReportJudgesTheDriverDataAndSplitsTheJobTicket)
         EXPECT_EQ(shown["driverData"]["bytes"], bytes);
         EXPECT_EQ(shown["jobTicket"], (json{"%a: 1", "%b: <2>"}));
         EXPECT_EQ(shown["parameters"][0]["name"], "tk:JobTavlenDriverData");
+        EXPECT_TRUE(shown["driverData"]["fault"].get<std::string>().starts_with(fault)) << shown["driverData"];
+    }
+    for (const bool isBound : {false, true}) // a driver with a namespace of its own reads no other
+    {
+        const std::string ticket =
+            Ticket(Binding("ns0000", "urn:x") + (isBound ? Binding("p", kPrivateKeywords.uri) : ""),
+                   "<psf:ParameterInit name='ns0000:JobTavlenDriverData'><psf:Value/></psf:ParameterInit>");
+        const json shown = json::parse(RunHost({"ticket", "show", "-", "--json"}, ticket).out);
+        EXPECT_EQ(shown["driverData"]["present"], !isBound);
     }
 }
 

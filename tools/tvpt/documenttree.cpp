@@ -39,10 +39,13 @@ public:
         if (depth > documentlimits::kMaximumDepth)
             Fail(kReading, m_documentName, "elements are nested too deeply");
         const StartTag tag = NextTag();
-        for (const NamespaceDeclaration& declaration : tag.declarations)
-            m_scope[declaration.prefix].push_back(declaration.uri);
-
         SchemaElement element;
+        for (const NamespaceDeclaration& declaration : tag.declarations)
+        {
+            m_scope[declaration.prefix].push_back(declaration.uri);
+            element.declaredUris.push_back(declaration.uri);
+        }
+
         element.name = {Text(node, &IXMLDOMNode::get_namespaceURI), Text(node, &IXMLDOMNode::get_baseName)};
         element.writtenName = Text(node, &IXMLDOMNode::get_nodeName);
         element.line = m_line;

@@ -33,6 +33,7 @@ struct SchemaElement
     SchemaName nameAttribute;
     std::string namePrefix;                                     // as the document spells it
     std::vector<std::pair<SchemaName, std::string>> attributes; // without namespace declarations
+    std::vector<std::string> declaredUris;                      // of the namespaces that its start tag declares
     std::string text;                                           // of an element without child elements
     SchemaName type;                                            // what the attribute xsi:type names; empty without one
     SchemaName textName; // the text of an element of the type xsd:QName, or of none

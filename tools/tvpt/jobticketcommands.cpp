@@ -45,6 +45,8 @@ std::string ExplainSettings(const Devmode& devmode)
     const StoredSettings settings = ReadStoredSettings(content);
     if (!settings.fault.empty())
         return noSettings + settings.fault;
+    if (!settings.isPresent)
+        return noSettings + "the maker's part has no settings";
     std::string untaken;
     for (const std::string& feature : FindUntakenSettings(settings.features))
         untaken += (untaken.empty() ? "" : ", ") + feature;

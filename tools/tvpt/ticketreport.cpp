@@ -88,12 +88,14 @@ ordered_json ShownParameters(const SchemaElement& root)
 }
 
 // The value of one of the maker's own parameters; nothing when the ticket has none. A driver without a namespace of its
-// own names them in the one that the service made for it.
+// own names them in the one that the service made for it; no other driver reads them there.
 std::optional<std::string> PrivateParameter(const SchemaElement& root, std::string_view localName)
 {
+    const bool hasPrivateNamespace = std::ranges::count(root.declaredUris, kPrivateKeywords.uri) != 0;
     for (const SchemaElement* const parameter : root.Children("ParameterInit"))
         if (parameter->nameAttribute.Is(kPrivateKeywords.uri, localName) ||
-            (parameter->namePrefix == SchemaWriter::kDriverPrefix && parameter->nameAttribute.local == localName))
+            (!hasPrivateNamespace && parameter->namePrefix == SchemaWriter::kDriverPrefix &&
+             parameter->nameAttribute.local == localName))
             if (const SchemaElement* const value = parameter->Child("Value"))
                 return value->text;
     return std::nullopt;

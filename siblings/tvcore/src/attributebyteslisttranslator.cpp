@@ -127,7 +127,7 @@ std::size_t Import(const AttributeBytesIndexedList& list, const Place& place, st
 
 // ---- Values to bytes -----------------------------------------------------------------------------
 
-// Makes the value that is stored for a row. Of a list, items keep what else is stored at their place.
+// Makes the value that is stored for a row. A list keeps its flags, and its items what else is stored at their place.
 struct Write
 {
     const AttributeBytesIndexedList& list;
@@ -166,7 +166,11 @@ struct Write
             Export(inside, {row.scope, true}, items[level], FeatureSettings());
             after.AddLevel(AttributeBytesRawList(inside));
         }
-        return after.ToAttributeBytes();
+        AttributeBytesValue written = after.ToAttributeBytes();
+        const AttributeBytesValue* const stored = list.GetAttributeBytes(row.feature);
+        if (stored != nullptr && stored->kind == AttributeBytesKind::List)
+            written.flags = stored->flags;
+        return written;
     }
 };
 

@@ -9,6 +9,7 @@
 #include <tvutil/executioncontext.h>
 #include <tvutil/printer.h>
 
+#include "complugins/documentsettings.h"
 #include "complugins/msfeaturemanager.h"
 #include "complugins/xdevmode.h"
 
@@ -41,8 +42,10 @@ DataModelManager::DataModelManager(HANDLE printer, ProductData& product, XDevmod
     const ExecutionContextLifetime context({W("DataModelManager::DataModelManager"), kSourceFile});
     m_services.SetMediaTypes(product.GetMediaTypes());
     DisconnectFeatureServices();
-    m_services.GetTranslator(TranslatorIds::kSettings, TranslatorIds::kAttributeBytes, TranslatorIds::kDocument)
-        .ImportSettings(*devmode.GetDataModelDocPropAttributeBytesIndexedList());
+    // Not the devmode's own list: its cache believes the CRC that a part states, which may be another document's.
+    if (const auto settings = ReadDocumentSettings(devmode))
+        m_services.GetTranslator(TranslatorIds::kSettings, TranslatorIds::kAttributeBytes, TranslatorIds::kDocument)
+            .ImportSettings(*settings);
     ConnectFeatureServices(&m_services);
     m_services.PopulateFromSource(DataModelUse::kPrintTicketSettings);
     m_services.CompleteFromDefaults();
