@@ -160,8 +160,8 @@ TEST_F(PrivateFeatures, DamagedAndForeignDriverDataIsIgnored)
         {"a megabyte", std::string(1 << 20, 'A'), false},
         {"lines and blanks", good.substr(0, 40) + "\r\n \t" + good.substr(40) + "\n", true},
         {"nothing", "", false},
-        {"a second one",
         {"blanks beyond measure", good.substr(0, 40) + std::string(80000, '\n') + good.substr(40), false},
+        {"a second one",
          "x</psf:Value></psf:ParameterInit><psf:ParameterInit name='tk:JobTavlenDriverData'><psf:Value>" + good, false},
     };
     for (const Row& row : rows)

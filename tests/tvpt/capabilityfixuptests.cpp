@@ -153,7 +153,7 @@ TEST_F(WholeRoad, CorrectsTheServicesCapabilities)
     const PrinterHandle printer = PrinterHandle::Open(m_printer, PrinterHandle::Access::Use);
     caches.Initialize(printer.Get());
     caches.SetCache(MSDeviceCapabilities::Cache::Resolutions, CapabilityCaches::WriteResolutions({}));
-    EXPECT_EQ(caches.Save(), S_OK);
+    EXPECT_EQ(caches.Save(DataCache::Lock(HKEY_CURRENT_USER)), S_OK);
     EXPECT_EQ(completed(service), "PageResolution: Resolution; _600x600=600; _1200x600=1200; _1200x1200=1200; "
                                   "_300x300=300; " +
                                       kSides + kUp);

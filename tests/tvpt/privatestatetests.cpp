@@ -112,8 +112,7 @@ TEST_F(PrivateState, ComesThroughATicketAndIsRenderedForTheController)
         const std::string text = ReadBytes(File("again.xml"));
         EXPECT_EQ(1u, CountOf(text, name + "JobTavlenDriverData\""));
         EXPECT_EQ(model.hasJobTicket ? 1u : 0u, CountOf(text, name + "JobTavlenJtifJobTicket\""));
-        if (model.hasJobTicket)
-            EXPECT_EQ("", BesideCdata(text, name + "JobTavlenJtifJobTicket\""));
+        EXPECT_TRUE(!model.hasJobTicket || BesideCdata(text, name + "JobTavlenJtifJobTicket\"").empty());
         const std::string offered = OutputOf({"capabilities", "--printer", printer, "--ticket", File("t.xml")});
         EXPECT_EQ(1u, CountOf(offered, name + "JobTavlenDriverData\""));
         EXPECT_EQ(model.definesJobTicket ? 1u : 0u, CountOf(offered, name + "JobTavlenJtifJobTicket\""));
