@@ -79,8 +79,8 @@ DWORD NumberOf(FeatureServices* dataModel, DataModelIds::tagFeatureEnum feature,
     const std::optional<ValueId> value = OptionFeatureRef(*dataModel, feature).GetValue();
     if (!value)
         return ofDevmode;
-    const auto* const row =
-        MsDevmodeValues::FindValueId(MsDevmodeValues::FindTable(feature, {}), value->GetValueEnum());
+    const auto* const row = MsDevmodeValues::FindValueId(
+        MsDevmodeValues::FindTable(static_cast<std::uint32_t>(feature), {}), value->GetValueEnum());
     return row != nullptr ? row->devmodeValue : 0;
 }
 

@@ -1,4 +1,5 @@
 // A configuration module, for tests, that passes on to a function of the test program: the environment has its address.
+// It has no devmode; Wine's spooler asks for one without looking whether it can be asked.
 #include <windows.h>
 
 #include <bit>
@@ -14,4 +15,9 @@ extern "C" TVPT_TEST_EXPORT DWORD WINAPI DrvDeviceCapabilities(HANDLE, LPWSTR, W
     for (DWORD at = 0, length = GetEnvironmentVariableW(W("TVPT_TEST_DRIVER"), digits, 32); at < length; ++at)
         address = address * 10 + static_cast<std::uintptr_t>(digits[at] - W('0'));
     return std::bit_cast<DWORD (*)(WORD, LPVOID)>(address)(capability, output);
+}
+
+extern "C" TVPT_TEST_EXPORT LONG WINAPI DrvDocumentPropertySheets(PVOID, LPARAM)
+{
+    return -1;
 }

@@ -20,6 +20,16 @@ using Edits = std::vector<std::pair<std::string, std::string>>; // what is there
 
 constexpr const char* kModels[] = {"tavlen-c9070-ps", "tavlen-b4400-uni", "tavlen-w3100-xps", "tavlen-b7000-xps"};
 
+// Without the declarations that Wine's DOM repeats on elements that were appended.
+std::string Plain(std::string text)
+{
+    const std::string repeated = " xmlns:psf=\"" + std::string(kFramework.uri) + "\"";
+    const std::size_t first = text.find(repeated) + 1;
+    for (std::size_t at = text.find(repeated, first); at != std::string::npos; at = text.find(repeated, at))
+        text.erase(at, repeated.size());
+    return text;
+}
+
 // The first of each.
 std::string Edited(std::string text, const Edits& edits)
 {
@@ -248,14 +258,14 @@ TEST_F(WholeRoad, TakesATicketAsSomebodyHasEditedIt)
         SCOPED_TRACE(model);
         Install(model);
         EXPECT_EQ(Convert(m_printer).status, 0);
-        WriteBytes(Folder() / "edited.xml", Edited(ReadBytes(Folder() / "t"), edits));
+        WriteBytes(Folder() / "edited.xml", Edited(Plain(ReadBytes(Folder() / "t")), edits));
         EXPECT_EQ(ToDevmode("d.dm", File("edited.xml"), "back.dm").status, 0);
         const json shown = ShownDevmode(ReadBytes(Folder() / "back.dm"), m_printer);
         for (const auto& [field, value] : fields.items())
             EXPECT_EQ(field == "175" ? shown["features"]["477"]["210"][field] : shown["public"][field], value) << field;
         FromDevmode("back.dm", File("t"), "again.xml");
         for (const auto& [from, to] : edits)
-            EXPECT_NE(ReadBytes(Folder() / "again.xml").find(to), std::string::npos) << to;
+            EXPECT_NE(Plain(ReadBytes(Folder() / "again.xml")).find(to), std::string::npos) << to;
     }
 }
 

@@ -7,6 +7,7 @@
 #include "filebytes.h"
 #include "hostrun.h"
 #include "printschemadocument.h"
+#include "tests/platform/wine.h"
 
 namespace
 {
@@ -278,7 +279,10 @@ TEST(Check, FindsInRealDocumentsWhatIsReallyWrong)
     for (const char* const folder : {"tickets", "capabilities"})
         for (const fs::directory_entry& entry : fs::directory_iterator(samples / folder))
         {
-            const auto known = faults.find(std::string(folder) + "/" + entry.path().filename().string());
+            const std::string name = entry.path().filename().string();
+            if (IsWine() && name == "odd-default-namespace.xml")
+                continue; // that DOM cannot tell the parts of a name without a prefix
+            const auto known = faults.find(std::string(folder) + "/" + name);
             EXPECT_EQ(Told(RunHost({"check", Utf8FromPath(entry.path()), "--json"})),
                       known != faults.end() ? known->second : "")
                 << entry.path();

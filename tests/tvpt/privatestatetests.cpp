@@ -158,8 +158,11 @@ TEST_F(PrivateState, IsBelievedWhole)
         std::string text;
         const json& oem;
     };
+    std::string renamed = replaced(replaced(ticket, "tk:", "my:"), "xmlns:tk=", "xmlns:my=");
+    if (const std::size_t former = renamed.find(" xmlns:ns0000="); former != std::string::npos) // Wine's DOM keeps it
+        renamed.erase(former, renamed.find(' ', former + 1) - former);
     const Row rows[] = {
-        {"another prefix", replaced(replaced(ticket, "tk:", "my:"), "xmlns:tk=", "xmlns:my="), sent},
+        {"another prefix", renamed, sent},
         {"UTF-16", utf16, sent},
         {"damaged", damaged, plain},
     };
