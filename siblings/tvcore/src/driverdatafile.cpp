@@ -5,8 +5,6 @@
 #include <winspool.h>
 
 #include <optional>
-#include <string>
-
 #include <tvutil/cxstring.h>
 #include <tvutil/exceptions.h>
 #include <tvutil/spoolerbuffer.h>
@@ -33,6 +31,7 @@ std::filesystem::path FindDriverDataFile(HANDLE printer)
     const std::optional<WStringView> file = info != nullptr ? answer.Text(info->pDataFile) : std::nullopt;
     if (!file || file->empty())
         ThrowException<ExceptionPrintDriverFailure>(kSite, W("the driver has no data file"));
-    const std::string name = CXString(*file).ToUtf8();
-    return std::filesystem::path(std::u8string(name.begin(), name.end()));
+    // From wide characters: these need no conversion on Windows, where the tool chain's ends the process when a
+    // thread's first one finds no memory.
+    return std::filesystem::path(WideString(*file));
 }

@@ -186,10 +186,10 @@ PrinterModel ReadModel(const JsonCursor& root)
     return model;
 }
 
+// By way of wide characters, as FindDriverDataFile has it.
 std::string Utf8Name(const std::filesystem::path& file)
 {
-    const std::u8string name = file.u8string();
-    return std::string(name.begin(), name.end());
+    return CXString(WStringView(file.string<WCHAR>())).ToUtf8();
 }
 
 [[noreturn]] void ThrowUnreadable(std::string_view name, const std::error_code& reason)
