@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <fstream>
+#include <locale>
 #include <set>
 #include <system_error>
 
@@ -22,6 +23,10 @@ namespace
 {
 
 namespace Value = DataModelIds::Value;
+
+// A stream needs the process's locale. The Windows tool chain makes that at first use, and ends the process when it
+// finds no memory for it; so it is used first while the library is loaded.
+[[maybe_unused]] const std::locale kMadeWithTheLibrary;
 
 constexpr std::int32_t kFamilies[] = {Value::Automatic, Value::ControllerFamilyXps, Value::ControllerFamilyMonochrome,
                                       Value::ControllerFamilyColor};
