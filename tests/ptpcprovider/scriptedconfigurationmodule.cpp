@@ -17,7 +17,7 @@ extern "C" TVPT_TEST_EXPORT DWORD WINAPI DrvDeviceCapabilities(HANDLE, LPWSTR, W
     return std::bit_cast<DWORD (*)(WORD, LPVOID)>(address)(capability, output);
 }
 
-extern "C" TVPT_TEST_EXPORT LONG WINAPI DrvDocumentPropertySheets(PVOID, LPARAM)
+extern "C" TVPT_TEST_EXPORT LONG WINAPI DrvDocumentPropertySheets(PVOID, LONG_PTR)
 {
     return -1;
 }

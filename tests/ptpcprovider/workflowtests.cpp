@@ -230,7 +230,7 @@ TEST_F(BoundProvider, WithoutAWorkflowModuleFailsOnlyWhereItsProductIsAsked)
     TavlenPtProviderTestAccess::UseDataModel(*object);
     for (const auto& [size, line] : {std::pair(WORD{219}, "1433"), {WORD{220}, "1443"}})
         EXPECT_EQ(std::string("TavlenComException TavlenPtProvider::InitializeOrReInitializeDataModel ") + line,
-                  ThrownBy([&] { object->InitializeOrReInitializeDataModel(TestDevmode(size).Get()); }));
+                  ThrownBy([&, wrong = size] { object->InitializeOrReInitializeDataModel(TestDevmode(wrong).Get()); }));
     ASSERT_EQ(S_OK, BindTo(printer->Handle())); // ends the data model's use
     EXPECT_EQ(E_FAIL, CodeOf([&] { static_cast<void>(object->IsColorDevice()); }));
     const ComPtr<IXMLDOMDocument2> ticket = LoadTestDocument("tickets/minimal.xml");

@@ -130,7 +130,7 @@ protected:
 
 private:
     const User m_user{CustomForms::kComponent};
-    const ConfigurationModule m_module;
+    const ConfigurationModule m_module{};
     WideString m_mutableName = MutableName();
     std::optional<Printer> m_printer;
     std::size_t m_whole = 0;
