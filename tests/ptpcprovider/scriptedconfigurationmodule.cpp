@@ -14,6 +14,8 @@ extern "C" TVPT_TEST_EXPORT DWORD WINAPI DrvDeviceCapabilities(HANDLE, LPWSTR, W
     std::uintptr_t address = 0;
     for (DWORD at = 0, length = GetEnvironmentVariableW(W("TVPT_TEST_DRIVER"), digits, 32); at < length; ++at)
         address = address * 10 + static_cast<std::uintptr_t>(digits[at] - W('0'));
+    if (address == 0)
+        return static_cast<DWORD>(-1);
     return std::bit_cast<DWORD (*)(WORD, LPVOID)>(address)(capability, output);
 }
 
