@@ -35,8 +35,8 @@ check-windows: ## cross-build the .dll files and run the same tests under Wine
 	@scripts/build.sh windows-release
 	@scripts/check-windows.sh
 
-check-style: build ## format, floors of the includes, clang-tidy
-	@scripts/setup.sh style
+check-style: ## format, floors of the includes, clang-tidy
+	@scripts/setup.sh base sanitizers style
 	@scripts/check-style.sh
 
 check-floors: ## only the floors: what may include what

@@ -7,13 +7,17 @@ option(TVPT_BUILD_TESTS "Build the tests" ON)
 option(TVPT_BUILD_BENCHMARKS "Build the benchmarks (Linux)" OFF)
 option(TVPT_BUILD_FUZZERS "Build the fuzz targets (clang)" OFF)
 option(TVPT_DOCUMENT_DUMPS "Write the documents of a conversion to the folder TVPT_DUMP_FOLDER names" OFF)
+option(TVPT_JOIN_SOURCES "Compile several sources at a time: the compilers read the large headers once for all of them. \
+That each source stands alone is seen by a build without" OFF)
 set(TVPT_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them")
 
-# The compiler cache, where the machine has one. A cache chosen by hand (-DCMAKE_CXX_COMPILER_LAUNCHER=...) stays.
+# The compiler cache, where the machine has one. What one checkout compiled serves every other: paths below the source
+# folder count relative to it. A cache chosen by hand (-DCMAKE_CXX_COMPILER_LAUNCHER=...) stays.
 find_program(TVPT_CCACHE ccache)
 if(TVPT_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_C_COMPILER_LAUNCHER "${TVPT_CCACHE}")
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${TVPT_CCACHE}")
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    "${CMAKE_COMMAND}" -E env "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}" CCACHE_NOHASHDIR=1 "${TVPT_CCACHE}")
+  set(CMAKE_C_COMPILER_LAUNCHER ${CMAKE_CXX_COMPILER_LAUNCHER})
 endif()
 
 set(CMAKE_CXX_STANDARD 20)
@@ -76,6 +80,28 @@ else()
   set(TAVLEN_IMPORT "__attribute__((visibility(\"default\")))")
 endif()
 
+# tavlen_join_sources(TARGET): may be compiled several sources at a time (TVPT_JOIN_SOURCES). Left out are the sources that
+# tavlen_compile_alone names, which have a name of their own that another source of the target has too, and those that
+# report failures: each has its kSourceFile.
+function(tavlen_join_sources name)
+  if(NOT TVPT_JOIN_SOURCES)
+    return()
+  endif()
+  get_target_property(sources ${name} SOURCES)
+  foreach(source IN LISTS sources)
+    cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+    file(STRINGS "${source}" own_name REGEX "kSourceFile(\\[\\])? = ")
+    if(own_name)
+      tavlen_compile_alone("${source}")
+    endif()
+  endforeach()
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10
+    UNITY_BUILD_CODE_BEFORE_INCLUDE "// NOLINTNEXTLINE(bugprone-suspicious-include)")
+endfunction()
+function(tavlen_compile_alone)
+  set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
+
 # tavlen_module(NAME MACRO SOURCE...): a shared library of ours. MACRO, on its exported classes, is the platform's
 # export mark inside the library and the import mark in its users.
 function(tavlen_module name macro)
@@ -85,7 +111,17 @@ function(tavlen_module name macro)
     PRIVATE "${macro}=${TAVLEN_EXPORT}"
     INTERFACE "${macro}=${TAVLEN_IMPORT}")
   target_link_libraries(${name} PUBLIC tavlen_options)
+  tavlen_join_sources(${name})
   set_property(GLOBAL APPEND PROPERTY TAVLEN_MODULES ${name})
+endfunction()
+
+# tavlen_know_folders(PROGRAM): gives it tests/common/testfolders.h.
+function(tavlen_know_folders name)
+  set(source "${CMAKE_SOURCE_DIR}/tests/common/testfolders.cpp")
+  target_sources(${name} PRIVATE "${source}")
+  tavlen_compile_alone("${source}")
+  set_source_files_properties("${source}" PROPERTIES COMPILE_DEFINITIONS
+    "TVPT_TEST_DATA_FOLDER=\"${CMAKE_SOURCE_DIR}/tests/data\";TVPT_MODELS_FOLDER=\"${CMAKE_SOURCE_DIR}/models\";TVPT_BINARY_FOLDER=\"${CMAKE_BINARY_DIR}/bin\"")
 endfunction()
 
 # tavlen_windows_manifest(PROGRAM): lets the program see the Windows version that it runs on.

@@ -1,84 +1,83 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over the sources that build/release compiles, in parallel; what passed once with the same content
-# (its own, that of our headers it includes, its flags, .clang-tidy) is not run again.
-#
-#   scripts/check-tidy.sh [BUILD FOLDER]        default build/release; the folder must be built
+# Runs clang-tidy over every source, as the preset linux-tidy joins them, in parallel. What passed once with the same
+# content (its own, that of our headers it includes, its flags, .clang-tidy) is not run again, in whichever checkout that
+# was: the stamps lie in TVPT_TIDY_CACHE (default ~/.cache/tvpt-tidy).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-root=$PWD
-build=$(cd "${1:-build/release}" && pwd)
-work=$root/build/tidy
-mkdir -p "$work/passed" "$work/now"
-rm -f "$work/now/"*
+export root=$PWD build=$PWD/build/tidy
+export stamps=${TVPT_TIDY_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/tvpt-tidy}
+mkdir -p "$stamps" "$build"
+find "$stamps" -type f -mtime +30 -delete
+if ! cmake --preset linux-tidy >"$build/configure.log" 2>&1; then
+    cat "$build/configure.log" >&2
+    exit 1
+fi
+rm -rf "$build/findings"
+mkdir "$build/findings"
 
-# One entry a source of ours, even where several programs compile it: clang-tidy would run each entry.
-#   entries: FILE <tab> OBJECT <tab> COMMAND
-awk -v root="$root/" '
+# One line a source of ours, even where several programs compile it: FILE <tab> COMMAND. The database keeps one entry of
+# each, since clang-tidy would run them all. Joined sources get the one file name whose parts the analyzer follows.
+mv "$build/compile_commands.json" "$build/all_commands.json"
+awk -v root="$root/" -v database="$build/compile_commands.json" '
     /^ *"command": /    { command = $0; sub(/^ *"command": "/, "", command); sub(/",?$/, "", command) }
     /^ *"directory": /  { directory = $0; sub(/^ *"directory": "/, "", directory); sub(/",?$/, "", directory) }
     /^ *"file": /       { file = $0; sub(/^ *"file": "/, "", file); sub(/",?$/, "", file) }
     /^ *}/              {
         if (index(file, root) == 1 && !(file in seen)) {
             seen[file] = 1
-            object = command; sub(/^.* -o /, "", object); sub(/ -c .*$/, "", object)
-            print file "\t" object "\t" command
-            printf "%s{ \"directory\": \"%s\", \"command\": \"%s\", \"file\": \"%s\" }",
-                (count++ ? ",\n" : "[\n"), directory, command, file > database
+            sub(/ -o .*/, "", command)
+            sub(/\/Unity\/unity_/, "/Unity/UnifiedSource-", file)
+            line = command # as the shell has it
+            gsub(/\\\\/, "\001", line); gsub(/\\"/, "\"", line); gsub(/\001/, "\\", line)
+            print file "\t" line
+            printf "%s{ \"directory\": \"%s\", \"command\": \"%s -c %s\", \"file\": \"%s\" }",
+                (count++ ? ",\n" : "[\n"), directory, command, file, file > database
         }
     }
-    END                 { print "\n]" > database }' \
-    database="$work/compile_commands.json" "$build/compile_commands.json" >"$work/entries"
-[ -s "$work/entries" ] || { echo "check-tidy: no sources in $build/compile_commands.json" >&2; exit 1; }
-
-# What each object was built from, as the compiler told Ninja: OBJECT <tab> FILE, ours only. A compiler cache with a base
-# folder tells the files from the build folder on.
-(cd "$build" && ninja -t deps) | awk -v root="$root/" -v build="$build" '
-    function absolute(path)
-    {
-        if (path !~ /^\//)
-            path = build "/" path
-        while (sub(/\/[^\/]+\/\.\.\//, "/", path))
-            ;
-        return path
-    }
-    /^[^ ].*: #deps/    { object = $0; sub(/: #deps.*/, "", object); next }
-    /^ /                { sub(/^ +/, ""); $0 = absolute($0)
-                          if (index($0, root) == 1 && index($0, build) != 1) print object "\t" $0 }' \
-    >"$work/includes"
-cut -f 2 "$work/includes" | sort -u | tr '\n' '\0' | xargs -0 -r sha256sum >"$work/contents"
-
-# The key of a source; those that have no stamp yet are to do.
+    END                 { print "\n]" > database }' "$build/all_commands.json" >"$build/entries"
+[ -s "$build/entries" ] || { echo "check-tidy: no sources in $build/all_commands.json" >&2; exit 1; }
+find "$build" -path '*/Unity/unity_*' -print0 | while IFS= read -r -d '' joined; do
+    cp -p "$joined" "${joined/Unity\/unity_/Unity/UnifiedSource-}"
+done
 base=$({ clang-tidy --version; git ls-files -z -- .clang-tidy "*/.clang-tidy" | xargs -0 cat; } | sha256sum)
-awk -F '\t' -v base="$base" '
-    FILENAME ~ /contents$/  { split($0, part, "  "); content[part[2]] = part[1]; next }
-    FILENAME ~ /includes$/  { sources[$1] = sources[$1] " " $2 "=" content[$2]; next }
-    !($2 in sources)        { print "check-tidy: " $1 " is not built" > "/dev/stderr"; exit 1 }
-                            { print $1 "\t" base " " $3 " " sources[$2] }' \
-    "$work/contents" "$work/includes" "$work/entries" >"$work/keys"
-while IFS=$'\t' read -r file text; do
-    key=$(sha256sum <<<"$text")
-    [ -e "$work/passed/${key%% *}" ] || printf '%s\0%s\0' "$file" "${key%% *}"
-done <"$work/keys" >"$work/todo"
+export base
 
-total=$(wc -l <"$work/entries")
-todo=$(($(tr -dc '\0' <"$work/todo" | wc -c) / 2))
-echo "clang-tidy: $total sources, $((total - todo)) unchanged since they passed, $todo to run"
+# stamp_of FILE COMMAND: a digest of all that decides what clang-tidy says of it.
+stamp_of()
+{
+    {
+        echo "$base $2"
+        # Ours only; system headers come with the compiler's version.
+        eval "$2 -MM '$1'" | tr -s ' \\' '\n\n' | grep -v ':$' | sort -u | xargs -r cat
+    } | sed "s|$root||g" | sha256sum | cut -d ' ' -f 1
+}
 
-# The flags are the release compiler's; clang need not know each of them.
-# shellcheck disable=SC2016
-xargs -0 -r -n 2 -P "${JOBS:-$(nproc)}" bash -c '
-    if clang-tidy -p "$0" --quiet --extra-arg=-Wno-unknown-warning-option "$1" >"$0/now/$2" 2>"$0/now/$2.err"; then
-        touch "$0/passed/$2"
-        rm -f "$0/now/$2" "$0/now/$2.err"
+check()
+{
+    local file=${1%%$'\t'*} stamp
+    stamp=$(stamp_of "$file" "${1#*$'\t'}")
+    if [ -e "$stamps/$stamp" ]; then
+        echo unchanged
+    elif clang-tidy -p "$build" --quiet "$file" >"$build/findings/$stamp" 2>"$build/findings/$stamp.err"; then
+        touch "$stamps/$stamp"
+        rm -f "$build/findings/$stamp" "$build/findings/$stamp.err"
+        echo passes
     else
-        echo "    $1" >>"$0/now/failed"
-    fi' "$work" <"$work/todo"
+        echo "fails ${file#"$root/"}"
+    fi
+}
+export -f stamp_of check
 
-[ -e "$work/now/failed" ] || exit 0
+tr '\n' '\0' <"$build/entries" | xargs -0 -n 1 -P "${JOBS:-$(nproc)}" bash -c 'set -euo pipefail; check "$1"' check \
+    >"$build/verdicts"
+awk '{ count[$1]++ } END { printf "clang-tidy: %d units, %d unchanged since they passed, %d run and passed, %d fail\n",
+    NR, count["unchanged"], count["passes"], count["fails"] }' "$build/verdicts"
+[ "$(wc -l <"$build/verdicts")" -eq "$(wc -l <"$build/entries")" ] || { echo "check-tidy: units without a verdict" >&2; exit 1; }
+grep -q '^fails' "$build/verdicts" || exit 0
+
 # A finding in a header comes once a source; once is enough.
-cat "$work/now/"* | awk '
+cat "$build/findings/"* | awk '
     /: (error|warning): /   { show = !($0 in seen); seen[$0] = 1 }
-    show || /^Error/        { print }' | grep -v -e '^Suppressed' -e 'warnings\? generated' -e '^    /' || true
-echo "clang-tidy: $(wc -l <"$work/now/failed") sources do not pass:"
-sort "$work/now/failed"
+    show || /^Error/        { print }' | grep -v -e '^Suppressed' -e 'warnings\? generated' || true
+sed -n 's/^fails /clang-tidy: does not pass: /p' "$build/verdicts" | sort
 exit 1

@@ -1,4 +1,5 @@
 #include "tests/common/testdocuments.h"
+#include "tests/common/testfolders.h"
 
 #include <gtest/gtest.h>
 #include <objbase.h>
@@ -89,7 +90,7 @@ ComPtr<IXMLDOMDocument2> LoadDocument(const std::string& utf8, bool keepBlanks)
 
 ComPtr<IXMLDOMDocument2> LoadTestDocument(const std::string& name)
 {
-    std::ifstream file(std::string(TVPT_TEST_DATA_FOLDER) + "/" + name, std::ios::binary);
+    std::ifstream file(TestDataFolder() / name, std::ios::binary);
     EXPECT_TRUE(file) << name;
     const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     return LoadDocument(Decode(bytes));
@@ -133,7 +134,7 @@ void Remove(IXMLDOMDocument2* document, const std::string& query)
 std::vector<std::string> TestDocumentsIn(const std::string& folder)
 {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(std::string(TVPT_TEST_DATA_FOLDER) + "/" + folder))
+    for (const auto& entry : std::filesystem::directory_iterator(TestDataFolder() / folder))
         names.push_back(folder + "/" + entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;

@@ -1,4 +1,5 @@
 #include "tests/common/testprinter.h"
+#include "tests/common/testfolders.h"
 
 #include <gtest/gtest.h>
 
@@ -58,7 +59,7 @@ WideString DataFile(const std::filesystem::path& folder, const TestPrinter::SetU
 {
     if (setUp.model.empty() && setUp.dataText.empty())
         return DriverFile(folder, "tvtestdata");
-    std::ifstream model(std::filesystem::path(TVPT_MODELS_FOLDER) / setUp.model, std::ios::binary);
+    std::ifstream model(ModelsFolder() / setUp.model, std::ios::binary);
     const std::string text =
         setUp.dataText.empty() ? std::string(std::istreambuf_iterator<char>(model), {}) : setUp.dataText;
     return DummyFile(folder, OwnName("tvtestmodel") + ".json", text);
@@ -68,7 +69,7 @@ WideString ConfigurationFile(const std::filesystem::path& folder, const std::str
 {
     if (module.empty())
         return DriverFile(folder, "tvtestconfig");
-    return Wide(std::filesystem::absolute(std::filesystem::path(TVPT_BINARY_FOLDER) / module).string());
+    return Wide(std::filesystem::absolute(BinaryFolder() / module).string());
 }
 
 WideString DependentFiles(const std::filesystem::path& folder, const std::vector<std::string>& names)

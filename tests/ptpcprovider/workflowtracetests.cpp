@@ -10,14 +10,15 @@
 #include <tvutil/printer.h>
 
 #include "complugins/workflowobject.h"
+#include "tests/common/testfolders.h"
 #include "tests/common/testprinter.h"
 
 TEST(WorkflowTrace, SaysWhyThereIsNoModule)
 {
     // Files of the driver, and what is stored as a number: of another length none.
-    const std::tuple<std::vector<std::string>, std::vector<BYTE>, const char*> cases[] = {
+    const std::tuple<std::vector<std::string>, std::vector<BYTE>, std::string> cases[] = {
         {{"tvother_b.dll"}, {}, "none of the known ones is among the driver's files"},
-        {{"tvwfuv_b.dll"}, {}, TVPT_BINARY_FOLDER "/tvwfuv_B.dll cannot be loaded: Win32 error 126"},
+        {{"tvwfuv_b.dll"}, {}, BinaryFolder().string() + "/tvwfuv_B.dll cannot be loaded: Win32 error 126"},
         {{"tvwfwu_b.dll"}, {}, "tvwfwu_B.dll has no object to give"},
         {{}, {4, 0, 0, 0}, "the printer's data name an unknown one, number 4"},
         {{}, {0, 0, 0, 0}, "the printer's data say that there is none"},

@@ -8,6 +8,7 @@
 
 #include <tvcore/printermodel.h>
 
+#include "tests/common/testfolders.h"
 #include "tests/tvcore/modeltext.h"
 
 namespace
@@ -20,8 +21,7 @@ TEST(ShippedModels, AreSoundAndHaveMarginsForEveryForm)
     for (const char* const name : {"tavlen-c9070-ps", "tavlen-b4400-uni", "tavlen-w3100-xps", "tavlen-b7000-xps"})
     {
         SCOPED_TRACE(name);
-        const PrinterModel model =
-            ReadPrinterModel(std::filesystem::path(TVPT_MODELS_FOLDER) / (std::string(name) + ".json"));
+        const PrinterModel model = ReadPrinterModel(ModelsFolder() / (std::string(name) + ".json"));
         EXPECT_EQ(model.workflowModule, W("tvwftu_B.dll"));
         for (const PrinterModel::Form& form : model.forms)
             EXPECT_TRUE(model.margins.contains(form.paperId)) << form.paperId;
@@ -156,9 +156,7 @@ TEST(PrinterModels, TextThatIsNoSoundJsonIsToldByItsLine)
         EXPECT_TRUE(fault.starts_with("m.json: ") && fault.ends_with(end)) << fault;
     }
     for (const char* const name : {"no-such-file.json", "."})
-        EXPECT_THROW((void)ReadPrinterModel(std::filesystem::path(TVPT_MODELS_FOLDER) / name),
-                     ExceptionInvalidPrinterModel)
-            << name;
+        EXPECT_THROW((void)ReadPrinterModel(ModelsFolder() / name), ExceptionInvalidPrinterModel) << name;
 }
 
 } // namespace

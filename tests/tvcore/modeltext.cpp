@@ -1,4 +1,5 @@
 #include "tests/tvcore/modeltext.h"
+#include "tests/common/testfolders.h"
 
 #include <filesystem>
 #include <fstream>
@@ -7,7 +8,7 @@
 
 nlohmann::json ShippedModel(const char* name)
 {
-    std::ifstream stream(std::filesystem::path(TVPT_MODELS_FOLDER) / (std::string(name) + ".json"));
+    std::ifstream stream(ModelsFolder() / (std::string(name) + ".json"));
     return nlohmann::json::parse(stream);
 }
 

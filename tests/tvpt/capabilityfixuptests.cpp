@@ -10,6 +10,7 @@
 #include "printerhandle.h"
 #include "printschemadocument.h"
 #include "tests/common/documentcomparer.h"
+#include "tests/common/testfolders.h"
 
 namespace
 {
@@ -127,7 +128,7 @@ const std::string kUp = "PageOrientation: -; Portrait=-; Landscape=-; ";
 
 TEST_F(WholeRoad, CorrectsTheServicesCapabilities)
 {
-    const std::string service = ReadBytes(fs::path(TVPT_TEST_DATA_FOLDER) / "capabilities" / "core-driver-like.xml");
+    const std::string service = ReadBytes(TestDataFolder() / "capabilities" / "core-driver-like.xml");
     const std::string duplex = "JobDuplexAllDocumentsContiguously";
     const std::string displayName = "<psf:Property name=\"psk:DisplayName\"><psf:Value xsi:type=\"xsd:string\">";
     const std::string last = "</psf:Value></psf:ScoredProperty></psf:Option>";
@@ -195,7 +196,7 @@ TEST_F(WholeRoad, LeavesSamplesAsTheyAreTheSecondTime)
     for (const char* const model : kModels)
     {
         Install(model);
-        for (const fs::directory_entry& entry : fs::directory_iterator(fs::path(TVPT_TEST_DATA_FOLDER) / "tickets"))
+        for (const fs::directory_entry& entry : fs::directory_iterator(TestDataFolder() / "tickets"))
         {
             const std::string name = entry.path().filename().string();
             const std::string sample = Utf8FromPath(entry.path());

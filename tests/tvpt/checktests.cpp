@@ -7,6 +7,7 @@
 #include "filebytes.h"
 #include "hostrun.h"
 #include "printschemadocument.h"
+#include "tests/common/testfolders.h"
 #include "tests/platform/wine.h"
 
 namespace
@@ -275,7 +276,7 @@ TEST(Check, FindsInRealDocumentsWhatIsReallyWrong)
          "definition-property:73 definition-property:93 definition-property:113 definition-property:133 "
          "definition-property:153 name-prefix:175 name-prefix:184 name-prefix:195 name-prefix:224"},
     };
-    const fs::path samples(TVPT_TEST_DATA_FOLDER);
+    const fs::path samples = TestDataFolder();
     for (const char* const folder : {"tickets", "capabilities"})
         for (const fs::directory_entry& entry : fs::directory_iterator(samples / folder))
         {

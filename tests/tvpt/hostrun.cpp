@@ -13,6 +13,7 @@
 #include "commandline.h"
 #include "filebytes.h"
 #include "printschemadocument.h"
+#include "tests/common/testfolders.h"
 
 namespace
 {
@@ -136,7 +137,7 @@ void HostTest::RemoveAtEnd(const std::string& printer)
 
 std::string HostTest::ChangedModel(const std::string& fileName, const nlohmann::json& changes) const
 {
-    nlohmann::json model = nlohmann::json::parse(ReadBytes(fs::path(TVPT_MODELS_FOLDER) / "tavlen-b4400-uni.json"));
+    nlohmann::json model = nlohmann::json::parse(ReadBytes(ModelsFolder() / "tavlen-b4400-uni.json"));
     model.merge_patch(changes);
     WriteBytes(m_folder / fileName, model.dump());
     return File(fileName);

@@ -11,6 +11,7 @@
 #include "hostrun.h"
 #include "platform.h"
 #include "printerhandle.h"
+#include "tests/common/testfolders.h"
 #include "tests/common/testprinter.h"
 #include "tests/platform/wine.h"
 
@@ -317,7 +318,7 @@ TEST_F(Printers, AStoreThatCannotBeWrittenIsAnErrorWhereStoresAreChosen)
 TEST_F(Printers, AnUnknownPrinterIsOneErrorEverywhere)
 {
     MakePlainDevmode(InstallTestPrinter());
-    const std::string ticket = std::string(TVPT_TEST_DATA_FOLDER) + "/tickets/minimal.xml";
+    const std::string ticket = (TestDataFolder() / "tickets/minimal.xml").string();
     const std::vector<std::vector<std::string>> lines = {
         {"printer", "remove", "Nobody"},
         {"devmode", "new", "--printer", "Nobody", "-o", File("out")},

@@ -12,6 +12,7 @@
 #include "modelfiles.h"
 #include "printschemadocument.h"
 #include "tests/common/documentcomparer.h"
+#include "tests/common/testfolders.h"
 #include "tests/platform/wine.h"
 #include "utilitiesstaticlib/documentlimits.h"
 
@@ -95,7 +96,7 @@ TEST_F(Roads, EveryBaseGivesAWholeTicketOrOneErrorLine)
     };
     const std::string devmode = ReadBytes(Folder() / "in.dm");
     int converted = 0;
-    for (const fs::directory_entry& entry : fs::directory_iterator(fs::path(TVPT_TEST_DATA_FOLDER) / "tickets"))
+    for (const fs::directory_entry& entry : fs::directory_iterator(TestDataFolder() / "tickets"))
     {
         const std::string name = entry.path().filename().string();
         SCOPED_TRACE(name);
@@ -197,7 +198,7 @@ TEST_F(Roads, TheDriversOwnNamesAreInTheNamespaceThatItsModelHas)
 
 TEST_F(Roads, ValidatingAndExpandingLeaveTheDocument)
 {
-    const fs::path ticket = fs::path(TVPT_TEST_DATA_FOLDER) / "tickets/platform-04.xml";
+    const fs::path ticket = TestDataFolder() / "tickets/platform-04.xml";
     for (const char* const command : {"validate", "expand"})
     {
         SCOPED_TRACE(command);
@@ -340,8 +341,7 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
 TEST_F(Roads, AReportHidesNothingThatATicketHoldsTwice)
 {
     const std::string name = "tickets/duplicate-orientation.xml";
-    const json shown =
-        json::parse(OutputOf({"ticket", "show", Utf8FromPath(fs::path(TVPT_TEST_DATA_FOLDER) / name), "--json"}));
+    const json shown = json::parse(OutputOf({"ticket", "show", Utf8FromPath(TestDataFolder() / name), "--json"}));
     EXPECT_EQ(std::count_if(shown["features"].begin(), shown["features"].end(),
                             [](const json& row) { return row["name"] == "psk:PageOrientation"; }),
               2);

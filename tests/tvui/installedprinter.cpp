@@ -1,4 +1,5 @@
 #include "tests/tvui/installedprinter.h"
+#include "tests/common/testfolders.h"
 
 #include "filebytes.h"
 #include "printerhandle.h"
@@ -9,7 +10,7 @@ void InstalledPrinter::Install(const std::string& shippedModel, const std::funct
         EXPECT_EQ(RunHost({"printer", "remove", name}).status, 0);
     else
         RemoveAtEnd(name);
-    m_model = nlohmann::json::parse(ReadBytes(std::filesystem::path(TVPT_MODELS_FOLDER) / (shippedModel + ".json")));
+    m_model = nlohmann::json::parse(ReadBytes(ModelsFolder() / (shippedModel + ".json")));
     m_model["name"] = "Tavlen Configuration " + shippedModel;
     if (change)
         change(m_model);

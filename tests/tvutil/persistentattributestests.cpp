@@ -11,6 +11,7 @@
 
 #include <tvutil/persistentattributes.h>
 
+#include "tests/common/testfolders.h"
 #include "tests/tvutil/attributebytessamples.h"
 
 namespace
@@ -34,7 +35,7 @@ ByteBuffer ListOf(const PersistentAttributes& attributes, AttributeBytesNameSpac
 // The hexadecimal bytes at the head of each line of the page's last block.
 ByteBuffer ExampleOfThePage()
 {
-    std::ifstream page(std::string(TVPT_TEST_DATA_FOLDER) + "/../../docs/devmode-format.md");
+    std::ifstream page(TestDataFolder() / "../../docs/devmode-format.md");
     ByteBuffer bytes;
     bool isExample = false;
     for (std::string line; std::getline(page, line);)
