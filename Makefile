@@ -5,7 +5,7 @@ SHELL := /bin/bash
 MAKEFLAGS += --no-print-directory
 
 .PHONY: build help demo test check-asan check-tsan check-windows check-style check-floors format \
-        fuzz bench coverage package clean
+        fuzz soak bench coverage package clean
 
 build: ## build the native program and modules into build/release/bin (what `make` alone does)
 	@scripts/setup.sh base
@@ -49,6 +49,9 @@ format: ## bring every C++ file into the format of .clang-format
 fuzz: ## run each fuzz target for FUZZ_SECONDS (60) seconds
 	@scripts/setup.sh base sanitizers
 	@scripts/fuzz.sh
+
+soak: build ## SOAK_OPERATIONS (100000) of the provider in one process, which must hold no more at the end
+	@cd build/release/bin && TVPT_SOAK_OPERATIONS=$${SOAK_OPERATIONS:-100000} ./tvpt_tests --gtest_filter='Soak.*'
 
 bench: build ## run the benchmarks
 	@scripts/bench.sh
