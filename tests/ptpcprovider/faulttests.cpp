@@ -8,6 +8,7 @@
 #include "complugins/ptpcprovider/domhelpers.h"
 #include "complugins/ptpcprovider/failureguard.h"
 #include "complugins/workflowobject.h"
+#include "printerhandle.h"
 #include "tests/common/documentcomparer.h"
 #include "tests/common/failurecode.h"
 #include "tests/common/oemdevmodebytes.h"
@@ -16,6 +17,7 @@
 #include "tests/common/testprinter.h"
 #include "tests/platform/eachfault.h"
 #include "tests/ptpcprovider/provideraccess.h"
+#include "tests/tvui/installedprinter.h"
 #include "utilitiesstaticlib/findfunction.h"
 #include "winport/faultinjection.h"
 
@@ -105,6 +107,55 @@ TEST_F(Faults, LeaveConversionsCleanAndRepeatable)
             }
             EXPECT_GT(faults, 10u);
         }
+}
+
+class InstalledFaults : public InstalledPrinter
+{
+};
+
+std::vector<std::byte> PrivatePart(const TestDevmode& devmode)
+{
+    const std::vector<std::byte> bytes = devmode.Bytes();
+    return {bytes.begin() + devmode.Get()->dmSize, bytes.end()};
+}
+
+// The paper and the copies are written as they are translated, the private settings all at the end.
+TEST_F(InstalledFaults, InTheMiddleLeaveWhatWasWrittenAndCommitNothing)
+{
+    Install(kPostScriptModel);
+    const std::string name = m_name.ToUtf8();
+    WriteBytes(File("set.dm"), NewDevmode(name, {"feature.175=6801", "dmPaperSize=11", "dmCopies=9"}));
+    OutputOf({"devmode", "reconcile", "--printer", name, File("set.dm")});
+    const std::string made = OutputOf({"ticket", "from-devmode", "--printer", name, File("set.dm")});
+    const std::string bytes = NewDevmode(name);
+    const TestDevmode before(std::as_bytes(std::span(bytes)));
+    const PrinterHandle handle = PrinterHandle::Open(name, PrinterHandle::Access::Use);
+    ProviderBinding binding;
+    ASSERT_EQ(S_OK, binding.BindTo(handle.Get()));
+    const ComPtr<IXMLDOMDocument2> ticket = LoadDocument(made);
+    Remove(ticket.Get(), "//psf:ParameterInit[starts-with(@name,'tk:')]"); // the whole part, written first of all
+    const auto convert = [&](const TestDevmode& devmode)
+    {
+        return binding.provider->ConvertPrintTicketToDevMode(ticket.Get(), devmode.Size(), devmode.Get(), 0, nullptr);
+    };
+    const TestDevmode converted(before.Bytes());
+    EXPECT_EQ(S_OK, convert(converted));
+    EXPECT_NE(PrivatePart(before), PrivatePart(converted));
+    unsigned halfWritten = 0;
+    bool again = true;
+    for (unsigned nth = 1; again; ++nth)
+    {
+        const TestDevmode devmode(before.Bytes());
+        winport::ArmFault(FaultKind::PlatformCall, nth);
+        const HRESULT result = convert(devmode);
+        again = winport::DisarmFault(FaultKind::PlatformCall);
+        if (result == S_OK)
+            continue;
+        EXPECT_EQ(E_FAIL, result);
+        EXPECT_EQ(PrivatePart(before), PrivatePart(devmode)) << nth;
+        halfWritten += before.Bytes() != devmode.Bytes() ? 1u : 0u;
+    }
+    EXPECT_GT(halfWritten, 0u);
 }
 
 TEST_F(Faults, OfBindingHaveTheirCodes)
