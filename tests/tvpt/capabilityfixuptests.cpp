@@ -216,6 +216,8 @@ TEST_F(WholeRoad, LeavesSamplesAsTheyAreTheSecondTime)
     for (const char* const model : kModels)
     {
         Install(model);
+        WriteBytes(File("c.xml"), OutputOf({"capabilities", "--printer", m_printer}));
+        digests.insert(std::string(model) + " capabilities " + DigestOf(File("c.xml")) + "\n");
         for (const fs::directory_entry& entry : fs::directory_iterator(TestDataFolder() / "tickets"))
         {
             const std::string name = entry.path().filename().string();
