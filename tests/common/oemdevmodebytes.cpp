@@ -49,6 +49,13 @@ OemDevmodeBytes::Bytes OemDevmodeBytes::Make(CoreDriverLayout layout, const Entr
     return devmode;
 }
 
+ByteBuffer OemDevmodeBytes::Text(WStringView text)
+{
+    ByteBuffer buffer;
+    buffer.appendString(text);
+    return buffer;
+}
+
 std::span<std::byte> OemDevmodeBytes::PartOf(std::span<std::byte> devmode)
 {
     return devmode.subspan(kPartOffset, Format::kSize);

@@ -22,11 +22,15 @@ namespace OemDevmodeBytes
 using Bytes = std::vector<std::byte>;
 using Entries = std::vector<std::pair<std::uint16_t, ByteBuffer>>;
 
+inline constexpr CoreDriverLayout kLayouts[] = {CoreDriverLayout::PostScript, CoreDriverLayout::Unidrv};
 inline constexpr std::size_t kCoreSize = 708; // as PostScript drivers have it
 inline constexpr std::size_t kPartOffset = sizeof(DEVMODEW) + kCoreSize;
 
 // Public part (its names without a terminator), core part, maker's part with these entries and their CRC.
 [[nodiscard]] Bytes Make(CoreDriverLayout layout, const Entries& entries);
+
+// An entry's content that is a text.
+[[nodiscard]] ByteBuffer Text(WStringView text);
 
 [[nodiscard]] std::span<std::byte> PartOf(std::span<std::byte> devmode);
 // Makes the part's CRC that of its content.

@@ -27,11 +27,7 @@ TestDevmode MakePaper(DWORD fields, WStringView application = {})
 {
     OemDevmodeBytes::Entries entries;
     if (!application.empty())
-    {
-        ByteBuffer name;
-        name.appendString(CXString(application));
-        entries.emplace_back(OemDevmodeFormat::kApplicationNameKey, name);
-    }
+        entries.emplace_back(OemDevmodeFormat::kApplicationNameKey, OemDevmodeBytes::Text(application));
     TestDevmode devmode{OemDevmodeBytes::Make(CoreDriverLayout::PostScript, entries)};
     devmode.Get()->dmFields = fields | kOther;
     devmode.Get()->dmPaperSize = 1;

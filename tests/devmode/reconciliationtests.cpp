@@ -60,9 +60,7 @@ TestDevmode MakeDevmode(WStringView application, int number)
                                      MakeForm(9, W("A4"), 2100, 2970, DataModelIds::PageSizeStandard),
                                      MakeForm(17, W("11x17"), 2794, 4318, DataModelIds::PageSizeStandard),
                                      MakeForm(kDriverPaper, W("SRA3"), 3200, 4500, DataModelIds::PageSizeExtended)};
-    ByteBuffer name;
-    name.appendString(application);
-    TestDevmode devmode{Make(CoreDriverLayout::Unidrv, {{1, MakeState(true, forms)}, {2, name}})};
+    TestDevmode devmode{Make(CoreDriverLayout::Unidrv, {{1, MakeState(true, forms)}, {2, Text(application)}})};
     devmode.Get()->dmFields = DM_PAPERSIZE | DM_FORMNAME | DM_COPIES;
     devmode.Get()->dmPaperSize = static_cast<short>(number);
     devmode.Get()->dmPaperWidth = 20;

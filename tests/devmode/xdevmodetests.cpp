@@ -29,16 +29,8 @@ namespace
 namespace Format = OemDevmodeFormat;
 using namespace OemDevmodeBytes;
 
-constexpr CoreDriverLayout kLayouts[] = {CoreDriverLayout::PostScript, CoreDriverLayout::Unidrv};
 constexpr auto kDocument = PersistentAttributes::GetDataModelDocPropNameSpaceId();
 constexpr auto kDevice = PersistentAttributes::GetMsDeviceCapabilitiesNameSpaceId();
-
-ByteBuffer Text(WStringView text)
-{
-    ByteBuffer buffer;
-    buffer.appendString(text);
-    return buffer;
-}
 
 Entries SampleEntries()
 {
