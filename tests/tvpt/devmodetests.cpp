@@ -6,6 +6,7 @@
 #include "complugins/xdevmode.h"
 #include "devmode.h"
 #include "hostrun.h"
+#include "printschemadocument.h"
 #include "tests/common/oemdevmodebytes.h"
 
 #include <tvutil/attributebyteslistvalue.h>
@@ -84,7 +85,6 @@ protected:
         return OutputOf(With({"devmode", "set", "-"}, settings), bytes);
     }
 
-private:
     std::string m_printer;
 };
 
@@ -273,6 +273,21 @@ TEST_F(DevmodeFiles, AShortPublicPartShowsOnlyItsFields)
 
     EXPECT_TRUE(
         IsRefused(TryToSet(bytes, {"dmReserved1=7"}), "dmReserved1: the devmode's public part ends before this field"));
+}
+
+// A byte that no entry owns tells: whoever writes the part anew clears it.
+TEST_F(DevmodeFiles, ThePartStaysByteForByteUnderATicketWithoutItsSettings)
+{
+    const std::string fresh = Make();
+    WriteBytes(Folder() / "d.dm", WithRightCrc(Patched<BYTE>(fresh, fresh.size() - 1, 7)));
+    for (const auto& [option, isKept] : {std::pair("", true), {"<psf:Option name='psk:Transparency'/>", false}})
+    {
+        const std::string feature = "<psf:Feature name='psk:PageMediaType'>" + std::string(option) + "</psf:Feature>";
+        WriteBytes(Folder() / "t.xml", Ticket(Binding("psk", kKeywords.uri), feature));
+        OutputOf({"ticket", "to-devmode", "--printer", m_printer, "--devmode", File("d.dm"), File("t.xml"), "-o",
+                  File("o.dm")});
+        EXPECT_EQ(ReadBytes(Folder() / "o.dm").substr(kOem) == ReadBytes(Folder() / "d.dm").substr(kOem), isKept);
+    }
 }
 
 TEST_F(DevmodeFiles, SettingsThatDoNotFitAreRefusedWithTheFigures)
