@@ -172,7 +172,8 @@ TEST_F(WholeRoad, CorrectsTheServicesCapabilities)
         EXPECT_EQ(completed(Edited(service, edits)), offered) << name;
     const std::string noResolution = Edited(service, {{"psk:PageResolution", "psk:Other"}});
     EXPECT_TRUE(IsRefused(Complete(noResolution), "E_FAIL"));
-    EXPECT_TRUE(IsRefused(Complete(Edited(service, {{"psk:ResolutionY", "psk:Other"}})), "E_FAIL"));
+    EXPECT_TRUE(
+        IsRefused(Complete(Edited(service, {{"psk:ResolutionY", "psk:Other"}})), "FixUpResolutionCapabilities"));
 
     // A device that tells no resolution.
     MSDeviceCapabilities caches;
