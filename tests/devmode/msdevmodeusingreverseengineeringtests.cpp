@@ -40,49 +40,6 @@ std::string SetThrows(Access& access, std::uint32_t feature, std::uint32_t value
     return ThrownBy([&] { access.SetMsFeatureValue(feature, value, map); });
 }
 
-TEST(CoreDriverFeatures, AreThoseOfTheDriversKindAndPlatform)
-{
-    const struct
-    {
-        MsDriverKind driver;
-        Numbers features;
-        const char* orientation; // the keyword
-        const char* resolution;  // of 600 by 600 dots
-    } cases[] = {
-        // clang-format off
-        {kPostScript,            {23, 10, 19, 20, 21, 3, 24, 27, 25, 26, 29, 11, 8, 5, 6, 4, 9, 15, 16, 12, 13, 14, 7, 17}, "%Orientation", "600x600dpi"},
-        {{0x200, 0x1000, 0x4},   {23, 10, 19, 20, 21, 3, 24, 27, 28, 25, 26, 29, 11, 8, 5, 6, 4, 9, 12, 13, 14, 7, 17}, "PageOrientation", "600x600dpi"},
-        {{0x200, 0x1800, 0x2},   {23, 10, 19, 20, 21, 3, 24, 27, 25, 26, 29, 11, 8, 5, 6, 4, 12, 13, 14, 7, 17}, "%Orientation", "600x600dpi"}, // of both platforms: of neither
-        {{0x600, 0x800, 0x2},    {23, 10, 19, 20, 21, 3, 3, 24, 27, 25, 26, 29, 11, 8, 5, 6, 4, 9, 15, 16, 12, 13, 14, 7, 17}, "%Orientation", "600x600dpi"},
-        {kUnidrv,                {23, 10, 19, 20, 21, 3, 30, 11, 8, 5, 6, 4, 9, 15, 16, 12, 13, 14, 7, 17, 31, 32, 35, 33, 34}, "Orientation", "Res600x600"},
-        {{0x40, 0x1000, 0},      {23, 10, 19, 20, 21, 3, 30, 11, 8, 5, 6, 4, 9, 12, 13, 14, 7, 17, 32, 35, 33}, "Orientation", "Res600x600"},
-        {{0x400, 0x800, 0x8},    {10, 3, 8, 5, 6, 9, 15, 16, 12, 13, 14, 7, 17}, "Orientation", "Res600x600"},
-        {{0x400, 0x1000, 0x4},   {10, 3, 8, 5, 6, 9, 12, 13, 14, 7, 17}, "PageOrientation", "600x600dpi"},
-        {{0x400, 0x1000, 0xC},   {10, 3, 8, 5, 6, 9, 12, 13, 14, 7, 17}, "PageOrientation", "Res600x600"},
-        {{0, 0x800, 0x2},        {}, nullptr, nullptr},
-        // clang-format on
-    };
-    for (const auto& test : cases)
-    {
-        SCOPED_TRACE(NameOf(test.driver));
-        const TestDevmode devmode;
-        const Access access(test.driver, devmode.Get());
-        Numbers features;
-        for (const MsDevmodeBase::Feature& feature : access.GetFeatures())
-            features.push_back(feature.feature);
-        EXPECT_EQ(features, test.features);
-        const MsDevmodeBase::Feature* const orientation = access.FindFeature(3);
-        EXPECT_STREQ(orientation != nullptr ? orientation->keyword : nullptr, test.orientation);
-        const char* resolution = nullptr;
-        const auto ask = [&]
-        {
-            resolution = access.GetIPrintCoreHelperValueFromFeatureValue_Helper(8, (600 << 16) + 600);
-        };
-        EXPECT_EQ(ThrownBy(ask), test.resolution != nullptr ? "" : kNoTable);
-        EXPECT_STREQ(resolution, test.resolution);
-    }
-}
-
 // Over zeros and over ones: the value lies where it must, it is read from there, and nothing else has changed.
 TEST(PrivateSettings, LieWhereTheLayoutHasThemAndChangeNothingElse)
 {
@@ -204,34 +161,6 @@ TEST(PrivateSettings, AreWrittenWithinAPartOfAnySizeOnly)
                 const bool readsLess = feature == 3 || feature == 22; // upright sheets need no bit, a quality one word
                 EXPECT_TRUE(readsLess || GetThrows(access, feature) == (end <= size ? "" : kGetOutside)) << feature;
             }
-        }
-}
-
-TEST(PrivateSettings, ThatADriverLacksAreNamed)
-{
-    const struct
-    {
-        MsDriverKind driver;
-        Numbers features;
-        std::string get;
-        std::string set;
-    } cases[] = {
-        {kUnidrv, {24, 25, 29}, kGetOutside, kSetOutside},
-        {kUnidrv, {26, 27, 28, 33}, kNotFound + "GetMsFeatureValue 409", kNotFound + "SetMsFeatureValue 662"},
-        {kPostScript, {22, 30, 31, 35}, kNotFound + "GetMsFeatureValue 409", kNotFound + "SetMsFeatureValue 662"},
-        {{0x400, 0x800, 0x8}, {31, 34}, kNotFound + "GetMsFeatureValue 409", kNotFound + "SetMsFeatureValue 662"},
-        {kPostScript, {0, 2, 36, 99}, kNoField, kNoFieldToSet},
-    };
-    for (const auto& test : cases)
-        for (const std::uint32_t feature : test.features)
-        {
-            SCOPED_TRACE(NameOf(test.driver) + ", feature " + std::to_string(feature));
-            const TestDevmode devmode = MakeDevmode(708, 0);
-            const Bytes before = devmode.Bytes();
-            Access access(test.driver, devmode.Get());
-            EXPECT_EQ(GetThrows(access, feature), test.get);
-            EXPECT_EQ(SetThrows(access, feature, 1), test.set);
-            EXPECT_EQ(devmode.Bytes(), before);
         }
 }
 

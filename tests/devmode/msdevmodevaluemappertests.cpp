@@ -171,28 +171,6 @@ TEST_F(PaperWrites, AreReconciledWhenThatIsWanted)
     }
 }
 
-TEST(ColorManagementValues, AreWindowsNumbersAndBack)
-{
-    constexpr std::pair<std::int32_t, std::uint32_t> kMethods[] = {
-        {5070, DMICMMETHOD_NONE}, {5071, DMICMMETHOD_SYSTEM}, {5072, DMICMMETHOD_DRIVER}, {5073, DMICMMETHOD_DEVICE}};
-    constexpr std::pair<std::int32_t, std::uint32_t> kIntents[] = {
-        {5090, DMICM_ABS_COLORIMETRIC}, {5091, DMICM_COLORIMETRIC}, {5092, DMICM_CONTRAST}, {5093, DMICM_SATURATE}};
-    for (const auto& [feature, values] : {std::pair(15u, std::span(kMethods)), {16u, std::span(kIntents)}})
-    {
-        for (const auto& [valueId, number] : values)
-        {
-            EXPECT_EQ(MsDevmodeValueMapper::GetMsValueFromDataModelValue(feature, valueId), number);
-            EXPECT_EQ(MsDevmodeValueMapper::GetDataModelValueFromMsValue(feature, number), valueId);
-        }
-        for (const std::uint32_t none : {0u, 5u, 256u})
-            EXPECT_THROW((void)MsDevmodeValueMapper::GetDataModelValueFromMsValue(feature, none),
-                         ExceptionMicrosoftDevmodeValueMappingFailed);
-        EXPECT_THROW((void)MsDevmodeValueMapper::GetMsValueFromDataModelValue(feature, 5001),
-                     ExceptionMicrosoftDevmodeValueMappingFailed);
-    }
-    EXPECT_THROW((void)MsDevmodeValueMapper::GetMsValueFromDataModelValue(9, 5970), ExceptionMicrosoftFeatureNotFound);
-}
-
 TEST(Applications, OfTheAcrobatFamilyAreKnownByTheirFileNames)
 {
     for (const WCHAR* const name : {W("acrobat.exe"), W("Acrobat.exe"), W("AcroRd32.exe"), W("acrodist.exe")})

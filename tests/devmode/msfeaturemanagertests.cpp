@@ -167,26 +167,6 @@ TEST_F(FeatureTransfers, LeaveOutAPublicFieldThatTheDevmodeDoesNotClaim)
         }
 }
 
-TEST_F(FeatureTransfers, LeaveOutAPaperThatIsNotThePrinters)
-{
-    const std::tuple<short, short, short, int> cases[] = {
-        {9, 0, 0, 9}, {70, 0, 0, -1}, {300, 2100, 2970, 300}, {1, 2106, 2970, -1}};
-    for (const auto& [number, width, length, form] : cases)
-    {
-        m_devmode.Get()->dmPaperSize = number;
-        m_devmode.Get()->dmPaperWidth = width;
-        m_devmode.Get()->dmPaperLength = length;
-        RecordingDataModel model(m_devmode.Get());
-        Transfer(model);
-        EXPECT_EQ(model.papers.empty() ? -1 : model.papers[0].paperId, form) << number;
-    }
-    m_capabilities.Initialize(m_printer.Handle(), MSDeviceCapabilities::Context::Application); // has no list
-    RecordingDataModel model(m_devmode.Get());
-    Transfer(model);
-    EXPECT_TRUE(model.papers.empty());
-    EXPECT_FALSE(model.options.empty());
-}
-
 // What the devmode does not claim may be left over from another paper.
 TEST_F(FeatureTransfers, GoByWhatTheDevmodeClaimsOfItsPaper)
 {

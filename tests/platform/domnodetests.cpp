@@ -38,36 +38,6 @@ DomDocument Ticket()
 
 } // namespace
 
-TEST(DomNode, TellsItsNamesAndValue)
-{
-    const DomDocument document = Loaded(W("<p:e xmlns:p='u' q='v' p:r='w'>t<![CDATA[c]]><!--m--><?i d?></p:e>"));
-    SetProperty(document, W("SelectionNamespaces"), W("xmlns:x='u'"));
-    // With what a query's node answers: kind; name, base name, namespace, value.
-    const std::tuple<const WCHAR*, DOMNodeType, const char*> cases[] = {
-        {W("/x:e"), NODE_ELEMENT, "p:e e u -"},
-        {W("/x:e/@q"), NODE_ATTRIBUTE, "q q - v"},
-        {W("/x:e/@x:r"), NODE_ATTRIBUTE, "p:r r u w"},
-        {W("/x:e/text()[1]"), NODE_TEXT, "#text - - t"},
-        {W("/x:e/text()[2]"), NODE_CDATA_SECTION, "#cdata-section - - c"},
-        {W("/x:e/comment()"), NODE_COMMENT, "#comment - - m"},
-        {W("//processing-instruction()"), NODE_PROCESSING_INSTRUCTION, "i i - d"},
-        {W("/"), NODE_DOCUMENT, "#document - - -"},
-    };
-    for (const auto& [query, expectedKind, answers] : cases)
-    {
-        SCOPED_TRACE(Narrow(query));
-        const DomNode node = Select(document.Get(), query);
-        ASSERT_TRUE(node);
-        DOMNodeType kind = NODE_INVALID;
-        EXPECT_EQ(S_OK, node->get_nodeType(&kind));
-        EXPECT_EQ(expectedKind, kind);
-        Variant value;
-        node->get_nodeValue(value.Put());
-        EXPECT_EQ(answers, NameOf(node.Get()) + " " + Ask(node.Get(), &IXMLDOMNode::get_baseName) + " " +
-                               Ask(node.Get(), &IXMLDOMNode::get_namespaceURI) + " " + value.Text());
-    }
-}
-
 TEST(DomNode, TextIsTrimmedUnlessWhiteSpaceIsKept)
 {
     // A document, its text when blanks are trimmed, and when they are kept.
@@ -122,16 +92,4 @@ TEST(DomSelection, FindsNodesInDocumentOrder)
         EXPECT_EQ(E_FAIL, document->selectSingleNode(CComBSTR(query).Get(), node.Put()));
         EXPECT_EQ(E_FAIL, document->selectNodes(CComBSTR(query).Get(), list.Put()));
     }
-}
-
-TEST(DomSave, WritesWhatCanBeLoadedAgain)
-{
-    const std::filesystem::path path = std::filesystem::absolute("domloadtests.xml");
-    ASSERT_EQ(S_OK, Loaded(W("<a b='\u00E9'>\u4E2D</a>"))->save(Variant(path.generic_string<WCHAR>()).Get()));
-    std::ifstream file(path, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_NE(std::string::npos, bytes.find(">\xE4\xB8\xAD</a>")) << "UTF-8 by default";
-    file.close();
-    std::filesystem::remove(path);
-    EXPECT_TRUE(FAILED(Loaded(W("<a/>"))->save(Variant(W("no such folder/domloadtests.xml")).Get())));
 }

@@ -29,23 +29,3 @@ TEST(Bstr, CarriesItsLengthBeforeAndATerminatorBehindItsCharacters)
         EXPECT_EQ(SysAllocStringLen(nullptr, length), nullptr) << "does not fit the count of bytes: " << length;
     EXPECT_EQ(SysStringLen(nullptr), 0u);
 }
-
-TEST(ClassObjects, AreMadeForTheDocumentWhereComIsStarted)
-{
-    constexpr CLSID kUnknown = {0x12345678, 0x1234, 0x1234, {1, 2, 3, 4, 5, 6, 7, 8}};
-    const auto create = [](REFCLSID classId, REFIID riid)
-    {
-        ComPtr<IUnknown> object;
-        const HRESULT result = CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, riid, object.PutVoid());
-        EXPECT_EQ(bool(object), SUCCEEDED(result));
-        return result;
-    };
-    EXPECT_EQ(create(kDomDocumentClassId, kUnknown), E_NOINTERFACE);
-    EXPECT_EQ(create(kUnknown, IID_IUnknown), REGDB_E_CLASSNOTREG);
-
-    // The test program's own thread is multithreaded, and lends its apartment to threads that have none.
-    std::thread([&] { EXPECT_EQ(create(kDomDocumentClassId, IID_IUnknown), S_OK); }).join();
-    CoUninitialize();
-    EXPECT_EQ(create(kDomDocumentClassId, IID_IUnknown), CO_E_NOTINITIALIZED);
-    EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
-}

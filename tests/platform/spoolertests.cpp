@@ -18,62 +18,6 @@ DWORD DeleteDriver(const WCHAR* name, DWORD flags = 0)
 
 } // namespace
 
-// Every function finds out what is no handle (null, noise, and one that is closed) and what is no level.
-TEST_F(Spooler, PrintersAreNotReachedThroughWhatIsNoHandleOrNoLevel)
-{
-    BYTE room[4096] = {};
-    DWORD needed = 0;
-    using Errors = std::vector<DWORD>;
-    const auto leveled = [&](HANDLE handle, DWORD level)
-    {
-        return Errors{ErrorOf(GetPrinterW(handle, level, room, sizeof(room), &needed)),
-                      ErrorOf(GetPrinterDriverW(handle, nullptr, level, room, sizeof(room), &needed)),
-                      ErrorOf(GetFormW(handle, Mutable(W("A4")), level, room, sizeof(room), &needed))};
-    };
-    PrinterOwner printer = InstallPrinter();
-    EXPECT_EQ(leveled(printer.get(), 77), Errors(3, ERROR_INVALID_LEVEL));
-    const HANDLE closed = printer.release();
-    ASSERT_TRUE(ClosePrinter(closed));
-    for (const HANDLE handle : {HANDLE{nullptr}, closed, reinterpret_cast<HANDLE>(0x7654321)})
-    {
-        EXPECT_EQ(leveled(handle, 1), Errors(3, ERROR_INVALID_HANDLE));
-        EXPECT_EQ(SetPrinterDataExW(handle, W("K"), W("v"), REG_BINARY, room, 4), ERROR_INVALID_HANDLE);
-        EXPECT_EQ(ErrorOf(DeletePrinter(handle)), ERROR_INVALID_HANDLE);
-        EXPECT_EQ(ErrorOf(ClosePrinter(handle)), ERROR_INVALID_HANDLE);
-    }
-}
-
-TEST_F(Spooler, DataIsOfItsKeyAndGoesWithItsPrinter)
-{
-    PrinterOwner printer = InstallPrinter();
-    const auto number = [](HANDLE handle, const WCHAR* key)
-    {
-        DWORD value = 0;
-        DWORD needed = 0;
-        const DWORD error =
-            GetPrinterDataExW(handle, key, W("vALUE"), nullptr, reinterpret_cast<BYTE*>(&value), sizeof value, &needed);
-        return error == ERROR_SUCCESS ? value : error;
-    };
-    const WCHAR* const driverKey = W("printerDRIVERdata");
-    BYTE bytes[] = {1, 2, 3, 4};
-    // Without a key it is the driver's.
-    ASSERT_EQ(SetPrinterDataW(printer.get(), Mutable(W("Value")), REG_DWORD, bytes, 4), ERROR_SUCCESS);
-    EXPECT_EQ(number(Open(kPrinter).get(), driverKey), 0x04030201u);
-    ASSERT_EQ(SetPrinterDataExW(printer.get(), W("Other"), W("Value"), REG_BINARY, bytes, 1), ERROR_SUCCESS);
-    EXPECT_EQ(number(printer.get(), W("Other")), 1u);
-    if (!IsWine()) // which does not delete printer data
-    {
-        for (const DWORD error : {DWORD{ERROR_SUCCESS}, DWORD{ERROR_FILE_NOT_FOUND}})
-            EXPECT_EQ(DeletePrinterDataExW(printer.get(), W("OTHER"), W("VALUE")), error);
-    }
-    EXPECT_EQ(number(printer.get(), driverKey), 0x04030201u);
-    // The next one of the name is another.
-    ASSERT_TRUE(DeletePrinter(printer.get()));
-    printer.reset();
-    EXPECT_EQ(Open(kPrinter), nullptr);
-    EXPECT_EQ(number(InstallPrinter().get(), driverKey), DWORD{ERROR_FILE_NOT_FOUND});
-}
-
 TEST_F(Spooler, DriversAreFilesWhateverTheCaseOfTheirNames)
 {
     const PrinterOwner printer = InstallPrinter();

@@ -33,20 +33,3 @@ TEST(FaultInjection, ADocumentIsReadAndWrittenOrNot)
                                        XmlOf(document.Get()) == expected && !*written.Put();
                             });
 }
-
-TEST(DebugOutput, GoesToStandardErrorOnRequestWithoutAllocating)
-{
-    const std::u16string text = std::u16string(600, u'\u20AC') + u"\xD800 end\n";
-    for (const WCHAR* const request : {static_cast<const WCHAR*>(nullptr), W("1")})
-    {
-        SetEnvironmentVariableW(W("WINPORT_DEBUG_OUTPUT"), request);
-        testing::internal::CaptureStderr();
-        winport::ArmFault(winport::FaultKind::Allocation, 1);
-        OutputDebugStringW(text.c_str());
-        EXPECT_FALSE(winport::DisarmFault(winport::FaultKind::Allocation)) << "it allocates";
-        const std::string written = testing::internal::GetCapturedStderr();
-        EXPECT_EQ(written.size(), request == nullptr ? 0 : 3u * 600 + 8);
-        EXPECT_TRUE(request == nullptr || written.ends_with("\xE2\x82\xAC\xEF\xBF\xBD end\n"));
-    }
-    SetEnvironmentVariableW(W("WINPORT_DEBUG_OUTPUT"), nullptr);
-}

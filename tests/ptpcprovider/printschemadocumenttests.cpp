@@ -202,18 +202,6 @@ TEST(Operations, DeleteOneOfSeveralCopies)
     EXPECT_EQ(S_OK, ticket->DeleteFeatureNodeIfADuplicateExists(W("psk:"), W("G")));
 }
 
-TEST(Operations, DeleteNodesAndProperties)
-{
-    const std::string property = "<psf:Property name=\"psk:P\"/>";
-    const WrappedTicket ticket(TicketAround(property + "<psf:Feature name=\"psk:F\">" + property + "</psf:Feature>"));
-    EXPECT_EQ(S_OK, ticket->DeletePropertyNodesIfExist(W("psk:"), W("Q")));
-    EXPECT_EQ(S_OK, ticket->DeletePropertyNodesIfExist(W("psk:"), W("P")));
-    ticket.ExpectIs(TicketAround("<psf:Feature name=\"psk:F\"/>"));
-    ComPtr<IXMLDOMElement> detached;
-    ticket->CreateXMLElement(W("psf:Feature"), detached.Put());
-    EXPECT_EQ(S_FALSE, ticket->DeleteNode(detached.Get()));
-}
-
 // Content of the feature psk:F, and its value.
 constexpr std::tuple<const char*, const char*, const char*> kValueCases[] = {
     {"a value", "<psf:Value>7</psf:Value>", "7"},
@@ -248,40 +236,6 @@ TEST(Operations, ReadValuesAndFollowReferences)
         EXPECT_EQ(*expectedValue == 0, value.Get() == nullptr); // an empty value is a null string
         EXPECT_EQ(S_FALSE, ticket->GetNodeValue(W("//psf:Nothing"), value.Put()));
     }
-}
-
-std::string TypedValue(const std::string& type, const std::string& text)
-{
-    return "<psf:Value xsi:type=\"xsd:" + type + "\">" + text + "</psf:Value>";
-}
-
-TEST(Operations, CreateElementsInTheirShapes)
-{
-    const WrappedTicket ticket(TicketAround("<psf:Feature name=\"psk:F\"/>"));
-    const ComPtr<IXMLDOMNode> feature = ticket.Feature(W("F"));
-    ComPtr<IXMLDOMElement> element;
-    ticket->CreateProperty(PrintSchema::Framework, W("SelectionType"), W("QName"), W("psk:PickOne"), element.Put());
-    ticket->AppendChild(feature.Get(), element.Get());
-    ticket->CreateProperty(PrintSchema::Keywords, W("Bare"), element.Put());
-    ticket->AppendChild(feature.Get(), element.Get());
-    ticket->AppendChildIntegerProperty(feature.Get(), PrintSchema::Framework, W("Number"), -5); // index ignored
-    ticket->AppendChildIntegerScoredProperty(feature.Get(), W("psk:Scored"), -2147483647 - 1);
-    ticket->AppendChildQNameScoredProperty(feature.Get(), W("psk:Name"), W("psk:<&\">"));
-    ticket->AppendChildParameterRefScoredProperty(feature.Get(), W("psk:ByRef"), W("psk:Param"), element.Put());
-    ticket->AppendXMLAttribute(element.Get(), W("mark"), W(""), W("handed back"));
-    ticket->CreateScoredProperty(W("tk:Mine"), W("string"), W(""), element.Put());
-    ticket->AppendChildToRootNode(element.Get());
-
-    ticket.ExpectIs(TicketAround(
-        "<psf:Feature name=\"psk:F\"><psf:Property name=\"psf:SelectionType\">" + TypedValue("QName", "psk:PickOne") +
-        "</psf:Property><psf:Property name=\"psk:Bare\"/><psf:Property name=\"psk:Number\">" +
-        TypedValue("integer", "-5") + "</psf:Property><psf:ScoredProperty name=\"psk:Scored\">" +
-        TypedValue("integer", "-2147483648") + "</psf:ScoredProperty><psf:ScoredProperty name=\"psk:Name\">" +
-        TypedValue("QName", "psk:&lt;&amp;\"&gt;") +
-        "</psf:ScoredProperty><psf:ScoredProperty name=\"psk:ByRef\" mark=\"handed back\">"
-        "<psf:ParameterRef name=\"psk:Param\"/></psf:ScoredProperty></psf:Feature>"
-        "<psf:ScoredProperty name=\"tk:Mine\">" +
-        TypedValue("string", "") + "</psf:ScoredProperty>"));
 }
 
 } // namespace

@@ -85,38 +85,6 @@ TEST(PrintTicket, ReadsScoredPropertiesAsTextAndNumber)
     }
 }
 
-TEST(PrintTicket, MakesPairsAndInitialisersInTheirShapes)
-{
-    const WrappedTicket ticket(TicketAround(""));
-    ComPtr<IXMLDOMElement> feature;
-    ComPtr<IXMLDOMElement> option;
-    ComPtr<IXMLDOMElement> init;
-    for (const bool isPublic : {true, false})
-    {
-        ticket->CreateFeatureOptionPair(PrintSchema::PrivateKeywords, W("F"), isPublic, W("O"), feature.Put(),
-                                        option.Put());
-        ticket->AppendXMLAttribute(option.Get(), W("mark"), W(""), W("handed back"));
-        ticket->AppendChildToRootNode(feature.Get());
-    }
-    ticket->CreateFeatureOptionPair(0, W("Bare"), feature.Put(), option.Put());
-    ticket->AppendChildToRootNode(feature.Get());
-    ticket->CreateStringParameterInit(W("tk:"), W("S"), W("a<b"), init.Put());
-    ticket->AppendChildToRootNode(init.Get());
-    ticket->AppendIntegerParameterInit(W("psk:"), W("I"), 4294967295u);
-    ticket.ExpectIs(TicketAround(
-        Feature("<psf:Option name=\"psk:O\" mark=\"handed back\"/>") +
-        Feature("<psf:Option name=\"ns0000:O\" mark=\"handed back\"/>") +
-        "<psf:Feature name=\"psk:Bare\"><psf:Option/></psf:Feature>"
-        "<psf:ParameterInit name=\"tk:S\"><psf:Value xsi:type=\"xsd:string\">a&lt;b</psf:Value></psf:ParameterInit>"
-        "<psf:ParameterInit name=\"psk:I\"><psf:Value xsi:type=\"xsd:integer\">4294967295</psf:Value>"
-        "</psf:ParameterInit>"));
-
-    ComPtr<IXMLDOMNode> value;
-    EXPECT_EQ(S_OK, ticket->GetParameterInitValueNodeIfExists(W("psk:"), W("I"), value.Put()));
-    value->put_text(CComBSTR(W("5")).Get());
-    EXPECT_EQ((Texts{"a<b", "5"}), Select(ticket.Dom(), "//psf:ParameterInit/psf:Value"));
-}
-
 // What the features F and G refer to, the initialisers, and those that are left without F.
 const std::tuple<const char*, Texts, Texts, std::string, Texts> kOrphanCases[] = {
     {"the only reference goes", {"psk:\"A"}, {"psk:\"]B"}, Init("psk:\"A") + Init("psk:\"]B"), {"psk:\"]B"}},

@@ -6,13 +6,13 @@
 #include <tvcore/featureservices.h>
 #include <tvutil/persistentattributes.h>
 
-#include <bit>
 #include <random>
 #include <tuple>
 
 #include "complugins/xdevmode.h"
 #include "tests/common/failurecode.h"
 #include "tests/common/oemdevmodebytes.h"
+#include "tests/common/scriptedconfiguration.h"
 #include "tests/common/testdocuments.h"
 #include "tests/common/testprinter.h"
 #include "tests/platform/wine.h"
@@ -79,10 +79,9 @@ std::string OptionsOf(const ComPtr<IXMLDOMDocument2>& document, const std::strin
 struct BoundPrinter : private TestPrinter, ProviderBinding
 {
     explicit BoundPrinter(const char* model = kColorModel)
-        : TestPrinter({0xE02, model, {"tvwftu_b.dll"}, "tvtestcfg_B.dll"})
+        : TestPrinter({0xE02, model, {"tvwftu_b.dll"}, kScriptedConfigurationModule})
     {
-        const auto address = std::to_string(std::bit_cast<std::uintptr_t>(&Answer));
-        SetEnvironmentVariableW(W("TVPT_TEST_DRIVER"), CXString::FromUtf8(address).c_str());
+        ScriptConfiguration(&Answer);
         EXPECT_EQ(S_OK, BindTo(Handle()));
     }
     ComPtr<IXMLDOMDocument2> Complete(HRESULT expected = S_OK)
@@ -364,30 +363,6 @@ TEST(Translators, KeepToTheDataModelWhileItIsInUse)
                                  devmode));
     EXPECT_EQ(static_cast<short>(70000), devmode.Get()->dmCopies); // written out of the data model
     EXPECT_EQ((Texts{kBlue, "psk:System", "psk:RelativeColorimetric", "70000"}), texts());
-}
-
-TEST(Translators, BringBackWhatTheyCarry)
-{
-    std::mt19937 random(20061); // the same devmodes at every run
-    for (const char* const model :
-         {kColorModel, "tavlen-b4400-uni.json", "tavlen-w3100-xps.json", "tavlen-b7000-xps.json"})
-    {
-        BoundPrinter printer(model);
-        const MediaTypes mediaTypes = printer.object->GetProductData().GetMediaTypes();
-        Tell(mediaTypes);
-        for (int round = IsWine() ? 450 : 0; round < 500; ++round)
-        {
-            const auto& [id, name] = mediaTypes[random() % mediaTypes.size()];
-            const TestDevmode devmode = DevmodeOf(id == 3 ? 6820 : id, 0, 3, name); // as a choice stores it
-            devmode.Get()->dmCopies = static_cast<short>(1 + random() % 32767);
-            devmode.Get()->dmICMMethod = model == kColorModel ? 1 + random() % 4 : 0;
-            const TestDevmode back = DevmodeOf(6807);
-            const ComPtr<IXMLDOMDocument2> ticket = printer.TicketOf(devmode);
-            Remove(ticket.Get(), "//psf:ParameterInit[contains(@name, ':JobTavlenDriverData')]"); // has it all, too
-            EXPECT_EQ(S_OK, printer.ToDevmode(ticket.Get(), back));
-            ASSERT_TRUE(WithoutPaper(devmode) == WithoutPaper(back)) << id;
-        }
-    }
 }
 
 } // namespace

@@ -150,30 +150,6 @@ public:
     }
 };
 
-TEST(Workflow, ForwardsToItsModuleWhichAsksTheProviderForADataModel)
-{
-    const TestPrinter printer(ColorPrinter({"tvwftu_b.dll"}));
-    WorkflowObject workflow;
-    ASSERT_TRUE(workflow.Load(printer.Handle()));
-    EXPECT_EQ(1u, workflow.GetWorkFlowType());
-    EXPECT_EQ("Tavlen C9070 PS", workflow.GetProductDataObj().GetName().ToUtf8());
-
-    NotingProvider provider;
-    const TestDevmode devmode;
-    const auto moves = [&]
-    {
-        return workflow.UpdateRegistryWithDataModelData() ||
-               workflow.UpdatePublicAndPrivateDevmodeWithDataModelData() ||
-               workflow.LoadSettingsInitializeDataModelAndWriteDevmode(devmode.Get()) ||
-               workflow.ReInitializeAssociatedXDevmodeObj();
-    };
-    EXPECT_FALSE(moves()); // nobody to ask
-    workflow.SetDataSourceProviderPtr(&provider, printer.Handle(), 3);
-    EXPECT_FALSE(moves());
-    EXPECT_EQ((std::vector<std::string>{"services", "services", "initialise", "services"}), provider.asked);
-    EXPECT_EQ(devmode.Get(), provider.devmode);
-}
-
 class BoundProvider : public testing::Test, protected ProviderBinding
 {
 };

@@ -283,7 +283,7 @@ TEST_F(Capabilities, AreCompletedByTheProvider)
         SCOPED_TRACE(model);
         const std::string printer = InstallTestPrinter(model);
         MakePlainDevmode(printer);
-        WriteBytes(Folder() / "t.xml", OutputOf({"ticket", "from-devmode", "--printer", printer, File("d.dm")}));
+        FromDevmode("d.dm", "t.xml");
         WriteBytes(Folder() / "base.xml", OutputOf({"capabilities", "--printer", printer, "--base-only"}));
         const std::string ours = OutputOf({"capabilities", "--printer", printer});
         for (const std::vector<std::string>& given : {std::vector<std::string>{"--ticket", File("t.xml")},
@@ -292,13 +292,6 @@ TEST_F(Capabilities, AreCompletedByTheProvider)
             const std::string same = OutputOf({"capabilities", "--printer", printer, given[0], given[1]});
             EXPECT_EQ(CompareDocuments(LoadDocument(ours, "ours").Get(), LoadDocument(same, "same").Get()), "");
         }
-
-        std::multiset<std::string> names; // of features, parameters and properties
-        for (const SchemaElement& child : ReadTree(ours).children)
-            names.insert(child.nameAttribute.local);
-        for (const char* const name : {"PageMediaSize", "PageMediaType", "PageOrientation", "PageResolution",
-                                       "JobCopiesAllDocuments", "PageImageableSize", "JobTavlenDriverData"})
-            EXPECT_EQ(names.count(name), 1U) << name;
     }
 }
 

@@ -100,8 +100,7 @@ class WholeRoad : public HostTest
 protected:
     void Install(const std::string& model)
     {
-        m_printer = InstallTestPrinter(model);
-        MakePlainDevmode(m_printer);
+        MakePlainDevmode(InstallTestPrinter(model));
     }
 
     // A driver of its own with texts that no document has.
@@ -119,20 +118,6 @@ protected:
     {
         return RunHost({"capabilities", "--printer", m_printer, "--base", "-"}, base);
     }
-
-    void FromDevmode(const std::string& devmode, const std::string& base, const std::string& ticket) const
-    {
-        OutputOf({"ticket", "from-devmode", "--printer", m_printer, File(devmode), "--base", base, "-o", File(ticket)});
-    }
-
-    [[nodiscard]] RunResult ToDevmode(const std::string& devmode, const std::string& ticket,
-                                      const std::string& result) const
-    {
-        return RunHost(
-            {"ticket", "to-devmode", "--printer", m_printer, "--devmode", File(devmode), ticket, "-o", File(result)});
-    }
-
-    std::string m_printer;
 };
 
 const std::string kListed =
@@ -224,17 +209,17 @@ TEST_F(WholeRoad, LeavesSamplesAsTheyAreTheSecondTime)
             const std::string name = entry.path().filename().string();
             const std::string sample = Utf8FromPath(entry.path());
             SCOPED_TRACE(std::string(model) + ": " + name);
-            const RunResult taken = ToDevmode("d.dm", sample, "0.dm");
+            const RunResult taken = ToDevmode(sample, "d.dm", "0.dm");
             EXPECT_EQ(taken.status != 0, refused.contains(name)) << taken.errors;
             if (taken.status != 0)
                 continue;
-            FromDevmode("0.dm", sample, "1.xml");
+            FromDevmode("0.dm", "1.xml", sample);
             digests.insert(std::string(model) + " " + name + " " + DigestOf(File("1.xml")) + "\n");
-            EXPECT_EQ(ToDevmode("0.dm", File("1.xml"), "1.dm").status, 0);
-            FromDevmode("1.dm", File("1.xml"), "2.xml");
-            EXPECT_EQ(ToDevmode("1.dm", File("2.xml"), "2.dm").status, 0);
+            EXPECT_EQ(ToDevmode("1.xml", "0.dm", "1.dm").status, 0);
+            FromDevmode("1.dm", "2.xml", "1.xml");
+            EXPECT_EQ(ToDevmode("2.xml", "1.dm", "2.dm").status, 0);
             if (name == loses)
-                FromDevmode("1.dm", File("2.xml"), "1.xml");
+                FromDevmode("1.dm", "1.xml", "2.xml");
             EXPECT_TRUE(ReadBytes(Folder() / "1.dm") == ReadBytes(Folder() / "0.dm"));
             EXPECT_TRUE(ReadBytes(Folder() / "2.dm") == ReadBytes(Folder() / "1.dm"));
             EXPECT_EQ(CompareDocuments(LoadDocument(ReadBytes(Folder() / "1.xml"), "1").Get(),
@@ -292,11 +277,11 @@ TEST_F(WholeRoad, TakesATicketAsSomebodyHasEditedIt)
         Install(model);
         EXPECT_EQ(Convert(m_printer).status, 0);
         WriteBytes(Folder() / "edited.xml", Edited(Plain(ReadBytes(Folder() / "t")), edits));
-        EXPECT_EQ(ToDevmode("d.dm", File("edited.xml"), "back.dm").status, 0);
+        EXPECT_EQ(ToDevmode("edited.xml", "d.dm", "back.dm").status, 0);
         const json shown = ShownDevmode(ReadBytes(Folder() / "back.dm"), m_printer);
         for (const auto& [field, value] : fields.items())
             EXPECT_EQ(field == "175" ? shown["features"]["477"]["210"][field] : shown["public"][field], value) << field;
-        FromDevmode("back.dm", File("t"), "again.xml");
+        FromDevmode("back.dm", "again.xml", "t");
         for (const auto& [from, to] : edits)
             EXPECT_NE(Plain(ReadBytes(Folder() / "again.xml")).find(to), std::string::npos) << to;
     }

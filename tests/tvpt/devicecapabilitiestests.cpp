@@ -310,12 +310,11 @@ TEST_F(CapabilityCaches, ReconcileADevmodesPaper)
     EXPECT_NE(words.find("100 x 139.7 mm"), std::string::npos) << words;
 
     // A ticket made of it names it and tells its measures, in micrometres; it comes back as a size of its own.
-    ASSERT_EQ(RunHost({"ticket", "from-devmode", "--printer", printer, File("d.dm"), "-o", File("t.xml")}).status, 0);
+    ASSERT_EQ(FromDevmode("d.dm", "t.xml").status, 0);
     const std::string ticket = ReadBytes(Folder() / "t.xml");
     for (const char* const part : {"_1000x1397\"", ">100000<", ">139700<"})
         EXPECT_NE(ticket.find(part), std::string::npos) << part << "\n" << ticket;
-    const std::string file = File("d.dm");
-    (void)OutputOf({"ticket", "to-devmode", "--printer", printer, "--devmode", file, File("t.xml"), "-o", file});
+    EXPECT_EQ(ToDevmode("t.xml", "d.dm", "d.dm").status, 0);
     EXPECT_EQ(PublicFields()["dmPaperSize"], 256);
     EXPECT_EQ(PublicFields()["dmFormName"], "Strip");
 }
@@ -367,12 +366,9 @@ TEST_F(CapabilityCaches, SpareConversionsTheDriversCode)
     ASSERT_NE(count, nullptr);
     const DWORD before = count();
     EXPECT_EQ(Convert(printer).status, 0);
-    for (const std::vector<std::string>& arguments :
-         {std::vector<std::string>{"ticket", "to-devmode", "--printer", printer, "--devmode", File("d.dm"), File("t"),
-                                   "-o", File("o.dm")},
-          {"devmode", "reconcile", File("o.dm"), "--printer", printer},
-          {"printer", "refresh", printer}})
-        (void)OutputOf(arguments);
+    EXPECT_EQ(ToDevmode("t", "d.dm", "o.dm").status, 0);
+    (void)OutputOf({"devmode", "reconcile", File("o.dm"), "--printer", printer});
+    Refresh(printer);
     MSDeviceCapabilities shared;
     MsCachedDeviceCapabilities capabilities(shared, handle.Get(), nullptr);
     std::vector<FormsInfoRecord> forms;

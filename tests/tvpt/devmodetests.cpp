@@ -63,8 +63,7 @@ class DevmodeFiles : public HostTest
 protected:
     std::string Make(const std::string& model = "tavlen-c9070-ps")
     {
-        m_printer = InstallTestPrinter(model);
-        const std::string bytes = NewDevmode(m_printer);
+        const std::string bytes = NewDevmode(InstallTestPrinter(model));
         WriteBytes(Folder() / "new.dm", bytes);
         return bytes;
     }
@@ -84,8 +83,6 @@ protected:
     {
         return OutputOf(With({"devmode", "set", "-"}, settings), bytes);
     }
-
-    std::string m_printer;
 };
 
 TEST_F(DevmodeFiles, ANewDevmodeIsWholeForEveryShippedModel)
@@ -284,8 +281,7 @@ TEST_F(DevmodeFiles, ThePartStaysByteForByteUnderATicketWithoutItsSettings)
     {
         const std::string feature = "<psf:Feature name='psk:PageMediaType'>" + std::string(option) + "</psf:Feature>";
         WriteBytes(Folder() / "t.xml", Ticket(Binding("psk", kKeywords.uri), feature));
-        OutputOf({"ticket", "to-devmode", "--printer", m_printer, "--devmode", File("d.dm"), File("t.xml"), "-o",
-                  File("o.dm")});
+        ToDevmode("t.xml", "d.dm", "o.dm");
         EXPECT_EQ(ReadBytes(Folder() / "o.dm").substr(kOem) == ReadBytes(Folder() / "d.dm").substr(kOem), isKept);
     }
 }

@@ -127,7 +127,7 @@ std::string HostTest::InstallTestPrinter(const std::string& model)
         "Test " + model + " " + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(m_printers.size());
     (void)OutputOf({"printer", "add", name, "--model", model});
     RemoveAtEnd(name);
-    return name;
+    return m_printer = name;
 }
 
 void HostTest::RemoveAtEnd(const std::string& printer)
@@ -176,4 +176,19 @@ void HostTest::MakePlainDevmode(const std::string& printer) const
 RunResult HostTest::Convert(const std::string& printer) const
 {
     return RunHost({"ticket", "from-devmode", "--printer", printer, File("d.dm"), "-o", File("t")});
+}
+
+RunResult HostTest::FromDevmode(const std::string& devmode, const std::string& ticket, const std::string& base) const
+{
+    std::vector<std::string> arguments = {"ticket",      "from-devmode", "--printer", m_printer,
+                                          File(devmode), "-o",           File(ticket)};
+    if (!base.empty())
+        arguments.insert(arguments.end(), {"--base", File(base)});
+    return RunHost(arguments);
+}
+
+RunResult HostTest::ToDevmode(const std::string& ticket, const std::string& devmode, const std::string& result) const
+{
+    return RunHost(
+        {"ticket", "to-devmode", "--printer", m_printer, "--devmode", File(devmode), File(ticket), "-o", File(result)});
 }

@@ -51,7 +51,7 @@ protected:
     // Files of the scratch folder, the store left out.
     [[nodiscard]] std::vector<std::string> FilesLeft() const;
 
-    // Adds a printer, expects success, and removes it at the end.
+    // Adds a printer, expects success, and removes it at the end; it is m_printer then.
     std::string InstallTestPrinter(const std::string& model = "tavlen-c9070-ps");
     void RemoveAtEnd(const std::string& printer);
     // The Unidrv model with changes, where null removes a field, as a file of the scratch folder.
@@ -68,6 +68,11 @@ protected:
     // A new devmode of the printer, as the file "d.dm", and what comes of making a ticket "t" from it.
     void MakePlainDevmode(const std::string& printer) const;
     [[nodiscard]] RunResult Convert(const std::string& printer) const;
+    // For m_printer, between files of the scratch folder or elsewhere; without a base it is the core driver's ticket.
+    RunResult FromDevmode(const std::string& devmode, const std::string& ticket, const std::string& base = {}) const;
+    RunResult ToDevmode(const std::string& ticket, const std::string& devmode, const std::string& result) const;
+
+    std::string m_printer;
 
 private:
     std::filesystem::path m_folder;

@@ -50,10 +50,8 @@ TEST_F(PlatformTickets, ComeThroughTheProviderAndBack)
         OutputOf({"devmode", "reconcile", "--printer", printer, File("set.dm")});
         MakePlainDevmode(printer);
         WriteBytes(File("service.xml"), FromService(printer, ReadBytes(File("set.dm"))));
-        OutputOf({"ticket", "from-devmode", "--printer", printer, File("set.dm"), "--base", File("service.xml"), "-o",
-                  File("t.xml")});
-        OutputOf({"ticket", "to-devmode", "--printer", printer, "--devmode", File("d.dm"), File("t.xml"), "-o",
-                  File("back.dm")});
+        FromDevmode("set.dm", "t.xml", "service.xml");
+        ToDevmode("t.xml", "d.dm", "back.dm");
         const json sent = ShownDevmode(ReadBytes(File("set.dm")));
         const json back = ShownDevmode(ReadBytes(File("back.dm")));
         EXPECT_NE(sent, ShownDevmode(ReadBytes(File("d.dm"))));

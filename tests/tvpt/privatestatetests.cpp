@@ -29,29 +29,15 @@ constexpr ModelRow kModels[] = {
 class PrivateState : public HostTest
 {
 protected:
-    void Devmode(const std::string& file, const std::vector<std::string>& settings) const
+    void MakeDevmode(const std::string& file, const std::vector<std::string>& settings) const
     {
-        std::vector<std::string> arguments{"devmode", "new", "--printer", printer, "-o", File(file)};
-        for (const std::string& setting : settings)
-            arguments.insert(arguments.end(), {"--set", setting});
-        OutputOf(arguments);
-    }
-
-    void ToTicket(const std::string& devmode, const std::string& ticket, const std::string& base = {}) const
-    {
-        std::vector<std::string> arguments{"ticket",      "from-devmode", "--printer", printer,
-                                           File(devmode), "-o",           File(ticket)};
-        if (!base.empty())
-            arguments.insert(arguments.end(), {"--base", File(base)});
-        OutputOf(arguments);
+        WriteBytes(File(file), NewDevmode(m_printer, settings));
     }
 
     [[nodiscard]] json Shown(const std::string& kind, const std::string& file) const
     {
         return json::parse(OutputOf({kind, "show", File(file), "--json"}));
     }
-
-    std::string printer;
 };
 
 std::size_t CountOf(const std::string& text, const std::string& part)
@@ -77,11 +63,11 @@ TEST_F(PrivateState, ComesThroughATicketAndIsRenderedForTheController)
     for (const ModelRow& model : kModels)
     {
         SCOPED_TRACE(model.name);
-        printer = InstallTestPrinter(model.name);
-        Devmode("set.dm", {"feature.78=a]]>b <c>&", "feature.46=5422", "feature.43=7", "feature.208=6254",
-                           "feature.179=90", "app=excel.exe", "dmCopies=3"});
-        Devmode("plain.dm", {});
-        ToTicket("set.dm", "t.xml");
+        InstallTestPrinter(model.name);
+        MakeDevmode("set.dm", {"feature.78=a]]>b <c>&", "feature.46=5422", "feature.43=7", "feature.208=6254",
+                               "feature.179=90", "app=excel.exe", "dmCopies=3"});
+        MakeDevmode("plain.dm", {});
+        FromDevmode("set.dm", "t.xml");
         std::string base = ReadBytes(File("t.xml"));
         for (const std::string name : {"JobTavlenDriverData", "JobTavlenJtifJobTicket"})
             if (model.definesJobTicket || name == "JobTavlenDriverData")
@@ -90,9 +76,8 @@ TEST_F(PrivateState, ComesThroughATicketAndIsRenderedForTheController)
                                 "<psf:ParameterInit name=\"" + (model.prefix + name) +
                                     "\"><psf:Value>old</psf:Value></psf:ParameterInit>");
         WriteBytes(File("base.xml"), base);
-        ToTicket("set.dm", "again.xml", "base.xml");
-        OutputOf({"ticket", "to-devmode", "--printer", printer, "--devmode", File("plain.dm"), File("again.xml"), "-o",
-                  File("back.dm")});
+        FromDevmode("set.dm", "again.xml", "base.xml");
+        ToDevmode("again.xml", "plain.dm", "back.dm");
         const json sent = Shown("devmode", "set.dm");
         const json back = Shown("devmode", "back.dm");
         EXPECT_EQ(sent["oem"], back["oem"]);
@@ -113,7 +98,7 @@ TEST_F(PrivateState, ComesThroughATicketAndIsRenderedForTheController)
         EXPECT_EQ(1u, CountOf(text, name + "JobTavlenDriverData\""));
         EXPECT_EQ(model.hasJobTicket ? 1u : 0u, CountOf(text, name + "JobTavlenJtifJobTicket\""));
         EXPECT_TRUE(!model.hasJobTicket || BesideCdata(text, name + "JobTavlenJtifJobTicket\"").empty());
-        const std::string offered = OutputOf({"capabilities", "--printer", printer, "--ticket", File("t.xml")});
+        const std::string offered = OutputOf({"capabilities", "--printer", m_printer, "--ticket", File("t.xml")});
         EXPECT_EQ(1u, CountOf(offered, name + "JobTavlenDriverData\""));
         EXPECT_EQ(model.definesJobTicket ? 1u : 0u, CountOf(offered, name + "JobTavlenJtifJobTicket\""));
         const SchemaElement capabilities = ReadTree(offered);
@@ -132,10 +117,10 @@ TEST_F(PrivateState, ComesThroughATicketAndIsRenderedForTheController)
 // Of another producer's spelling, or damaged on its way: believed by what it says, or not at all.
 TEST_F(PrivateState, IsBelievedWhole)
 {
-    printer = InstallTestPrinter();
-    Devmode("set.dm", {"feature.43=7"});
-    Devmode("plain.dm", {});
-    ToTicket("set.dm", "t.xml");
+    InstallTestPrinter();
+    MakeDevmode("set.dm", {"feature.43=7"});
+    MakeDevmode("plain.dm", {});
+    FromDevmode("set.dm", "t.xml");
     const std::string ticket = ReadBytes(File("t.xml"));
     const json sent = Shown("devmode", "set.dm")["oem"];
     const json plain = Shown("devmode", "plain.dm")["oem"];
@@ -170,8 +155,7 @@ TEST_F(PrivateState, IsBelievedWhole)
     {
         SCOPED_TRACE(row.name);
         WriteBytes(File("changed.xml"), row.text);
-        OutputOf({"ticket", "to-devmode", "--printer", printer, "--devmode", File("plain.dm"), File("changed.xml"),
-                  "-o", File("back.dm")});
+        ToDevmode("changed.xml", "plain.dm", "back.dm");
         EXPECT_EQ(row.oem, Shown("devmode", "back.dm")["oem"]);
     }
     WriteBytes(File("damaged.xml"), damaged);

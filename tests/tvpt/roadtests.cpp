@@ -1,15 +1,10 @@
 // The road of a conversion: devmode to ticket and back, through files, with the module of the installed driver.
 #include <algorithm>
-#include <map>
-#include <regex>
 #include <tuple>
 
-#include "coredriverticket.h"
-#include "devmode.h"
 #include "documenttree.h"
 #include "filebytes.h"
 #include "hostrun.h"
-#include "modelfiles.h"
 #include "printschemadocument.h"
 #include "tests/common/documentcomparer.h"
 #include "tests/common/testfolders.h"
@@ -21,25 +16,6 @@ namespace
 
 namespace fs = std::filesystem;
 using nlohmann::json;
-
-// What conversions keep of a ticket: all but the copies, their own features, the first of two orientations and the
-// maker's parameters, with private names spelled by the prefix "tk".
-std::string KeptOf(const std::string& bytes)
-{
-    const ComPtr<IXMLDOMDocument2> document = LoadDocument(bytes, "test");
-    const CComBSTR own(
-        W("//*[contains(@name, ':PageMedia') or contains(@name, ':PageOutputQuality') or "
-          "contains(@name, ':PageColorManagement') or contains(@name, ':PageICMRenderingIntent') or "
-          "contains(@name, ':JobCopiesAllDocuments') or contains(@name, ':JobTavlen') or "
-          "(contains(@name, ':PageOrientation') and following::*[contains(@name, ':PageOrientation')])]"));
-    for (ComPtr<IXMLDOMNode> node, parent; document->selectSingleNode(own.Get(), node.Put()) == S_OK;)
-        if (node->get_parentNode(parent.Put()) != S_OK || parent->removeChild(node.Get(), nullptr) != S_OK)
-            break;
-    std::string kept = Meaning(document.Get());
-    std::erase_if(kept, [](char character)
-                  { return character == ' ' || character == '\t' || character == '\n' || character == '\r'; });
-    return std::regex_replace(kept, std::regex("ns1:"), "tk:");
-}
 
 std::string CopiesOf(const SchemaElement& ticket)
 {
@@ -53,8 +29,9 @@ std::string CopiesOf(const SchemaElement& ticket)
 class Roads : public HostTest
 {
 protected:
-    Roads() : m_printer(InstallTestPrinter())
+    Roads()
     {
+        InstallTestPrinter();
         MakeDevmode("in.dm", {"dmCopies=3"});
     }
 
@@ -63,136 +40,28 @@ protected:
         WriteBytes(Folder() / file, NewDevmode(m_printer, settings));
     }
 
-    RunResult FromDevmode(const std::string& base = {})
+    RunResult ToTicket(const std::string& base = {})
     {
-        std::vector<std::string> arguments = {"ticket",      "from-devmode", "--printer",    m_printer,
-                                              File("in.dm"), "-o",           File("out.xml")};
-        if (!base.empty())
-            arguments.insert(arguments.end(), {"--base", base});
-        return RunHost(arguments);
+        return FromDevmode("in.dm", "out.xml", base);
     }
-
-    // Out of "out.xml", into a devmode that asks for one.
-    void ExpectCopiesComeBack(int copies)
-    {
-        MakeDevmode("other.dm", {"dmCopies=1"});
-        const std::string before = ReadBytes(Folder() / "other.dm");
-        const std::string back = OutputOf({"ticket", "to-devmode", "--printer", m_printer, "--devmode",
-                                           File("other.dm"), File("out.xml"), "-o", "-"});
-        EXPECT_EQ(ShownDevmode(back)["public"]["dmCopies"], copies);
-        EXPECT_EQ(ReadBytes(Folder() / "other.dm"), before);
-    }
-
-    std::string m_printer;
 };
-
-TEST_F(Roads, EveryBaseGivesAWholeTicketOrOneErrorLine)
-{
-    // Documents that are no Print Schema documents to the provider.
-    const std::map<std::string, std::string> refused = {
-        {"odd-default-namespace.xml", "line 1: the root declares the framework's namespace as the default; it needs a "
-                                      "prefix, such as psf"},
-        {"odd-https-namespaces.xml", "the root element is psf:PrintTicket in the namespace https:"},
-    };
-    const std::string devmode = ReadBytes(Folder() / "in.dm");
-    int converted = 0;
-    for (const fs::directory_entry& entry : fs::directory_iterator(TestDataFolder() / "tickets"))
-    {
-        const std::string name = entry.path().filename().string();
-        SCOPED_TRACE(name);
-        const RunResult result = FromDevmode(Utf8FromPath(entry.path()));
-        if (const auto row = refused.find(name); row != refused.end())
-        {
-            EXPECT_EQ(result.status, 1);
-            EXPECT_TRUE(IsOneErrorLine(result.errors,
-                                       "reading the document: " + Utf8FromPath(entry.path()) + ": " + row->second));
-            EXPECT_FALSE(fs::exists(Folder() / "out.xml"));
-            continue;
-        }
-        ASSERT_EQ(result.status, 0) << result.errors;
-        const SchemaElement ticket = ReadTree(ReadBytes(Folder() / "out.xml"));
-        EXPECT_EQ(KeptOf(ReadBytes(Folder() / "out.xml")), KeptOf(ReadBytes(entry.path())));
-        EXPECT_EQ(CopiesOf(ticket), "3;");
-        fs::remove(Folder() / "out.xml");
-        ++converted;
-    }
-    EXPECT_GE(converted, 15);
-    EXPECT_EQ(ReadBytes(Folder() / "in.dm"), devmode);
-}
-
-TEST_F(Roads, TheCoreDriversTicketFollowsTheDevmode)
-{
-    MakeDevmode("in.dm", {"dmCopies=4", "dmOrientation=2", "dmDuplex=3", "dmColor=1", "dmCollate=0", "dmScale=50",
-                          "dmDefaultSource=260", "dmPrintQuality=1200", "dmYResolution=1200"});
-    ASSERT_EQ(FromDevmode().status, 0);
-    const json shown = json::parse(OutputOf({"ticket", "show", File("out.xml"), "--json"}));
-    const auto optionOf = [&shown](const std::string& feature) -> json
-    {
-        for (const json& row : shown["features"])
-            if (row["name"] == feature)
-                return row["options"][0];
-        return nullptr;
-    };
-    EXPECT_EQ(optionOf("psk:PageOrientation")["name"], "psk:Landscape");
-    EXPECT_EQ(optionOf("psk:JobDuplexAllDocumentsContiguously")["name"], "psk:TwoSidedShortEdge");
-    EXPECT_EQ(optionOf("psk:PageOutputColor")["name"], "psk:Monochrome");
-    EXPECT_EQ(optionOf("psk:DocumentCollate")["name"], "psk:Uncollated");
-    EXPECT_EQ(optionOf("psk:PageScaling")["scoredProperties"][0]["value"]["parameterRef"], "psk:PageScalingScale");
-    EXPECT_EQ(optionOf("psk:PageResolution")["scoredProperties"][1]["value"], "1200");
-    // The driver's own names live in the provider's namespace, whatever prefix they have in the end.
-    EXPECT_EQ(optionOf("psk:JobInputBin")["name"], "tk:Tray1");
-    EXPECT_TRUE(std::any_of(shown["parameters"].begin(), shown["parameters"].end(),
-                            [](const json& row)
-                            { return row["name"] == "psk:PageScalingScale" && row["value"] == "50"; }));
-}
 
 // In the raw text, which is what other readers of a ticket see.
 TEST_F(Roads, TheDriversOwnNamesAreInTheNamespaceThatItsModelHas)
 {
-    struct Row
-    {
-        const char* model;
-        const char* tray; // its first, as dmDefaultSource
-        std::string uri;
+    const std::tuple<const char*, const char*, std::string_view, std::string> rows[] = {
+        {"tavlen-c9070-ps", "260", kPrivateKeywords.uri, "tk"},
+        {"tavlen-b4400-uni", "1", "http://schemas.microsoft.com/windows/printing/oemdriverpt/Tavlen_B4400_Uni",
+         "ns0000"},
     };
-    const std::string own(kPrivateKeywords.uri);
-    const Row rows[] = {
-        {"tavlen-c9070-ps", "260", own},
-        {"tavlen-b4400-uni", "1", "http://schemas.microsoft.com/windows/printing/oemdriverpt/Tavlen_B4400_Uni"},
-        {"tavlen-w3100-xps", "260", own},
-        {"tavlen-b7000-xps", "260", own},
-    };
-    for (const Row& row : rows)
+    for (const auto& [model, tray, uri, prefix] : rows)
     {
-        SCOPED_TRACE(row.model);
-        m_printer = InstallTestPrinter(row.model);
-        MakeDevmode("in.dm", {"dmCopies=3", "dmDefaultSource=" + std::string(row.tray)});
-        const PrinterModel model = ReadPrinterModel(FindModelFile(row.model));
-        const bool isOwn = row.uri == own;
-        const std::string uri = DriverNamespaceUri(isOwn ? CXString::FromUtf8(own) : CXString(), model.name);
-        const std::string base =
-            MakeCoreDriverTicket(Devmode::FromBytes(ReadBytes(Folder() / "in.dm"), "test"), model, uri, nullptr);
-        EXPECT_NE(base.find(" xmlns:ns0000=\"" + row.uri + "\""), std::string::npos) << base;
-        EXPECT_NE(base.find(" name=\"ns0000:Tray1\""), std::string::npos) << base;
-
-        ASSERT_EQ(FromDevmode().status, 0);
+        InstallTestPrinter(model);
+        MakeDevmode("in.dm", {"dmDefaultSource=" + std::string(tray)});
+        ASSERT_EQ(ToTicket().status, 0);
         const std::string ticket = ReadBytes(Folder() / "out.xml");
-        const SchemaElement tree = ReadTree(ticket);
-        EXPECT_EQ(CopiesOf(tree), "3;");
-        const auto features = tree.Children("Feature");
-        EXPECT_TRUE(std::any_of(features.begin(), features.end(),
-                                [&row](const SchemaElement* feature) {
-                                    return feature->Child("Option") != nullptr &&
-                                           feature->Child("Option")->nameAttribute.Is(row.uri, "Tray1");
-                                }))
-            << ticket;
-        if (isOwn) // of others' namespaces the provider says nothing
-        {
-            EXPECT_NE(ticket.find(" xmlns:tk=\"" + row.uri + "\""), std::string::npos) << ticket;
-            EXPECT_NE(ticket.find(" name=\"tk:Tray1\""), std::string::npos) << ticket;
-            EXPECT_EQ(ticket.find(" name=\"ns0000:"), std::string::npos) << ticket;
-        }
-        ExpectCopiesComeBack(3);
+        EXPECT_NE(ticket.find(" xmlns:" + prefix + "=\"" + std::string(uri) + "\""), std::string::npos) << ticket;
+        EXPECT_NE(ticket.find(" name=\"" + prefix + ":Tray1\""), std::string::npos) << ticket;
     }
 }
 
@@ -205,7 +74,9 @@ TEST_F(Roads, ValidatingAndExpandingLeaveTheDocument)
         const RunResult result = RunHost({"ticket", command, "--printer", m_printer, "-"}, ReadBytes(ticket));
         ASSERT_EQ(result.status, 0) << result.errors;
         EXPECT_TRUE(result.out.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
-        EXPECT_EQ(KeptOf(result.out), KeptOf(ReadBytes(ticket)));
+        EXPECT_EQ(
+            CompareDocuments(LoadDocument(ReadBytes(ticket), "given").Get(), LoadDocument(result.out, "out").Get()),
+            "");
     }
 }
 
@@ -219,7 +90,7 @@ TEST_F(Roads, TextBeyondAsciiAndBlanksSurvive)
     WriteBytes(Folder() / "base.xml",
                Ticket(Binding("psk", kKeywords.uri),
                       "<!-- \xC3\xA4 -->" + parameter("JobName", value) + parameter("Blank", "  ")));
-    ASSERT_EQ(FromDevmode(File("base.xml")).status, 0);
+    ASSERT_EQ(ToTicket("base.xml").status, 0);
     const std::string out = ReadBytes(Folder() / "out.xml");
     EXPECT_NE(out.find("<psf:Value>" + value + "</psf:Value>"), std::string::npos) << out;
     EXPECT_NE(out.find("<psf:Value>  </psf:Value>"), std::string::npos) << out;
@@ -254,13 +125,12 @@ TEST_F(Roads, ABaseGetsTheStandardPrefixesThatItsRootLacks)
     {
         SCOPED_TRACE(base);
         WriteBytes(Folder() / "base.xml", base);
-        const RunResult result = FromDevmode(File("base.xml"));
+        const RunResult result = ToTicket("base.xml");
         ASSERT_EQ(result.status, 0) << result.errors;
         const std::string out = ReadBytes(Folder() / "out.xml");
         EXPECT_NE(out.find(" name=\"" + std::string(copies) + "\""), std::string::npos) << out;
         EXPECT_NE(out.find(type), std::string::npos) << out;
         EXPECT_EQ(CopiesOf(ReadTree(out)), "3;");
-        EXPECT_EQ(KeptOf(out), KeptOf(base));
     }
 }
 
@@ -292,8 +162,8 @@ TEST_F(Roads, ABaseThatAProviderWouldMisreadIsRefusedWithItsLine)
     {
         WriteBytes(Folder() / "base.xml", base);
         for (const RunResult& result :
-             {FromDevmode(file), RunHost({"ticket", "validate", "--printer", m_printer, file}),
-              RunHost({"ticket", "to-devmode", "--printer", m_printer, "--devmode", File("in.dm"), file, "-o", "-"})})
+             {ToTicket("base.xml"), RunHost({"ticket", "validate", "--printer", m_printer, file}),
+              ToDevmode("base.xml", "in.dm", "o.dm")})
         {
             EXPECT_EQ(result.status, 1);
             EXPECT_TRUE(IsOneErrorLine(result.errors, error)) << result.errors;
@@ -326,7 +196,7 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
     {
         SCOPED_TRACE(name);
         WriteBytes(Folder() / "t.xml", bytes);
-        for (const RunResult& result : {FromDevmode(File("t.xml")), RunHost({"ticket", "show", File("t.xml")})})
+        for (const RunResult& result : {ToTicket("t.xml"), RunHost({"ticket", "show", File("t.xml")})})
         {
             EXPECT_EQ(result.status, 1);
             EXPECT_EQ(result.out, "");

@@ -64,43 +64,6 @@ TEST_F(CapabilityCaching, NamesPapersByOneRule)
         EXPECT_EQ(ours[at].displayName.ToUtf8(), std::get<2>(kForms[at]));
 }
 
-// The caches and DeviceCapabilitiesW tell the same of the same printer.
-TEST_F(CapabilityCaching, WritesWhatTheDriverAnswers)
-{
-    for (const char* const model :
-         {kPostScriptModel, kUnidrvModel, "tavlen-b7000-xps"}) // the last has an unlisted form
-    {
-        Install(model);
-        const auto papers = PaperCache::ReadPapers(Content(W("XPaperCaps")).bytes());
-        ASSERT_TRUE(papers);
-        const std::vector<WORD> numbers = List<WORD>(DC_PAPERS);
-        const std::vector<POINTL> sizes = List<POINTL>(DC_PAPERSIZE);
-        const auto names = List<std::array<WCHAR, 64>>(DC_PAPERNAMES);
-        ASSERT_EQ(papers->size(), numbers.size());
-        ASSERT_EQ(papers->size(), sizes.size());
-        ASSERT_EQ(papers->size(), names.size());
-        for (std::size_t at = 0; at < numbers.size(); ++at)
-        {
-            EXPECT_EQ(papers->at(at).paperId, numbers[at]);
-            EXPECT_EQ(papers->at(at).width, sizes[at].x);
-            EXPECT_EQ(papers->at(at).length, sizes[at].y);
-            const WStringView name(names[at].data(), names[at].size());
-            EXPECT_EQ(papers->at(at).displayName, name.substr(0, name.find(WCHAR())));
-        }
-        EXPECT_EQ(Content(W("XPaperCaps")).getDword(), static_cast<DWORD>(Ask(DC_FIELDS)));
-        DWORD device[12] = {};
-        ASSERT_EQ(Content(W("XDevCaps")).size(), sizeof device);
-        memcpy(device, Content(W("XDevCaps")).data(), sizeof device);
-        EXPECT_EQ(device[2] << 16 | device[1], static_cast<DWORD>(Ask(DC_MINEXTENT)));
-        EXPECT_EQ(device[4] << 16 | device[3], static_cast<DWORD>(Ask(DC_MAXEXTENT)));
-        EXPECT_EQ(device[5], static_cast<DWORD>(Ask(DC_PRINTRATE)));
-        EXPECT_EQ(device[7], static_cast<DWORD>(Ask(DC_PRINTERMEM)));
-        EXPECT_EQ(device[9], static_cast<DWORD>(Ask(DC_COLORDEVICE)));
-        EXPECT_EQ(device[10] | ULONGLONG{device[11]} << 32,
-                  std::stoull(m_model["capability"].get<std::string>(), nullptr, 16));
-    }
-}
-
 TEST_F(CapabilityCaching, FollowsTheEventsOfThePrinter)
 {
     Install(kUnidrvModel);

@@ -126,51 +126,6 @@ using Family =
                    ExceptionWorkflowObjectNotInitialized, ExceptionDelayLoadDllLoadFailure>;
 TYPED_TEST_SUITE(ExceptionFamily, Family);
 
-// The names are what reports and traces are searched for; a row copied from its neighbour keeps the wrong one.
-TYPED_TEST(ExceptionFamily, IsCaughtAsItselfAndNamesItself)
-{
-    static_assert(std::is_nothrow_copy_constructible_v<TypeParam>);
-    static_assert(!std::is_base_of_v<TavlenComException, TypeParam>);
-    try
-    {
-        ThrowException<TypeParam>(kSite, W("text"));
-        FAIL();
-    }
-    catch (const TypeParam& exception)
-    {
-        const auto copy = std::make_unique<TypeParam>(exception);
-        EXPECT_NE(std::string(typeid(TypeParam).name()).find(CXString(copy->GetClassName()).ToUtf8()),
-                  std::string::npos);
-        EXPECT_STREQ(copy->what(), "text");
-    }
-}
-
-// What else reports tell is tested with the provider, whose guards make them.
-TEST(ReportSink, ReceivesWhatAGuardCaught)
-{
-    std::vector<std::string> reports;
-    const auto record = [](const TavlenException::Report& report, void* context)
-    {
-        static_cast<std::vector<std::string>*>(context)->push_back(
-            std::string(report.exception != nullptr ? report.exception->what() : "none") + "/" +
-            CXString(report.text).ToUtf8() + CXString(report.detail).ToUtf8());
-    };
-    TavlenException::SetReportSink({record, &reports});
-    const auto display = [](const std::exception* exception, const WCHAR* text)
-    {
-        TavlenException::DisplayExceptionMessage(false, false, exception, kFile, kLine, W("Class::Method"),
-                                                 UtilitiesDllPerThreadStorage::GetExecutionContextStack(), nullptr,
-                                                 text, nullptr);
-    };
-    const std::runtime_error error("broken");
-    display(&error, W("text"));
-    const std::bad_alloc outOfMemory;
-    display(&outOfMemory, nullptr);
-    display(nullptr, nullptr);
-    EXPECT_EQ(reports, (std::vector<std::string>{"broken/text", "bad allocation/", "none/"}));
-    EXPECT_EQ(TavlenException::SetReportSink({nullptr, nullptr}).context, &reports);
-}
-
 TEST(ExecutionContexts, NestAndBelongToTheirThread)
 {
     const auto open = []()

@@ -57,29 +57,6 @@ protected:
 
 constexpr const WCHAR* kLong = W("a text that is too long for the room that strings have within themselves");
 
-TEST_F(AllocationFaults, EveryOperationThrowsAndLeavesItsObjectAsItWas)
-{
-    CXString text(kLong);
-    EXPECT_GT(FailEachAllocation([&] { text.ReplaceAll(W("t"), W("TTTTTTTT")); }, [&] { EXPECT_EQ(text, kLong); }), 0u);
-
-    ByteBuffer buffer("0123456789", 10);
-    const ByteBuffer before(buffer);
-    EXPECT_GT(FailEachAllocation(
-                  [&]
-                  {
-                      buffer.setWithLpbyte(buffer.data(), 10);
-                      buffer.append(buffer.bytes());
-                      buffer.resize(10);
-                      buffer.appendString(kLong);
-                  },
-                  [&]
-                  {
-                      EXPECT_EQ(ByteBuffer(buffer.bytes().first(10)), before);
-                      buffer.resize(10);
-                  }),
-              1u);
-}
-
 TEST_F(AllocationFaults, LeaveListsStatesAndCachesAsTheyWere)
 {
     constexpr AttributeBytesNameSpacesId kId = PersistentAttributes::GetDataModelDocPropNameSpaceId();

@@ -1,6 +1,7 @@
 // The forms of a printer: the spooler's, and those that only the driver knows, however it answers.
 #include <windows.h>
 
+#include <algorithm>
 #include <array>
 #include <tuple>
 
@@ -9,8 +10,8 @@
 #include <tvutil/cforms.h>
 #include <tvutil/exceptions.h>
 
+#include "tests/common/scriptedconfiguration.h"
 #include "tests/common/testprinter.h"
-#include "tests/tvutil/paperssample.h"
 
 namespace
 {
@@ -20,6 +21,37 @@ constexpr int kTooMany = 0x10001;
 
 // How many papers the driver announces and brings: their numbers, sizes and names.
 using Script = std::array<int, 6>;
+Script g_script = {};
+
+// Paper n, from 0 on, is number 300 + n, of n by 2n millimetres; its name is n times 'p', at most all of its room.
+void PutPaper(WORD capability, void* output, std::size_t paper)
+{
+    constexpr std::size_t kNameLength = 64;
+    const auto millimeters = static_cast<LONG>(paper);
+    if (capability == DC_PAPERS)
+        static_cast<WORD*>(output)[paper] = static_cast<WORD>(300 + paper);
+    else if (capability == DC_PAPERSIZE)
+        static_cast<POINTL*>(output)[paper] = {millimeters * 10, millimeters * 20};
+    else
+        std::fill_n(static_cast<WCHAR*>(output) + paper * kNameLength, std::min(paper, kNameLength), W('p'));
+}
+
+DWORD Answer(WORD capability, LPVOID output)
+{
+    constexpr WORD kAsked[] = {DC_PAPERS, DC_PAPERSIZE, DC_PAPERNAMES};
+    const auto at = static_cast<std::size_t>(std::find(std::begin(kAsked), std::end(kAsked), capability) - kAsked);
+    if (at == std::size(kAsked))
+        return static_cast<DWORD>(-1);
+    const int announced = g_script[2 * at];
+    const int brought = g_script[2 * at + 1];
+    if (output == nullptr)
+        return static_cast<DWORD>(announced);
+    // Nobody could stop a driver that wrote many more than it had announced; this one only says so.
+    constexpr int kWithinReason = 256;
+    for (int paper = 0; paper < std::min(brought, announced + kWithinReason); ++paper)
+        PutPaper(capability, output, static_cast<std::size_t>(paper));
+    return static_cast<DWORD>(brought);
+}
 
 class Forms : public testing::Test
 {
@@ -27,18 +59,16 @@ protected:
     // What is found for a paper number; a record of zeros when nothing is.
     [[nodiscard]] CFormRecord Find(DWORD paperNumber, const Script& script) const
     {
-        CXString text;
-        for (const int count : script)
-            text += CXString::FromInteger(count) + W(" ");
-        SetEnvironmentVariableW(paperssample::kVariable, text.c_str());
+        g_script = script;
+        ScriptConfiguration(&Answer);
         CFormRecord form;
         const bool isFound = CForms(m_printer.Handle()).GetFormW(paperNumber, form);
-        SetEnvironmentVariableW(paperssample::kVariable, nullptr);
+        ScriptConfiguration(nullptr);
         EXPECT_EQ(isFound, form.paperNumber != 0);
         return form;
     }
 
-    TestPrinter m_printer{TestPrinter::SetUp{{}, {}, {}, "papers_sample.dll"}};
+    TestPrinter m_printer{TestPrinter::SetUp{{}, {}, {}, kScriptedConfigurationModule}};
 };
 
 TEST_F(Forms, OfTheSpoolerGoByTheirPlaceInItsList)

@@ -65,22 +65,6 @@ TEST_F(InstalledPrinter, FailuresNameTheOperationThePrinterAndTheError)
                   "no printer is bound");
 }
 
-TEST_F(InstalledPrinter, KeepsPrinterDataOfEverySize)
-{
-    const Printer printer(m_handle);
-    DWORD type = 77;
-    ByteBuffer data("before", 6);
-    EXPECT_FALSE(printer.GetPrinterDataW(W("Absent"), type, data));
-    EXPECT_TRUE(type == 77 && data == ByteBuffer("before", 6)) << "an absent value changes nothing";
-    for (const std::size_t size : {0u, 5000u})
-    {
-        const ByteBuffer written(std::string(size, 'x').data(), size);
-        printer.SetPrinterDataW(W("Value"), REG_BINARY, written.data(), static_cast<DWORD>(size));
-        EXPECT_TRUE(printer.GetPrinterDataW(W("Value"), type, data));
-        EXPECT_TRUE(type == REG_BINARY && data == written) << size;
-    }
-}
-
 TEST_F(InstalledPrinter, OwnedHandlesAreClosedOnceAndOthersNever)
 {
     const auto isOpen = [](HANDLE handle)
@@ -124,48 +108,6 @@ TEST_F(InstalledPrinter, AnswersTheCapabilityWordMasked)
         printer.SetPrinterDataW(PrintDriver::kDriverCapabilityValueName, type, kWord, size);
         EXPECT_TRUE(Mentions(failure(), {"of another kind"})) << type << ", " << size << " bytes";
     }
-}
-
-TEST_F(InstalledPrinter, ListsEveryFileOfItsDriver)
-{
-    const char* const names[] = {"tvtestdriver", "tvtestdata",   "tvtestconfig",
-                                 "tvtesthelp",   "tvptpc_B.dll", "tvwftu_B.dll"};
-    for (const DWORD level : {3u, 6u, 9u})
-    {
-        const std::vector<CXString> files = PrintDriver().GetDriverFiles(m_handle, level, CXString());
-        ASSERT_EQ(files.size(), std::size(names)) << "level " << level;
-        for (std::size_t index = 0; index < files.size(); ++index)
-            EXPECT_TRUE(Mentions(files[index].ToUtf8(), {names[index]})) << files[index].ToUtf8();
-    }
-    EXPECT_EQ(FailureOf<ExceptionPrintDriverFailure>(
-                  [&] { static_cast<void>(PrintDriver().GetDriverFiles(m_handle, 2, CXString())); }),
-              "level 2 does not name a driver's files");
-}
-
-// Whichever spooler call fails, the answer is a failure of the family, and the next question is answered. Closing is a
-// call too: its failure has nobody to tell.
-TEST_F(InstalledPrinter, EveryFailingSpoolerCallIsAFailureAndNothingMore)
-{
-    const Printer printer(m_handle);
-    printer.SetPrinterDataW(W("Value"), REG_DWORD, "1234", 4);
-    unsigned failures = 0;
-    bool fired = true;
-    for (unsigned nth = 1; fired; ++nth)
-    {
-        winport::ArmFault(winport::FaultKind::PlatformCall, nth);
-        const std::string failure = FailureOf<ExceptionPrinterFailure>(
-            [&]()
-            {
-                EXPECT_EQ(Printer(m_name).GetDriverName(), TestPrinter::DriverName());
-                DWORD type = 0;
-                ByteBuffer data;
-                EXPECT_TRUE(printer.GetPrinterDataW(W("Value"), type, data));
-            });
-        fired = winport::DisarmFault(winport::FaultKind::PlatformCall);
-        EXPECT_TRUE(failure.empty() || (fired && Mentions(failure, {"Win32 error"}))) << nth << ": " << failure;
-        failures += failure.empty() ? 0u : 1u;
-    }
-    EXPECT_EQ(failures, 5u) << "open, the driver's name twice, the value twice";
 }
 
 } // namespace
