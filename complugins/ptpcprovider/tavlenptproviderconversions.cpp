@@ -48,7 +48,7 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertPrintTicketToDevMode(IXMLDOMD
     return RunGuarded(kConvertPrintTicketToDevMode,
                       [&]
                       {
-                          if (!DevmodeFitsIn(devmode, devmodeSize) || printTicket == nullptr)
+                          if (printTicket == nullptr || !DevmodeFitsIn(devmode, devmodeSize))
                               return E_INVALIDARG;
                           PrintTicketXmlDocument ticket(printTicket);
                           DumpDocument(printTicket, W("InputToConvertPrintTicketToDevMode"), kTicketDumpPrefix);
@@ -79,7 +79,7 @@ HRESULT STDMETHODCALLTYPE TavlenPtProvider::ConvertDevModeToPrintTicket(ULONG de
     return RunGuarded(kConvertDevModeToPrintTicket,
                       [&]
                       {
-                          if (!DevmodeFitsIn(devmode, devmodeSize) || printTicket == nullptr)
+                          if (printTicket == nullptr || !DevmodeFitsIn(devmode, devmodeSize))
                               return E_INVALIDARG;
                           PrintTicketXmlDocument ticket(printTicket);
                           DumpDocument(printTicket, W("BeforeConvertDevModeToPrintTicket"), kTicketDumpPrefix);

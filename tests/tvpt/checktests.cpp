@@ -174,12 +174,17 @@ TEST(Check, TellsWhatIsWrongWithOptionsAndValues)
 TEST(Check, TellsWhatIsWrongWithDefinitions)
 {
     const Bounds lengths = {{"MinLength", "1"}, {"MaxLength", "2"}};
+    const std::string unit = Value("x:string", "u");
+    const std::size_t at = Integer("1", "9", "2", "4").find(unit);
     ExpectEach({
         {Capabilities(Integer("1", "9", "2", "4")), ""},
-        {Capabilities(Definition("integer", {}, "4")),
+        {Capabilities(Definition("decimal", {}, "4")),
          "definition-property:2 definition-property:2 definition-property:2"},
+        {Capabilities(Integer("1", "9", "", "4")), "definition-property:2 value-type:9"},
+        {Capabilities(std::string(Integer("1", "9", "2", "4")).replace(at, unit.size(), "")), "definition-property:2"},
         {Capabilities(Definition("string", {}, "a")), "definition-property:2 definition-property:2"},
         {Capabilities(Definition("QName", {}, "")), "definition-property:2"},
+        {Capabilities(Definition("bogus", {}, "4")), "definition-property:2"},
         {Capabilities(Integer("9", "1", "1", "")), "definition-property:2 definition-range:6"},
         {Capabilities(Integer("1", "9", "1", "0")), "definition-default:6"},
         {Capabilities(Integer("-9", "-1", "1", "-10")), "definition-default:6"},
@@ -196,12 +201,14 @@ TEST_F(CheckAgainst, TellsWhatThePrinterDoesNotOffer)
 {
     const std::string two = "<p:Feature name='k:A'><p:Option name='k:O'/>\n<p:Option name='k:N'/></p:Feature>";
     const std::string many = "<p:Property name='p:SelectionType'>" + Value("x:QName", "k:PickMany") + "</p:Property>";
-    const std::string sizes = "<p:Option name='o:O'>" + Scored("k:S", Number("600")) + "</p:Option>";
+    const std::string sizes =
+        "<p:Option name='o:O'>" + Scored("k:S", Number("600")) + Scored("k:T", Number("2")) + "</p:Option>";
     const std::string inner = "<p:Feature name='k:In'><p:Option name='k:O'/></p:Feature>";
     const std::string offer =
         Capabilities(Integer("1", "99999999999999999999", "5", "5") + "<p:Feature name='k:A'>" + many +
                      "<p:Option name='k:O'/><p:Option name='k:N'/></p:Feature><p:Feature name='o:B' xmlns:o='urn:o'>" +
-                     sizes + inner + "</p:Feature>");
+                     sizes + "<p:Option name='o:R'>" + Scored("k:S", "<p:ParameterRef name='k:P'/>") +
+                     Scored("k:T", Number("1")) + "</p:Option>" + inner + "</p:Feature>");
     const auto inB = [](const std::string& content)
     {
         return Ticket("<p:Feature xmlns:other='urn:o' name='other:B'>\n" + content + "</p:Feature>");
@@ -212,11 +219,15 @@ TEST_F(CheckAgainst, TellsWhatThePrinterDoesNotOffer)
         {inB("<p:Option name='other:O'/>"), ""},
         {inB("<p:Option name='k:O'/>"), "option-not-offered:3"},
         {inB("<p:Option>" + Scored("k:S", Number("+600")) + "</p:Option>"), ""},
-        {inB("<p:Option>" + Scored("k:S", Number("300")) + "</p:Option>"), "option-not-offered:3"},
+        {inB("<p:Option>" + Scored("k:S", Number("300")) + "</p:Option>"), ""}, // the parameter's value
+        {inB("<p:Option>" + Scored("k:T", Number("300")) + "</p:Option>"), "option-not-offered:3"},
+        {inB("<p:Option name='other:R'>" + Scored("k:S", Number("5")) + "</p:Option>"), ""},
+        {inB("<p:Option name='other:R'>" + Scored("k:S", Number("4")) + "</p:Option>"), "parameter-value:3"},
         {inB(inner), ""},
         {inB("<p:Feature name='k:A'/>"), "feature-not-offered:3"},
         {Ticket(Parameter("k:P", "99999999999999999995")), ""},
         {Ticket(Parameter("k:P", "0")), "parameter-value:2"},
+        {Ticket("<p:ParameterInit name='k:P'>" + Value("x:string", "5") + "</p:ParameterInit>"), "parameter-value:2"},
         {Ticket(Parameter("k:P", "100000000000000000000")), "parameter-value:2"},
         {Ticket(Parameter("k:P", "99999999999999999994")), "parameter-value:2"},
         {"<p:Other" + Declarations() + "/>", "root:1"},

@@ -223,6 +223,7 @@ TEST_F(CoreFeatures, GiveTheSameTicketWhicheverWayTheyAreReached)
          {"psk:ReverseLandscape", "psk:TwoSidedShortEdge", ">6<", "psk:Reverse\"", "psk:DownloadAsRasterFont", ">2400<",
           "psk:Uncollated", ">71<"}},
         {"tavlen-c9070-ps", {"ms.20=1"}, {"psk:Booklet", ">1<"}},
+        {"tavlen-c9070-ps", {"dmScale=5000"}, {">1000<"}}, // the most that is offered
         {"tavlen-c9070-ps", {"dmPrintQuality=720", "dmYResolution=360"}, {">720<", ">360<"}}, // no option of the driver
         {"tavlen-b4400-uni",
          {"ms.3=2", "ms.10=2", "ms.19=5", "ms.21=@5121"},

@@ -1,5 +1,7 @@
 #include "coredrivercapabilities.h"
 
+#include <algorithm>
+
 #include <tvcore/datamodelids.h>
 
 #include "coresettings.h"
@@ -108,8 +110,9 @@ void WriteImageableSize(const ImageableSize& size, SchemaWriter& document)
     document.Open(kElement, "psk:ImageableArea");
     document.Valued(kElement, "psk:OriginWidth", size.margins.left);
     document.Valued(kElement, "psk:OriginHeight", size.margins.top);
-    document.Valued(kElement, "psk:ExtentWidth", size.width - size.margins.left - size.margins.right);
-    document.Valued(kElement, "psk:ExtentHeight", size.height - size.margins.top - size.margins.bottom);
+    // A custom paper may be smaller than the margins.
+    document.Valued(kElement, "psk:ExtentWidth", std::max(0L, size.width - size.margins.left - size.margins.right));
+    document.Valued(kElement, "psk:ExtentHeight", std::max(0L, size.height - size.margins.top - size.margins.bottom));
     document.Close();
     document.Close();
 }

@@ -113,7 +113,9 @@ long CoreSettings::ParameterValue(const SchemaParameter& parameter)
 {
     if (parameter.feature == 0)
         return parameter.defaultValue;
-    return static_cast<std::int16_t>(Number(parameter.feature)) * parameter.factor; // the fields have 16 bits
+    const long value =
+        static_cast<std::int16_t>(Number(parameter.feature)) * parameter.factor; // the fields have 16 bits
+    return std::clamp(value, parameter.minimum, parameter.maximum); // a devmode may hold what nobody offers
 }
 
 void CoreSettings::Write(const CoreSetting& setting)

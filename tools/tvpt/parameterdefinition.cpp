@@ -14,14 +14,27 @@ constexpr std::string_view kString = "string";
 
 struct RequiredRow
 {
+    enum class For
+    {
+        All,
+        Numbers,
+        Strings,
+    };
+
     std::string_view property;
-    std::string_view type; // of parameters that need it; empty: of all
+    For parameters = For::All; // a bound of those of one kind is a number
 };
 
 constexpr RequiredRow kRequired[] = {
-    {"DataType", ""},       {"UnitType", ""},       {"Mandatory", ""},
-    {"DefaultValue", ""},   {"MinValue", kInteger}, {"MaxValue", kInteger},
-    {"Multiple", kInteger}, {"MinLength", kString}, {"MaxLength", kString},
+    {"DataType"},
+    {"UnitType"},
+    {"Mandatory"},
+    {"DefaultValue"},
+    {"MinValue", RequiredRow::For::Numbers},
+    {"MaxValue", RequiredRow::For::Numbers},
+    {"Multiple", RequiredRow::For::Numbers},
+    {"MinLength", RequiredRow::For::Strings},
+    {"MaxLength", RequiredRow::For::Strings},
 };
 
 const SchemaElement* ValueOf(const SchemaElement& parent, std::string_view property)
@@ -34,6 +47,40 @@ std::string TypeOf(const SchemaElement& definition)
 {
     const SchemaElement* const type = ValueOf(definition, "DataType");
     return type != nullptr && type->textName.uri == kXmlSchema.uri ? type->textName.local : std::string();
+}
+
+bool IsNumberType(std::string_view type)
+{
+    return type == kInteger || type == kDecimal;
+}
+
+// A type of another namespace is its owner's matter.
+bool HasKnownType(const SchemaElement& definition)
+{
+    const SchemaElement* const value = ValueOf(definition, "DataType");
+    const std::string type = TypeOf(definition);
+    return value == nullptr || IsNumberType(type) || type == kString || type == "QName" ||
+           (!value->textName.local.empty() && value->textName.uri != kXmlSchema.uri);
+}
+
+bool IsFor(const RequiredRow& row, std::string_view type)
+{
+    return row.parameters == RequiredRow::For::All ||
+           (row.parameters == RequiredRow::For::Numbers ? IsNumberType(type) : type == kString);
+}
+
+// Empty when the definition has what the row asks for.
+std::string DescribeLack(const SchemaElement& definition, const RequiredRow& row)
+{
+    const std::string property(row.property);
+    if (definition.FrameworkProperty(row.property) == nullptr)
+        return "lacks the property " + property;
+    const SchemaElement* const value = ValueOf(definition, row.property);
+    if (value == nullptr)
+        return "the property " + property + " has no value";
+    if (row.parameters != RequiredRow::For::All && !DecimalNumber::Parse(value->text))
+        return "the property " + property + ", \"" + Shortened(value->text) + "\", is no number";
+    return {};
 }
 
 std::size_t CharactersOf(std::string_view utf8)
@@ -57,13 +104,22 @@ ParameterDefinition::ParameterDefinition(const SchemaElement& definition)
 
 bool ParameterDefinition::IsNumber() const
 {
-    return m_type == kInteger || m_type == kDecimal;
+    return IsNumberType(m_type);
 }
 
 std::optional<DecimalNumber> ParameterDefinition::Bound(std::string_view property) const
 {
     const SchemaElement* const value = ValueOf(*m_definition, property);
     return value != nullptr ? DecimalNumber::Parse(value->text) : std::nullopt;
+}
+
+std::string ParameterDefinition::DescribeMisfit(const SchemaElement& value) const
+{
+    const std::string& type = value.type.local;
+    const bool isOther = value.type.uri == kXmlSchema.uri && !m_type.empty() && type != m_type;
+    if (isOther && (m_type != kDecimal || type != kInteger)) // each whole number is a decimal one
+        return "its type is " + Shortened(type) + ", not " + m_type;
+    return DescribeMisfit(value.text);
 }
 
 std::string ParameterDefinition::DescribeMisfit(const std::string& text) const
@@ -96,8 +152,10 @@ void CheckDefinition(const ElementPath& place, FaultList& faults)
     const SchemaElement& element = place.element;
     const std::string type = TypeOf(element);
     for (const RequiredRow& row : kRequired)
-        if ((row.type.empty() || row.type == type) && element.FrameworkProperty(row.property) == nullptr)
-            faults.Add(rules::kDefinitionProperty, place, "lacks the property " + std::string(row.property));
+        if (std::string lack = IsFor(row, type) ? DescribeLack(element, row) : std::string(); !lack.empty())
+            faults.Add(rules::kDefinitionProperty, place, std::move(lack));
+    if (!HasKnownType(element))
+        faults.Add(rules::kDefinitionProperty, place, "its DataType is none of integer, decimal, string and QName");
 
     const ParameterDefinition definition(element);
     if (const SchemaElement* const minimum = definition.ReversedMinimum())

@@ -14,8 +14,10 @@ public:
     // Of an element that outlives it. A bound that is no number is none.
     explicit ParameterDefinition(const SchemaElement& definition);
 
-    // Empty when the text is a number or a text as it is defined; else what is wrong: "5 is below MinValue".
+    // Empty when the text is a number or a text as it is defined; else what is wrong: "5 is below MinValue". Of a value
+    // its type counts, too, where it tells one.
     [[nodiscard]] std::string DescribeMisfit(const std::string& text) const;
+    [[nodiscard]] std::string DescribeMisfit(const SchemaElement& value) const;
     // The minimum when it is above the maximum, or null.
     [[nodiscard]] const SchemaElement* ReversedMinimum() const;
 

@@ -26,7 +26,7 @@ void CollectFeatures(const SchemaElement& parent, OfferedFeature& offer)
         offered->picksMany = offered->picksMany || PicksMany(*feature);
         for (const SchemaElement* const option : feature->Children("Option"))
         {
-            offered->optionNames.insert(option->nameAttribute);
+            offered->optionOfName.try_emplace(option->nameAttribute, option);
             offered->options.push_back(option);
         }
         CollectFeatures(*feature, *offered);
@@ -53,7 +53,8 @@ void CollectManyChoice(const SchemaElement& parent, const OfferedFeature& offer,
 class Comparison
 {
 public:
-    explicit Comparison(FaultList& faults) : m_faults(faults)
+    Comparison(const std::map<SchemaName, ParameterDefinition>& parameters, FaultList& faults)
+        : m_parameters(parameters), m_faults(faults)
     {
     }
 
@@ -75,13 +76,48 @@ private:
         for (const SchemaElement* const option : place.element.Children("Option"))
             if (!IsOffered(*option, offered))
                 m_faults.Add(rules::kOptionNotOffered, {*option, &place}, "the printer has no such option");
+            else
+                CompareValues({*option, &place}, offered);
         CompareFeatures(place, offered);
+    }
+
+    // A value where the printer's option of that name leaves it to a parameter is bound as the parameter is.
+    void CompareValues(const ElementPath& option, const OfferedFeature& feature)
+    {
+        const auto offered = feature.optionOfName.find(option.element.nameAttribute);
+        if (option.element.nameAttribute.local.empty() || offered == feature.optionOfName.end())
+            return;
+        const auto references = offered->second->Children("ScoredProperty");
+        for (const SchemaElement* const property : option.element.Children("ScoredProperty"))
+        {
+            Spend(1 + references.size());
+            const SchemaElement* const value = property->Child("Value");
+            const ParameterDefinition* const definition =
+                value != nullptr ? FindDefinition(references, property->nameAttribute) : nullptr;
+            if (definition == nullptr)
+                continue;
+            if (std::string misfit = definition->DescribeMisfit(*value); !misfit.empty())
+                m_faults.Add(rules::kParameterValue, {*property, &option}, std::move(misfit));
+        }
+    }
+
+    [[nodiscard]] const ParameterDefinition* FindDefinition(const std::vector<const SchemaElement*>& properties,
+                                                            const SchemaName& name) const
+    {
+        for (const SchemaElement* const property : properties)
+            if (const SchemaElement* const reference = property->Child("ParameterRef");
+                reference != nullptr && property->nameAttribute == name)
+            {
+                const auto found = m_parameters.find(reference->nameAttribute);
+                return found != m_parameters.end() ? &found->second : nullptr;
+            }
+        return nullptr;
     }
 
     bool IsOffered(const SchemaElement& option, const OfferedFeature& feature)
     {
         if (!option.nameAttribute.local.empty())
-            return option.nameAttribute.uri.empty() || feature.optionNames.contains(option.nameAttribute);
+            return option.nameAttribute.uri.empty() || feature.optionOfName.contains(option.nameAttribute);
         return std::ranges::any_of(feature.options, [&](const SchemaElement* other) { return MayBe(option, *other); });
     }
 
@@ -113,6 +149,7 @@ private:
             Fail("comparing the ticket with the printer", "", "there are too many options without a name");
     }
 
+    const std::map<SchemaName, ParameterDefinition>& m_parameters;
     FaultList& m_faults;
     std::size_t m_spent = 0;
 };
@@ -138,7 +175,7 @@ void PrinterOffer::Compare(const SchemaElement& ticket, FaultList& faults) const
     if (!ticket.name.Is(kFramework.uri, "PrintTicket"))
         return;
     const ElementPath root{ticket};
-    Comparison(faults).CompareFeatures(root, m_root);
+    Comparison(m_parameters, faults).CompareFeatures(root, m_root);
     for (const SchemaElement* const parameter : ticket.Children("ParameterInit"))
     {
         const ElementPath place{*parameter, &root};
@@ -150,7 +187,7 @@ void PrinterOffer::Compare(const SchemaElement& ticket, FaultList& faults) const
                 faults.Add(rules::kParameterNotOffered, place, "the printer has no such parameter");
         }
         else if (value != nullptr)
-            if (std::string misfit = found->second.DescribeMisfit(value->text); !misfit.empty())
+            if (std::string misfit = found->second.DescribeMisfit(*value); !misfit.empty())
                 faults.Add(rules::kParameterValue, place, std::move(misfit));
     }
 }

@@ -13,7 +13,7 @@
 struct OfferedFeature
 {
     bool picksMany = false;
-    std::set<SchemaName> optionNames;
+    std::map<SchemaName, const SchemaElement*> optionOfName; // the first of each
     std::vector<const SchemaElement*> options;
     std::map<SchemaName, std::unique_ptr<OfferedFeature>> features; // in it
 };
@@ -26,8 +26,9 @@ public:
 
     // The ticket's features that may have several options.
     [[nodiscard]] std::set<const SchemaElement*> FindManyChoice(const SchemaElement& ticket) const;
-    // Features, options and parameter values of the ticket that are not offered; of another document, none. Names
-    // without a declared prefix are left to the rules of construction. Throws Failure when it would take too long.
+    // Features, options and values of parameters that are not offered, also where the ticket has a value in place of
+    // the parameter's; of another document, none. Names without a declared prefix are left to the rules of
+    // construction. Throws Failure when it would take too long.
     void Compare(const SchemaElement& ticket, FaultList& faults) const;
 
 private:
