@@ -243,25 +243,6 @@ TEST_F(Faults, OfTheSearchForAWorkflowModuleFindNone)
     EXPECT_NE(std::string::npos, traced.find("GetPrinterDriverW failed for level 6, environment \"\"")) << traced;
 }
 
-// The guard's report of a failed allocation finds no memory either, and must not ask for any.
-TEST_F(Faults, AreReportedWithoutAllocating)
-{
-    static int reports;
-    reports = 0;
-    const TavlenException::Sink previous =
-        TavlenException::SetReportSink({[](const TavlenException::Report&, void*) { ++reports; }, nullptr});
-    const HRESULT result = RunGuarded({W("Test::Method"), W("tests"), 1},
-                                      []() -> HRESULT
-                                      {
-                                          winport::ArmFault(FaultKind::Allocation, 1);
-                                          throw std::bad_alloc();
-                                      });
-    EXPECT_FALSE(winport::DisarmFault(FaultKind::Allocation));
-    TavlenException::SetReportSink(previous);
-    EXPECT_EQ(E_FAIL, result);
-    EXPECT_EQ(1, reports);
-}
-
 // A module that has no memory for its object is not one that has none to give.
 TEST_F(Faults, OfTheWorkflowModulesObjectAreThrown)
 {

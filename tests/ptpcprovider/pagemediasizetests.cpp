@@ -11,7 +11,6 @@
 #include "complugins/papercache.h"
 #include "complugins/ptpcprovider/pagemediasizeextents.h"
 #include "printerhandle.h"
-#include "tests/common/documentcomparer.h"
 #include "tests/common/oemdevmodebytes.h"
 #include "tests/common/testdevmode.h"
 #include "tests/common/testdocuments.h"
@@ -264,36 +263,6 @@ TEST_F(MediaSizes, AreFoundInEveryOrderOfForms)
     EXPECT_EQ("256 0x0 ", ToDevmode(Ticket("minimal.xml"))) << "no form has the default value";
     m_binding.emplace();
     EXPECT_EQ("refused", ToDevmode(Ticket("minimal.xml"))) << "no printer, no forms";
-}
-
-TEST_F(MediaSizes, AreOfferedOnceEachWithTheParametersOfCustomOnes)
-{
-    const std::map<std::string, std::string> parameters = {
-        // default, maximum, minimum
-        {kModels[0], "98400 330200 98400 139700 487700 139700 0 0 0 0 0 0 1 1 1 "},
-        {kModels[1], "76200 216000 76200 127000 356000 127000 "},
-        {kModels[2], "76200 330200 76200 127000 482600 127000 "},
-        {kModels[3], "90000 330200 90000 99000 1200000 99000 "}};
-    for (const auto& [model, values] : parameters)
-    {
-        SCOPED_TRACE(model);
-        Bind(model);
-        std::string options;
-        for (const json& form : m_model["forms"])
-            if (form["type"] != 25007 && form["name"] != "A4 (Tray Setup)" && form["paperId"] != 256)
-                options += (form["paperId"] == 257 ? "ns0000:UserForm_257_2100x2970" : OptionOf(form)) + " ";
-        const std::string custom = model == kModels[0] ? "psk:PSCustomMediaSize " : "psk:CustomMediaSize ";
-        ComPtr<IXMLDOMDocument2> document = LoadTestDocument("capabilities/public-keywords-example.xml");
-        for (int again = 0; again < 2; ++again)
-        {
-            document = Reparse(document.Get());
-            Access::Replace(*m_binding->object, document.Get(), nullptr, Access::kMediaSizes);
-            const std::string definition = "//psf:ParameterDef[starts-with(@name,'psk:PageMediaSize')]";
-            EXPECT_EQ(options + custom, Words(document, kOption + "/@name"));
-            EXPECT_EQ(values, Words(document, definition + "/psf:Property[contains(@name,'Value')]/psf:Value"));
-            EXPECT_EQ(Words(document, kOption + "//psf:ParameterRef/@name"), Words(document, definition + "/@name"));
-        }
-    }
 }
 
 TEST_F(MediaSizes, AreOfferedByForeignNamesAndNotAsCustomOnesWithoutExtents)

@@ -6,7 +6,6 @@
 #include <tvcore/featureservices.h>
 #include <tvutil/persistentattributes.h>
 
-#include <random>
 #include <tuple>
 
 #include "complugins/xdevmode.h"
@@ -15,7 +14,6 @@
 #include "tests/common/scriptedconfiguration.h"
 #include "tests/common/testdocuments.h"
 #include "tests/common/testprinter.h"
-#include "tests/platform/wine.h"
 #include "tests/ptpcprovider/provideraccess.h"
 
 namespace

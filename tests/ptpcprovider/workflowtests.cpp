@@ -130,26 +130,6 @@ TEST(Workflow, SwallowsWhatAModuleThrowsWhenItTakesItsObjectBack)
     EXPECT_NO_THROW(release(nullptr));
 }
 
-// A provider in light mode that notes what it is asked for.
-class NotingProvider final : public TavlenPtProvider
-{
-public:
-    std::vector<std::string> asked;
-    const DEVMODEW* devmode = nullptr;
-
-    FeatureServices* InitializeOrReInitializeDataModel(DEVMODEW* given) override
-    {
-        asked.emplace_back("initialise");
-        devmode = given;
-        return nullptr;
-    }
-    FeatureServices* GetFeatureServicesPtr() override
-    {
-        asked.emplace_back("services");
-        return nullptr;
-    }
-};
-
 class BoundProvider : public testing::Test, protected ProviderBinding
 {
 };
