@@ -144,11 +144,6 @@ bool MatchPaper(DEVMODEW& devmode, Forms forms)
     return NameAgreesWithSize(devmode, forms) || MatchSize(devmode, forms);
 }
 
-bool IsCustomPaper(const DEVMODEW& devmode) noexcept
-{
-    return PaperNumber(devmode) == DMPAPER_USER || PaperNumber(devmode) >= kFirstCustomNumber;
-}
-
 bool ClaimsSize(const DEVMODEW& devmode) noexcept
 {
     return (devmode.dmFields & kDimensions) == kDimensions;
@@ -173,6 +168,11 @@ void TakeDefaultName(DEVMODEW& devmode) noexcept
 }
 
 } // namespace
+
+bool IsCustomPaper(const DEVMODEW& devmode) noexcept
+{
+    return PaperNumber(devmode) == DMPAPER_USER || PaperNumber(devmode) >= kFirstCustomNumber;
+}
 
 bool MatchPaperWithForms(DEVMODEW& devmode, std::span<const FormsInfoRecord> forms)
 {

@@ -15,3 +15,6 @@
 // Numbers are compared unsigned, names ignoring case and as far as a devmode holds them. The public part must reach the
 // end of dmDitherType.
 bool MatchPaperWithForms(DEVMODEW& devmode, std::span<const FormsInfoRecord> forms);
+
+// Whether the devmode's paper is a custom one, by its number: its form name is the country's usual one then.
+[[nodiscard]] bool IsCustomPaper(const DEVMODEW& devmode) noexcept;

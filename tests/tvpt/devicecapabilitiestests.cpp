@@ -295,6 +295,8 @@ TEST_F(CapabilityCaches, ReconcileADevmodesPaper)
     words = RunHost({"devmode", "reconcile", File("d.dm"), "--printer", printer}).out;
     EXPECT_TRUE(words.starts_with("Nothing changes.\n")) << words;
 
+    words = Reconcile(printer, {"dmPaperSize=256", "dmFields=0", "dmFormName=Zed"});
+    EXPECT_NE(words.find("with DM_PAPERLENGTH, without DM_FORMNAME, since the size"), std::string::npos) << words;
     words = Reconcile(printer, {"dmPaperSize=9999", "dmPaperWidth=1", "dmPaperLength=2"});
     EXPECT_NE(words.find("No form"), std::string::npos) << words;
     const std::string bytes = ReadBytes(Folder() / "d.dm");
@@ -307,6 +309,7 @@ TEST_F(CapabilityCaches, ReconcileADevmodesPaper)
     Refresh(printer);
     words = Reconcile(printer, {"dmPaperSize=" + Sizes()[0]["paperId"].dump()});
     EXPECT_NE(words.find("dmPaperWidth: 2159 becomes 1000\n"), std::string::npos) << words;
+    EXPECT_NE(words.find("The paper is \"Strip\" ("), std::string::npos) << words;
     EXPECT_NE(words.find("100 x 139.7 mm"), std::string::npos) << words;
 
     // A ticket made of it names it and tells its measures, in micrometres; it comes back as a size of its own.

@@ -36,6 +36,8 @@ struct CustomSizeArguments
     bool json = false;
 };
 
+constexpr std::size_t kLongestName = 255; // of a key of the registry
+
 // A name that one key of the registry may have, whoever made it.
 CXString RequireKeyName(const char* what, const std::string& name)
 {
@@ -46,19 +48,18 @@ CXString RequireKeyName(const char* what, const std::string& name)
         Fail(what, "\"\"", "the name is empty");
     if (name.find('\\') != std::string::npos)
         Fail(what, OneLine(name), "a name has no backslash");
+    if (wide.Length() > kLongestName)
+        Fail(what, OneLine(name), "a name has at most 255 characters");
     return wide;
 }
 
 // A name to be seen in lists.
 CXString RequireNewName(const std::string& name)
 {
-    constexpr std::size_t kLongest = 255;
     CXString wide = RequireKeyName(kAdding, name);
     const std::string shown = SingleLine(wide.View()).ToUtf8();
     if (IsBlank(wide.View()))
         Fail(kAdding, "\"" + shown + "\"", "the name is empty");
-    if (wide.Length() > kLongest)
-        Fail(kAdding, shown, "a name has at most 255 characters");
     if (!IsSingleLine(wide.View()))
         Fail(kAdding, shown, "a name has no control characters and is one line");
     return wide;

@@ -1,9 +1,12 @@
 #include "devmodereconcile.h"
 
+#include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "complugins/fixedtext.h"
 #include "complugins/msdevicecapabilities.h"
+#include "complugins/papermatching.h"
 #include "complugins/reconciledevmodepapersize.h"
 #include "errornames.h"
 #include "failure.h"
@@ -27,23 +30,56 @@ std::string NumberLine(const char* field, short before, short after)
     return FieldLine(field, std::to_string(static_cast<WORD>(before)), std::to_string(static_cast<WORD>(after)));
 }
 
+constexpr std::pair<DWORD, const char*> kPaperFlags[] = {
+    {DM_PAPERSIZE, "DM_PAPERSIZE"},
+    {DM_PAPERWIDTH, "DM_PAPERWIDTH"},
+    {DM_PAPERLENGTH, "DM_PAPERLENGTH"},
+    {DM_FORMNAME, "DM_FORMNAME"},
+};
+
+// The flags that came and went.
+std::string FlagsLine(DWORD before, DWORD after)
+{
+    std::string flags;
+    for (const auto& [flag, name] : kPaperFlags)
+        if (((before ^ after) & flag) != 0)
+            flags += (flags.empty() ? "" : ", ") + std::string((after & flag) != 0 ? "with " : "without ") + name;
+    if (flags.empty())
+        return flags;
+    const bool goesByNumber = (after & DM_PAPERSIZE) != 0;
+    return "dmFields: " + flags + ", since the " + (goesByNumber ? "number" : "size") + " says which paper it is\n";
+}
+
 std::string FieldLines(const DEVMODEW& before, const DEVMODEW& after)
 {
-    const bool isNameCleared = (before.dmFields & DM_FORMNAME) != 0 && (after.dmFields & DM_FORMNAME) == 0;
-    return std::string(isNameCleared ? "dmFields: without DM_FORMNAME, since the number says which paper it is\n"
-                                     : "") +
+    return FlagsLine(before.dmFields, after.dmFields) +
            NumberLine("dmPaperSize", before.dmPaperSize, after.dmPaperSize) +
            NumberLine("dmPaperWidth", before.dmPaperWidth, after.dmPaperWidth) +
            NumberLine("dmPaperLength", before.dmPaperLength, after.dmPaperLength) +
            FieldLine("dmFormName", "\"" + NameOf(before) + "\"", "\"" + NameOf(after) + "\"");
 }
 
-std::string PaperLine(const DEVMODEW& fields, bool isMatched)
+// Of a custom paper the devmode has the country's usual name, not its own.
+std::string PaperName(const DEVMODEW& fields, const std::vector<FormsInfoRecord>& forms)
+{
+    if (!IsCustomPaper(fields))
+        return "\"" + NameOf(fields) + "\"";
+    const auto form = std::ranges::find_if(forms,
+                                           [&fields](const FormsInfoRecord& candidate)
+                                           {
+                                               return candidate.paperId == static_cast<WORD>(fields.dmPaperSize) &&
+                                                      candidate.width == static_cast<WORD>(fields.dmPaperWidth) &&
+                                                      candidate.length == static_cast<WORD>(fields.dmPaperLength);
+                                           });
+    return form != forms.end() ? "\"" + OneLine(CXString(form->GetName()).ToUtf8()) + "\"" : "a custom one";
+}
+
+std::string PaperLine(const DEVMODEW& fields, const std::vector<FormsInfoRecord>& forms, bool isMatched)
 {
     const auto number = std::to_string(static_cast<WORD>(fields.dmPaperSize));
     if (!isMatched)
         return "No form of the printer is this paper (" + number + ").\n";
-    return "The paper is \"" + NameOf(fields) + "\" (" + number + "), " +
+    return "The paper is " + PaperName(fields, forms) + " (" + number + "), " +
            MillimetersText(static_cast<WORD>(fields.dmPaperWidth)) + " x " +
            MillimetersText(static_cast<WORD>(fields.dmPaperLength)) + " mm.\n";
 }
@@ -63,5 +99,5 @@ std::string ReconcilePaper(const PrinterHandle& printer, const std::string& prin
     const DEVMODEW before = devmode.Public();
     const bool isMatched = ReconcileDevmodePaperSize(printer.Get(), devmode.Raw(), capabilities);
     const std::string changes = FieldLines(before, devmode.Public());
-    return (changes.empty() ? "Nothing changes.\n" : changes) + PaperLine(devmode.Public(), isMatched);
+    return (changes.empty() ? "Nothing changes.\n" : changes) + PaperLine(devmode.Public(), forms, isMatched);
 }
