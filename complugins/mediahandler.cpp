@@ -29,9 +29,9 @@ const FormsInfoRecord* MediaHandler::GetBestMatchPageSize(std::span<const FormsI
     {
         if (!IsSame(width, form.width) || !IsSame(length, form.length))
             continue;
-        const Likeness likeness = form.paperId == paperId                   ? SameNumber
-                                  : name.CompareNoCase(form.GetName()) == 0 ? SameName
-                                                                            : SameSize;
+        const Likeness likeness = form.paperId == paperId                          ? SameNumber
+                                  : name.CompareNoCase(form.GetDevmodeName()) == 0 ? SameName
+                                                                                   : SameSize;
         if (likeness <= bestLikeness)
             continue;
         best = &form;

@@ -17,6 +17,8 @@
 //   ExceptionMicrosoftFeatureNotFound by the second, a failure of the helper by the first;
 // - 24, 25 and 29 on Unidrv drivers: ExceptionMicrosoftFeatureNotFound by the first,
 //   ExceptionMicrosoftPrivateDevmodeOffsetOutOfBounds by the second;
+// - options of the table that the printer lacks (a resolution, colour on a monochrome one): the helper that tvpt plays
+//   refuses to set them, the second writes them;
 // - a private part of no known size: the second reads and writes it, the helper that tvpt plays refuses.
 //
 // Over a devmode that its caller owns and keeps alive; one thread at a time. dmSize and dmDriverExtra are believed.

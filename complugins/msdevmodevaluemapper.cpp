@@ -151,13 +151,12 @@ void MsDevmodeValueMapper::LeaveDimensionsOnlyForAcrobat()
     m_devmode->dmFields |= kDimensions;
 }
 
-std::uint32_t MsDevmodeValueMapper::GetMsValueFromDataModelValue(std::uint32_t feature, std::int32_t valueId)
+std::optional<std::uint32_t> MsDevmodeValueMapper::GetMsValueFromDataModelValue(std::uint32_t feature,
+                                                                                std::int32_t valueId)
 {
     const MsDevmodeValueRow* const row =
         MsDevmodeValues::FindValueId(ColorManagementTable(feature, kToMsValue), valueId);
-    if (row == nullptr)
-        ThrowNoSuchValue(kToMsValue, feature, static_cast<std::uint32_t>(valueId));
-    return row->devmodeValue;
+    return row != nullptr ? std::optional(row->devmodeValue) : std::nullopt;
 }
 
 std::int32_t MsDevmodeValueMapper::GetDataModelValueFromMsValue(std::uint32_t feature, std::uint32_t msValue)

@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <optional>
 
 #include <tvcore/datamodelids.h>
 #include <tvutil/cxstring.h>
@@ -30,9 +31,11 @@ public:
                                              LONG length, const CXString& formName, bool reconcile);
 
     // The colour management method (15) and the rendering intent (16), between the data model's values and the numbers
-    // that dmICMMethod and dmICMIntent have. ExceptionMicrosoftFeatureNotFound for another feature,
-    // ExceptionMicrosoftDevmodeValueMappingFailed for a value that the feature does not have.
-    [[nodiscard]] static std::uint32_t GetMsValueFromDataModelValue(std::uint32_t feature, std::int32_t valueId);
+    // that dmICMMethod and dmICMIntent have. ExceptionMicrosoftFeatureNotFound for another feature. A value that the
+    // feature does not have has no number; for a number that it does not have there is
+    // ExceptionMicrosoftDevmodeValueMappingFailed.
+    [[nodiscard]] static std::optional<std::uint32_t> GetMsValueFromDataModelValue(std::uint32_t feature,
+                                                                                   std::int32_t valueId);
     [[nodiscard]] static std::int32_t GetDataModelValueFromMsValue(std::uint32_t feature, std::uint32_t msValue);
 
 private:

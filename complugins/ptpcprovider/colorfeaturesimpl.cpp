@@ -9,7 +9,6 @@
 #include <iterator>
 
 #include "complugins/msdevmodevaluemapper.h"
-#include "complugins/msdevmodevalues.h"
 #include "complugins/ptpcprovider/featuretranslation.h"
 #include "complugins/ptpcprovider/printcapabilitiesxmldocument.h"
 #include "complugins/ptpcprovider/productstrings.h"
@@ -79,9 +78,9 @@ DWORD NumberOf(FeatureServices* dataModel, DataModelIds::tagFeatureEnum feature,
     const std::optional<ValueId> value = OptionFeatureRef(*dataModel, feature).GetValue();
     if (!value)
         return ofDevmode;
-    const auto* const row = MsDevmodeValues::FindValueId(
-        MsDevmodeValues::FindTable(static_cast<std::uint32_t>(feature), {}), value->GetValueEnum());
-    return row != nullptr ? row->devmodeValue : 0;
+    return MsDevmodeValueMapper::GetMsValueFromDataModelValue(static_cast<std::uint32_t>(feature),
+                                                              value->GetValueEnum())
+        .value_or(0);
 }
 
 bool ChangeMethod(FeatureServices& dataModel, DWORD number)

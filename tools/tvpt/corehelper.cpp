@@ -42,8 +42,11 @@ public:
     // Not when it lies in a private part of which nobody knows what it is.
     [[nodiscard]] bool CanReach(const MsDevmodeBase::Feature& feature) const
     {
-        return m_settings->IsLayoutRecognized() ||
-               MsDevmodeOffsets::FindPlace(feature.feature, m_settings->GetDriverKind()).cell == MsDevmodeCell::Public;
+        const MsDriverKind& driver = m_settings->GetDriverKind();
+        const MsDevmodeCell cell = MsDevmodeOffsets::FindPlace(feature.feature, driver).cell;
+        const bool isRotatedByBit = (driver.kind & MsDriverKind::kPostScript) != 0;
+        return m_settings->IsLayoutRecognized() || cell == MsDevmodeCell::Public ||
+               (cell == MsDevmodeCell::PublicRotated && !isRotatedByBit);
     }
 
     void WriteTo(DEVMODEW* devmode) const noexcept

@@ -47,7 +47,8 @@ bool HasOwnParts(const Devmode& devmode, const PrinterModel& model)
 {
     const auto parts = LocateDriverParts(devmode.DriverExtra());
     const CoreDriver driver{MsDriverKind::FromCapabilityWord(model.capability), true};
-    return parts && LayoutOf(driver.kind) == parts->layout && IsCorePartRecognized(devmode, driver);
+    // Without a maker's part behind it nothing contradicts the size that the core driver's part notes of itself.
+    return (!parts || LayoutOf(driver.kind) == parts->layout) && IsCorePartRecognized(devmode, driver);
 }
 
 } // namespace
