@@ -308,7 +308,7 @@ TEST_F(SpoolerStore, HasMutexesThatBelongToOneAtATime)
                     CreateMutexExW(nullptr, W("Local\\Tavlen platform tests"), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE);
                 for (int round = 0; round < 50; ++round)
                 {
-                    EXPECT_EQ(WaitForSingleObject(mutex, INFINITE), DWORD{WAIT_OBJECT_0});
+                    EXPECT_EQ(WaitForSingleObject(mutex, 30'000), DWORD{WAIT_OBJECT_0});
                     most = std::max<int>(most, ++inside);
                     std::this_thread::yield();
                     --inside;
