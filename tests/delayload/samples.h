@@ -4,8 +4,5 @@
 // delayload_near
 DELAYLOAD_API int NearSum(int a, int b, int c, int d, int e);
 
-// delayload_third
-DELAYLOAD_API int ThirdAnswer();
-
 // delayload_absent
 DELAYLOAD_API int AbsentAnswer();

@@ -6,11 +6,6 @@ extern "C" DELAYLOAD_USER_API int UserNearSum(int a, int b, int c, int d, int e)
     return NearSum(a, b, c, d, e);
 }
 
-extern "C" DELAYLOAD_USER_API int UserThirdAnswer()
-{
-    return ThirdAnswer();
-}
-
 // *unwound tells whether the destructors of the calling function ran.
 extern "C" DELAYLOAD_USER_API int UserAbsentAnswer(bool* unwound)
 {

@@ -22,7 +22,12 @@ TEST(CComBstr, CopiesMovesAndHandsOver)
 TEST(ComPtr, GivesBackEveryReferenceItTook)
 {
     const DomDocument object = NewDocument();
-    const ULONG before = ReferencesOf(object.Get());
+    const auto references = [&object]
+    {
+        object->AddRef();
+        return object->Release();
+    };
+    const ULONG before = references();
     {
         const ComPtr<IUnknown> first(object.Get());
         ComPtr<IUnknown> second = first;
@@ -34,7 +39,7 @@ TEST(ComPtr, GivesBackEveryReferenceItTook)
         ComPtr<IUnknown> fourth;
         fourth.Attach(handedOut);
         fourth.Attach(third.Detach());
-        EXPECT_EQ(ReferencesOf(object.Get()), before + 2);
+        EXPECT_EQ(references(), before + 2);
         *fourth.Put() = nullptr;
         DomNode found;
         DomElement missing;
@@ -42,5 +47,5 @@ TEST(ComPtr, GivesBackEveryReferenceItTook)
         EXPECT_EQ(first.As(missing), E_NOINTERFACE);
         EXPECT_EQ(ComPtr<IUnknown>().As(missing), E_POINTER);
     }
-    EXPECT_EQ(ReferencesOf(object.Get()), before);
+    EXPECT_EQ(references(), before);
 }

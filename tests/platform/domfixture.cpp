@@ -4,11 +4,6 @@
 
 #include "utilitiesstaticlib/domclassid.h"
 
-std::string Variant::Text() const
-{
-    return m_value.vt == VT_BSTR ? Narrow(WStringView(m_value.bstrVal, SysStringLen(m_value.bstrVal))) : "-";
-}
-
 DomDocument NewDocument()
 {
     DomDocument document;
@@ -49,77 +44,23 @@ DomNode Select(IXMLDOMNode* context, const WCHAR* query)
     return node;
 }
 
-HRESULT SetProperty(const DomDocument& document, const WCHAR* name, WStringView value)
-{
-    return document->setProperty(CComBSTR(name).Get(), Variant(value).Get());
-}
-
-DomNode Created(const DomDocument& document, DOMNodeType kind, const WCHAR* name, const WCHAR* uri)
-{
-    DomNode node;
-    EXPECT_EQ(S_OK,
-              document->createNode(Variant(LONG{kind}).Get(), CComBSTR(name).Get(), CComBSTR(uri).Get(), node.Put()))
-        << Narrow(name);
-    return node;
-}
-
-HRESULT Append(IXMLDOMNode* parent, IXMLDOMNode* child)
-{
-    DomNode appended;
-    return parent->appendChild(child, appended.Put());
-}
-
 HRESULT PutText(IXMLDOMNode* node, WStringView text)
 {
     return node->put_text(CComBSTR(text).Get());
 }
 
-ComPtr<IXMLDOMNamedNodeMap> MapOf(IXMLDOMNode* element)
-{
-    ComPtr<IXMLDOMNamedNodeMap> map;
-    EXPECT_EQ(S_OK, element->get_attributes(map.Put()));
-    return map;
-}
-
-void AddAttribute(const DomDocument& document, IXMLDOMNode* element, const WCHAR* name, const WCHAR* uri,
-                  const WCHAR* value)
-{
-    const DomNode node = Created(document, NODE_ATTRIBUTE, name, uri);
-    ComPtr<IXMLDOMAttribute> attribute, replaced;
-    DomElement owner;
-    ASSERT_EQ(S_OK, PutText(node.Get(), value));
-    ASSERT_EQ(S_OK, node.As(attribute));
-    ASSERT_EQ(S_OK, DomNode(element).As(owner));
-    ASSERT_EQ(S_OK, owner->setAttributeNode(attribute.Get(), replaced.Put())) << Narrow(name);
-}
-
-HRESULT RemoveAttribute(IXMLDOMNode* element, const WCHAR* name)
-{
-    DomNode removed;
-    return MapOf(element)->removeNamedItem(CComBSTR(name).Get(), removed.Put());
-}
-
-std::string Ask(IXMLDOMNode* node, TextGetter getter)
-{
-    CComBSTR text;
-    const HRESULT found = (node->*getter)(text.Put());
-    EXPECT_EQ(found, text.Get() != nullptr ? S_OK : S_FALSE);
-    return text.Get() != nullptr ? Narrow(text.View()) : "-";
-}
-
-std::string NameOf(IXMLDOMNode* node)
-{
-    return Ask(node, &IXMLDOMNode::get_nodeName);
-}
-
 std::string TextOf(IXMLDOMNode* node)
 {
-    return Ask(node, &IXMLDOMNode::get_text);
+    CComBSTR text;
+    EXPECT_EQ(S_OK, node->get_text(text.Put()));
+    return Narrow(text.View());
 }
 
 std::string XmlOf(IXMLDOMNode* node)
 {
-    return Ask(node, &IXMLDOMNode::get_xml);
+    CComBSTR text;
+    EXPECT_EQ(S_OK, node->get_xml(text.Put()));
+    return Narrow(text.View());
 }
 
 std::string ReasonOf(const DomDocument& document)
@@ -129,17 +70,4 @@ std::string ReasonOf(const DomDocument& document)
     if (document->get_parseError(error.Put()) == S_OK)
         error->get_reason(reason.Put());
     return Narrow(reason.View());
-}
-
-ULONG ReferencesOf(IUnknown* object)
-{
-    object->AddRef();
-    return object->Release();
-}
-
-std::string MeaningOfText(IXMLDOMNode* node)
-{
-    CComBSTR xml;
-    EXPECT_EQ(S_OK, node->get_xml(xml.Put()));
-    return Meaning(Loaded(xml.View()).Get());
 }

@@ -1,21 +1,120 @@
 // The store below the spooler (Linux): shared by processes and threads, refused when damaged, unharmed by faults.
+#include <windows.h>
+#include <winspool.h>
+
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <memory>
 #include <set>
+#include <string>
 #include <thread>
+#include <type_traits>
+#include <vector>
 
 #include "tests/platform/eachfault.h"
-#include "tests/platform/spoolerfixture.h"
+#include "utilitiesstaticlib/wideliteral.h"
 
 namespace
 {
 
 namespace fs = std::filesystem;
+
+const WCHAR* const kDriver = W("Tavlen Platform Driver");
+const WCHAR* const kPrinter = W("Tavlen Platform Printer");
+
+struct PrinterCloser
+{
+    void operator()(HANDLE printer) const
+    {
+        ClosePrinter(printer);
+    }
+};
+using PrinterOwner = std::unique_ptr<std::remove_pointer_t<HANDLE>, PrinterCloser>;
+
+// Texts go into structures whose fields are not const.
+LPWSTR Mutable(const WCHAR* text)
+{
+    return const_cast<LPWSTR>(text);
+}
+
+// Null when it does not open.
+PrinterOwner Open(const WCHAR* name, ACCESS_MASK access = 0)
+{
+    PRINTER_DEFAULTSW defaults = {nullptr, nullptr, access};
+    HANDLE printer = nullptr;
+    return PrinterOwner(OpenPrinterW(Mutable(name), &printer, &defaults) ? printer : nullptr);
+}
+
+PRINTER_INFO_2W PrinterInfo(const WCHAR* name, const WCHAR* comment = W("a comment"))
+{
+    PRINTER_INFO_2W info = {};
+    info.pPrinterName = Mutable(name);
+    info.pPortName = Mutable(W("FILE:"));
+    info.pDriverName = Mutable(kDriver);
+    info.pPrintProcessor = Mutable(W("winprint"));
+    info.pDatatype = Mutable(W("RAW"));
+    info.pComment = Mutable(comment);
+    return info;
+}
+
+// Null when it is refused.
+PrinterOwner Add(const WCHAR* name = kPrinter)
+{
+    PRINTER_INFO_2W info = PrinterInfo(name);
+    return PrinterOwner(AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&info)));
+}
+
+bool SetComment(HANDLE printer, const WCHAR* comment)
+{
+    PRINTER_INFO_2W info = PrinterInfo(kPrinter, comment);
+    return SetPrinterW(printer, 2, reinterpret_cast<BYTE*>(&info), 0) != FALSE;
+}
+
+// Asked for with the size that a first call reports; empty after a failure.
+template <class Call>
+std::vector<BYTE> Answer(Call call)
+{
+    DWORD needed = 0;
+    call(nullptr, 0, &needed);
+    std::vector<BYTE> bytes(needed);
+    if (!call(bytes.data(), needed, &needed))
+        bytes.clear();
+    return bytes;
+}
+
+std::vector<BYTE> PrinterAnswer(HANDLE printer)
+{
+    return Answer([&](LPBYTE bytes, DWORD size, LPDWORD needed)
+                  { return GetPrinterW(printer, 2, bytes, size, needed); });
+}
+
+// Of all printers of the store.
+std::set<WideString> PrinterNames()
+{
+    DWORD count = 0;
+    const std::vector<BYTE> bytes =
+        Answer([&](LPBYTE room, DWORD size, LPDWORD needed)
+               { return EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 4, room, size, needed, &count); });
+    std::set<WideString> names;
+    for (DWORD at = 0; !bytes.empty() && at < count; ++at)
+        names.insert(reinterpret_cast<const PRINTER_INFO_4W*>(bytes.data())[at].pPrinterName);
+    return names;
+}
+
+// Empty for a file that is not there.
+std::string Content(const fs::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
 
 WideString Numbered(const char* text, int number)
 {
@@ -47,7 +146,8 @@ DWORD ErrorOfListing()
 {
     DWORD needed = 0;
     DWORD count = 0;
-    return ErrorOf(EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, nullptr, 0, &needed, &count));
+    const BOOL done = EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, nullptr, 0, &needed, &count);
+    return done ? ERROR_SUCCESS : GetLastError();
 }
 
 // Runs the work, with its number, in as many children of this process; true when it returns true in all of them.
@@ -69,9 +169,70 @@ bool SucceedsInChildren(int count, const std::function<bool(int)>& work)
 
 } // namespace
 
-class SpoolerStore : public SpoolerTest
+// Has a scratch folder that goes with the test, in which the store lies, and a driver whose configuration module is the
+// sample.
+class SpoolerStore : public testing::Test
 {
 protected:
+    void SetUp() override
+    {
+        fs::remove_all(Scratch());
+        UseStore(Store());
+        ASSERT_TRUE(InstallDriver()) << GetLastError();
+    }
+
+    void TearDown() override
+    {
+        SetEnvironmentVariableW(W("TVPT_STORE"), nullptr);
+        fs::remove_all(Scratch());
+    }
+
+    static fs::path Scratch()
+    {
+        return fs::temp_directory_path() / ("tavlen-spooler-" + std::to_string(GetCurrentProcessId()));
+    }
+
+    static fs::path Store()
+    {
+        return Scratch() / "store";
+    }
+
+    static void UseStore(const fs::path& folder)
+    {
+        SetEnvironmentVariableW(W("TVPT_STORE"), folder.string<WCHAR>().c_str());
+    }
+
+    // Writes a source file of a driver and gives its name to the spooler.
+    static WideString SourceFile(const char* name, const char* content)
+    {
+        const fs::path path = Scratch() / name;
+        fs::create_directories(path.parent_path());
+        std::ofstream(path) << content;
+        return path.string<WCHAR>();
+    }
+
+    static BOOL InstallDriver(const WCHAR* name = kDriver, const WCHAR* dataFile = nullptr)
+    {
+        WCHAR program[4096] = {};
+        GetModuleFileNameW(nullptr, program, 4096);
+        const auto folder = fs::path(program).parent_path(); // replacing the name does not survive faults
+        const WideString configFile = (folder / "spooler_sample.dll").string<WCHAR>();
+        const WideString driverFile = SourceFile("tvplatform.drv", "the driver");
+        const WideString model = SourceFile("tvplatform.json", "the model");
+        const WideString more = SourceFile("tvone.txt", "one") + WCHAR() + SourceFile("tvtwo.txt", "two") + WCHAR();
+        DRIVER_INFO_3W info = {};
+        info.cVersion = 3;
+        info.pName = Mutable(name);
+        info.pEnvironment = Mutable(W("Windows x64"));
+        info.pDriverPath = Mutable(driverFile.c_str());
+        info.pDataFile = Mutable(dataFile != nullptr ? dataFile : model.c_str());
+        info.pConfigFile = Mutable(configFile.c_str());
+        info.pDependentFiles = Mutable(more.c_str());
+        info.pDefaultDataType = Mutable(W("RAW"));
+        return AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&info),
+                                   APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY);
+    }
+
     // The store's file as another process left it: a new file under the same name, without a log beside it.
     void ReplaceFile(const std::string& content) const
     {
@@ -86,7 +247,8 @@ protected:
     static std::set<WideString> State()
     {
         const PrinterOwner printer = Open(kPrinter);
-        std::set<WideString> state = {PrinterAnswer<PRINTER_INFO_2W>(printer.get(), 2)->pComment};
+        const std::vector<BYTE> answer = PrinterAnswer(printer.get());
+        std::set<WideString> state = {reinterpret_cast<const PRINTER_INFO_2W*>(answer.data())->pComment};
         for (const WideString& name : PrinterNames())
             state.insert(W("printer ") + name);
         for (const auto& entry : fs::directory_iterator(Store() / "drivers/x64/3"))
@@ -111,7 +273,7 @@ TEST_F(SpoolerStore, LosesNothingBetweenProcesses)
 {
     constexpr int kProcesses = 6;
     constexpr int kRounds = 50;
-    const PrinterOwner shared = InstallPrinter();
+    const PrinterOwner shared = Add();
     // Each adds printers, deletes every second one, and sets numbers in a printer that all share.
     const auto doShare = [](int process)
     {
@@ -119,7 +281,7 @@ TEST_F(SpoolerStore, LosesNothingBetweenProcesses)
         bool succeeded = true;
         for (int number = process * kRounds; number < (process + 1) * kRounds; ++number)
         {
-            const PrinterOwner printer = Add(PrinterInfo(Numbered("Printer ", number).c_str()));
+            const PrinterOwner printer = Add(Numbered("Printer ", number).c_str());
             succeeded &= SetNumber(printer.get(), W("own"), number) &&
                          SetNumber(common.get(), Numbered("n", number), number) &&
                          (number % 2 != 0 || DeletePrinter(printer.get()));
@@ -132,37 +294,43 @@ TEST_F(SpoolerStore, LosesNothingBetweenProcesses)
         EXPECT_EQ(GetNumber(shared.get(), Numbered("n", number)), number);
 }
 
+// A mutex by name has its place in the store.
+TEST_F(SpoolerStore, HasMutexesThatBelongToOneAtATime)
+{
+    std::atomic<int> inside = 0;
+    std::atomic<int> most = 0;
+    std::vector<std::thread> threads;
+    for (int at = 0; at < 4; ++at)
+        threads.emplace_back(
+            [&]
+            {
+                HANDLE const mutex =
+                    CreateMutexExW(nullptr, W("Local\\Tavlen platform tests"), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE);
+                for (int round = 0; round < 50; ++round)
+                {
+                    EXPECT_EQ(WaitForSingleObject(mutex, 30'000), DWORD{WAIT_OBJECT_0});
+                    most = std::max<int>(most, ++inside);
+                    std::this_thread::yield();
+                    --inside;
+                    EXPECT_TRUE(ReleaseMutex(mutex));
+                }
+                EXPECT_TRUE(CloseHandle(mutex));
+            });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(most, 1);
+}
+
 TEST_F(SpoolerStore, IsMadeByManyProcessesAtOnce)
 {
     UseStore(Scratch() / "fresh");
     EXPECT_TRUE(SucceedsInChildren(6, [](int) { return ErrorOfListing() == ERROR_SUCCESS; }));
 }
 
-TEST_F(SpoolerStore, IsTheOneInWhichAPrinterWasOpened)
-{
-    const PrinterOwner printer = InstallPrinter();
-    UseStore(Scratch() / "other");
-    EXPECT_TRUE(PrinterNames().empty());
-    EXPECT_TRUE(SetNumber(printer.get(), W("n"), 7));
-    EXPECT_EQ(GetNumber(printer.get(), W("n")), 7);
-
-    // Handles of a deleted printer do not reach the next one of its name.
-    UseStore(Store());
-    ASSERT_TRUE(DeletePrinter(printer.get()));
-    const PrinterOwner second = InstallPrinter();
-    EXPECT_EQ(ErrorOf(DeletePrinter(printer.get())), ERROR_PRINTER_DELETED);
-    EXPECT_EQ(DeletePrinterDataExW(printer.get(), W("Numbers"), W("n")), ERROR_PRINTER_DELETED);
-
-    // A folder that is made anew is a new store.
-    fs::remove_all(Store());
-    EXPECT_TRUE(PrinterNames().empty());
-    EXPECT_FALSE(SetNumber(second.get(), W("n"), 8));
-}
-
 // A disk that is full, as a limit on the size of files: what does not fit is refused, what was there stays.
 TEST_F(SpoolerStore, IsUnchangedByAWriteThatFails)
 {
-    const PrinterOwner printer = InstallPrinter();
+    const PrinterOwner printer = Add();
     ASSERT_TRUE(SetNumber(printer.get(), W("n"), 1));
     const auto before = State();
     const auto isRefused = [&](int)
@@ -197,7 +365,7 @@ TEST_F(SpoolerStore, KeepsADriversFilesWholeWhenOneCannotBeReplaced)
 
 TEST_F(SpoolerStore, ThatIsDamagedIsRefusedOrReadAndNeverWorse)
 {
-    ASSERT_TRUE(SetNumber(InstallPrinter().get(), W("n"), 1));
+    ASSERT_TRUE(SetNumber(Add().get(), W("n"), 1));
     // The connection that closes last brings in the log, and this process's closes when it has used some other stores.
     for (int other = 0; other < 4; ++other)
     {
@@ -227,25 +395,24 @@ TEST_F(SpoolerStore, ThatIsDamagedIsRefusedOrReadAndNeverWorse)
         damaged[at] = static_cast<char>(~damaged[at]);
         ReplaceFile(damaged);
         const PrinterOwner printer = Open(kPrinter, PRINTER_ALL_ACCESS);
-        PrinterAnswer<PRINTER_INFO_2W>(printer.get(), 2);
-        DriverAnswer<DRIVER_INFO_6W>(printer.get(), 6);
+        PrinterAnswer(printer.get());
+        Answer([&](LPBYTE room, DWORD size, LPDWORD needed)
+               { return GetPrinterDriverW(printer.get(), nullptr, 6, room, size, needed); });
         GetNumber(printer.get(), W("n"));
         SetNumber(printer.get(), W("m"), 2);
     }
     ReplaceFile(whole);
-    EXPECT_EQ(PrinterNames(), std::vector<WideString>{kPrinter});
+    EXPECT_EQ(PrinterNames(), std::set<WideString>{kPrinter});
 }
 
 TEST_F(SpoolerStore, IsUnharmedByFaults)
 {
-    const PrinterOwner printer = InstallPrinter();
+    const PrinterOwner printer = Add();
     ASSERT_TRUE(SetNumber(printer.get(), W("n"), 1));
-    InstallPrinter(W("Doomed"));
+    Add(W("Doomed"));
     const WideString sourceFile = SourceFile("tvfault.json", "x");
     BYTE room[16'384] = {};
     DWORD needed = 0;
-    PRINTER_INFO_2W changed = PrinterInfo();
-    changed.pComment = Mutable(W("changed"));
     ExpectUnharmed("GetPrinterDriverW",
                    [&] { return GetPrinterDriverW(printer.get(), nullptr, 6, room, sizeof(room), &needed); });
     ExpectUnharmed("GetPrinterDataExW", [] { return GetNumber(Open(kPrinter).get(), W("n")) == 1; });
@@ -255,12 +422,12 @@ TEST_F(SpoolerStore, IsUnharmedByFaults)
         "SetPrinterDataExW", [&] { return SetNumber(printer.get(), W("m"), 2); },
         [&] { return DeletePrinterDataExW(printer.get(), W("Numbers"), W("m")) == ERROR_SUCCESS; });
     ExpectUnharmed(
-        "AddPrinterW", [] { return Add(PrinterInfo(W("Second"))) != nullptr; }, [] { return Delete(W("Second")); });
+        "AddPrinterW", [] { return Add(W("Second")) != nullptr; }, [] { return Delete(W("Second")); });
     ExpectUnharmed(
-        "DeletePrinter", [] { return Delete(W("Doomed")); }, [] { return Add(PrinterInfo(W("Doomed"))) != nullptr; });
+        "DeletePrinter", [] { return Delete(W("Doomed")); }, [] { return Add(W("Doomed")) != nullptr; });
     ExpectUnharmed(
-        "SetPrinterW", [&] { return SetInfo(printer.get(), changed); },
-        [&] { return SetInfo(printer.get(), PrinterInfo()); });
+        "SetPrinterW", [&] { return SetComment(printer.get(), W("changed")); },
+        [&] { return SetComment(printer.get(), W("a comment")); });
     ExpectUnharmed(
         "AddPrinterDriverExW", [&] { return InstallDriver(W("Third"), sourceFile.c_str()); },
         [] { return DeletePrinterDriverExW(nullptr, nullptr, Mutable(W("Third")), DPD_DELETE_UNUSED_FILES, 0); });

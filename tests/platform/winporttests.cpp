@@ -1,5 +1,4 @@
-// What the portability layer has beyond Windows: fault injection, debug output on request.
-
+// What the portability layer has beyond Windows: fault injection.
 #include "tests/platform/domfixture.h"
 #include "tests/platform/eachfault.h"
 
@@ -7,12 +6,12 @@ TEST(FaultInjection, LoadingAModuleFailsCleanlyAndThenWorksAgain)
 {
     const auto load = []
     {
-        HMODULE const module = LoadLibraryW(W("platform_sample.dll"));
+        HMODULE const module = LoadLibraryW(W("tvtestcfg_B.dll"));
         EXPECT_TRUE(module != nullptr || GetLastError() == ERROR_NOT_ENOUGH_MEMORY);
         return module != nullptr && FreeLibrary(module);
     };
     ExpectEachFaultHarmless(load,
-                            [&load](bool) { return GetModuleHandleW(W("platform_sample.dll")) == nullptr && load(); });
+                            [&load](bool) { return GetModuleHandleW(W("tvtestcfg_B.dll")) == nullptr && load(); });
 }
 
 // Changes under faults are tested with the provider's conversions.

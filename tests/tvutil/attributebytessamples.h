@@ -54,7 +54,8 @@ inline AttributeBytesIndexedList SampleList()
 
     AttributeBytesIndexedList list;
     list.SetAttributeBytes(60, AttributeBytesListValue(RawListOf(outer)));
-    list.SetAttributeBytes(50, MakeDimensionAttributeBytes(Dimension(Number(-254, 10), Dimension::Millimeters)));
+    list.SetAttributeBytes(
+        50, MakeDimensionAttributeBytes(Dimension(Number(-25'400'001, 1'000'000), Dimension::Millimeters)));
     list.SetAttributeBytes(40, AttributeBytesOptionValue(AttributeBytesNewValueId(10001, W("Red")), true));
     list.SetAttributeBytes(30, MakeStringAttributeBytes(W("text")));
     list.SetAttributeBytes(20, MakeIntegerAttributeBytes(-2));

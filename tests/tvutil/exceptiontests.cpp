@@ -1,21 +1,15 @@
-// The throw pattern, the two doors through which failures are seen, and the family's types across modules: everything
-// here is thrown or caught on the other side of the library's border.
+// The throw pattern: everything here is thrown on the other side of the library's border.
 #include <windows.h>
 
 #include <memory>
-#include <new>
-#include <stdexcept>
 #include <string>
 #include <thread>
-#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include <tvutil/exceptions.h>
 #include <tvutil/executioncontext.h>
-#include <tvutil/printdriver.h>
-#include <tvutil/printer.h>
 #include <tvutil/tavlencomexception.h>
 #include <tvutil/throwexception.h>
 #include <tvutil/utilitiesdllperthreadstorage.h>
@@ -111,20 +105,6 @@ TEST_F(ThrowPattern, ResultCodesThrowWithTheirOwnLineUnlessTheySucceed)
     EXPECT_EQ(g_seen[0].traceLine, "*Throwing* TavlenComException: ");
     EXPECT_EQ(g_seen[3].traceLine, "*Throwing* TavlenComException: x");
 }
-
-template <class Exception>
-class ExceptionFamily : public testing::Test
-{
-};
-
-using Family =
-    testing::Types<ExceptionPrinterFailure, ExceptionPrintDriverFailure, ExceptionInvalidPrinterHandle,
-                   ExceptionDataCacheFailure, ExceptionMicrosoftFeatureNotFound,
-                   ExceptionMicrosoftDevmodeValueMappingFailed, ExceptionMicrosoftPrivateDevmodeOffsetOutOfBounds,
-                   ExceptionIPrintCoreHelperReadFailure, ExceptionIPrintCoreHelperWriteFailure,
-                   ExceptionInvalidPaperSizeData, ExceptionInvalidFormName, ExceptionInvalidArgumentNullPointer,
-                   ExceptionWorkflowObjectNotInitialized, ExceptionDelayLoadDllLoadFailure>;
-TYPED_TEST_SUITE(ExceptionFamily, Family);
 
 TEST(ExecutionContexts, NestAndBelongToTheirThread)
 {

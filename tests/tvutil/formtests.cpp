@@ -71,18 +71,6 @@ protected:
     TestPrinter m_printer{TestPrinter::SetUp{{}, {}, {}, kScriptedConfigurationModule}};
 };
 
-TEST_F(Forms, OfTheSpoolerGoByTheirPlaceInItsList)
-{
-    const CFormRecord a4 = Find(9, {});
-    EXPECT_EQ(a4.paperNumber, 9u);
-    EXPECT_EQ(a4.flags, FORM_BUILTIN);
-    EXPECT_EQ(a4.name, W("A4"));
-    EXPECT_EQ(a4.width, 210'000);
-    EXPECT_EQ(a4.length, 297'000);
-    for (const DWORD number : {0u, 300u, 0xFFFFu, 0xFFFFFFFFu})
-        EXPECT_EQ(Find(number, {}).paperNumber, 0u) << number;
-}
-
 TEST_F(Forms, OfTheDriverAreReadWithinWhatItBrings)
 {
     // With the last paper that is found, 0 for none.

@@ -10,36 +10,11 @@
 namespace
 {
 
-void AFunctionOfThisProgram()
-{
-}
-
-TEST(Paths, AModuleIsFoundByWhatItContains)
-{
-    const CXString program = TavlenUtilities::getModulePath(&AFunctionOfThisProgram);
-    EXPECT_NE(program.ToLower().Find(W("tvutil_tests")), CXString::npos) << program.ToUtf8();
-    const int onTheStack = 1;
-    EXPECT_TRUE(TavlenUtilities::getModulePath(&onTheStack).IsEmpty());
-    EXPECT_TRUE(TavlenUtilities::getModulePath(nullptr).IsEmpty());
-}
-
 TEST(Programs, ThatAskForNoLengthsGetNoCustomSize)
 {
     EXPECT_TRUE(Application::DoesApplicationNeedCustomSizeRemovedFromPrintCapabilitiesXml(W("PrintDialog.exe")));
     EXPECT_TRUE(TavlenUtilities::GetExecutableName().ToLower().StartsWith(W("tvutil_tests")));
     EXPECT_FALSE(Application::DoesApplicationNeedCustomSizeRemovedFromPrintCapabilitiesXml());
-}
-
-TEST(Paths, DirectoriesKeepTheirSeparatorOfEitherKind)
-{
-    const std::pair<WStringView, WStringView> cases[] = {
-        {W("C:\\Windows\\System32\\spool\\tvptpc_B.dll"), W("C:\\Windows\\System32\\spool\\")},
-        {W("C:\\a/b.dll"), W("C:\\a/")},
-        {W("C:/a\\b.dll"), W("C:/a\\")},
-        {W("b.dll"), W("")},
-    };
-    for (const auto& [fileName, folder] : cases)
-        EXPECT_EQ(TavlenUtilities::getPathFromFileName(fileName), folder) << CXString(fileName).ToUtf8();
 }
 
 TEST(RegistryHive, IsTheMachinesInThePrintSystemOnly)

@@ -28,18 +28,6 @@ CXString Text()
     return TextResourceLoader::LoadStringW(kNumber);
 }
 
-TEST(TextsInForce, AreThoseOfThePrinterInitialisedLast)
-{
-    const SharedTexts first = Share(W("One"), W("first"));
-    const SharedTexts second = Share(W("Two"), W("second"));
-    EXPECT_TRUE(PutInForce(W("one"))); // printers are compared ignoring case
-    EXPECT_EQ(Text(), W("first"));
-    EXPECT_TRUE(PutInForce(W("Two")));
-    EXPECT_EQ(Text(), W("second"));
-    EXPECT_FALSE(PutInForce(W("Three")));
-    EXPECT_EQ(Text(), W("")); // not another printer's
-}
-
 TEST(TextsInForce, LiveAsLongAsSomebodyKeepsThem)
 {
     SharedTexts first = Share(W("One"), W("old"));
@@ -85,7 +73,7 @@ TEST(TextsInForce, AreEachThreadsOwn)
 {
     const SharedTexts first = Share(W("One"), W("first"));
     const SharedTexts second = Share(W("Two"), W("second"));
-    PutInForce(W("One"));
+    PutInForce(W("one")); // printers are compared ignoring case
     std::thread(
         []
         {

@@ -1,6 +1,0 @@
-#include "tests/delayload/samples.h"
-
-int ThirdAnswer()
-{
-    return 3;
-}
