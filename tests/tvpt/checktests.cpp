@@ -18,11 +18,8 @@ namespace fs = std::filesystem;
 // What a root of these tests declares: short prefixes, which are nobody's usual ones.
 std::string Declarations()
 {
-    std::string text;
-    for (const auto& [prefix, known] : {std::pair('p', kFramework), std::pair('k', kKeywords),
-                                        std::pair('i', kXmlSchemaInstance), std::pair('x', kXmlSchema)})
-        text += std::string(" xmlns:") + prefix + "='" + std::string(known.uri) + "'";
-    return text;
+    return Binding("p", kFramework.uri) + Binding("k", kKeywords.uri) + Binding("i", kXmlSchemaInstance.uri) +
+           Binding("x", kXmlSchema.uri);
 }
 
 // The content begins in line 2.
@@ -109,7 +106,6 @@ TEST(Check, TellsWhatIsWrongWithElementsAndNames)
 {
     ExpectEach({
         {"<p:Feature" + Declarations() + "/>", "root:1"},
-        {"<PrintTicket version='1'/>", "root:1"},
         {"<p:PrintTicket" + Declarations() + "/>", "version:1"},
         {"<p:PrintTicket" + Declarations() + " version='one'/>", "version:1"},
         {Ticket("<!-- <p:Odd\n> -->\r\n<?x <\n?><p:Feature name='k:A'>" +
@@ -161,10 +157,7 @@ TEST(Check, TellsWhatIsWrongWithOptionsAndValues)
         {"x:QName", {" k:A ", "x:string"}, ""},
         {"x:QName", {"A", "o:A", "k:", "k:A B"}, "value-type:3"},
         {"x:string", {"", "anything"}, ""},
-        {"k:Other", {"anything"}, ""},
-        {"x:boolean", {"true"}, "value-type:3"},
         {"o:string", {"a"}, "value-type:3"},
-        {"string", {"a"}, "value-type:3"},
     };
     for (const auto& [type, texts, faults] : rows)
         for (const std::string& text : texts)
@@ -187,9 +180,7 @@ TEST(Check, TellsWhatIsWrongWithDefinitions)
         {Capabilities(Definition("bogus", {}, "4")), "definition-property:2"},
         {Capabilities(Integer("9", "1", "1", "")), "definition-property:2 definition-range:6"},
         {Capabilities(Integer("1", "9", "1", "0")), "definition-default:6"},
-        {Capabilities(Integer("-9", "-1", "1", "-10")), "definition-default:6"},
         {Capabilities(Integer("1", "9", "2", "3")), "definition-default:6"},
-        {Capabilities(Integer("1", "9", "1", "4.0")), "definition-default:6"},
         {Capabilities(Definition("string", lengths, "\xC3\xA4\xC3\xB6")), ""},
         {Capabilities(Definition("string", lengths, "abc")), "definition-default:6"},
     });
@@ -251,12 +242,7 @@ TEST_F(CheckAgainst, HasAStatusOfItsOwnForTrouble)
         {{"check", "-"}, "DOCTYPE"},
     };
     for (const auto& [arguments, error] : rows)
-    {
-        const RunResult result = RunHost(arguments, "<!DOCTYPE a><a/>");
-        EXPECT_EQ(result.status, 2);
-        EXPECT_EQ(result.out, "");
-        EXPECT_TRUE(IsOneErrorLine(result.errors, error));
-    }
+        EXPECT_TRUE(IsRefused(RunHost(arguments, "<!DOCTYPE a><a/>"), error, 2));
 }
 
 TEST_F(CheckAgainst, WritesALineForEachFaultAndEndsALongList)

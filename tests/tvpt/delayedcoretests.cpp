@@ -42,41 +42,32 @@ protected:
         return steps;
     }
 
-    // A printer whose driver has no workflow module.
     std::string InstallWithoutWorkflow()
     {
-        const std::string model =
-            ChangedModel("tavlen-alone.json", {{"name", "Tavlen Alone"}, {"workflowModule", nullptr}});
-        const std::string name = "Test alone " + std::to_string(GetCurrentProcessId());
-        (void)OutputOf({"printer", "add", name, "--model", model});
-        RemoveAtEnd(name);
-        return name;
+        return InstallChanged({{"name", "Tavlen Alone"}, {"workflowModule", nullptr}});
     }
 };
 
 // With a workflow module, that and the provider read the product data when the printer is bound. Without one nobody
 // else is there who could have loaded the core library: the module's own hook has, and its end frees it.
-TEST_F(DelayedCore, IsLoadedAtItsFirstUseFromTheDriversFolder)
+TEST_F(DelayedCore, IsLoadedAtItsFirstUseFromTheDriversFolderAndMissedWithoutACrash)
 {
     const std::string loaded = "\\spool\\drivers\\x64\\3\\tvcore_b.dll";
-    auto with = Probe(InstallTestPrinter());
-    EXPECT_TRUE(with["bound"].starts_with("0 ") && with["bound"].ends_with(loaded)) << with["bound"];
-    EXPECT_EQ(with["unloaded"], "0");
-    auto without = Probe(InstallWithoutWorkflow());
-    EXPECT_EQ(without["bound"], "0");
-    EXPECT_TRUE(without["asked"].starts_with("0 ") && without["asked"].ends_with(loaded)) << without["asked"];
-    EXPECT_EQ(without["unloaded"], "0");
-}
-
-// The copy beside the probe is not taken in its place.
-TEST_F(DelayedCore, ThatIsMissingIsAFailureAndNoCrash)
-{
     const std::string with = InstallTestPrinter();
     const std::string without = InstallWithoutWorkflow();
+    auto bound = Probe(with);
+    EXPECT_TRUE(bound["bound"].starts_with("0 ") && bound["bound"].ends_with(loaded)) << bound["bound"];
+    EXPECT_EQ(bound["unloaded"], "0");
+    auto alone = Probe(without);
+    EXPECT_EQ(alone["bound"], "0");
+    EXPECT_TRUE(alone["asked"].starts_with("0 ") && alone["asked"].ends_with(loaded)) << alone["asked"];
+    EXPECT_EQ(alone["unloaded"], "0");
+
+    // The copy beside the probe is not taken in its place.
     const fs::path core = DriversFile(with, "tvcore_B.dll");
     fs::rename(core, core.string() + ".aside");
     EXPECT_EQ(Probe(with)["bound"], "80004005");
-    auto alone = Probe(without);
+    alone = Probe(without);
     fs::rename(core.string() + ".aside", core);
     EXPECT_EQ(alone["bound"], "0");
     EXPECT_EQ(alone["asked"], "80004005");

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <limits>
 #include <sstream>
@@ -33,6 +34,11 @@ RunResult RunHost(const std::vector<std::string>& arguments, const std::string& 
     return {static_cast<int>(status), out.str(), errors.str()};
 }
 
+int RunChild(const std::string& arguments)
+{
+    return std::system((std::string(TVPT_CHILD_COMMAND) + " " + arguments).c_str());
+}
+
 std::string ReadBytes(const fs::path& path)
 {
     return ReadFileBytes(path, std::numeric_limits<std::size_t>::max());
@@ -53,9 +59,9 @@ testing::AssertionResult IsOneErrorLine(const std::string& errors, const std::st
     return testing::AssertionFailure() << "not one line of the program's with \"" << text << "\": " << errors;
 }
 
-testing::AssertionResult IsRefused(const RunResult& result, const std::string& text)
+testing::AssertionResult IsRefused(const RunResult& result, const std::string& text, int status)
 {
-    if (result.status != 1 || !result.out.empty())
+    if (result.status != status || !result.out.empty())
         return testing::AssertionFailure() << "status " << result.status << ", output: " << result.out;
     return IsOneErrorLine(result.errors, text);
 }
@@ -65,6 +71,12 @@ std::string OutputOf(const std::vector<std::string>& arguments, const std::strin
     const RunResult result = RunHost(arguments, input);
     EXPECT_EQ(result.status, 0) << result.errors;
     return result.out;
+}
+
+nlohmann::json JsonOf(std::vector<std::string> arguments, const std::string& input)
+{
+    arguments.emplace_back("--json");
+    return nlohmann::json::parse(OutputOf(arguments, input));
 }
 
 std::string Ticket(const std::string& declarations, const std::string& content)
@@ -130,6 +142,15 @@ std::string HostTest::InstallTestPrinter(const std::string& model)
     return m_printer = name;
 }
 
+std::string HostTest::InstallChanged(const nlohmann::json& changes)
+{
+    const std::string driver = changes["name"];
+    const std::string name = "Test " + driver + " " + std::to_string(GetCurrentProcessId());
+    (void)OutputOf({"printer", "add", name, "--model", ChangedModel(driver + ".json", changes)});
+    RemoveAtEnd(name);
+    return m_printer = name;
+}
+
 void HostTest::RemoveAtEnd(const std::string& printer)
 {
     m_printers.push_back(printer);
@@ -145,7 +166,7 @@ std::string HostTest::ChangedModel(const std::string& fileName, const nlohmann::
 
 nlohmann::json HostTest::Shown(const std::string& printer)
 {
-    return nlohmann::json::parse(OutputOf({"printer", "show", printer, "--json"}));
+    return JsonOf({"printer", "show", printer});
 }
 
 std::vector<std::string> HostTest::With(std::vector<std::string> arguments, const std::vector<std::string>& settings)
@@ -162,20 +183,15 @@ std::string HostTest::NewDevmode(const std::string& printer, const std::vector<s
 
 nlohmann::json HostTest::ShownDevmode(const std::string& bytes, const std::string& printer)
 {
-    std::vector<std::string> arguments = {"devmode", "show", "-", "--json"};
+    std::vector<std::string> arguments = {"devmode", "show", "-"};
     if (!printer.empty())
         arguments.insert(arguments.end(), {"--printer", printer});
-    return nlohmann::json::parse(OutputOf(arguments, bytes));
+    return JsonOf(arguments, bytes);
 }
 
-void HostTest::MakePlainDevmode(const std::string& printer) const
+void HostTest::MakeDevmode(const std::string& file, const std::vector<std::string>& settings) const
 {
-    WriteBytes(m_folder / "d.dm", NewDevmode(printer));
-}
-
-RunResult HostTest::Convert(const std::string& printer) const
-{
-    return RunHost({"ticket", "from-devmode", "--printer", printer, File("d.dm"), "-o", File("t")});
+    WriteBytes(m_folder / file, NewDevmode(m_printer, settings));
 }
 
 RunResult HostTest::FromDevmode(const std::string& devmode, const std::string& ticket, const std::string& base) const

@@ -1,6 +1,5 @@
 // Job tickets: the settings of a devmode in, the whole text out; and what tvpt says of settings that are not in it.
 #include <cstdlib>
-#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "complugins/renjtifforxps.h"
@@ -19,9 +18,7 @@ namespace
 namespace Feature = DataModelIds::Feature;
 using namespace OemDevmodeBytes;
 
-class JobTickets : public HostTest
-{
-};
+using JobTickets = HostTest;
 
 Bytes DevmodeWith(const AttributeBytesIndexedList& settings)
 {
@@ -109,13 +106,6 @@ const Jobs kJobs[] = {
     {"208=", "6275 left|6276 right", "~|binding: @|edgeStitching: None|bookletMaker: False"},
     {"208=", "6254 SinglePortrait|6255 SingleLandscape|6256 RightSinglePortrait|6257 RightSingleLandscape|6258 DualLandscape"
      "|6259 DualPortrait|6260 RightDualLandscape|6261 RightDualPortrait", "~|binding: None|edgeStitching: @|bookletMaker: False"},
-    {"101=", "5750 red|5751 green|5752 blue|5753 cyan|5754 magenta|5755 black|5756 cardinal|5757 royal|5758 ruby|5759 violet"
-     "|5760 brown|5762 other", "~|#|highlightPrintingColor: @"},
-    {"102=", "5800 red|5801 green|5802 blue|5803 cyan|5804 magenta|5805 black|5806 cardinal|5807 royal|5808 ruby|5809 violet"
-     "|5810 brown|5811 yellow|5812 other", "~|#|highlightMappingColor: @"},
-    {"103=", "5850 Automatic|5851 Pictorial|5852 Presentation|5853 PictorialTable|5854 ColorToHighlight|5855 Monochrome",
-     "~|#|highlightMappingAlgorithm: @"},
-    {"104=", "5900 selectCurrent|5901 hold|5902 abort", "~|#|mismatchedHighlightPrintingColor: @"},
     {"174=", "6750 noColor|6751 white|6752 pink|6753 yellow|6754 blue|6755 green|6756 buff|6757 goldenrod|6758 red|6759 gray"
      "|6760 ivory|6761 orange|5001 Automatic|9700:Sky Sky", "~|#|documentPaperColors: @"},
     // The type of the paper; without one nothing of it but the weight.
@@ -169,10 +159,8 @@ TEST_F(JobTickets, HaveTheDevmodesSettingsElseTheModelsAndAWordOnWhatIsNotInThem
     Bytes damaged = DevmodeWith(copies); // has the CRC of a sound part, which is read before it
     damaged.back() = std::byte{1};
     const std::string office = InstallTestPrinter();
-    const std::string other = office + " b";
-    (void)OutputOf({"printer", "add", other, "--model",
-                    ChangedModel("m", {{"name", "Other"}, {"defaults", {{"43", 2}, {"45", 5410}, {"175", 6801}}}})});
-    RemoveAtEnd(other);
+    const std::string other =
+        InstallChanged({{"name", "Other"}, {"defaults", {{"43", 2}, {"45", 5410}, {"175", 6801}}}});
     const std::string defaults = "note: -: this is the job ticket of the defaults: ";
     const std::string noTicket = " carry no job ticket: ";
     const std::tuple<std::string, Bytes, std::string, std::string> rows[] = {

@@ -39,16 +39,15 @@ protected:
 
 TEST_F(PlatformTickets, ComeThroughTheProviderAndBack)
 {
-    for (const std::string model : {"tavlen-c9070-ps", "tavlen-b4400-uni", "tavlen-w3100-xps", "tavlen-b7000-xps"})
+    for (const std::string model : kModels)
     {
         SCOPED_TRACE(model);
         const std::string printer = InstallTestPrinter(model);
         const json media = json::parse(ReadBytes(ModelsFolder() / (model + ".json")))["mediaTypes"][1]["id"];
-        WriteBytes(File("set.dm"),
-                   NewDevmode(printer, {"dmCopies=3", "dmPaperSize=11", "dmOrientation=2", "dmColor=1", "feature.43=7",
-                                        "feature.175=" + media.dump(), "app=excel.exe"}));
+        MakeDevmode("set.dm", {"dmCopies=3", "dmPaperSize=11", "dmOrientation=2", "dmColor=1", "feature.43=7",
+                               "feature.175=" + media.dump(), "app=excel.exe"});
         OutputOf({"devmode", "reconcile", "--printer", printer, File("set.dm")});
-        MakePlainDevmode(printer);
+        MakeDevmode("d.dm");
         WriteBytes(File("service.xml"), FromService(printer, ReadBytes(File("set.dm"))));
         FromDevmode("set.dm", "t.xml", "service.xml");
         ToDevmode("t.xml", "d.dm", "back.dm");

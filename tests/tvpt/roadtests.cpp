@@ -1,8 +1,6 @@
 // The road of a conversion: devmode to ticket and back, through files, with the module of the installed driver.
-#include <algorithm>
 #include <tuple>
 
-#include "documenttree.h"
 #include "filebytes.h"
 #include "hostrun.h"
 #include "printschemadocument.h"
@@ -34,16 +32,6 @@ protected:
         InstallTestPrinter();
         MakeDevmode("in.dm", {"dmCopies=3"});
     }
-
-    void MakeDevmode(const std::string& file, const std::vector<std::string>& settings)
-    {
-        WriteBytes(Folder() / file, NewDevmode(m_printer, settings));
-    }
-
-    RunResult ToTicket(const std::string& base = {})
-    {
-        return FromDevmode("in.dm", "out.xml", base);
-    }
 };
 
 // In the raw text, which is what other readers of a ticket see.
@@ -58,7 +46,7 @@ TEST_F(Roads, TheDriversOwnNamesAreInTheNamespaceThatItsModelHas)
     {
         InstallTestPrinter(model);
         MakeDevmode("in.dm", {"dmDefaultSource=" + std::string(tray)});
-        ASSERT_EQ(ToTicket().status, 0);
+        ASSERT_EQ(FromDevmode("in.dm", "out.xml").status, 0);
         const std::string ticket = ReadBytes(Folder() / "out.xml");
         EXPECT_NE(ticket.find(" xmlns:" + prefix + "=\"" + std::string(uri) + "\""), std::string::npos) << ticket;
         EXPECT_NE(ticket.find(" name=\"" + prefix + ":Tray1\""), std::string::npos) << ticket;
@@ -90,7 +78,7 @@ TEST_F(Roads, TextBeyondAsciiAndBlanksSurvive)
     WriteBytes(Folder() / "base.xml",
                Ticket(Binding("psk", kKeywords.uri),
                       "<!-- \xC3\xA4 -->" + parameter("JobName", value) + parameter("Blank", "  ")));
-    ASSERT_EQ(ToTicket("base.xml").status, 0);
+    ASSERT_EQ(FromDevmode("in.dm", "out.xml", "base.xml").status, 0);
     const std::string out = ReadBytes(Folder() / "out.xml");
     EXPECT_NE(out.find("<psf:Value>" + value + "</psf:Value>"), std::string::npos) << out;
     EXPECT_NE(out.find("<psf:Value>  </psf:Value>"), std::string::npos) << out;
@@ -107,8 +95,6 @@ TEST_F(Roads, ABaseGetsTheStandardPrefixesThatItsRootLacks)
         {Ticket("", inner), "psk:JobCopiesAllDocuments", "xsi:type=\"xsd:integer\""},
         {Ticket(Binding("psk", "urn:x") + Binding("xsd", "urn:y"), ""), "psk1:JobCopiesAllDocuments",
          "xsi:type=\"xsd1:integer\""},
-        {Ticket("", "<psf:Feature" + Binding("psk", "urn:x") + " name='psk:A'/>"), "psk1:JobCopiesAllDocuments",
-         "xsi:type=\"xsd:integer\""},
         {Ticket("", "<psf:Feature" + Binding("k", kKeywords.uri) + " name='k:PageOrientation'/>"),
          "k:JobCopiesAllDocuments", "xsi:type=\"xsd:integer\""},
         {Ticket(Binding("psk", "urn:x") + Binding("psk1", "urn:y") + Binding("tk", "urn:z"), ""),
@@ -125,7 +111,7 @@ TEST_F(Roads, ABaseGetsTheStandardPrefixesThatItsRootLacks)
     {
         SCOPED_TRACE(base);
         WriteBytes(Folder() / "base.xml", base);
-        const RunResult result = ToTicket("base.xml");
+        const RunResult result = FromDevmode("in.dm", "out.xml", "base.xml");
         ASSERT_EQ(result.status, 0) << result.errors;
         const std::string out = ReadBytes(Folder() / "out.xml");
         EXPECT_NE(out.find(" name=\"" + std::string(copies) + "\""), std::string::npos) << out;
@@ -162,11 +148,10 @@ TEST_F(Roads, ABaseThatAProviderWouldMisreadIsRefusedWithItsLine)
     {
         WriteBytes(Folder() / "base.xml", base);
         for (const RunResult& result :
-             {ToTicket("base.xml"), RunHost({"ticket", "validate", "--printer", m_printer, file}),
-              ToDevmode("base.xml", "in.dm", "o.dm")})
+             {FromDevmode("in.dm", "out.xml", "base.xml"),
+              RunHost({"ticket", "validate", "--printer", m_printer, file}), ToDevmode("base.xml", "in.dm", "o.dm")})
         {
-            EXPECT_EQ(result.status, 1);
-            EXPECT_TRUE(IsOneErrorLine(result.errors, error)) << result.errors;
+            EXPECT_TRUE(IsRefused(result, error));
             EXPECT_LT(result.errors.size(), file.size() + 400);
         }
     }
@@ -177,18 +162,12 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
     const bool hasLines = !IsWine(); // whose DOM knows neither line nor reason of a parse error
     const std::tuple<const char*, std::string, const char*> rows[] = {
         {"empty", "", "the document is empty"},
-        {"blank", "  \n ", "t.xml: "},
-        {"text", "hello", hasLines ? "line 1: " : "t.xml: "},
-        {"no root", "<?xml version=\"1.0\"?><!-- nothing -->", "t.xml: "},
         {"unclosed", "<a>\n<b>\n</a>", hasLines ? "line 3: " : "t.xml: "},
-        {"two roots", "<a/>\n<a/>", hasLines ? "line 2: " : "t.xml: "},
         {"external entity", "<!DOCTYPE a [<!ENTITY b SYSTEM \"file:///etc/passwd\">]><a>&b;</a>",
          "line 1: A document type declaration (DOCTYPE) is not allowed."},
         {"just too large", "<a>" + std::string(documentlimits::kMaximumTextBytes, ' ') + "</a>", "larger than 16 MB"},
         {"50 MB", "<a>" + std::string(50u << 20, 'x') + "</a>", "larger than 33554434 bytes"},
         {"another root", "<Ticket/>", "the root element is Ticket in no namespace, expected PrintTicket in http:"},
-        {"another namespace", "<psf:PrintTicket xmlns:psf='urn:x'/>",
-         "the root element is psf:PrintTicket in the namespace urn:x, expected PrintTicket in http:"},
         {"the framework's, but no ticket", "<p:PrintCapabilities xmlns:p='" + std::string(kFramework.uri) + "'/>",
          "the root element is p:PrintCapabilities, expected PrintTicket\n"},
     };
@@ -196,11 +175,10 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
     {
         SCOPED_TRACE(name);
         WriteBytes(Folder() / "t.xml", bytes);
-        for (const RunResult& result : {ToTicket("t.xml"), RunHost({"ticket", "show", File("t.xml")})})
+        for (const RunResult& result :
+             {FromDevmode("in.dm", "out.xml", "t.xml"), RunHost({"ticket", "show", File("t.xml")})})
         {
-            EXPECT_EQ(result.status, 1);
-            EXPECT_EQ(result.out, "");
-            EXPECT_TRUE(IsOneErrorLine(result.errors, error));
+            EXPECT_TRUE(IsRefused(result, error));
             EXPECT_TRUE(IsOneErrorLine(result.errors, File("t.xml")));
             EXPECT_EQ(result.errors.find("line 0"), std::string::npos);
         }
@@ -210,17 +188,13 @@ TEST_F(Roads, ADocumentThatIsNoneIsOneErrorWithFileAndLine)
 
 TEST_F(Roads, AReportHidesNothingThatATicketHoldsTwice)
 {
-    const std::string name = "tickets/duplicate-orientation.xml";
-    const json shown = json::parse(OutputOf({"ticket", "show", Utf8FromPath(TestDataFolder() / name), "--json"}));
-    EXPECT_EQ(std::count_if(shown["features"].begin(), shown["features"].end(),
-                            [](const json& row) { return row["name"] == "psk:PageOrientation"; }),
-              2);
-    EXPECT_EQ(shown["driverData"]["present"], false);
-    EXPECT_FALSE(shown.contains("properties"));
+    const std::string feature = "<psf:Feature name='psk:A'><psf:Option name='psk:B'/></psf:Feature>";
     const std::string property = "<psf:Property name='psk:A'><psf:Value>b</psf:Value></psf:Property>";
-    const json other =
-        json::parse(RunHost({"ticket", "show", "-", "--json"}, Ticket(Binding("psk", kKeywords.uri), property)).out);
-    EXPECT_EQ(other["properties"], (json{{{"name", "psk:A"}, {"value", "b"}}}));
+    const json shown =
+        JsonOf({"ticket", "show", "-"}, Ticket(Binding("psk", kKeywords.uri), feature + feature + property));
+    EXPECT_EQ(shown["features"].size(), 2U);
+    EXPECT_EQ(shown["properties"], (json{{{"name", "psk:A"}, {"value", "b"}}}));
+    EXPECT_EQ(shown["driverData"]["present"], false);
     EXPECT_EQ(shown["jobTicket"], nullptr);
 }
 
@@ -231,7 +205,6 @@ TEST_F(Roads, AReportJudgesTheDriverDataAndSplitsTheJobTicket)
         {"Jzn0yzEyMzQ1Njc4OQ==", false, 9, "CRC mismatch: "},
         {"Jjk=", false, 0, "there is no CRC"},
         {"no Base64!", false, 0, "the text is no Base64"},
-        {"", false, 0, "there is no CRC"},
         {"YadkHQAA" + std::string(80, 'A'), true, 62,
          "the part is another driver's: its signature is 0x0, not 0x54564E31"},
         {"3MRYqwAAAAAxTlZU" + std::string(72, 'A'), true, 62,
@@ -245,7 +218,7 @@ TEST_F(Roads, AReportJudgesTheDriverDataAndSplitsTheJobTicket)
                    "<psf:ParameterInit name='p:JobTavlenDriverData'><psf:Value>" + data +
                        "</psf:Value></psf:ParameterInit><psf:ParameterInit name='p:JobTavlenJtifJobTicket'><psf:Value>"
                        "<![CDATA[%a: 1\n%b: <2>\n]]></psf:Value></psf:ParameterInit>");
-        const json shown = json::parse(RunHost({"ticket", "show", "-", "--json"}, ticket).out);
+        const json shown = JsonOf({"ticket", "show", "-"}, ticket);
         EXPECT_EQ(shown["driverData"]["crcValid"], crcValid);
         EXPECT_EQ(shown["driverData"]["bytes"], bytes);
         EXPECT_EQ(shown["jobTicket"], (json{"%a: 1", "%b: <2>"}));
@@ -257,7 +230,7 @@ TEST_F(Roads, AReportJudgesTheDriverDataAndSplitsTheJobTicket)
         const std::string ticket =
             Ticket(Binding("ns0000", "urn:x") + (isBound ? Binding("p", kPrivateKeywords.uri) : ""),
                    "<psf:ParameterInit name='ns0000:JobTavlenDriverData'><psf:Value/></psf:ParameterInit>");
-        const json shown = json::parse(RunHost({"ticket", "show", "-", "--json"}, ticket).out);
+        const json shown = JsonOf({"ticket", "show", "-"}, ticket);
         EXPECT_EQ(shown["driverData"]["present"], !isBound);
     }
 }

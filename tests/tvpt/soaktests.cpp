@@ -9,7 +9,6 @@
 
 #include "boundprinter.h"
 #include "devmodesettings.h"
-#include "documenttree.h"
 #include "failure.h"
 #include "footprint.h"
 #include "hostrun.h"
@@ -73,7 +72,8 @@ public:
             Provider().ConvertPrintTicketToDevMode(*m_ticket.Get(), m_devmode, m_name);
             break;
         case 7:
-            Complete(*m_bound->MakeBaseCapabilities(m_devmode).Get());
+            Provider().CompletePrintCapabilities(*m_ticket.Get(), *m_bound->MakeBaseCapabilities(m_devmode).Get(),
+                                                 m_name);
             break;
         case 8:
             Provider().ValidatePrintTicket(*m_ticket.Get(), m_name);
@@ -96,11 +96,6 @@ private:
         return m_bound->Provider();
     }
 
-    void Complete(IXMLDOMDocument2& capabilities)
-    {
-        Provider().CompletePrintCapabilities(*m_ticket.Get(), capabilities, m_name);
-    }
-
     // A root outside the framework is none.
     void Refuse()
     {
@@ -108,7 +103,7 @@ private:
         Devmode devmode = m_devmode;
         EXPECT_THROW(Provider().ConvertDevModeToPrintTicket(devmode, *wrong.Get(), m_name), Failure);
         EXPECT_THROW(Provider().ConvertPrintTicketToDevMode(*wrong.Get(), devmode, m_name), Failure);
-        EXPECT_THROW(Complete(*wrong.Get()), Failure);
+        EXPECT_THROW(Provider().CompletePrintCapabilities(*m_ticket.Get(), *wrong.Get(), m_name), Failure);
     }
 
     std::string m_name;
@@ -117,9 +112,7 @@ private:
     ComPtr<IXMLDOMDocument2> m_ticket;
 };
 
-class Soak : public HostTest
-{
-};
+using Soak = HostTest;
 
 TEST_F(Soak, HoldsNoMoreAfterManyOperations)
 {
@@ -129,7 +122,7 @@ TEST_F(Soak, HoldsNoMoreAfterManyOperations)
     std::mt19937 drawn(seed);
     const ComApartment apartment;
     std::vector<std::unique_ptr<SoakedPrinter>> printers;
-    for (const char* const model : {"tavlen-c9070-ps", "tavlen-b4400-uni", "tavlen-w3100-xps", "tavlen-b7000-xps"})
+    for (const char* const model : kModels)
         printers.push_back(std::make_unique<SoakedPrinter>(InstallTestPrinter(model)));
 
     const auto measure = [&printers]
