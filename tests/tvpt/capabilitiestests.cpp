@@ -192,7 +192,7 @@ TEST_F(Capabilities, AreForTheTicketThatAsks)
     EXPECT_EQ(imageableWidth(File("t.xml")), "297000");
 
     // Its changes do not reach a devmode where the core driver is left out.
-    MakeDevmode("d.dm");
+    WriteDevmode("d.dm");
     const std::string plain = OutputOf({"ticket", "to-devmode", "--printer", printer, "--devmode", File("d.dm"),
                                         File("t.xml"), "-o", "-", "--no-core-driver"});
     EXPECT_EQ(Devmode::FromBytes(plain, "test").Public().dmOrientation, DMORIENT_PORTRAIT);

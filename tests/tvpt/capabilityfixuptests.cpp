@@ -99,7 +99,7 @@ protected:
     void Install(const std::string& model)
     {
         InstallTestPrinter(model);
-        MakeDevmode("d.dm");
+        WriteDevmode("d.dm");
     }
 
     // A driver of its own with texts that no document has.

@@ -69,7 +69,7 @@ protected:
     // A devmode of the printer, after these settings, reconciled; the words.
     std::string Reconcile(const std::string& printer, const std::vector<std::string>& settings)
     {
-        MakeDevmode("d.dm", settings);
+        WriteDevmode("d.dm", settings);
         return OutputOf({"devmode", "reconcile", File("d.dm"), "--printer", printer});
     }
 
@@ -112,7 +112,7 @@ TEST_F(CapabilityCaches, AreFullFollowTheCustomSizesAtARefreshAndGoWithThePrinte
     EXPECT_EQ(StateOf(caches, "XBinCaps"), "valid");
     EXPECT_NE(caches["customForms"]["stored"], caches["customForms"]["now"]);
     EXPECT_TRUE(caches["forms"].empty()) << "a conversion finds none";
-    MakeDevmode("d.dm");
+    WriteDevmode("d.dm");
     EXPECT_TRUE(IsRefused(RunHost({"devmode", "reconcile", File("d.dm"), "--printer", printer}), "E_FAIL"));
 
     Refresh(printer);
@@ -278,7 +278,7 @@ TEST_F(CapabilityCaches, ReconcileNoUsersForm)
 TEST_F(CapabilityCaches, SpareConversionsTheDriversCode)
 {
     const std::string printer = InstallTestPrinter();
-    MakeDevmode("d.dm");
+    WriteDevmode("d.dm");
     // The very copy that the spooler loads.
     const PrinterHandle handle = PrinterHandle::Open(printer, PrinterHandle::Access::Use);
     const CXString file = DescribeDriver(handle, printer).configFile;

@@ -189,7 +189,7 @@ nlohmann::json HostTest::ShownDevmode(const std::string& bytes, const std::strin
     return JsonOf(arguments, bytes);
 }
 
-void HostTest::MakeDevmode(const std::string& file, const std::vector<std::string>& settings) const
+void HostTest::WriteDevmode(const std::string& file, const std::vector<std::string>& settings) const
 {
     WriteBytes(m_folder / file, NewDevmode(m_printer, settings));
 }

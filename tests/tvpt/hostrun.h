@@ -83,7 +83,7 @@ protected:
     // What "devmode show" tells of the bytes, as JSON; with a printer, compared with it.
     [[nodiscard]] static nlohmann::json ShownDevmode(const std::string& bytes, const std::string& printer = {});
     // A new devmode of m_printer, as a file of the scratch folder.
-    void MakeDevmode(const std::string& file, const std::vector<std::string>& settings = {}) const;
+    void WriteDevmode(const std::string& file, const std::vector<std::string>& settings = {}) const;
     // For m_printer, between files of the scratch folder or elsewhere; without a base it is the core driver's ticket.
     RunResult FromDevmode(const std::string& devmode, const std::string& ticket, const std::string& base = {}) const;
     RunResult ToDevmode(const std::string& ticket, const std::string& devmode, const std::string& result) const;

@@ -82,7 +82,7 @@ TEST(CommandLine, FailsWhereStandardOutputTakesNothing)
 TEST_F(Outputs, TheProgramItselfPassesBytesAndStatus)
 {
     InstallTestPrinter();
-    MakeDevmode("d.dm");
+    WriteDevmode("d.dm");
     const std::string devmode = ReadBytes(Folder() / "d.dm");
     // 10 is a line feed, which a text stream would not leave alone.
     EXPECT_EQ(RunChild("devmode set \"" + File("d.dm") + "\" --set dmCopies=10 > \"" + File("out.dm") + "\""), 0);

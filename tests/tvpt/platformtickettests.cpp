@@ -44,10 +44,10 @@ TEST_F(PlatformTickets, ComeThroughTheProviderAndBack)
         SCOPED_TRACE(model);
         const std::string printer = InstallTestPrinter(model);
         const json media = json::parse(ReadBytes(ModelsFolder() / (model + ".json")))["mediaTypes"][1]["id"];
-        MakeDevmode("set.dm", {"dmCopies=3", "dmPaperSize=11", "dmOrientation=2", "dmColor=1", "feature.43=7",
-                               "feature.175=" + media.dump(), "app=excel.exe"});
+        WriteDevmode("set.dm", {"dmCopies=3", "dmPaperSize=11", "dmOrientation=2", "dmColor=1", "feature.43=7",
+                                "feature.175=" + media.dump(), "app=excel.exe"});
         OutputOf({"devmode", "reconcile", "--printer", printer, File("set.dm")});
-        MakeDevmode("d.dm");
+        WriteDevmode("d.dm");
         WriteBytes(File("service.xml"), FromService(printer, ReadBytes(File("set.dm"))));
         FromDevmode("set.dm", "t.xml", "service.xml");
         ToDevmode("t.xml", "d.dm", "back.dm");

@@ -89,7 +89,7 @@ TEST_F(Printers, AreInstalledListedShownAndRemovedWithTheirDriver)
     const std::string second = InstallTestPrinter("tavlen-b4400-uni");
     Remove(name);
     EXPECT_FALSE(IsListed(name));
-    MakeDevmode("d.dm");
+    WriteDevmode("d.dm");
     Remove(second);
     EXPECT_EQ(CountDrivers(W("Tavlen B4400 Uni")), 0); // it goes with its last printer
 }
@@ -169,7 +169,7 @@ TEST_F(Printers, OfAnInstallationThatWasCutOffAreCompletedOrRemoved)
           {"devmode", "new", "--printer", name, "-o", File("d.dm")}})
         EXPECT_TRUE(IsRefused(RunHost(arguments), "\"tvpt printer refresh\" completes it"));
     EXPECT_EQ(OutputOf({"printer", "refresh", name}), "");
-    MakeDevmode("d.dm");
+    WriteDevmode("d.dm");
     cutOff();
     Remove(name);
     EXPECT_FALSE(IsListed(name));
@@ -230,7 +230,7 @@ TEST_F(Printers, APrinterThatTheSpoolerRefusesTakesItsNewDriverWithIt)
 TEST_F(Printers, OfADriverThatLacksAFileAreToldByThatFile)
 {
     const std::string name = InstallTestPrinter();
-    MakeDevmode("d.dm");
+    WriteDevmode("d.dm");
     const auto folder = std::filesystem::path(Shown(name)["driver"]["configFile"].get<std::string>()).parent_path();
     for (const char* const sibling : {"tvcore_B.dll", "tvwftu_b.dll", "tvui_B.dll"})
     {
@@ -281,7 +281,7 @@ TEST_F(Printers, OfTwoProcessesAtOnceDoNotTakeEachOthersDriver)
         SCOPED_TRACE(name);
         RemoveAtEnd(m_printer = name);
         EXPECT_TRUE(IsListed(name));
-        MakeDevmode("d.dm");
+        WriteDevmode("d.dm");
         EXPECT_EQ(FromDevmode("d.dm", "t").status, 0);
     }
 }
@@ -309,7 +309,7 @@ TEST_F(Printers, AnUnknownPrinterIsOneErrorEverywhereAndOneOfAnotherDriverIsLeft
     for (const char* const command : {"remove", "show", "refresh"})
         EXPECT_TRUE(IsRefused(RunHost({"printer", command, name}), name + ": it was not installed by this program"));
     InstallTestPrinter();
-    MakeDevmode("d.dm");
+    WriteDevmode("d.dm");
     const std::string ticket = (TestDataFolder() / "tickets/minimal.xml").string();
     const std::vector<std::vector<std::string>> lines = {
         {"printer", "remove", "Nobody"},

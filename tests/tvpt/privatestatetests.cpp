@@ -50,9 +50,9 @@ TEST_F(PrivateState, ComesThroughATicketAndIsRenderedForTheController)
     {
         SCOPED_TRACE(model.name);
         InstallTestPrinter(model.name);
-        MakeDevmode("set.dm", {"feature.78=a]]>b <c>&", "feature.46=5422", "feature.43=7", "feature.208=6254",
-                               "feature.179=90", "app=excel.exe", "dmCopies=3"});
-        MakeDevmode("plain.dm");
+        WriteDevmode("set.dm", {"feature.78=a]]>b <c>&", "feature.46=5422", "feature.43=7", "feature.208=6254",
+                                "feature.179=90", "app=excel.exe", "dmCopies=3"});
+        WriteDevmode("plain.dm");
         FromDevmode("set.dm", "t.xml");
         std::string base = ReadBytes(File("t.xml"));
         for (const std::string name : {"JobTavlenDriverData", "JobTavlenJtifJobTicket"})

@@ -30,7 +30,7 @@ protected:
     Roads()
     {
         InstallTestPrinter();
-        MakeDevmode("in.dm", {"dmCopies=3"});
+        WriteDevmode("in.dm", {"dmCopies=3"});
     }
 };
 
@@ -45,7 +45,7 @@ TEST_F(Roads, TheDriversOwnNamesAreInTheNamespaceThatItsModelHas)
     for (const auto& [model, tray, uri, prefix] : rows)
     {
         InstallTestPrinter(model);
-        MakeDevmode("in.dm", {"dmDefaultSource=" + std::string(tray)});
+        WriteDevmode("in.dm", {"dmDefaultSource=" + std::string(tray)});
         ASSERT_EQ(FromDevmode("in.dm", "out.xml").status, 0);
         const std::string ticket = ReadBytes(Folder() / "out.xml");
         EXPECT_NE(ticket.find(" xmlns:" + prefix + "=\"" + std::string(uri) + "\""), std::string::npos) << ticket;
