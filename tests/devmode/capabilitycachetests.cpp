@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tvutil/bytewriter.h>
+
 #include "complugins/capabilitycaches.h"
 #include "complugins/papercache.h"
 
@@ -28,14 +30,9 @@ void PutText(Bytes& bytes, const std::string& ascii, std::size_t characters)
         Put(bytes, at < ascii.size() ? static_cast<std::uint8_t>(ascii[at]) : 0, 2);
 }
 
-std::span<const std::byte> Span(const Bytes& bytes, std::size_t size)
-{
-    return std::as_bytes(std::span(bytes)).first(size);
-}
-
 std::span<const std::byte> Span(const Bytes& bytes)
 {
-    return Span(bytes, bytes.size());
+    return std::as_bytes(std::span(bytes));
 }
 
 // One form and two papers.
@@ -96,7 +93,8 @@ struct Content
     const char* name;
     Cache cache;
     Bytes bytes;
-    std::size_t least; // that are whole
+    std::size_t least;               // that are whole
+    std::vector<std::size_t> counts; // where they stand
 };
 
 std::vector<Content> MakeContents()
@@ -111,73 +109,42 @@ std::vector<Content> MakeContents()
     };
     const Bytes papers = MakePapers();
     return {
-        {"papers", Cache::Papers, papers, papers.size()},
-        {"no papers", Cache::Papers, Bytes(30), 16},
-        {"bins", Cache::Bins, list(3, 52, 8), 8 + 3 * 52},
-        {"no bins", Cache::Bins, list(0, 52, 8), 8},
-        {"resolutions", Cache::Resolutions, list(2, 76, 12), 12 + 2 * 76},
-        {"no resolutions", Cache::Resolutions, list(0, 76, 12), 12},
-        {"files", Cache::DependentFiles, list(2, 128, 8), 8 + 2 * 128},
-        {"ready", Cache::MediaReady, list(1, 128, 8), 8 + 128},
-        {"media", Cache::MediaTypes, list(2, 132, 8), 8 + 2 * 132},
-        {"staple", Cache::Staple, Bytes(8), 8},
-        {"device", Cache::Device, Bytes(50), 48},
-        {"flags", Cache::Flags, Bytes(13), 12},
+        {"papers", Cache::Papers, papers, papers.size(), {4, 12}},
+        {"no papers", Cache::Papers, Bytes(30), 16, {4, 12}},
+        {"bins", Cache::Bins, list(3, 52, 8), 8 + 3 * 52, {0}},
+        {"resolutions", Cache::Resolutions, list(2, 76, 12), 12 + 2 * 76, {0}},
+        {"no resolutions", Cache::Resolutions, list(0, 76, 12), 12, {0}},
+        {"files", Cache::DependentFiles, list(2, 128, 8), 8 + 2 * 128, {0}},
+        {"media", Cache::MediaTypes, list(2, 132, 8), 8 + 2 * 132, {0}},
+        {"staple", Cache::Staple, Bytes(8), 8, {}},
+        {"device", Cache::Device, Bytes(50), 48, {}},
+        {"flags", Cache::Flags, Bytes(13), 12, {}},
     };
 }
 
-TEST(CapabilityCacheContents, OfEverySizeAreWholeOnlyWithWhatTheyPromise)
+TEST(CapabilityCacheContents, AreWholeOnlyWithWhatTheyPromise)
 {
     for (const Content& content : MakeContents())
     {
+        SCOPED_TRACE(content.name);
         for (std::size_t size = 0; size <= content.bytes.size(); ++size)
-            EXPECT_EQ(CapabilityCaches::IsWhole(content.cache, Span(content.bytes, size)), size >= content.least)
-                << content.name << ", " << size << " bytes";
+            EXPECT_EQ(CapabilityCaches::IsWhole(content.cache, Span(content.bytes).first(size)), size >= content.least)
+                << size << " bytes";
         Bytes longer = content.bytes;
         longer.resize(longer.size() + 7);
-        EXPECT_TRUE(CapabilityCaches::IsWhole(content.cache, Span(longer))) << content.name;
-    }
-}
-
-TEST(CapabilityCacheContents, ThatPromiseMoreThanAnybodyCouldHoldAreShort)
-{
-    for (const Content& content : MakeContents())
-    {
-        const bool isCounted =
-            content.cache != Cache::Staple && content.cache != Cache::Device && content.cache != Cache::Flags;
-        const std::vector<std::size_t> counts =
-            content.cache == Cache::Papers ? std::vector<std::size_t>{4, 12} : std::vector<std::size_t>{0};
-        for (const std::size_t at : counts)
-            for (const std::uint32_t count : {0xFFFFFFFFU, 0x80000000U, 0x10000000U})
+        EXPECT_TRUE(CapabilityCaches::IsWhole(content.cache, Span(longer)));
+        for (const std::size_t at : content.counts)
+            for (const std::uint32_t count : {0xFFFFFFFFU, 0x80000000U, 0x10000000U}) // more than anybody could hold
             {
                 Bytes changed = content.bytes;
-                Bytes word;
-                Put(word, count, 4);
-                std::copy(word.begin(), word.end(), changed.begin() + static_cast<std::ptrdiff_t>(at));
-                EXPECT_NE(CapabilityCaches::IsWhole(content.cache, Span(changed)), isCounted)
-                    << content.name << ", " << at;
+                ByteWriter(std::as_writable_bytes(std::span(changed)).subspan(at)).U32(count);
+                EXPECT_FALSE(CapabilityCaches::IsWhole(content.cache, Span(changed))) << at;
             }
     }
     Bytes otherRecords = MakeContents()[2].bytes; // of a driver whose records are larger
     otherRecords[4] = 60;
     otherRecords.resize(1000);
     EXPECT_FALSE(CapabilityCaches::IsWhole(Cache::Bins, Span(otherRecords)));
-}
-
-TEST(CapabilityCacheContents, OfResolutionsComeBackWithTheirNamesCut)
-{
-    ResolutionInfoRecord written[2];
-    written[0] = {600, 1200, 5024, {}};
-    written[1] = {7, 9, 0, {}};
-    std::fill(std::begin(written[0].name), std::end(written[0].name), W('r'));
-    const auto read = CapabilityCaches::ReadResolutions(CapabilityCaches::WriteResolutions(written).bytes());
-    ASSERT_TRUE(read);
-    ASSERT_EQ(read->size(), 2U);
-    EXPECT_EQ(read->at(0).x, 600U);
-    EXPECT_EQ(read->at(0).y, 1200U);
-    EXPECT_EQ(read->at(0).valueId, 5024);
-    EXPECT_EQ(WideString(read->at(0).name), WideString(31, W('r')));
-    EXPECT_EQ(read->at(1).y, 9U);
 }
 
 } // namespace

@@ -42,7 +42,6 @@ public:
     explicit ScriptedHelper(const MsDriverKind& driver) : CoreHelper(ModelOf(driver))
     {
     }
-    ~ScriptedHelper() override = default;
 
     // What the next questions are answered with.
     void Answer(PCSTR text, HRESULT result = S_OK)
@@ -169,14 +168,8 @@ TEST_F(AskedSettings, ComeFromTheKeywordOrFromThePublicFieldFirst)
     EXPECT_EQ(m_helper->keyword, "");
     m_devmode.Get()->dmDuplex = 9; // stands for nothing: the core driver knows
     EXPECT_EQ(m_access.GetMsFeatureValue(10, DataModel), 5422u);
-    EXPECT_EQ(m_access.GetMsFeatureValue(10, Raw), 9u);
     m_access.SetMsFeatureValue(10, 1, Raw); // is always the core driver's to write
     EXPECT_EQ(m_helper->keyword, "Duplex");
-    m_helper->onGet = nullptr;
-    EXPECT_EQ(m_access.GetMsFeatureValue(24, Raw), 0u); // no public field
-    EXPECT_EQ(m_helper->keyword, "%OutputFormat");
-    EXPECT_EQ(ThrownBy([this] { (void)m_access.GetMsFeatureValue(31, Raw); }), // not this driver's
-              "ExceptionMicrosoftFeatureNotFound MsDevmodeBase::GetPublicDmFeatureValue_Helper 165");
 }
 
 TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
@@ -204,7 +197,6 @@ TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
         EXPECT_EQ(ThrownBy([this] { (void)m_access.GetMsFeatureValue(10, DataModel); }), test.thrown);
         EXPECT_EQ(m_access.HasCurrentOption(10), test.hasOption);
         EXPECT_FALSE(m_access.HasCurrentOption(5)); // no keyword
-        EXPECT_FALSE(m_access.HasCurrentOption(31));
     }
     for (const auto& [result, taken] : {std::pair{E_ACCESSDENIED, 1u}, {E_FAIL, 0u}, {S_OK, 0u}, {S_FALSE, 0u}})
     {
@@ -223,7 +215,6 @@ TEST_F(AskedSettings, OfABadCoreDriverAreNamedFailures)
     EXPECT_THROW(m_access.SetMsFeatureValue(10, 9, Raw), ExceptionMicrosoftDevmodeValueMappingFailed);
     EXPECT_EQ(m_helper->keyword, ""); // was not even asked
     EXPECT_EQ(m_devmode.Bytes(), before);
-    EXPECT_THROW(Access(kPostScript, nullptr, m_devmode.Get(), m_devmode.Size()), ExceptionInvalidArgumentNullPointer);
 }
 
 // The core driver rewrites the paper whenever it is asked; even when it asks back in between.
@@ -280,56 +271,6 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
             EXPECT_EQ(GetFixedText(devmode.dmFormName), W("A4")) << at;
             EXPECT_EQ(std::size_t{devmode.dmSize} + devmode.dmDriverExtra, m_devmode.Size()) << at;
         }
-}
-
-// The helper that the host plays: the model's options and no others, all of a change or nothing.
-TEST(CoreHelpers, OfferWhatTheModelHas)
-{
-    PrinterModel model = ModelOf({0x80, 0x800, 0x8});
-    model.productInformation[13] = W("Monochrome");
-    model.resolutions = {{300, 300, {}}, {1200, 1200, {}}, {720, 720, {}}};
-    const ComPtr<CoreHelper> helper = CoreHelper::Make(model);
-    const auto list = [](PCSTR* texts, DWORD count)
-    {
-        std::string text;
-        for (DWORD at = 0; at < count; ++at)
-            text += std::string(texts[at]) + " ";
-        return text;
-    };
-    PCSTR* texts = nullptr;
-    DWORD count = 0;
-    ASSERT_EQ(helper->EnumFeatures(&texts, &count), S_OK);
-    EXPECT_EQ(list(texts, count), "%MetafileSpooling Duplex %PagePerSheet %PageOrder Orientation %TextAsGraphics "
-                                  "Resolution GraphicsMode TvlTrueTypeFontDlOption TvlEdgeToEdge ColorMode ");
-    for (const auto& [feature, options] : {std::pair("Resolution", "Res300x300 Res1200x1200 "),
-                                           {"ColorMode", "Mono "},
-                                           {"%PagePerSheet", "1 2 4 6 9 16 Booklet "},
-                                           {"%OutputFormat", ""},
-                                           {"duplex", ""}})
-    {
-        count = 0;
-        EXPECT_EQ(helper->EnumOptions(feature, &texts, &count), *options != '\0' ? S_OK : E_INVALIDARG) << feature;
-        EXPECT_EQ(list(texts, count), options);
-    }
-
-    const TestDevmode devmode = MakeDevmodeOf({0x80, 0x800, 0x8});
-    devmode.Get()->dmPrintQuality = devmode.Get()->dmYResolution = 600;
-    const Bytes before = devmode.Bytes();
-    PCSTR option = "";
-    EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "Resolution", &option), S_OK); // none of the model's
-    EXPECT_STREQ(option, "Res600x600");
-    EXPECT_EQ(helper->GetOption(devmode.Get(), devmode.Size() - 1, "Duplex", &option), E_INVALIDARG);
-    const PRINT_FEATURE_OPTION pairs[] = {
-        {"Duplex", "VERTICAL"}, {"%PagePerSheet", "Booklet"}, {"Resolution", "Res600x600"}};
-    DWORD written = 9;
-    DWORD result = 0;
-    EXPECT_EQ(helper->SetOptions(devmode.Get(), devmode.Size(), FALSE, pairs, 3, &written, &result), E_INVALIDARG);
-    EXPECT_EQ(written, 0u);
-    EXPECT_EQ(devmode.Bytes(), before);
-    EXPECT_EQ(helper->SetOptions(devmode.Get(), devmode.Size(), FALSE, pairs, 2, &written, &result), S_OK);
-    EXPECT_EQ(written, 2u);
-    ASSERT_EQ(helper->GetOption(devmode.Get(), devmode.Size(), "%PagePerSheet", &option), S_OK);
-    EXPECT_STREQ(option, "Booklet");
 }
 
 } // namespace

@@ -14,7 +14,6 @@ namespace
 using namespace MsDevmodeSamples;
 using Access = MsDevmodeUsingReverseEngineering;
 using Bytes = std::vector<std::byte>;
-using Numbers = std::vector<std::uint32_t>;
 
 constexpr auto Raw = MsDevmodeBase::Raw;
 constexpr auto DataModel = MsDevmodeBase::DataModel;
@@ -24,7 +23,6 @@ constexpr MsDriverKind kUnidrv = {0x80, 0x800, 0x8};
 const std::string kNoTable = "ExceptionMicrosoftFeatureNotFound MsDevmodeBase::GetDmValueTable_Helper 469";
 const std::string kNoField = "ExceptionMicrosoftFeatureNotFound MsDevmodeBase::GetPublicDmFeatureValue_Helper 165";
 const std::string kNoFieldToSet = "ExceptionMicrosoftFeatureNotFound MsDevmodeBase::SetPublicDmFeatureValue_Helper 305";
-const std::string kNotFound = "ExceptionMicrosoftFeatureNotFound MsDevmodeUsingReverseEngineering::";
 const std::string kOutside = "ExceptionMicrosoftPrivateDevmodeOffsetOutOfBounds MsDevmodeUsingReverseEngineering::";
 const std::string kGetOutside = kOutside + "GetMsPrivateDmFeatureValue_Helper 706";
 const std::string kSetOutside = kOutside + "SetMsPrivateDmFeatureValue_Helper 747";
@@ -128,7 +126,7 @@ TEST(PrivateSettings, AreWrittenWithinAPartOfAnySizeOnly)
     {
         MsDriverKind driver;
         std::size_t noteOffset;
-        Numbers known;                                           // sizes
+        std::vector<std::size_t> known;                          // sizes
         std::vector<std::pair<std::uint32_t, std::size_t>> ends; // feature, the end of what it needs
     } layouts[] = {
         // clang-format off
@@ -164,31 +162,6 @@ TEST(PrivateSettings, AreWrittenWithinAPartOfAnySizeOnly)
         }
 }
 
-// Settings of both parts are written to both or to none.
-TEST(PrivateSettings, ThatNeedAPublicFieldStayWithoutIt)
-{
-    const struct
-    {
-        MsDriverKind driver;
-        std::uint32_t feature;
-        std::uint32_t value;
-        WORD publicSize;
-        std::string thrown;
-    } cases[] = {
-        {kPostScript, 3, 3, 60, kNoFieldToSet}, {kPostScript, 3, 3, 76, kNoFieldToSet}, {kPostScript, 3, 3, 78, ""},
-        {kUnidrv, 34, 1, 80, kNoFieldToSet},    {kUnidrv, 34, 1, 92, kNoFieldToSet},    {kUnidrv, 34, 1, 94, ""},
-    };
-    for (const auto& test : cases)
-    {
-        SCOPED_TRACE(test.publicSize);
-        const TestDevmode devmode(test.publicSize, 708, std::size_t{test.publicSize} + 708);
-        Access access(test.driver, devmode.Get());
-        const Bytes before = devmode.Bytes();
-        EXPECT_EQ(SetThrows(access, test.feature, test.value), test.thrown);
-        EXPECT_EQ(devmode.Bytes() == before, !test.thrown.empty());
-    }
-}
-
 TEST(PublicSettings, AreAsWideAsTheirFieldsAndLongerOutside)
 {
     const TestDevmode devmode;
@@ -210,11 +183,6 @@ TEST(PublicSettings, AreAsWideAsTheirFieldsAndLongerOutside)
     EXPECT_EQ(fields.dmFields, DWORD{DM_PRINTQUALITY | DM_YRESOLUTION | DM_PAPERWIDTH | DM_MEDIATYPE});
     fields.dmOrientation = DMORIENT_PORTRAIT; // the bit that turns landscape, were there one, means nothing to it
     EXPECT_EQ(access.GetMsFeatureValue(3, DataModel), 5010u);
-    bool isFound = true;
-    EXPECT_EQ(access.GetPublicDmFeatureValue_Helper(&fields, 24, Raw, &isFound), 0u);
-    EXPECT_FALSE(isFound);
-    EXPECT_EQ(access.GetPublicDmFeatureValue_Helper(&fields, 17, Raw, &isFound), 0x12345u);
-    EXPECT_TRUE(isFound);
 
     // A public part that ends before the colour management, at the end of its memory.
     const TestDevmode smaller(188, 0, 188);
@@ -232,21 +200,7 @@ TEST(SettingValues, WithoutARowAreNamed)
     EXPECT_EQ(SetThrows(access, 10, 5423, DataModel), kUnmapped + "GetMsDmValueFromValueEnum_Helper 815");
     EXPECT_EQ(SetThrows(access, 5, 3, DataModel), kNoTable);
     EXPECT_EQ(GetThrows(access, 5, DataModel), kNoTable);
-    EXPECT_EQ(ThrownBy([&] { (void)access.GetDmValueTable_Helper(31).size(); }), ""); // not in its list
-    const auto ofKeyword = [&access](const char* keyword)
-    {
-        return ThrownBy([&] { (void)access.GetFeatureValueFromIPrintCoreHelperValue_Helper(10, keyword, Raw); });
-    };
-    EXPECT_EQ(ofKeyword("HORIZONTAL"), kUnmapped + "GetFeatureValueFromIPrintCoreHelperValue_Helper 543");
-    EXPECT_EQ(ofKeyword(nullptr), "ExceptionInvalidArgumentNullPointer "
-                                  "MsDevmodeBase::GetFeatureValueFromIPrintCoreHelperValue_Helper 513");
-    for (const auto& [feature, value] : {std::pair(10u, 4u), std::pair(6u, 1u)}) // the latter has no keywords
-        EXPECT_EQ(ThrownBy([&, id = feature, number = value]
-                           { (void)access.GetIPrintCoreHelperValueFromFeatureValue_Helper(id, number); }),
-                  kUnmapped + "GetIPrintCoreHelperValueFromFeatureValue_Helper 583");
     EXPECT_THROW((void)access.GetMsFeatureValue(10, DataModel), ExceptionMicrosoftDevmodeValueMappingFailed);
-    EXPECT_THROW(Access(MsDriverKind(), nullptr), ExceptionInvalidArgumentNullPointer);
-
     EXPECT_EQ(devmode.Bytes(), before);
 
     // A colour printing mode without a row is no colour.

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <tvutil/application.h>
-
 #include "complugins/fixedtext.h"
 #include "complugins/msdevicecapabilities.h"
 #include "msdevmodesamples.h"
@@ -68,7 +66,7 @@ TEST_F(PaperWrites, SayThePaperInTheFieldsOfItsKind)
         const WCHAR* application = W("");
     };
     // The devmode has paper 1, "Letter", 2159 by 2794.
-    constexpr const WCHAR* kReader = W("AcroRd32.exe");
+    constexpr const WCHAR* kReader = W("Acrobat.exe");
     const Case cases[] = {
         // clang-format off
         {"a form",                         kSize,         PageSizeStandard,     9,   2100, 2970, W("A4"),     kSize, 9,   W("A4")},
@@ -78,7 +76,6 @@ TEST_F(PaperWrites, SayThePaperInTheFieldsOfItsKind)
         {"where name and number count",    kName | kSize, PageSizeStandard,     9,   2100, 2970, W("A4"),     kSize, 9,   W("A4")},
         {"where nothing counts",           0,             PageSizeUserForm,     9,   2100, 2970, W("A4"),     kSize, 9,   W("A4")},
         {"where the dimensions count",     kBoth,         PageSizeDriverForm,   9,   2100, 2970, W("A4"),     kSize, 9,   W("A4")},
-        {"no number",                      kSize,         PageSizeStandard,     0,   2100, 2970, W("A4"),     kSize, 0,   W("A4")},
         {"the size it has",                kBoth,         PageSizeStandard,     9,   2159, 2794, W("A4"),     kBoth, 1,   W("Letter")},
         {"half of the size it has",        kBoth,         PageSizeStandard,     9,   2159, 2795, W("A4"),     kSize, 9,   W("A4")},
         {"the size, but it does not count", DM_PAPERWIDTH, PageSizeStandard,    9,   2159, 2794, W("A4"),     kSize, 9,   W("A4")},
@@ -87,7 +84,8 @@ TEST_F(PaperWrites, SayThePaperInTheFieldsOfItsKind)
         {"the driver's custom size",       kSize,         PageSizeDriverCustom, 300, 1000, 2000, W("Mine"),   kSize, 300, W("Mine"), W("word.exe")},
         {"the same, nobody's devmode",     kSize,         PageSizeDriverCustom, 300, 1000, 2000, W("Mine"),   kSize, 300, W("Mine")},
         {"the same for a reader",          kName,         PageSizeDriverCustom, 300, 1000, 2000, W("Mine"),   kBoth, 300, W("Mine"), kReader},
-        {"another size for a reader",      kSize,         PageSizeStandard,     9,   2100, 2970, W("A4"),     kSize, 9,   W("A4"),   kReader},
+        {"the same for its 32-bit version", kSize,        PageSizeDriverCustom, 300, 1000, 2000, W("Mine"),   kBoth, 300, W("Mine"), W("AcroRd32.exe")},
+        {"the same for the distiller",     kSize,         PageSizeDriverCustom, 300, 1000, 2000, W("Mine"),   kBoth, 300, W("Mine"), W("acrodist.exe")},
         {"the size it has for a reader",   kBoth | kSize, PageSizeDriverCustom, 300, 2159, 2794, W("Mine"),   kBoth | kSize, 1, W("Letter"), kReader},
         {"31 characters",                  kSize,         PageSizeStandard,     9,   2100, 2970, W("1234567890123456789012345678901"), kSize, 9, W("1234567890123456789012345678901")},
         // clang-format on
@@ -134,7 +132,6 @@ TEST_F(PaperWrites, ThatCannotBeLeaveTheDevmodeAlone)
             EXPECT_EQ(thrown.substr(0, test.thrown.size()), test.thrown) << test.width << " x " << test.length;
             EXPECT_EQ(devmode.Bytes(), before);
         }
-    EXPECT_THROW(MsDevmodeValueMapper(m_printer, nullptr, m_capabilities), ExceptionInvalidArgumentNullPointer);
     const TestDevmode small(188, 0, 188); // ends within what a paper needs to be reconciled
     const auto before = small.Bytes();
     Write(small, PageSizeStandard, 9, 2100, 2970, W("A4"), true);
@@ -169,14 +166,6 @@ TEST_F(PaperWrites, AreReconciledWhenThatIsWanted)
         EXPECT_EQ(other.Get()->dmPaperLength, reconcile ? 2794 : 0);
         EXPECT_EQ(CXString(GetFixedText(other.Get()->dmFormName)), reconcile ? W("Letter") : W("Other"));
     }
-}
-
-TEST(Applications, OfTheAcrobatFamilyAreKnownByTheirFileNames)
-{
-    for (const WCHAR* const name : {W("acrobat.exe"), W("Acrobat.exe"), W("AcroRd32.exe"), W("acrodist.exe")})
-        EXPECT_TRUE(Application::IsApplicationFromAdobeAcrobatFamily(name)) << CXString(name).ToUtf8();
-    for (const WCHAR* const name : {W(""), W("acrobat"), W("acrobat.exe.exe"), W("excel.exe"), W("notacrobat.exe")})
-        EXPECT_FALSE(Application::IsApplicationFromAdobeAcrobatFamily(name)) << CXString(name).ToUtf8();
 }
 
 } // namespace

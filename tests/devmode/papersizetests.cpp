@@ -9,15 +9,12 @@
 
 #include <tvcore/datamodelids.h>
 #include <tvutil/bytewriter.h>
-#include <tvutil/exceptions.h>
 #include <tvutil/operatingsystem.h>
 
 #include "complugins/devicepaperlist.h"
 #include "complugins/fixedtext.h"
-#include "complugins/msdevicecapabilities.h"
 #include "complugins/papermatching.h"
 #include "tests/common/oemdevmodebytes.h"
-#include "tests/common/testdevmode.h"
 
 namespace
 {
@@ -84,31 +81,6 @@ TEST(PaperLists, ThatContradictThemselvesAreNotBelieved)
         changed.resize(changed.size() + sizeof(WCHAR));
         EXPECT_FALSE(DevicePaperList::Read(changed.bytes())) << at;
     }
-}
-
-TEST(PaperLists, ComeFromTheDevmodeInsideTheSpoolerOnly)
-{
-    const Forms forms = NumberedForms(2, 3);
-    const TestDevmode with{Make(CoreDriverLayout::Unidrv, {{1, MakeState(true, forms)}})};
-    const TestDevmode without{Make(CoreDriverLayout::Unidrv, {})};
-    MSDeviceCapabilities capabilities;
-    for (HANDLE const wrong : {HANDLE{}, INVALID_HANDLE_VALUE})
-        EXPECT_THROW(capabilities.Initialize(wrong), ExceptionInvalidPrinterHandle);
-    HANDLE const printer = &capabilities;
-    const auto ask = [&](MSDeviceCapabilities::Context context, DEVMODEW* devmode)
-    {
-        Forms answer(5);
-        capabilities.Initialize(printer, context);
-        const HRESULT result = capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(printer, devmode, answer);
-        EXPECT_EQ(answer.size(), SUCCEEDED(result) ? forms.size() : 0U);
-        return result;
-    };
-    EXPECT_EQ(ask(MSDeviceCapabilities::Context::Spooler, with.Get()), S_OK);
-    EXPECT_EQ(ask(MSDeviceCapabilities::Context::Spooler, without.Get()), E_FAIL);
-    EXPECT_EQ(ask(MSDeviceCapabilities::Context::Spooler, nullptr), E_FAIL);
-    // No printer, and so no caches of one.
-    EXPECT_EQ(ask(MSDeviceCapabilities::Context::Application, with.Get()), E_NOTIMPL);
-    EXPECT_EQ(ask(MSDeviceCapabilities::Context::OfThisProcess, with.Get()), E_NOTIMPL);
 }
 
 constexpr const WCHAR* kUsual = nullptr; // the country's name
@@ -179,10 +151,7 @@ const std::tuple<const char*, Paper, bool, Paper> kMatchCases[] = {
      true,
      {0, 400, 900, 1800, W("A NAME of more than thirty-one ")}},
     {"user-defined name and number", {kName, 256, 3000, 2159, W("custom")}, true, {kSize, 256, 2159, 3000, kUsual}},
-    {"unknown name, size of its own",
-     {kName | kSize, 256, 1000, 1500, W("?")},
-     false,
-     {kSize, 256, 1000, 1500, kUsual}},
+    {"unknown name, own size", {kName | kSize, 256, 1000, 1500, W("?")}, false, {kSize, 256, 1000, 1500, kUsual}},
     {"another's high number", {kName, 40000, 2159, 2794, W("?")}, true, {kSize, 40000, 2159, 2794, kUsual}},
     // By size alone: the number follows a driver's form, the name the driver's form or else the first.
     {"size", {kSize, 5, 2159, 2794, W("?")}, true, {0, 5, 2159, 2794, W("Letter")}},

@@ -1,12 +1,8 @@
 // The paper of a devmode, reconciled for an installed printer.
 #include "complugins/reconciledevmodepapersize.h"
 
-#include <optional>
-
 #include <tvcore/datamodelids.h>
-#include <tvutil/datacache.h>
 #include <tvutil/devicesettingsmanager.h>
-#include <tvutil/exceptions.h>
 #include <tvutil/operatingsystem.h>
 
 #include "complugins/msdevicecapabilities.h"
@@ -20,39 +16,10 @@ namespace
 
 using namespace OemDevmodeBytes;
 
-constexpr int kDriverPaper = 320;      // a paper that the driver of this model has, and the spooler has not
-constexpr int kFirstDriverPaper = 119; // made one of them here, with the number before it
+constexpr int kDriverPaper = 320; // a paper that the driver of this model has, and the spooler has not
 constexpr int kByCountry = -1;
 
-class Reconciliation : public InstalledPrinter
-{
-protected:
-    void SetUp() override
-    {
-        InstalledPrinter::SetUp();
-        Install("tavlen-b7000-xps",
-                [](nlohmann::json& model)
-                {
-                    for (const int number : {kFirstDriverPaper - 1, kFirstDriverPaper})
-                    {
-                        nlohmann::json form = model["forms"].back();
-                        form["paperId"] = number;
-                        form["name"] = "Paper " + std::to_string(number);
-                        model["forms"].push_back(form);
-                    }
-                });
-    }
-
-    void StoreSetting(std::optional<bool> value) const
-    {
-        AttributeBytesIndexedList settings;
-        if (value)
-            settings.SetAttributeBytes(DataModelIds::Feature::ReplaceDriverPaperInSpreadsheets,
-                                       MakeBooleanAttributeBytes(*value));
-        const PrinterHandle printer = PrinterHandle::Open(m_name.ToUtf8(), PrinterHandle::Access::Administer);
-        DeviceSettingsManager::Store(Printer(printer.Get()), settings);
-    }
-};
+using Reconciliation = InstalledPrinter;
 
 TestDevmode MakeDevmode(WStringView application, int number)
 {
@@ -72,24 +39,23 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
 {
     constexpr struct
     {
-        std::optional<bool> setting;
+        bool setting;
         WStringView application;
         int before;
         int after;
     } kCases[] = {
-        {std::nullopt, W("excel.exe"), kDriverPaper, kDriverPaper},
         {false, W("excel.exe"), kDriverPaper, kDriverPaper},
         {true, W("excel.exe"), kDriverPaper, kByCountry},
         {true, W("Excel.exe"), kDriverPaper, kDriverPaper},
-        {true, W("excel.exe"), kFirstDriverPaper, kByCountry},
-        {true, W("excel.exe"), kFirstDriverPaper - 1, kFirstDriverPaper - 1},
-        {true, W("excel.exe"), 9999, 9999},   // nobody has such a form
-        {true, W("excel.exe"), 65000, 65000}, // compared unsigned
+        {true, W("excel.exe"), DMPAPER_11X17, DMPAPER_11X17}, // the platform's own
+        {true, W("excel.exe"), 65000, 65000},                 // compared unsigned; nobody has such a form
         {true, W("winword.exe"), DMPAPER_TABLOID, DMPAPER_11X17},
     };
-    const Printer printer(m_name);
+    Install("tavlen-b7000-xps");
+    const PrinterHandle handle = PrinterHandle::Open(m_name.ToUtf8(), PrinterHandle::Access::Administer);
+    const Printer printer(handle.Get());
     MSDeviceCapabilities capabilities;
-    capabilities.Initialize(printer.GetPrinterHandle(), MSDeviceCapabilities::Context::Spooler);
+    capabilities.Initialize(handle.Get(), MSDeviceCapabilities::Context::Spooler);
     // Where the environment tells the country, both kinds of country are asked for.
     for (const WCHAR* const country : {W("en_US"), W("de_DE")})
     {
@@ -98,37 +64,20 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
         for (const auto& test : kCases)
         {
             SCOPED_TRACE(CXString(country).ToUtf8() + ", row " + std::to_string(&test - kCases));
-            StoreSetting(test.setting);
+            AttributeBytesIndexedList settings;
+            settings.SetAttributeBytes(DataModelIds::Feature::ReplaceDriverPaperInSpreadsheets,
+                                       MakeBooleanAttributeBytes(test.setting));
+            DeviceSettingsManager::Store(printer, settings);
             const int expected = test.after == kByCountry ? byCountry : test.after;
-            const bool isKnown = expected < 9999 && expected != kFirstDriverPaper - 1; // on the devmode's own list
+            const bool isKnown = expected != 65000; // on the devmode's own list
             const TestDevmode devmode = MakeDevmode(test.application, test.before);
-            EXPECT_EQ(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), devmode.Get(), capabilities), isKnown);
+            EXPECT_EQ(ReconcileDevmodePaperSize(handle.Get(), devmode.Get(), capabilities), isKnown);
             EXPECT_EQ(static_cast<WORD>(devmode.Get()->dmPaperSize), expected);
             EXPECT_EQ(devmode.Get()->dmFields, DWORD{DM_PAPERSIZE | DM_COPIES}) << "a number wins over a name";
             EXPECT_EQ(devmode.Get()->dmPaperWidth == 10, !isKnown) << "portrait, or the form's";
         }
     }
     SetEnvironmentVariableW(W("LC_ALL"), nullptr); // other tests do with any country
-}
-
-TEST_F(Reconciliation, NeedsAPrinterButNoListAndNoShortDevmode)
-{
-    const Printer printer(m_name);
-    ASSERT_TRUE(DataCache::RemovePrinter(m_name, HKEY_CURRENT_USER));
-    MSDeviceCapabilities capabilities;
-    capabilities.Initialize(printer.GetPrinterHandle(), MSDeviceCapabilities::Context::Application);
-    const TestDevmode devmode = MakeDevmode({}, DMPAPER_TABLOID);
-    EXPECT_FALSE(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), devmode.Get(), capabilities));
-    EXPECT_EQ(devmode.Get()->dmPaperSize, DMPAPER_11X17);
-    EXPECT_EQ(devmode.Get()->dmPaperWidth, 20) << "without a list the size stays";
-
-    const Bytes shortOne(203);
-    const TestDevmode cut{shortOne};
-    const auto before = cut.Bytes();
-    EXPECT_FALSE(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), cut.Get(), capabilities));
-    EXPECT_FALSE(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), nullptr, capabilities));
-    EXPECT_EQ(cut.Bytes(), before);
-    EXPECT_THROW(ReconcileDevmodePaperSize(nullptr, devmode.Get(), capabilities), ExceptionPrinterFailure);
 }
 
 } // namespace

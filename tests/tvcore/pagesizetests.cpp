@@ -1,26 +1,15 @@
 // The page-size dictionary and the numbers of named custom sizes.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
 #include <tvcore/pagesizedictionary.h>
-#include <tvcore/productstringloader.h>
-#include <tvutil/textresourceloader.h>
 
 namespace
 {
 
 using Names = std::vector<std::string>;
-
-Names NamesOf(const PageSizeDictionary::EntryRefs& entries)
-{
-    Names names;
-    for (const PageSizeDictionaryEntry& entry : entries)
-        names.push_back(entry.GetMsPageMediaSizeOptionName().ToUtf8());
-    return names;
-}
 
 TEST(PageSizes, AreFoundBySize)
 {
@@ -44,40 +33,12 @@ TEST(PageSizes, AreFoundBySize)
     for (const Row& row : rows)
     {
         SCOPED_TRACE(testing::Message() << row.width << " x " << row.length << " of unit " << row.unit);
-        EXPECT_EQ(
-            NamesOf(dictionary.GetPageSizeEntryRefs(Dimension(row.width, row.unit), Dimension(row.length, row.unit))),
-            row.names);
+        Names names;
+        for (const PageSizeDictionaryEntry& entry :
+             dictionary.GetPageSizeEntryRefs(Dimension(row.width, row.unit), Dimension(row.length, row.unit)))
+            names.push_back(entry.GetMsPageMediaSizeOptionName().ToUtf8());
+        EXPECT_EQ(names, row.names);
     }
-}
-
-TEST(PageSizes, AreListedByType)
-{
-    const PageSizeDictionary dictionary;
-    const Names standard = NamesOf(dictionary.GetPageSizeEntryRefs(DataModelIds::PageSizeStandard));
-    const Names extended = NamesOf(dictionary.GetPageSizeEntryRefs(DataModelIds::PageSizeExtended));
-    const auto holds = [](const Names& names, const char* name)
-    {
-        return std::find(names.begin(), names.end(), name) != names.end();
-    };
-    EXPECT_TRUE(holds(standard, "ISOA4") && !holds(extended, "ISOA4"));
-    EXPECT_TRUE(holds(extended, "ISOSRA3") && !holds(standard, "ISOSRA3"));
-    for (const auto type : {DataModelIds::PageSizeDriverCustom, DataModelIds::PageSizeDriverForm,
-                            DataModelIds::PageSizeUserForm, DataModelIds::PageSizeUnlisted})
-        EXPECT_TRUE(dictionary.GetPageSizeEntryRefs(type).empty()) << type;
-}
-
-TEST(PageSizes, ALoaderAddsDisplayNamesOnly)
-{
-    const auto kept = TextResourceLoader::Share(W("dictionary's printer"), {{6436, CXString(W("DIN A4"))}});
-    TextResourceLoader::Initialize(CXString(W("dictionary's printer")), false);
-    const PageSizeDictionary dictionary{ProductStringLoader(ProductData::ControllerFamilyColor)};
-    const auto entries = dictionary.GetPageSizeEntryRefs(DataModelIds::PageSizeStandard);
-    EXPECT_EQ(NamesOf(entries), NamesOf(PageSizeDictionary().GetPageSizeEntryRefs(DataModelIds::PageSizeStandard)));
-    for (const PageSizeDictionaryEntry& entry : entries)
-        EXPECT_EQ(entry.GetValueId().GetValueName(),
-                  entry.GetValueId().GetValueEnum() == DataModelIds::Value::PageSizeA4
-                      ? CXString(W("DIN A4"))
-                      : entry.GetMsPageMediaSizeOptionName());
 }
 
 TEST(CustomSizes, HaveAStableNumberBeyondEveryForm)

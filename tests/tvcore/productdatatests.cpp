@@ -2,9 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <tvcore/productdata.h>
-#include <tvcore/productstringloader.h>
 #include <tvutil/exceptions.h>
-#include <tvutil/textresourceloader.h>
 
 #include "tests/common/testprinter.h"
 
@@ -21,14 +19,6 @@ TEST(ProductOfAnInstalledPrinter, IsItsDriversModel)
     EXPECT_TRUE(product.GetInfo(14).IsEmpty());
     EXPECT_EQ(product.GetMargins(331).bottom, 15000);
     EXPECT_EQ(product.GetMargins(2).left, 0); // a paper that the product says nothing of
-
-    const ProductStringLoader loader(product.GetControllerFamily());
-    TextResourceLoader::Initialize(installed.Handle(), false);
-    EXPECT_EQ(loader.LoadStringW(41034), W("Paper Size"));
-    TextResourceLoader::Initialize(nullptr);
-    EXPECT_TRUE(loader.LoadStringW(41034).IsEmpty());
-    product.PutTextsInForce();
-    EXPECT_EQ(loader.LoadStringW(41034), W("Paper Size"));
 }
 
 // As the module sees it, which does not know the reader's exception.

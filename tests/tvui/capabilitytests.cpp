@@ -1,9 +1,12 @@
-// DeviceCapabilitiesW: the model's figures, in the platform's shapes.
-
+// DeviceCapabilitiesW: the model's figures, in the platform's shapes; and the caches that the module fills with them.
 #include <algorithm>
 #include <array>
 #include <tuple>
 
+#include <tvutil/datacache.h>
+#include <tvutil/tavlenutilities.h>
+
+#include "complugins/msdevicecapabilities.h"
 #include "tests/tvui/installedprinter.h"
 
 namespace
@@ -78,12 +81,17 @@ TEST_F(Capabilities, AreTheModelsFigures)
     };
     for (const bool isPostScript : {true, false})
     {
-        Install(isPostScript ? kPostScriptModel : kUnidrvModel);
+        const std::string shippedModel = isPostScript ? kPostScriptModel : kUnidrvModel;
+        Install(shippedModel);
         for (const auto& [capability, postScript, unidrv] : kRows)
             EXPECT_EQ(Ask(capability), isPostScript ? postScript : unidrv) << capability;
         EXPECT_EQ(static_cast<DWORD>(Ask(DC_FIELDS)) & (DM_COPIES | DM_PAPERWIDTH | DM_DITHERTYPE),
                   DWORD{DM_COPIES | DM_PAPERWIDTH});
         ExpectListsOfModel();
+        const json files = Names<Name64>(DC_FILEDEPENDENCIES);
+        const std::string dataFile = "tvui-" + shippedModel + ".json";
+        for (const char* const name : {"tvui_B.dll", "tvcore_B.dll", "tvutil_B.dll", "tvptpc_B.dll", dataFile.c_str()})
+            EXPECT_EQ(std::count(files.begin(), files.end(), json::array({name})), 1) << files;
     }
 }
 
@@ -99,22 +107,40 @@ TEST_F(Capabilities, NamesMayFillTheirRoom)
     ExpectListsOfModel();
 }
 
-TEST_F(Capabilities, ListTheFilesOfTheDriver)
+TEST_F(Capabilities, NamePapersByOneRule)
 {
-    Install(kPostScriptModel);
-    const json files = Names<Name64>(DC_FILEDEPENDENCIES);
-    for (const char* const name :
-         {"tvui_B.dll", "tvcore_B.dll", "tvutil_B.dll", "tvptpc_B.dll", "tvwftu_b.dll", "tvui-tavlen-c9070-ps.json"})
-        EXPECT_EQ(std::count(files.begin(), files.end(), json::array({name})), 1) << files;
-}
-
-TEST_F(Capabilities, ThatAreNotAnsweredAreMinusOneAndWriteNothing)
-{
-    Install(kUnidrvModel);
-    std::vector<BYTE> room(64, BYTE{0xA5});
-    for (const int capability : {0, 19, 20, 21, 23, 24, 25, 33, 36, 1000, 65526, 65533, 65535})
-        EXPECT_EQ(Ask(static_cast<WORD>(capability), room.data()), -1) << capability;
-    EXPECT_EQ(room, std::vector<BYTE>(64, BYTE{0xA5}));
+    constexpr std::tuple<const char*, bool, const char*> kForms[] = {
+        {"Envelope DL", false, "Env. DL"},
+        {"Big Envelope for an Envelope", true, "Big Env. for an Env."},
+        {"11x17", true, "11x17 inches"},
+        {"8 1/2 X 13.5", true, "8 1/2 X 13.5 inches"},
+        {"4 \xC3\x97 6", true, "4 \xC3\x97 6 inches"},
+        {"11x17 Envelope", true, "11x17 Env."},
+        {"100x200", false, "100x200"},
+        {"12x18 in", true, "12x18 in"},
+        {"12", true, "12"},
+        {"x", true, "x"},
+    };
+    json expected = json::array();
+    Install(kPostScriptModel,
+            [&expected, &kForms](json& model)
+            {
+                json form = model["forms"][0];
+                for (const auto& [name, isInInches, displayName] : kForms)
+                {
+                    form["paperId"] = 500 + expected.size();
+                    form["name"] = name;
+                    form["units"] = isInInches ? 7492 : 7491;
+                    form["type"] = 25005;
+                    form["valueId"] = 0;
+                    model["forms"].push_back(form);
+                    expected.push_back(json::array({displayName}));
+                }
+            });
+    json papers = Names<Name64>(DC_PAPERNAMES);
+    ASSERT_EQ(papers.size(), m_model["forms"].size());
+    papers.erase(papers.begin(), papers.end() - static_cast<std::ptrdiff_t>(expected.size()));
+    EXPECT_EQ(papers, expected);
 }
 
 TEST_F(Capabilities, OfAPrinterByHandleOrByName)
@@ -136,8 +162,42 @@ TEST_F(Capabilities, OfAPrinterByHandleOrByName)
     for (const auto& [asked, named, copies] : rows)
         EXPECT_EQ(module.Capability(asked, named, DC_COPIES, nullptr), copies) << asked << " " << (named != nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PRINTER_NAME});
-    EXPECT_TRUE(module.Event(name.data(), PRINTER_EVENT_INITIALIZE));
+    std::vector<BYTE> room(64, BYTE{0xA5});
+    for (const int capability : {0, 19, 20, 21, 23, 24, 25, 33, 36, 1000, 65526, 65533, 65535}) // not answered
+        EXPECT_EQ(Ask(static_cast<WORD>(capability), room.data()), -1) << capability;
+    EXPECT_EQ(room, std::vector<BYTE>(64, BYTE{0xA5}));
+}
+
+TEST_F(Capabilities, AreCachedAtTheEventsOfThePrinter)
+{
+    Install(kUnidrvModel);
+    const ConfigurationModule module;
+    const auto papers = [this]
+    {
+        const CXString port = TavlenUtilities::ConvertPortNameToRegistryKey(Printer(m_name).GetPortName().View());
+        const DataCache store({m_name, port}, HKEY_CURRENT_USER, MSDeviceCapabilities::kStamp, true);
+        return store.Read(W("XPaperCaps")).value_or(ByteBuffer());
+    };
+    WideString name = MutableName();
+    WideString unknown = W("no such printer");
+    const ByteBuffer whole = papers();
+    ASSERT_FALSE(whole.empty());
+    for (const INT event : {PRINTER_EVENT_ADD_CONNECTION, PRINTER_EVENT_INITIALIZE, PRINTER_EVENT_CACHE_REFRESH})
+    {
+        EXPECT_TRUE(module.Event(name.data(), PRINTER_EVENT_DELETE));
+        EXPECT_TRUE(papers().empty());
+        EXPECT_TRUE(module.Event(name.data(), PRINTER_EVENT_ATTRIBUTES_CHANGED));
+        EXPECT_TRUE(papers().empty());
+        EXPECT_TRUE(module.Event(name.data(), event)) << event;
+        EXPECT_EQ(papers(), whole);
+        EXPECT_FALSE(module.Event(unknown.data(), event));
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PRINTER_NAME});
+    }
     EXPECT_TRUE(module.Event(nullptr, PRINTER_EVENT_DELETE));
+    ChangeInstalledModel([](json& model) { model["forms"].clear(); });
+    EXPECT_FALSE(module.Event(name.data(), PRINTER_EVENT_CACHE_REFRESH));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_DATA});
+    EXPECT_EQ(papers(), whole) << "a model that cannot be read changes nothing";
 }
 
 } // namespace

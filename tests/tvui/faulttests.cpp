@@ -56,13 +56,13 @@ private:
     }
 };
 
-TEST_F(Faults, LeaveCapabilitiesRefusedOrRight)
+TEST_F(Faults, LeaveCapabilitiesRefusedOrRightAndDevmodesUnwrittenOrWhole)
 {
     InstallShortLists();
     const ConfigurationModule module;
     WideString name = MutableName();
     std::vector<WORD> papers(m_model["forms"].size()); // the faults are not for the test's own memory
-    const auto ask = [&]
+    const auto askPapers = [&]
     {
         std::fill(papers.begin(), papers.end(), WORD{0});
         const int answer = module.Capability(nullptr, name.data(), DC_PAPERS, papers.data());
@@ -70,19 +70,12 @@ TEST_F(Faults, LeaveCapabilitiesRefusedOrRight)
         EXPECT_EQ(papers[0], answer == -1 ? 0 : 9);
         return answer != -1;
     };
-    ExpectAnswersOrRefusals(ask);
-}
-
-TEST_F(Faults, LeaveDevmodesUnwrittenOrWhole)
-{
-    InstallShortLists();
-    const ConfigurationModule module;
+    ExpectAnswersOrRefusals(askPapers);
     const ByteBuffer properties = Properties();
     const std::vector<BYTE> whole(properties.data(), properties.data() + properties.size());
-    WideString name = MutableName();
     const std::vector<BYTE> nothing(whole.size());
     std::vector<BYTE> output(whole.size());
-    const auto ask = [&]
+    const auto askDevmode = [&]
     {
         std::fill(output.begin(), output.end(), BYTE{0});
         DOCUMENTPROPERTYHEADER header = ConfigurationModule::Header(name.data(), nullptr, output, DM_OUT_BUFFER);
@@ -91,7 +84,7 @@ TEST_F(Faults, LeaveDevmodesUnwrittenOrWhole)
         EXPECT_TRUE(output == (answer == IDOK ? whole : nothing));
         return answer == IDOK;
     };
-    ExpectAnswersOrRefusals(ask);
+    ExpectAnswersOrRefusals(askDevmode);
 }
 
 // With one custom size of the user beside the model's forms.
