@@ -8,6 +8,7 @@
 #include <tvcore/datamodelids.h>
 #include <tvutil/crc32.h>
 #include <tvutil/exceptions.h>
+#include <tvutil/tavlenexception.h>
 #include <tvutil/tavlenutilities.h>
 #include <tvutil/user.h>
 
@@ -21,6 +22,7 @@ namespace
 {
 
 using Cache = MSDeviceCapabilities::Cache;
+using CacheState = MSDeviceCapabilities::CacheState;
 using Context = MSDeviceCapabilities::Context;
 using Validation = MSDeviceCapabilities::Validation;
 using Forms = std::vector<FormsInfoRecord>;
@@ -97,38 +99,79 @@ std::array<BYTE, 152> HashedRecord(WStringView name, DWORD width, DWORD length, 
     return bytes;
 }
 
-TEST_F(DeviceCapabilities, HashCustomSizesInThousandthsOneAfterTheOtherButNoneThatMakesNoSense)
+TEST_F(DeviceCapabilities, HashCustomSizesInThousandthsOneAfterTheOther)
 {
     EXPECT_EQ(CustomFormsCrc(), 1397442489U);
     const CXString longName(WideString(100, W('A')));
     ASSERT_TRUE(CustomForms::Add({longName, 100049, 139700, false}));
     ASSERT_TRUE(CustomForms::Add({W("B"), 3276700, 51, true})); // behind it in the registry's order
-    for (const auto& [width, length] : {std::pair(0, 1000), {50, 1000}, {1000, 3276701}, {-1, 1000}})
-        ASSERT_TRUE(CustomForms::Add({CXString::FromInteger(width) + W(" wide"), width, length, true}));
     DWORD expected = 1397442489;
     for (const auto& record :
          {HashedRecord(longName.View(), 100049, 139700, 7492), HashedRecord(W("B"), 3276700, 51, 7491)})
         expected = Crc32::GetCrc(record.data(), record.size(), expected);
     EXPECT_EQ(CustomFormsCrc(), expected);
     EXPECT_EQ(CustomFormsCrc(Context::Spooler), 1397442489U);
+    EXPECT_FALSE(CustomForms::Add({W("b"), 1000, 1000, true}));
+    EXPECT_EQ(CustomFormsCrc(), expected) << "nothing is written over it";
+}
+
+TEST_F(DeviceCapabilities, LeaveOutAndReportCustomSizesThatMakeNoSense)
+{
+    const User user(CustomForms::kComponent);
+    const auto path = [](const WCHAR* name)
+    {
+        return CXString(CustomForms::kKey) + W("\\") + name;
+    };
+    ASSERT_TRUE(CustomForms::Add({W("Good"), 100000, 200000, true}));
+    const DWORD good = CustomFormsCrc();
+    for (const auto& [width, length] : {std::pair(0, 1000), {50, 1000}, {1000, 3276701}, {-1, 1000}})
+        ASSERT_TRUE(CustomForms::Add({CXString::FromInteger(width) + W(" wide"), width, length, true}));
+    user.SetDword(path(W("Without units")), CustomForms::kWidth, 1000);
+    user.SetDword(path(W("Without units")), CustomForms::kLength, 1000);
+    ASSERT_TRUE(user.CreateKey(path(W("Empty"))));
+
+    int reports = 0;
+    const auto count = [](const TavlenException::Report& report, void* context)
+    {
+        EXPECT_EQ(CXString(report.text), W("5335"));
+        EXPECT_NE(report.exception, nullptr);
+        EXPECT_EQ(report.contexts->Top()->id, 5335);
+        ++*static_cast<int*>(context);
+    };
+    const auto former = TavlenException::SetReportSink({count, &reports});
     const CustomForms::Walk walk = CustomForms::WalkSizes();
-    EXPECT_EQ(walk.sizes.size(), 2U);
-    EXPECT_EQ(walk.leftOut.size(), 4U);
+    TavlenException::SetReportSink(former);
+    EXPECT_EQ(walk.sizes.size(), 1U);
+    EXPECT_EQ(walk.leftOut.size(), 6U);
+    EXPECT_EQ(walk.crc, good);
     EXPECT_FALSE(walk.isCutOff);
+    EXPECT_EQ(reports, 6);
 }
 
 TEST_F(DeviceCapabilities, GiveTheFormsAgainWhenTheyAreFilledWithTheCustomSizesOfNow)
 {
     Forms forms;
+    ASSERT_EQ(AskForms(Context::Application, forms), S_OK);
+    const std::size_t ofModel = m_model["forms"].size();
+    EXPECT_EQ(forms.size(), ofModel);
     ASSERT_TRUE(CustomForms::Add({W("Strip"), 100051, 139700, false}));
     EXPECT_EQ(AskForms(Context::Application, forms), E_FAIL);
     EXPECT_TRUE(forms.empty());
     Fill();
     ASSERT_EQ(AskForms(Context::Application, forms), S_OK);
-    EXPECT_EQ(forms.size(), m_model["forms"].size() + 1);
+    EXPECT_EQ(forms.size(), ofModel + 1);
     EXPECT_EQ(forms.back().width, 1001) << "tenths";
     EXPECT_EQ(forms.back().formType, 25003);
     EXPECT_EQ(forms.back().paperId, CustomSizeNumber(W("Strip")));
+    ASSERT_TRUE(CustomForms::Remove(W("strip")));
+    EXPECT_EQ(AskForms(Context::Application, forms), E_FAIL);
+
+    MSDeviceCapabilities capabilities;
+    capabilities.Initialize(Handle(), Context::Application);
+    DWORD answer = 0;
+    EXPECT_EQ(capabilities.DeviceCapabilities(DC_PAPERS, Validation::CustomForms, answer), E_FAIL);
+    EXPECT_EQ(capabilities.DeviceCapabilities(DC_PAPERS, Validation::None, answer), S_OK) << "nobody asked";
+    EXPECT_EQ(answer, ofModel) << "all but the unlisted one, and the custom size";
 
     // The devmode's own list, whatever the store holds.
     const FormsInfoRecord own = OemDevmodeBytes::MakeForm(9, W("Own"), 1, 2, 25001);
@@ -136,20 +179,22 @@ TEST_F(DeviceCapabilities, GiveTheFormsAgainWhenTheyAreFilledWithTheCustomSizesO
         OemDevmodeBytes::Make(CoreDriverLayout::Unidrv, {{1, OemDevmodeBytes::MakeState(true, {&own, 1})}})};
     ASSERT_EQ(AskForms(Context::Spooler, forms, devmode.Get()), S_OK);
     EXPECT_EQ(forms.size(), 1U);
-    const TestDevmode without{OemDevmodeBytes::Make(CoreDriverLayout::Unidrv, {})};
-    for (DEVMODEW* const none : {without.Get(), static_cast<DEVMODEW*>(nullptr)})
-        EXPECT_EQ(AskForms(Context::Spooler, forms, none), E_FAIL);
+    EXPECT_EQ(AskForms(Context::Spooler, forms), E_FAIL);
 }
 
 TEST_F(DeviceCapabilities, AnswerEachIndexFromItsCacheOrNotAtAll)
 {
-    const struct
+    struct Case
     {
         std::vector<WORD> indices;
         const WCHAR* cache;
         std::size_t answer;
-    } cases[] = {
-        {{0, 1, 2, 3, 65529}, W("XPaperCaps"), m_model["forms"].size() - 1}, // without the unlisted one
+    };
+    const auto unlisted = std::count_if(m_model["forms"].begin(), m_model["forms"].end(),
+                                        [](const nlohmann::json& form) { return form["type"] == 25007; });
+    ASSERT_EQ(unlisted, 1);
+    const Case kCases[] = {
+        {{0, 1, 2, 3, 65529}, W("XPaperCaps"), m_model["forms"].size() - 1},
         {{6, 65526}, W("XBinCaps"), m_model["bins"].size()},
         {{13, 65527}, W("XResolutions"), m_model["resolutions"].size()},
         {{14}, W("XDependentFilesCaps"), 6},
@@ -161,22 +206,30 @@ TEST_F(DeviceCapabilities, AnswerEachIndexFromItsCacheOrNotAtAll)
     MSDeviceCapabilities capabilities;
     capabilities.Initialize(Handle(), Context::Application);
     const DataCache store = Store(HKEY_CURRENT_USER);
-    DWORD answer = 7;
-    EXPECT_EQ(capabilities.DeviceCapabilities(7, Validation::None, answer), S_OK) << "nobody's index";
-    EXPECT_EQ(answer, 0U);
-    for (const auto& test : cases)
-    {
+    std::vector<bool> isAnswered(0x10000);
+    DWORD answer = 0;
+    for (const Case& test : kCases)
         for (const WORD index : test.indices)
         {
+            isAnswered[index] = true;
             EXPECT_EQ(capabilities.DeviceCapabilities(index, Validation::CustomForms, answer), S_OK) << index;
             EXPECT_EQ(answer, test.answer) << index;
         }
+    for (const Case& test : kCases)
+    {
         const std::optional<ByteBuffer> whole = store.Read(test.cache);
         ASSERT_TRUE(whole);
         store.Write(test.cache, whole->bytes().first(whole->size() - 1));
-        EXPECT_EQ(capabilities.DeviceCapabilities(test.indices[0], Validation::None, answer), E_FAIL)
-            << CXString(test.cache).ToUtf8();
+        for (const WORD index : test.indices)
+            EXPECT_EQ(capabilities.DeviceCapabilities(index, Validation::None, answer), E_FAIL) << index;
     }
+    for (DWORD index = 0; index < 0x10000; ++index)
+        if (!isAnswered[index])
+        {
+            answer = 7;
+            EXPECT_EQ(capabilities.DeviceCapabilities(static_cast<WORD>(index), Validation::None, answer), S_OK);
+            EXPECT_EQ(answer, 0U) << index;
+        }
 }
 
 TEST_F(DeviceCapabilities, TakeTheMachinesFormsWhereTheUserHasNone)
@@ -188,66 +241,109 @@ TEST_F(DeviceCapabilities, TakeTheMachinesFormsWhereTheUserHasNone)
     EXPECT_EQ(AskForms(Context::Application, forms), E_FAIL);
     Store(HKEY_LOCAL_MACHINE).Write(W("XPaperCaps"), papers->bytes());
     EXPECT_EQ(AskForms(Context::Application, forms), S_OK);
-    EXPECT_EQ(forms.size(), m_model["forms"].size());
+    DWORD answer = 0;
+    MSDeviceCapabilities ofUser;
+    ofUser.Initialize(Handle(), Context::Application);
+    EXPECT_EQ(ofUser.DescribeCache(Cache::Papers)->state, CacheState::Valid);
+    EXPECT_EQ(ofUser.DeviceCapabilities(DC_PAPERS, Validation::None, answer), E_FAIL) << "no form list";
     ASSERT_TRUE(CustomForms::Add({W("Strip"), 100000, 139700, false}));
     EXPECT_EQ(AskForms(Context::Application, forms), E_FAIL) << "a machine's has no user's sizes";
     Fill();
     EXPECT_EQ(AskForms(Context::Application, forms), S_OK);
     EXPECT_EQ(forms.size(), m_model["forms"].size() + 1);
+    MSDeviceCapabilities forced;
+    forced.Initialize(Handle(), Context::Application, {.forceMachineHive = true});
+    EXPECT_EQ(forced.GetHive(), HKEY_LOCAL_MACHINE);
+    EXPECT_EQ(forced.DeviceCapabilities(DC_PAPERS, Validation::None, answer), S_OK);
+    EXPECT_EQ(answer, m_model["forms"].size() - 1);
+    EXPECT_EQ(forced.DeviceCapabilities(DC_BINS, Validation::None, answer), E_FAIL);
     EXPECT_TRUE(DataCache::RemovePrinter(m_name, HKEY_LOCAL_MACHINE));
 }
 
-TEST_F(DeviceCapabilities, SaveWhatIsDirtyOfTheirPrinterOnce)
+TEST_F(DeviceCapabilities, SaveWhatIsDirtyUnlessTheyMustNot)
 {
     const DataCache store = Store(HKEY_CURRENT_USER);
     const DataCache::Lock lock(HKEY_CURRENT_USER);
+    const std::size_t before = store.Dump().size();
     const ByteBuffer staple = CapabilityCaches::WriteStaple(1);
     MSDeviceCapabilities capabilities;
-    capabilities.Initialize(Handle(), Context::Application);
+    capabilities.Initialize(Handle(), Context::Application, {.noSave = true});
     capabilities.SetCache(Cache::Staple, staple);
+    EXPECT_EQ(capabilities.Save(lock), S_FALSE);
+    EXPECT_NE(store.Read(W("XStaple")), staple);
+    capabilities.Initialize(Handle(), Context::Application);
     EXPECT_EQ(capabilities.Save(lock), S_OK);
     EXPECT_EQ(capabilities.Save(lock), S_FALSE) << "nothing is dirty any more";
     EXPECT_EQ(store.Read(W("XStaple")), staple);
-    EXPECT_EQ(store.Read(W("XCapsFlags")),
+    const std::optional<ByteBuffer> flags = store.Read(W("XCapsFlags"));
+    EXPECT_EQ(flags,
               CapabilityCaches::WriteFlags({0x10000, MSDeviceCapabilities::kStamp, MSDeviceCapabilities::kStamp}))
         << "the papers stay";
+    EXPECT_EQ(store.Dump().size(), before);
+
+    capabilities.SetCache(Cache::Staple, CapabilityCaches::WriteStaple(0));
+    capabilities.Initialize(Handle(), Context::Application, {.forceMachineHive = true});
+    EXPECT_EQ(capabilities.Save(lock), S_FALSE) << "a user's cache is not for the machine";
+    EXPECT_FALSE(Store(HKEY_LOCAL_MACHINE).Read(W("XStaple")));
 
     HANDLE const nobodys = &capabilities;
     capabilities.Initialize(nobodys, Context::Application);
-    capabilities.SetCache(Cache::Staple, CapabilityCaches::WriteStaple(0));
+    capabilities.SetCache(Cache::Staple, staple);
     EXPECT_EQ(capabilities.Save(lock), E_NOTIMPL);
+    DWORD answer = 0;
+    EXPECT_EQ(capabilities.DeviceCapabilities(DC_STAPLE, Validation::None, answer), E_NOTIMPL);
     EXPECT_FALSE(capabilities.DescribeCache(Cache::Staple));
-    Forms forms;
-    EXPECT_EQ(capabilities.GetPaperDatabaseCachedDeviceCapabilitiesVector(nullptr, nullptr, forms), E_NOTIMPL);
-    capabilities.Initialize(Handle(), Context::Application);
-    EXPECT_EQ(capabilities.Save(lock), S_FALSE) << "it was meant for another one";
 }
 
 TEST_F(DeviceCapabilities, OfAConversionBindAtTheFirstQuestion)
 {
     MSDeviceCapabilities shared;
+    DEVMODEW devmode{};
     Forms forms;
     for (HANDLE const unbound : {HANDLE{}, INVALID_HANDLE_VALUE})
-        EXPECT_THROW(MsCachedDeviceCapabilities(shared, unbound, nullptr).GetForms(forms),
-                     ExceptionInvalidPrinterHandle);
+    {
+        MsCachedDeviceCapabilities early(shared, unbound, &devmode);
+        EXPECT_EQ(early.GetCachedDevmode(), &devmode);
+        EXPECT_EQ(shared.GetPrinterHandle(), nullptr);
+        EXPECT_THROW(early.GetForms(forms), ExceptionInvalidPrinterHandle);
+    }
     MsCachedDeviceCapabilities bound(shared, Handle(), nullptr);
     EXPECT_EQ(shared.GetPrinterHandle(), nullptr) << "building one asks nothing";
     std::vector<ResolutionInfoRecord> resolutions;
     EXPECT_EQ(bound.GetResolutions(resolutions), S_OK);
     EXPECT_EQ(shared.GetPrinterHandle(), Handle());
-    const nlohmann::json& ofModel = m_model["resolutions"];
-    ASSERT_EQ(resolutions.size(), ofModel.size());
-    EXPECT_EQ(resolutions[0].x, ofModel[0]["x"]);
-    EXPECT_EQ(CXString(resolutions[0].name).ToUtf8(), ofModel[0]["name"]);
+    ASSERT_EQ(resolutions.size(), m_model["resolutions"].size());
+    EXPECT_EQ(resolutions[0].x, m_model["resolutions"][0]["x"]);
+    EXPECT_EQ(WideString(resolutions[0].name),
+              WideString(CXString::FromUtf8(m_model["resolutions"][0]["name"].get<std::string>()).View()));
+    std::vector<std::int32_t> values;
+    EXPECT_EQ(bound.GetResolutionEnums(values), S_OK);
+    ASSERT_FALSE(values.empty());
+    EXPECT_EQ(values[0], DataModelIds::Value::MsResolution600x600);
     EXPECT_EQ(bound.GetForms(forms), S_OK);
     const std::size_t count = forms.size();
     EXPECT_TRUE(DataCache::RemovePrinter(m_name, HKEY_CURRENT_USER));
     EXPECT_EQ(bound.GetForms(forms), S_OK) << "kept for the conversion";
     EXPECT_EQ(forms.size(), count);
-    std::vector<std::int32_t> values;
+    values.clear();
     EXPECT_EQ(bound.GetResolutionEnums(values), S_OK);
-    ASSERT_FALSE(values.empty());
     EXPECT_EQ(values[0], DataModelIds::Value::MsResolution600x600);
+}
+
+TEST_F(DeviceCapabilities, OfAConversionKeepTheirOwnersOptions)
+{
+    MSDeviceCapabilities shared;
+    const Printer other(m_name);
+    Forms forms;
+    MsCachedDeviceCapabilities cached(shared, Handle(), nullptr);
+    for (HANDLE const held : {Handle(), other.GetPrinterHandle()})
+    {
+        shared.Initialize(held, Context::Application, {.forceMachineHive = true, .noSave = true});
+        EXPECT_EQ(cached.GetForms(forms), E_FAIL) << "the machine has none";
+        EXPECT_EQ(shared.GetPrinterHandle(), Handle());
+        shared.SetCache(Cache::Staple, CapabilityCaches::WriteStaple(1));
+        EXPECT_EQ(shared.Save(DataCache::Lock(HKEY_LOCAL_MACHINE)), S_FALSE);
+    }
 }
 
 } // namespace

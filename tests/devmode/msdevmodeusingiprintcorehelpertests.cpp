@@ -273,4 +273,69 @@ TEST_F(AskedSettings, LeaveThePaperAsItWas)
         }
 }
 
+// The words that core drivers use, as they stand: the tables are not asked.
+TEST(AskedKeywords, AreThoseOfTheCoreDrivers)
+{
+    constexpr MsDriverKind kPages = {0x200, 0x1000, 0x4};
+    constexpr MsDriverKind kUnidrv = {0x80, 0x800, 0x8};
+    constexpr MsDriverKind kXps = {0x400, 0x800, 0x8};
+    using Options = std::vector<std::pair<const char*, std::uint32_t>>;
+    const struct
+    {
+        MsDriverKind driver;
+        std::uint32_t feature;
+        const char* keyword;
+        Options options; // the first one of a value is written for it
+    } cases[] = {
+        // clang-format off
+        {kPostScript, 23, "%MetafileSpooling", {{"True", 1}, {"False", 0}}},
+        {kUnidrv, 30, "%TextAsGraphics", {{"False", 1}, {"True", 0}}},
+        {kPostScript, 3, "%Orientation", {{"Portrait", 1}, {"Landscape", 2}, {"RotatedLandscape", 3}}},
+        {kPages, 3, "PageOrientation", {{"RotatedLandscape", 3}}},
+        {kUnidrv, 3, "Orientation", {{"PORTRAIT", 1}, {"LANDSCAPE_CC90", 2}}},
+        {kXps, 3, "Orientation", {{"PORTRAIT", 1}}},
+        {kPostScript, 10, "Duplex", {{"None", 1}, {"DuplexNoTumble", 2}, {"DuplexTumble", 3}}},
+        {kUnidrv, 10, "Duplex", {{"NONE", 1}, {"HORIZONTAL", 3}, {"VERTICAL", 2}}},
+        {kUnidrv, 19, "%PagePerSheet", {{"1", 0}, {"2", 1}, {"4", 2}, {"6", 3}, {"9", 4}, {"16", 5}, {"Booklet", 0}}},
+        {kUnidrv, 20, "%PagePerSheet", {{"1", 0}, {"2", 0}, {"4", 0}, {"6", 0}, {"9", 0}, {"16", 0}, {"Booklet", 1}}},
+        {kPostScript, 21, "%PageOrder", {{"FrontToBack", 0}, {"BackToFront", 1}}},
+        {kPostScript, 24, "%OutputFormat", {{"Speed", 0}, {"Portability", 1}, {"EPS", 2}, {"Archive", 3}}},
+        {kPostScript, 27, "%Mirroring", {{"False", 0}, {"True", 1}}},
+        {kPages, 28, "%Negative", {{"False", 0}, {"True", 1}}},
+        {kPostScript, 25, "%OutputPSLevel", {{"3", 3}, {"2", 2}, {"1", 1}}},
+        {kPostScript, 26, "%PSErrorHandler", {{"True", 1}, {"False", 0}}},
+        {kPostScript, 29, "%TTDownloadFormat", {{"Automatic", 0}, {"Outline", 1}, {"Bitmap", 2}, {"NativeTrueType", 3}}},
+        {kPostScript, 8, "Resolution", {{"600x1200dpi", 0x025804B0}, {"1800x1800dpi", 0x07080708}}},
+        {kUnidrv, 8, "Resolution", {{"Res600x600", 0x02580258}, {"Res2400x2400", 0x09600960}}},
+        {kUnidrv, 31, "GraphicsMode", {{"HPGL2MODE", 0}, {"RASTERMODE", 1}}},
+        {kUnidrv, 32, "TvlTrueTypeFontDlOption", {{"TTF_DOWNLOAD_AS_TRUETYPE", 0}, {"TTF_DOWNLOAD_AS_BITMAP", 1}, {"TTF_DOWNLOAD_NONE", 2}}},
+        {kUnidrv, 33, "TvlHalftone", {{"TVL_NORMAL_HT", 0}, {"TVL_HIGH_CONTRAST_HT", 1}, {"TVL_HIGH_BRIGHT_HT", 2}}},
+        {kUnidrv, 34, "ColorMode", {{"24bpp", 1}, {"Mono", 0}}},
+        {kUnidrv, 35, "TvlEdgeToEdge", {{"EDGE_TO_EDGE_OFF", 0}, {"EDGE_TO_EDGE_ON", 1}}},
+        // clang-format on
+    };
+    for (const auto& test : cases)
+    {
+        const TestDevmode devmode = MakeDevmode(708, 0);
+        const ComPtr<ScriptedHelper> helper = MakeHelper(test.driver);
+        helper->onSet = [](DEVMODEW*)
+        {
+            return S_OK;
+        };
+        Access access(test.driver, helper.Get(), devmode.Get(), devmode.Size());
+        std::set<std::uint32_t> written;
+        for (const auto& [option, value] : test.options)
+        {
+            SCOPED_TRACE(std::to_string(test.feature) + " " + option);
+            helper->Answer(option);
+            EXPECT_EQ(access.GetMsFeatureValue(test.feature, Raw), value);
+            EXPECT_EQ(helper->keyword, test.keyword);
+            if (!written.insert(value).second)
+                continue;
+            access.SetMsFeatureValue(test.feature, value, Raw);
+            EXPECT_EQ(helper->keyword + "=" + helper->setOption, std::string(test.keyword) + "=" + option);
+        }
+    }
+}
+
 } // namespace

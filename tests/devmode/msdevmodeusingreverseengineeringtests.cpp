@@ -215,4 +215,29 @@ TEST(SettingValues, WithoutARowAreNamed)
     }
 }
 
+// Settings of both parts are written to both or to none.
+TEST(PrivateSettings, ThatNeedAPublicFieldStayWithoutIt)
+{
+    const struct
+    {
+        MsDriverKind driver;
+        std::uint32_t feature;
+        std::uint32_t value;
+        WORD publicSize;
+        std::string thrown;
+    } cases[] = {
+        {kPostScript, 3, 3, 60, kNoFieldToSet}, {kPostScript, 3, 3, 76, kNoFieldToSet}, {kPostScript, 3, 3, 78, ""},
+        {kUnidrv, 34, 1, 80, kNoFieldToSet},    {kUnidrv, 34, 1, 92, kNoFieldToSet},    {kUnidrv, 34, 1, 94, ""},
+    };
+    for (const auto& test : cases)
+    {
+        SCOPED_TRACE(test.publicSize);
+        const TestDevmode devmode(test.publicSize, 708, std::size_t{test.publicSize} + 708);
+        Access access(test.driver, devmode.Get());
+        const Bytes before = devmode.Bytes();
+        EXPECT_EQ(SetThrows(access, test.feature, test.value), test.thrown);
+        EXPECT_EQ(devmode.Bytes() == before, !test.thrown.empty());
+    }
+}
+
 } // namespace

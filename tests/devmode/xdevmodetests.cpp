@@ -3,7 +3,6 @@
 
 #include <array>
 #include <bit>
-#include <string>
 
 #include <gtest/gtest.h>
 

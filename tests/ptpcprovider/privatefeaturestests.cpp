@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "complugins/ptpcprovider/printticketxmldocument.h"
 #include "complugins/xdevmode.h"

@@ -1,5 +1,4 @@
 // Devmodes as files: public fields and features by name, the parts behind them, and bytes that are no devmode.
-#include <algorithm>
 #include <cstring>
 #include <tuple>
 

@@ -1,7 +1,6 @@
 // Files in and out, error lines, and the program itself as a child process.
 #include "commandline.h"
 #include "failure.h"
-#include "filebytes.h"
 #include "hostrun.h"
 
 #include <sstream>

@@ -1,7 +1,6 @@
 // The road of a conversion: devmode to ticket and back, through files, with the module of the installed driver.
 #include <tuple>
 
-#include "filebytes.h"
 #include "hostrun.h"
 #include "printschemadocument.h"
 #include "tests/common/documentcomparer.h"

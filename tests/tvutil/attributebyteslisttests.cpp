@@ -1,7 +1,6 @@
 // Attribute bytes: the lists and the values in them.
 #include <windows.h>
 
-#include <optional>
 #include <stdexcept>
 #include <utility>
 

@@ -1,5 +1,4 @@
 #include <optional>
-#include <string>
 #include <string_view>
 #include <tuple>
 #include <utility>

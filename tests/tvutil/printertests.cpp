@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -21,7 +22,7 @@ namespace
 class InstalledPrinter : public testing::Test
 {
 protected:
-    const TestPrinter m_test;
+    const TestPrinter m_test{{std::nullopt, {}, {"tvptpc_B.dll", "tvwftu_B.dll"}}};
     HANDLE const m_handle = m_test.Handle();
     const CXString m_name = TestPrinter::Name();
 };
@@ -100,6 +101,22 @@ TEST_F(InstalledPrinter, AnswersTheCapabilityWordMasked)
         printer.SetPrinterDataW(PrintDriver::kDriverCapabilityValueName, type, kWord, size);
         EXPECT_TRUE(Mentions(failure(), {"of another kind"})) << type << ", " << size << " bytes";
     }
+}
+
+TEST_F(InstalledPrinter, ListsEveryFileOfItsDriver)
+{
+    const char* const names[] = {"tvtestdriver", "tvtestdata",   "tvtestconfig",
+                                 "tvtesthelp",   "tvptpc_B.dll", "tvwftu_B.dll"};
+    for (const DWORD level : {3u, 6u, 9u})
+    {
+        const std::vector<CXString> files = PrintDriver().GetDriverFiles(m_handle, level, CXString());
+        ASSERT_EQ(files.size(), std::size(names)) << "level " << level;
+        for (std::size_t index = 0; index < files.size(); ++index)
+            EXPECT_TRUE(Mentions(files[index].ToUtf8(), {names[index]})) << files[index].ToUtf8();
+    }
+    EXPECT_EQ(FailureOf<ExceptionPrintDriverFailure>(
+                  [&] { static_cast<void>(PrintDriver().GetDriverFiles(m_handle, 2, CXString())); }),
+              "level 2 does not name a driver's files");
 }
 
 } // namespace
