@@ -8,6 +8,7 @@
 #include <tvcore/datamodelids.h>
 #include <tvutil/crc32.h>
 #include <tvutil/exceptions.h>
+#include <tvutil/executioncontext.h>
 #include <tvutil/tavlenexception.h>
 #include <tvutil/tavlenutilities.h>
 #include <tvutil/user.h>
