@@ -236,6 +236,19 @@ TEST_F(CoreFeatures, GiveTheSameTicketWhicheverWayTheyAreReached)
                 EXPECT_NE(Ticket(devmode, isAsked).find(held), std::string::npos) << held;
         InstallTestPrinter(); // for the second one
     }
+    // A known core driver's part needs no maker's part behind it.
+    const std::string alone = Make("tavlen-c9070-ps", {"ms.21=1"}).substr(0, sizeof(DEVMODEW) + 708);
+    EXPECT_NE(Ticket(Patched<WORD>(alone, offsetof(DEVMODEW, dmDriverExtra), 708), true).find("psk:Reverse\""),
+              std::string::npos);
+    // Only the PostScript kind turns landscape round by a bit of its part: elsewhere the field says it all.
+    const std::string turned = Ticket(Make("tavlen-b7000-xps", {"ms.3=3"}), true);
+    WriteBytes(Folder() / "in.dm", WithUnknownCorePart(NewDevmode(m_printer), Format::kPostScriptSizeOffset, 722));
+    for (const bool isAsked : {true, false})
+    {
+        const std::string made =
+            Converted({"ticket", "to-devmode", "--devmode", File("in.dm"), "-", "-o", "-"}, turned, isAsked);
+        EXPECT_EQ(ShownDevmode(made)["public"]["dmOrientation"], 3);
+    }
 }
 
 } // namespace
