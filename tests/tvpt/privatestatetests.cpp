@@ -17,7 +17,7 @@ struct ModelRow
     bool definesJobTicket;
 };
 
-constexpr ModelRow kRows[] = {
+constexpr ModelRow kModelRows[] = {
     {"tavlen-c9070-ps", "tk:", true, true},
     {"tavlen-b4400-uni", "ns0000:", false, false}, // no private namespace
     {"tavlen-w3100-xps", "tk:", false, true},      // a family without job tickets
@@ -46,7 +46,7 @@ std::string BesideCdata(const std::string& text, const std::string& name)
 
 TEST_F(PrivateState, ComesThroughATicketAndIsRenderedForTheController)
 {
-    for (const ModelRow& model : kRows)
+    for (const ModelRow& model : kModelRows)
     {
         SCOPED_TRACE(model.name);
         InstallTestPrinter(model.name);
