@@ -140,13 +140,14 @@ private:
         return true;
     }
 
-    // Each of a ticket's options without a name may meet each of the printer's: two large files could take hours.
+    // Each of a ticket's options without a name may meet each of the printer's, and each scored property each of its
+    // option's: two large files could take hours.
     void Spend(std::size_t comparisons)
     {
         constexpr std::size_t kMostComparisons = 1u << 22;
         m_spent += comparisons;
         if (m_spent > kMostComparisons)
-            Fail("comparing the ticket with the printer", "", "there are too many options without a name");
+            Fail("comparing the ticket with the printer", "", "there are too many options and properties");
     }
 
     const std::map<SchemaName, ParameterDefinition>& m_parameters;
