@@ -81,12 +81,6 @@ std::span<const MsDevmodeValueRow> ColorManagementTable(std::uint32_t feature, c
     }
 }
 
-[[noreturn]] void ThrowNoSuchValue(const ThrowSite& site, std::uint32_t feature, std::uint32_t value)
-{
-    ThrowException<ExceptionMicrosoftDevmodeValueMappingFailed>(site, W("feature %u does not have the value %u"),
-                                                                {feature, value});
-}
-
 } // namespace
 
 MsDevmodeValueMapper::MsDevmodeValueMapper(HANDLE printer, DEVMODEW* devmode, MSDeviceCapabilities& capabilities)
@@ -164,6 +158,7 @@ std::int32_t MsDevmodeValueMapper::GetDataModelValueFromMsValue(std::uint32_t fe
     const MsDevmodeValueRow* const row =
         MsDevmodeValues::FindDevmodeValue(ColorManagementTable(feature, kFromMsValue), msValue);
     if (row == nullptr)
-        ThrowNoSuchValue(kFromMsValue, feature, msValue);
+        ThrowException<ExceptionMicrosoftDevmodeValueMappingFailed>(
+            kFromMsValue, W("feature %u does not have the value %u"), {feature, msValue});
     return row->valueId;
 }

@@ -11,6 +11,7 @@ namespace
 constexpr std::string_view kInteger = "integer";
 constexpr std::string_view kDecimal = "decimal";
 constexpr std::string_view kString = "string";
+constexpr std::string_view kQName = "QName";
 
 struct RequiredRow
 {
@@ -59,7 +60,7 @@ bool HasKnownType(const SchemaElement& definition)
 {
     const SchemaElement* const value = ValueOf(definition, "DataType");
     const std::string type = TypeOf(definition);
-    return value == nullptr || IsNumberType(type) || type == kString || type == "QName" ||
+    return value == nullptr || IsNumberType(type) || type == kString || type == kQName ||
            (!value->textName.local.empty() && value->textName.uri != kXmlSchema.uri);
 }
 
