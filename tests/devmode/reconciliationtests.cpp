@@ -2,7 +2,9 @@
 #include "complugins/reconciledevmodepapersize.h"
 
 #include <tvcore/datamodelids.h>
+#include <tvutil/datacache.h>
 #include <tvutil/devicesettingsmanager.h>
+#include <tvutil/exceptions.h>
 #include <tvutil/operatingsystem.h>
 
 #include "complugins/msdevicecapabilities.h"
@@ -16,7 +18,8 @@ namespace
 
 using namespace OemDevmodeBytes;
 
-constexpr int kDriverPaper = 320; // a paper that the driver of this model has, and the spooler has not
+constexpr int kDriverPaper = 320;      // a paper that the driver of this model has, and the spooler has not
+constexpr int kFirstDriverPaper = 119; // made one of them here, with the number before it
 constexpr int kByCountry = -1;
 
 using Reconciliation = InstalledPrinter;
@@ -47,11 +50,23 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
         {false, W("excel.exe"), kDriverPaper, kDriverPaper},
         {true, W("excel.exe"), kDriverPaper, kByCountry},
         {true, W("Excel.exe"), kDriverPaper, kDriverPaper},
+        {true, W("excel.exe"), kFirstDriverPaper, kByCountry},
+        {true, W("excel.exe"), kFirstDriverPaper - 1, kFirstDriverPaper - 1},
         {true, W("excel.exe"), DMPAPER_11X17, DMPAPER_11X17}, // the platform's own
         {true, W("excel.exe"), 65000, 65000},                 // compared unsigned; nobody has such a form
         {true, W("winword.exe"), DMPAPER_TABLOID, DMPAPER_11X17},
     };
-    Install("tavlen-b7000-xps");
+    Install("tavlen-b7000-xps",
+            [](nlohmann::json& model)
+            {
+                nlohmann::json form = model["forms"].back();
+                for (const int number : {kFirstDriverPaper - 1, kFirstDriverPaper})
+                {
+                    form["paperId"] = number;
+                    form["name"] = "Paper " + std::to_string(number);
+                    model["forms"].push_back(form);
+                }
+            });
     const PrinterHandle handle = PrinterHandle::Open(m_name.ToUtf8(), PrinterHandle::Access::Administer);
     const Printer printer(handle.Get());
     MSDeviceCapabilities capabilities;
@@ -69,7 +84,7 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
                                        MakeBooleanAttributeBytes(test.setting));
             DeviceSettingsManager::Store(printer, settings);
             const int expected = test.after == kByCountry ? byCountry : test.after;
-            const bool isKnown = expected != 65000; // on the devmode's own list
+            const bool isKnown = expected != 65000 && expected != kFirstDriverPaper - 1; // on the devmode's own list
             const TestDevmode devmode = MakeDevmode(test.application, test.before);
             EXPECT_EQ(ReconcileDevmodePaperSize(handle.Get(), devmode.Get(), capabilities), isKnown);
             EXPECT_EQ(static_cast<WORD>(devmode.Get()->dmPaperSize), expected);
@@ -78,6 +93,27 @@ TEST_F(Reconciliation, ReplacesDriversPapersOfOneProgramWhereTheSettingsAskForIt
         }
     }
     SetEnvironmentVariableW(W("LC_ALL"), nullptr); // other tests do with any country
+}
+
+TEST_F(Reconciliation, NeedsAPrinterButNoListAndNoShortDevmode)
+{
+    Install("tavlen-b7000-xps");
+    const Printer printer(m_name);
+    ASSERT_TRUE(DataCache::RemovePrinter(m_name, HKEY_CURRENT_USER));
+    MSDeviceCapabilities capabilities;
+    capabilities.Initialize(printer.GetPrinterHandle(), MSDeviceCapabilities::Context::Application);
+    const TestDevmode devmode = MakeDevmode({}, DMPAPER_TABLOID);
+    EXPECT_FALSE(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), devmode.Get(), capabilities));
+    EXPECT_EQ(devmode.Get()->dmPaperSize, DMPAPER_11X17);
+    EXPECT_EQ(devmode.Get()->dmPaperWidth, 20) << "without a list the size stays";
+
+    const Bytes shortOne(203);
+    const TestDevmode cut{shortOne};
+    const auto before = cut.Bytes();
+    EXPECT_FALSE(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), cut.Get(), capabilities));
+    EXPECT_FALSE(ReconcileDevmodePaperSize(printer.GetPrinterHandle(), nullptr, capabilities));
+    EXPECT_EQ(cut.Bytes(), before);
+    EXPECT_THROW(ReconcileDevmodePaperSize(nullptr, devmode.Get(), capabilities), ExceptionPrinterFailure);
 }
 
 } // namespace

@@ -288,6 +288,21 @@ TEST_F(Devmodes, ShareOnlyListsOfWhatTheirCrcStandsFor)
     EXPECT_EQ(writer.GetBooleanValueFromAttributeBytes(kFlagFeature), false);
     EXPECT_EQ(XDevmode(block.Get()).GetBooleanValueFromAttributeBytes(kFlagFeature), false);
     EXPECT_EQ(GlobalCaches::GetListCounters().hits, 1U) << "the writer's list";
+
+    // Zero CRC and count: no entries, whoever else has a CRC of 0.
+    GlobalCaches::AddXDevmodePropertyBagCacheEntry(
+        0, {{std::uint16_t{2}, GlobalCaches::MakeBuffer(Text(W("excel.exe")).bytes())}});
+    AttributeBytesIndexedList list;
+    list.SetAttributeBytes(kFlagFeature, MakeBooleanAttributeBytes(true));
+    GlobalCaches::AddXDevmodeAttributeBytesIndexedListCacheEntry(GlobalCaches::kDocPropListCacheName, kDocument, 0,
+                                                                 list);
+    Bytes bytes = Make(CoreDriverLayout::Unidrv, {});
+    PartOf(bytes)[Format::kEntriesOffset] = std::byte{2};
+    const TestDevmode unchecked{bytes};
+    XDevmode devmode;
+    EXPECT_TRUE(devmode.SetDevmode(unchecked.Get())) << "the first key says that it holds data";
+    EXPECT_EQ(CountOf(devmode, kDocument), 0U);
+    EXPECT_EQ(devmode.GetPropertyBagEntry(2), nullptr);
 }
 
 } // namespace

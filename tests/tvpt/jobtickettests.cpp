@@ -106,6 +106,13 @@ const Jobs kJobs[] = {
     {"208=", "6275 left|6276 right", "~|binding: @|edgeStitching: None|bookletMaker: False"},
     {"208=", "6254 SinglePortrait|6255 SingleLandscape|6256 RightSinglePortrait|6257 RightSingleLandscape|6258 DualLandscape"
      "|6259 DualPortrait|6260 RightDualLandscape|6261 RightDualPortrait", "~|binding: None|edgeStitching: @|bookletMaker: False"},
+    {"101=", "5750 red|5751 green|5752 blue|5753 cyan|5754 magenta|5755 black|5756 cardinal|5757 royal|5758 ruby|5759 violet"
+     "|5760 brown|5762 other", "~|#|highlightPrintingColor: @"},
+    {"102=", "5800 red|5801 green|5802 blue|5803 cyan|5804 magenta|5805 black|5806 cardinal|5807 royal|5808 ruby|5809 violet"
+     "|5810 brown|5811 yellow|5812 other", "~|#|highlightMappingColor: @"},
+    {"103=", "5850 Automatic|5851 Pictorial|5852 Presentation|5853 PictorialTable|5854 ColorToHighlight|5855 Monochrome",
+     "~|#|highlightMappingAlgorithm: @"},
+    {"104=", "5900 selectCurrent|5901 hold|5902 abort", "~|#|mismatchedHighlightPrintingColor: @"},
     {"174=", "6750 noColor|6751 white|6752 pink|6753 yellow|6754 blue|6755 green|6756 buff|6757 goldenrod|6758 red|6759 gray"
      "|6760 ivory|6761 orange|5001 Automatic|9700:Sky Sky", "~|#|documentPaperColors: @"},
     // The type of the paper; without one nothing of it but the weight.

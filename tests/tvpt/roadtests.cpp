@@ -125,6 +125,8 @@ TEST_F(Roads, ABaseThatAProviderWouldMisreadIsRefusedWithItsLine)
     const std::pair<std::string, const char*> rows[] = {
         {Ticket(" xmlns='" + std::string(kKeywords.uri) + "'", ""),
          "line 3: the root declares the keywords' namespace as the default; it needs a prefix, such as psk"},
+        {"<PrintTicket xmlns='" + std::string(kFramework.uri) + "' version='1'/>",
+         "line 1: the root declares the framework's namespace as the default; it needs a prefix, such as psf"},
         {Ticket(own + Binding("tk", "urn:x"), ""),
          "line 3: the root binds the prefix tk, which the driver's namespace needs, to urn:x"},
         {Ticket(own, "<psf:Feature" + Binding("tk", "urn:x") + " name='tk:A'/>"),
