@@ -35,7 +35,6 @@ TEST_F(Refusals, OfNullPointersAndEmptyNames)
                    [&] { t->GetNode(W("//psf:Feature"), nullptr); },
                    [&] { t->GetAttributeValue(nullptr, W("name"), text.Put()); },
                    [&] { t->CreateProperty(0, W("P"), W("integer"), W("1"), nullptr); },
-                   [&] { t->DeleteNode(nullptr); },
                    [&] { c->GetChildOptionNodes(nullptr, list.Put()); },
                });
     ExpectCode(E_INVALIDARG,
