@@ -119,7 +119,7 @@ std::string ParameterDefinition::DescribeMisfit(const SchemaElement& value) cons
     const std::string& type = value.type.local;
     const bool isOther = value.type.uri == kXmlSchema.uri && !m_type.empty() && type != m_type;
     if (isOther && (m_type != kDecimal || type != kInteger)) // each whole number is a decimal one
-        return "its type is " + Shortened(type) + ", not " + m_type;
+        return "its type is " + Shortened(type) + ", not " + Shortened(m_type);
     return DescribeMisfit(value.text);
 }
 
